@@ -1,0 +1,12 @@
+# Everything that comes from outside, in one place.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent Gui)
+find_package(QCoro6 0.8 REQUIRED COMPONENTS Core)
+find_package(tl-expected REQUIRED)
+find_package(GTest REQUIRED)
+find_package(rapidcheck REQUIRED)
+
+qt_standard_project_setup()
+set(CMAKE_AUTOMOC OFF) # switched on for the modules that hold QObjects
+set(CMAKE_AUTOUIC OFF)

@@ -1,0 +1,70 @@
+#include "core/FileUrl.h"
+
+#include <string_view>
+
+namespace larkspan {
+
+namespace {
+
+std::filesystem::path lastComponent(const std::filesystem::path &path)
+{
+    return path.has_filename() ? path.filename() : path.parent_path().filename();
+}
+
+QString shown(const std::filesystem::path &path)
+{
+    return QString::fromUtf8(path.native());
+}
+
+bool standsUnencoded(unsigned char byte)
+{
+    constexpr std::string_view marks = "-._~!$&'()*+,:=@/";
+    return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') ||
+           marks.find(static_cast<char>(byte)) != std::string_view::npos;
+}
+
+} // namespace
+
+QString FileUrl::displayPath() const
+{
+    return shown(m_path);
+}
+
+QString FileUrl::lastPathComponent() const
+{
+    return shown(lastComponent(m_path));
+}
+
+QString FileUrl::baseName() const
+{
+    return shown(lastComponent(m_path).stem());
+}
+
+QString FileUrl::pathExtension() const
+{
+    return shown(lastComponent(m_path).extension()).mid(1);
+}
+
+QString FileUrl::absoluteString() const
+{
+    constexpr char hex[] = "0123456789ABCDEF";
+    const std::string &bytes = m_path.native();
+    QByteArray url("file://");
+    url.reserve(static_cast<qsizetype>(url.size() + bytes.size() * 2));
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (standsUnencoded(byte)) {
+            url.append(c);
+        } else {
+            url.append('%').append(hex[byte >> 4]).append(hex[byte & 0xF]);
+        }
+    }
+    return QString::fromLatin1(url);
+}
+
+FileUrl FileUrl::appending(const QString &component) const
+{
+    return FileUrl(m_path / component.toStdString());
+}
+
+} // namespace larkspan

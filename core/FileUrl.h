@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+
+#include <QtCore/QString>
+
+namespace larkspan {
+
+// Where a file lies. Holds the path as the bytes that the kernel gave, so that a name that is no valid UTF-8
+// still opens; text for people and for the event is made from it on demand.
+class FileUrl
+{
+public:
+    FileUrl() = default;
+    FileUrl(std::filesystem::path path) : m_path(std::move(path)) {}
+
+    const std::filesystem::path &path() const { return m_path; }
+
+    // For people: bytes that are no UTF-8 become U+FFFD. A trailing slash doesn't count as a component.
+    QString displayPath() const;
+    QString lastPathComponent() const;
+    // The last component without its extension, and the extension alone (no dot). ".mov" is a name, not an extension.
+    QString baseName() const;
+    QString pathExtension() const;
+
+    // "file://" and the path, each byte but letters, digits and -._~!$&'()*+,:=@/ percent-encoded.
+    QString absoluteString() const;
+
+    FileUrl appending(const QString &component) const;
+
+    friend bool operator==(const FileUrl &, const FileUrl &) = default;
+
+private:
+    std::filesystem::path m_path;
+};
+
+} // namespace larkspan

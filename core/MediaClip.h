@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <QtCore/QSizeF>
+#include <QtCore/QString>
+#include <QtCore/QUuid>
+#include <QtGui/QImage>
+
+#include "core/Date.h"
+#include "core/FeaturePrint.h"
+#include "core/FileUrl.h"
+#include "core/FrameAnalysis.h"
+
+namespace larkspan {
+
+// Everything known about one video file: what the file says, what the classifier said, what the editor changed.
+// Shared by pointer, without a lock: one owner at a time, first the task that builds it, then the main thread.
+// Its fields publish nothing; whoever changes one sends the engine's change notification.
+class MediaClip
+{
+public:
+    explicit MediaClip(FileUrl fileUrl) : url(std::move(fileUrl)) {}
+
+    const QUuid id = QUuid::createUuid(); // identity within one run; a reopened clip gets a new one
+    const FileUrl url;
+
+    double duration = 0.0;                  // seconds
+    QSizeF naturalSize{0.0, 0.0};           // pixels, before the track's transform
+    QSizeF displaySize{0.0, 0.0};           // pixels, as the picture is shown
+    std::int64_t frameDurationValue = 1001; // one frame lasts value / scale seconds
+    std::int32_t frameDurationScale = 60000;
+    Date creationDate = distantPast;
+    QString cameraModel;
+
+    QString primaryBin;             // a bin name, "Unsorted" or a split name such as "Kitchen 2"
+    std::vector<QString> extraBins; // secondary bins in order
+    double confidence = 0.0;        // share of the evidence, 0 to 1
+    QString runnerUp;               // the best other bin, "" if none
+    double runnerUpScore = 0.0;
+    bool needsReview = false;
+    QString reviewReason;
+    double humanFraction = 0.0;
+    FeaturePrintPtr featurePrint;
+    std::vector<RawIdentifier> rawIdentifiers;
+
+    QImage thumbnail;                      // null if none
+    std::optional<FileUrl> destinationURL; // where the importer put the footage
+
+    // The primary bin, then the extras, without empty names and doubles. This decides membership of a bin everywhere.
+    std::vector<QString> bins() const;
+    bool isVertical() const { return displaySize.width() < displaySize.height(); }
+    // The length on the clip's own frame grid, at least one frame: "599599/60000s".
+    QString rationalDuration() const;
+};
+
+using ClipPtr = std::shared_ptr<MediaClip>;
+
+} // namespace larkspan

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <vector>
+
+#include <QtGui/QImage>
+#include <tl/expected.hpp>
+
+#include "core/FrameClassifier.h"
+#include "core/MediaClip.h"
+#include "core/SortOptions.h"
+
+namespace larkspan {
+
+// Frames of one clip in time order. QImage shares its pixels, which nobody changes once a frame is made.
+using Frames = std::vector<QImage>;
+
+// Progress of a long operation, (done, total); called on the thread that does the work.
+using ProgressCallback = std::function<void(int done, int total)>;
+
+// Where one file was read from, and where its verified copy now is.
+struct CopyResult
+{
+    FileUrl sourceURL;
+    FileUrl destinationURL;
+
+    friend bool operator==(const CopyResult &, const CopyResult &) = default;
+};
+
+// A failed copy; the text is the one people read.
+struct CopyFailure
+{
+    QString description;
+};
+
+// What the engine asks of a folder panel.
+struct FolderPanel
+{
+    QString prompt;  // on the button that accepts
+    QString message; // above the list
+};
+
+// All that the engine needs and doesn't do itself. The composition root fills it with the real parts, tests with
+// hand-made ones. What is said to run off the main thread is called from several threads at once.
+struct SortSeams
+{
+    // Off the main thread. Never fails: an unreadable file yields a clip with its defaults.
+    std::function<ClipPtr(const FileUrl &url)> probeClip;
+    // Off the main thread. Never fails; fewer frames than asked for, or none, when they can't be read.
+    std::function<Frames(const MediaClip &clip, int count, double maxDimension)> sampleFrames;
+    // Builds the classifier of a tier, once per sort, on the main thread.
+    std::function<std::shared_ptr<const FrameClassifier>(ModelTier tier)> makeClassifier;
+    // Off the main thread, one file at a time; polls the token between files and then returns what it has.
+    std::function<tl::expected<std::vector<CopyResult>, CopyFailure>(
+        const std::vector<FileUrl> &urls, const FileUrl &destination, VerifyLevel verify,
+        const ProgressCallback &progress, const std::stop_token &stop)>
+        copyFiles;
+    // Asks for a folder and hands it to the callback, on the main thread; not called back when nothing was chosen.
+    std::function<void(const FolderPanel &panel, std::function<void(FileUrl)> chosen)> chooseFolder;
+};
+
+} // namespace larkspan

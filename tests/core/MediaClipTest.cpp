@@ -1,0 +1,128 @@
+#include <gmock/gmock.h>
+
+#include "core/ClipRecord.h"
+#include "core/MediaClip.h"
+
+using namespace larkspan;
+using namespace Qt::Literals::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+MediaClip clipOf(double duration, std::int64_t value, std::int32_t scale)
+{
+    MediaClip clip(FileUrl("/shoot/a.mov"));
+    clip.duration = duration;
+    clip.frameDurationValue = value;
+    clip.frameDurationScale = scale;
+    return clip;
+}
+
+} // namespace
+
+TEST(MediaClip, StartsWithTheDefaultsOfAClipThatWasNeverRead)
+{
+    const MediaClip clip(FileUrl("/shoot/a.mov"));
+    EXPECT_EQ(clip.duration, 0.0);
+    EXPECT_EQ(clip.displaySize, QSizeF(0.0, 0.0));
+    EXPECT_EQ(clip.frameDurationValue, 1001);
+    EXPECT_EQ(clip.frameDurationScale, 60000);
+    EXPECT_EQ(clip.creationDate, distantPast);
+    EXPECT_FALSE(clip.id.isNull());
+    EXPECT_NE(clip.id, MediaClip(clip.url).id);
+}
+
+TEST(MediaClip, BinsDropEmptyNamesAndDoublesAndKeepTheFirstAppearance)
+{
+    MediaClip clip(FileUrl("/shoot/a.mov"));
+    EXPECT_THAT(clip.bins(), IsEmpty());
+    clip.extraBins = {u"Kitchen"_s};
+    EXPECT_THAT(clip.bins(), ElementsAre(u"Kitchen"_s));
+    clip.primaryBin = u"Kitchen"_s;
+    clip.extraBins = {u"Kitchen"_s, u"Pool"_s, u"Pool"_s};
+    EXPECT_THAT(clip.bins(), ElementsAre(u"Kitchen"_s, u"Pool"_s));
+}
+
+TEST(MediaClip, IsVerticalOnlyWhenNarrowerThanTall)
+{
+    MediaClip clip(FileUrl("/shoot/a.mov"));
+    EXPECT_FALSE(clip.isVertical());
+    clip.displaySize = {2160, 3840};
+    EXPECT_TRUE(clip.isVertical());
+    clip.displaySize = {1080, 1080};
+    EXPECT_FALSE(clip.isVertical());
+}
+
+TEST(MediaClip, RationalDurationLiesOnTheFrameGrid)
+{
+    EXPECT_EQ(clipOf(10.0, 1001, 60000).rationalDuration(), u"599599/60000s"_s);
+    EXPECT_EQ(clipOf(12.3, 1001, 60000).rationalDuration(), u"737737/60000s"_s);
+    EXPECT_EQ(clipOf(2.5, 1, 1).rationalDuration(), u"3/1s"_s) << "halves round away from zero";
+}
+
+TEST(MediaClip, RationalDurationIsAtLeastOneFrame)
+{
+    EXPECT_EQ(clipOf(0.0, 1001, 60000).rationalDuration(), u"1001/60000s"_s);
+}
+
+TEST(MediaClip, RationalDurationOfAFrameThatLastsNothingDividesByOne)
+{
+    EXPECT_EQ(clipOf(2.0, 0, 25).rationalDuration(), u"0/25s"_s);
+}
+
+TEST(MediaClip, RationalDurationOfALengthNoFileCanHaveStaysANumber)
+{
+    EXPECT_EQ(clipOf(std::numeric_limits<double>::infinity(), 1001, 60000).rationalDuration(), u"1001/60000s"_s);
+    EXPECT_THAT(clipOf(1e300, 1001, 60000).rationalDuration().toStdString(), testing::MatchesRegex("[0-9]+/60000s"));
+}
+
+TEST(ClipRecord, ARoundTripKeepsWhatIsStoredAndLosesThePrint)
+{
+    MediaClip clip(FileUrl("/shoot/a.mov"));
+    clip.duration = 12.5;
+    clip.naturalSize = {3840, 2160};
+    clip.displaySize = {2160, 3840};
+    clip.frameDurationValue = 512;
+    clip.frameDurationScale = 15360;
+    clip.creationDate = distantPast + std::chrono::hours(5);
+    clip.cameraModel = u"TestCam"_s;
+    clip.primaryBin = u"Kitchen 2"_s;
+    clip.extraBins = {u"Dining Room"_s};
+    clip.confidence = 0.5;
+    clip.runnerUp = u"Dining Room"_s;
+    clip.runnerUpScore = 0.25;
+    clip.needsReview = true;
+    clip.reviewReason = u"might be a different kitchen"_s;
+    clip.humanFraction = 0.01;
+    clip.featurePrint = std::make_shared<FeaturePrint>(std::vector<float>{1.0f});
+    clip.rawIdentifiers = {{u"kitchen"_s, 0.9}};
+    clip.thumbnail = QImage(2, 2, QImage::Format_RGB888);
+    clip.destinationURL = FileUrl("/elsewhere/a.mov");
+
+    const ClipRecord record = ClipRecord::fromClip(clip);
+    const ClipPtr reopened = record.toClip();
+
+    EXPECT_EQ(ClipRecord::fromClip(*reopened), record);
+    EXPECT_EQ(record.displayH, 3840);
+    EXPECT_TRUE(reopened->needsReview);
+    EXPECT_EQ(reopened->reviewReason, u"might be a different kitchen"_s);
+    EXPECT_NE(reopened->id, clip.id);
+    EXPECT_EQ(reopened->featurePrint, nullptr);
+    EXPECT_THAT(reopened->rawIdentifiers, IsEmpty());
+    EXPECT_TRUE(reopened->thumbnail.isNull());
+    EXPECT_EQ(reopened->destinationURL, std::nullopt);
+}
+
+TEST(ClipRecord, AClipWhoseDateWasNeverReadSortsFirst)
+{
+    EXPECT_LT(MediaClip(FileUrl("/a.mov")).creationDate, Date(std::chrono::seconds(-2'000'000'000)));
+}
+
+TEST(FeaturePrint, DistanceIsEuclideanAndNoneBetweenUnlikeLengths)
+{
+    const FeaturePrint a({0.0f, 0.0f});
+    EXPECT_EQ(a.computeDistance(FeaturePrint({3.0f, 4.0f})), 5.0f);
+    EXPECT_EQ(a.computeDistance(FeaturePrint({3.0f})), std::nullopt);
+    EXPECT_EQ(a.computeDistance(FeaturePrint({std::numeric_limits<float>::quiet_NaN(), 0.0f})), std::nullopt);
+}
