@@ -2,7 +2,6 @@
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent Gui)
-find_package(QCoro6 0.8 REQUIRED COMPONENTS Core)
 find_package(tl-expected REQUIRED)
 find_package(GTest REQUIRED)
 find_package(rapidcheck REQUIRED)

@@ -35,6 +35,11 @@ QString FileUrl::lastPathComponent() const
     return shown(lastComponent(m_path));
 }
 
+std::string FileUrl::lastPathBytes() const
+{
+    return lastComponent(m_path).native();
+}
+
 QString FileUrl::baseName() const
 {
     return shown(lastComponent(m_path).stem());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include <QtCore/QString>
 
@@ -19,6 +20,8 @@ public:
     // For people: bytes that are no UTF-8 become U+FFFD. A trailing slash doesn't count as a component.
     QString displayPath() const;
     QString lastPathComponent() const;
+    // The same as the file system holds it.
+    std::string lastPathBytes() const;
     // The last component without its extension, and the extension alone (no dot). ".mov" is a name, not an extension.
     QString baseName() const;
     QString pathExtension() const;

@@ -12,6 +12,7 @@
 
 #include "core/FrameClassifier.h"
 #include "core/MediaClip.h"
+#include "core/Project.h"
 #include "core/SortOptions.h"
 
 namespace larkspan {
@@ -59,6 +60,16 @@ struct SortSeams
         const std::vector<FileUrl> &urls, const FileUrl &destination, VerifyLevel verify,
         const ProgressCallback &progress, const std::stop_token &stop)>
         copyFiles;
+    // The index of the cached projects, newest first.
+    std::function<std::vector<ProjectSummary>()> loadProjects;
+    // Stores a project and gives the index as it then stands.
+    std::function<std::vector<ProjectSummary>(const CachedProject &project)> saveProject;
+    // The text of the event file for clips in any order.
+    std::function<QString(const std::vector<ClipPtr> &clips, const QString &name)> eventText;
+    // Hands a file to the program that is registered for it; failures are nobody's concern.
+    std::function<void(const FileUrl &file)> openFile;
+    // Shows a file in the file manager.
+    std::function<void(const FileUrl &file)> revealFile;
     // Asks for a folder and hands it to the callback, on the main thread; not called back when nothing was chosen.
     std::function<void(const FolderPanel &panel, std::function<void(FileUrl)> chosen)> chooseFolder;
 };

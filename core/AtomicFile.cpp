@@ -1,0 +1,84 @@
+#include "core/AtomicFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <string>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QtCore/QUuid>
+
+namespace larkspan {
+
+namespace {
+
+std::error_code lastError()
+{
+    return {errno, std::generic_category()};
+}
+
+tl::unexpected<std::error_code> failed(std::error_code error)
+{
+    return tl::make_unexpected(error);
+}
+
+// Writes, syncs and closes; the first error of the three.
+std::error_code fill(int file, std::string_view content)
+{
+    std::error_code error;
+    while (!error && !content.empty()) {
+        const ssize_t written = write(file, content.data(), content.size());
+        if (written >= 0) {
+            content.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno != EINTR) {
+            error = lastError();
+        }
+    }
+    if (!error && fsync(file) != 0) {
+        error = lastError();
+    }
+    if (close(file) != 0 && !error) {
+        error = lastError();
+    }
+    return error;
+}
+
+// The new name is only sure to survive a crash when the folder is synced too. File systems that can't do that are
+// no reason to fail: the file stands.
+void syncFolder(const std::filesystem::path &folder)
+{
+    const int directory = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (directory >= 0) {
+        fsync(directory);
+        close(directory);
+    }
+}
+
+} // namespace
+
+tl::expected<void, std::error_code> writeFileAtomically(const std::filesystem::path &path, std::string_view content)
+{
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    // A short name of its own, so that a long file name doesn't grow past what the file system takes.
+    const std::string name = ".larkspan-" + QUuid::createUuid().toString(QUuid::Id128).toStdString() + ".tmp";
+    const std::filesystem::path temporary = folder / name;
+
+    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file < 0) {
+        return failed(lastError());
+    }
+    std::error_code error = fill(file, content);
+    if (!error && std::rename(temporary.c_str(), path.c_str()) != 0) {
+        error = lastError();
+    }
+    if (error) {
+        unlink(temporary.c_str());
+        return failed(error);
+    }
+    syncFolder(folder);
+    return {};
+}
+
+} // namespace larkspan

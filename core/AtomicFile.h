@@ -1,0 +1,16 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+#include <tl/expected.hpp>
+
+namespace larkspan {
+
+// Replaces or makes a file in one step: whoever reads it, at any time and after any crash, finds the old content or
+// the new one, whole. Takes the path as bytes, so that names which are no UTF-8 work. Blocks until the data is on the
+// medium. On failure the old file stands as it was and nothing else is left.
+[[nodiscard]] tl::expected<void, std::error_code> writeFileAtomically(const std::filesystem::path &path,
+                                                                      std::string_view content);
+
+} // namespace larkspan

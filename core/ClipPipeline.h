@@ -1,0 +1,15 @@
+#pragma once
+
+#include "core/SortSeams.h"
+
+namespace larkspan {
+
+// Takes one file through probing, sampling, classifying and the bin rules, and hands over the finished clip.
+// Runs off the main thread and touches nothing but its arguments. Never fails: a clip without frames goes to review.
+ClipPtr processClip(const FileUrl &url, const FrameClassifier &classifier, const SortOptions &options,
+                    const SortSeams &seams);
+
+// The longest side of a sampled frame in pixels; classifying needs no more.
+inline constexpr double frameMaxDimension = 448.0;
+
+} // namespace larkspan

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "core/MediaClip.h"
+
+namespace larkspan {
+
+// Tells repeated rooms apart: clips of one multi-instance bin that show several rooms get numbered bins, "Kitchen 1",
+// "Kitchen 2". Changes primaryBin, and marks clips that may be a different room. Clips without a print open a room of
+// their own. Quadratic in the clips of one bin.
+void splitRepeatedRooms(std::span<const ClipPtr> clips);
+
+// Closes the gaps that the editor's moves left in numbered bins. A number without a sibling goes.
+void renumberSplitBins(std::span<const ClipPtr> clips);
+
+} // namespace larkspan

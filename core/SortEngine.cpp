@@ -1,0 +1,319 @@
+#include "core/SortEngine.h"
+
+#include <algorithm>
+#include <latch>
+
+#include <QtCore/QStandardPaths>
+
+#include "core/AtomicFile.h"
+#include "core/CardFolder.h"
+#include "core/ClipListing.h"
+#include "core/ClipPipeline.h"
+#include "core/RoomLabel.h"
+#include "core/RoomSplitting.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan {
+
+namespace {
+
+constexpr int coresLeftFree = 2;
+constexpr int leastWidth = 2;
+constexpr int mostWidth = 6; // a large machine must not open dozens of decoders, or requests to a model, at once
+constexpr std::size_t recentsLimit = 5;
+
+bool isEarlier(const ClipPtr &a, const ClipPtr &b)
+{
+    return a->creationDate < b->creationDate;
+}
+
+} // namespace
+
+SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *parent)
+    : QObject(parent)
+    , m_seams(std::move(seams))
+    , m_width(std::clamp(activeProcessorCount - coresLeftFree, leastWidth, mostWidth))
+    , m_projects(m_seams.loadProjects ? m_seams.loadProjects() : std::vector<ProjectSummary>())
+{
+    m_clipPool.setMaxThreadCount(m_width);
+    m_taskPool.setMaxThreadCount(std::numeric_limits<int>::max());
+}
+
+SortEngine::~SortEngine()
+{
+    cancelTask();
+    m_taskPool.waitForDone();
+}
+
+void SortEngine::sortFolder(const FileUrl &url)
+{
+    cancelTask();
+    beginWorking(url);
+    m_currentProjectID = projectID(url);
+    const auto project = std::find_if(m_projects.begin(), m_projects.end(), [this](const ProjectSummary &summary) {
+        return summary.id == m_currentProjectID;
+    });
+    // A project whose name isn't its folder's was renamed by the editor, and keeps that name.
+    const bool wasRenamed = project != m_projects.end() && project->name != url.lastPathComponent();
+    m_projectName = wasRenamed ? project->name : QString();
+    Q_EMIT folderChanged();
+    rememberRecent(url);
+    startTask([this, url, classifier = m_seams.makeClassifier(m_modelTier), options = m_options](const Run &run) {
+        runSort(run, url, classifier, options);
+    });
+}
+
+void SortEngine::chooseFolder()
+{
+    const FolderPanel panel{.prompt = u"Sort This Folder"_s,
+                            .message = u"Choose the folder holding this shoot's raw clips."_s};
+    m_seams.chooseFolder(panel, [this](const FileUrl &url) { sortFolder(url); });
+}
+
+void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
+{
+    if (!m_importRoot) {
+        return;
+    }
+    if (!std::filesystem::exists(m_importRoot->path())) {
+        setStage({.kind = StageKind::failed,
+                  .text = u"Your Shoots folder isn't available right now — check it's connected, then try again."_s});
+        return;
+    }
+    cancelTask();
+    const FileUrl destination = datedImportFolder(volumeName, *m_importRoot, QDate::currentDate());
+    m_isRemovableImport = true;
+    m_importVolumeName = volumeName;
+    if (m_options.fileHandling == FileHandling::inPlace) {
+        // A card's clips have no place to stay once it is ejected, so the setting changes for good.
+        SortOptions options = m_options;
+        options.fileHandling = FileHandling::copy;
+        setOptions(options);
+    }
+    beginWorking(destination);
+    rememberRecent(destination);
+    startTask([this, source, destination, classifier = m_seams.makeClassifier(m_modelTier),
+               options = m_options](const Run &run) { importThenSort(run, source, destination, classifier, options); });
+}
+
+void SortEngine::reset()
+{
+    cancelTask();
+    setFolder(std::nullopt);
+    clearClips();
+    setPreviewClip(nullptr);
+    m_currentProjectID.reset();
+    m_projectName.clear();
+    m_isRemovableImport = false;
+    m_importVolumeName.reset();
+    Q_EMIT folderChanged();
+    setStage({.kind = StageKind::empty});
+}
+
+void SortEngine::exportEvent()
+{
+    if (m_target == NLE::premiere || !m_folder) {
+        return;
+    }
+    renumberSplitBins(m_clips);
+    Q_EMIT clipsChanged();
+    writeEvent(std::nullopt);
+}
+
+void SortEngine::backToResults()
+{
+    if (m_stage.kind == StageKind::done || (m_stage.kind == StageKind::failed && !m_clips.empty())) {
+        setStage({.kind = StageKind::results});
+    }
+}
+
+void SortEngine::writeEvent(const std::optional<FileUrl> &directory)
+{
+    if (!m_folder) {
+        return;
+    }
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const FileUrl folder = directory                                             ? *directory
+                           : m_options.writeNextToFootage || documents.isEmpty() ? *m_folder
+                                                                                 : FileUrl(documents.toStdString());
+    // The name goes by its bytes: a folder whose name is no UTF-8 has its event under the same one.
+    const QString name = m_folder->lastPathComponent();
+    const FileUrl event(folder.path() / (m_folder->lastPathBytes() + ".fcpxml"));
+
+    const auto written = writeFileAtomically(event.path(), m_seams.eventText(m_clips, name).toStdString());
+    if (!written) {
+        setStage({.kind = StageKind::failed, .text = QString::fromStdString(written.error().message())});
+        return;
+    }
+    if (m_options.openEditorAfterExport) {
+        (m_target == NLE::finalCut ? m_seams.openFile : m_seams.revealFile)(event);
+    }
+    setStage({.kind = StageKind::done, .event = event});
+    saveCurrentProject();
+}
+
+void SortEngine::runSort(const Run &run, const FileUrl &folder,
+                         const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options)
+{
+    const std::vector<FileUrl> urls = listClips(folder);
+    if (urls.empty()) {
+        land(run, [this, folder] { setStage({.kind = StageKind::emptyFolder, .text = folder.lastPathComponent()}); });
+        return;
+    }
+    land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
+
+    const auto width = static_cast<std::size_t>(m_width);
+    for (std::size_t first = 0; first < urls.size(); first += width) {
+        if (run.stop.stop_requested()) {
+            return;
+        }
+        const auto batch = std::span(urls).subspan(first, std::min(width, urls.size() - first));
+        land(run, [this, landed = processBatch(run, batch, *classifier, options)] {
+            m_clips.insert(m_clips.end(), landed.begin(), landed.end());
+            Q_EMIT clipsChanged();
+            setProgress(static_cast<int>(m_clips.size()), m_total);
+        });
+    }
+    land(run, [this, options] { finishSort(options); });
+}
+
+std::vector<ClipPtr> SortEngine::processBatch(const Run &run, std::span<const FileUrl> urls,
+                                              const FrameClassifier &classifier, const SortOptions &options)
+{
+    std::vector<ClipPtr> clips(urls.size());
+    std::latch allThrough(static_cast<std::ptrdiff_t>(urls.size()));
+    for (std::size_t i = 0; i < urls.size(); ++i) {
+        m_clipPool.start([&, i] {
+            // A clip that still waits for a thread when its run is stopped need not be looked at: nobody will see it.
+            if (!run.stop.stop_requested()) {
+                clips[i] = processClip(urls[i], classifier, options, m_seams);
+            }
+            allThrough.count_down();
+        });
+    }
+    allThrough.wait();
+    return clips;
+}
+
+void SortEngine::finishSort(const SortOptions &options)
+{
+    std::vector<ClipPtr> sorted = m_clips;
+    std::stable_sort(sorted.begin(), sorted.end(), isEarlier);
+    if (options.splitRepeatedRooms) {
+        splitRepeatedRooms(sorted);
+    }
+    setClips(std::move(sorted));
+    selectFirstBin();
+    setStage({.kind = StageKind::results});
+    saveCurrentProject();
+}
+
+void SortEngine::importThenSort(const Run &run, const FileUrl &source, const FileUrl &destination,
+                                const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options)
+{
+    const std::vector<FileUrl> urls = listClips(source);
+    if (urls.empty()) {
+        land(run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });
+        return;
+    }
+    land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
+    const auto copied = m_seams.copyFiles(
+        urls, destination, options.verifyLevel,
+        [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
+    if (!copied) {
+        land(run,
+             [this, failure = copied.error()] { setStage({.kind = StageKind::failed, .text = failure.description}); });
+        return;
+    }
+    if (run.stop.stop_requested()) {
+        return;
+    }
+    land(run, [this] { setProgress(0, m_total); });
+    runSort(run, destination, classifier, options);
+}
+
+void SortEngine::land(const Run &run, std::function<void()> change)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, ticket = run.ticket, change = std::move(change)] {
+            if (ticket == m_ticket) {
+                change();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+void SortEngine::cancelTask()
+{
+    m_task.request_stop();
+    ++m_ticket;
+}
+
+void SortEngine::startTask(std::function<void(const Run &run)> work)
+{
+    std::stop_source task;
+    m_task.swap(task);
+    m_taskPool.start([run = Run{m_ticket, m_task.get_token()}, work = std::move(work)] { work(run); });
+}
+
+void SortEngine::clearClips()
+{
+    m_confirmedReview.clear();
+    setClips({});
+    setSelectedBin(std::nullopt);
+    setProgress(0, 0);
+}
+
+void SortEngine::beginWorking(const FileUrl &folder)
+{
+    setFolder(folder);
+    clearClips();
+    setStage({.kind = StageKind::working});
+}
+
+void SortEngine::selectFirstBin()
+{
+    const bool anyToReview =
+        std::any_of(m_clips.begin(), m_clips.end(), [this](const ClipPtr &clip) { return isUnderReview(*clip); });
+    const std::vector<BinCount> counts = binCounts();
+    setSelectedBin(anyToReview      ? std::optional(reviewKey())
+                   : counts.empty() ? std::nullopt
+                                    : std::optional(counts.front().bin));
+}
+
+void SortEngine::rememberRecent(const FileUrl &url)
+{
+    std::erase_if(m_recents, [&url](const Recent &recent) { return recent.path == url; });
+    m_recents.insert(m_recents.begin(), {.name = url.lastPathComponent(), .path = url});
+    if (m_recents.size() > recentsLimit) {
+        m_recents.resize(recentsLimit);
+    }
+    Q_EMIT recentsChanged();
+}
+
+void SortEngine::saveCurrentProject()
+{
+    if (!m_folder || m_clips.empty() || !m_seams.saveProject) {
+        return;
+    }
+    m_currentProjectID = projectID(*m_folder);
+    CachedProject project;
+    project.summary = {
+        .id = *m_currentProjectID,
+        .name = displayName(),
+        .folderPath = *m_folder,
+        .clipCount = static_cast<int>(m_clips.size()),
+        .binCount = static_cast<int>(binCounts().size()),
+        .reviewCount = static_cast<int>(std::count_if(m_clips.begin(), m_clips.end(),
+                                                      [this](const ClipPtr &clip) { return isUnderReview(*clip); })),
+        .savedAt = std::chrono::time_point_cast<Date::duration>(std::chrono::system_clock::now()),
+    };
+    std::transform(m_clips.begin(), m_clips.end(), std::back_inserter(project.clips),
+                   [](const ClipPtr &clip) { return ClipRecord::fromClip(*clip); });
+    m_projects = m_seams.saveProject(project);
+    Q_EMIT projectsChanged();
+}
+
+} // namespace larkspan

@@ -1,0 +1,218 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <stop_token>
+#include <vector>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QThread>
+#include <QtCore/QThreadPool>
+#include <QtCore/QUuid>
+
+#include "core/FileUrl.h"
+#include "core/MediaClip.h"
+#include "core/NLE.h"
+#include "core/Project.h"
+#include "core/SortOptions.h"
+#include "core/SortSeams.h"
+
+namespace larkspan {
+
+// One row of the bin list.
+struct BinCount
+{
+    QString bin;
+    int count = 0;
+
+    friend bool operator==(const BinCount &, const BinCount &) = default;
+};
+
+std::size_t qHash(const BinCount &row, std::size_t seed = 0) noexcept;
+
+// The current shoot: takes a folder, lists its video files, runs each through probing, sampling, classifying and the
+// bin rules a handful at a time, and holds the clips for the screens.
+//
+// Lives on the main thread; every member is called and every signal sent there. One background task runs at a time:
+// starting another stops the old one, and what the old one still hands over is dropped. The destructor waits for the
+// clips in work to end.
+class SortEngine : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(larkspan::SortEngine::StageKind stage READ stageKind NOTIFY stageChanged)
+    Q_PROPERTY(QString stageText READ stageText NOTIFY stageChanged)
+    Q_PROPERTY(int done READ done NOTIFY progressChanged)
+    Q_PROPERTY(int total READ total NOTIFY progressChanged)
+    Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
+    Q_PROPERTY(bool hasFolder READ hasFolder NOTIFY folderChanged)
+    Q_PROPERTY(QString folderName READ folderName NOTIFY folderChanged)
+    Q_PROPERTY(QString displayName READ displayName NOTIFY folderChanged)
+    Q_PROPERTY(QString selectedBin READ selectedBinText WRITE selectBin NOTIFY selectedBinChanged)
+
+public:
+    enum class StageKind { empty, working, results, organizing, done, emptyFolder, failed };
+    Q_ENUM(StageKind)
+
+    // Which screen the tool shows.
+    struct Stage
+    {
+        StageKind kind = StageKind::empty;
+        QString text;                 // emptyFolder: the folder's name; failed: the message
+        std::optional<FileUrl> event; // done: the event file
+
+        friend bool operator==(const Stage &, const Stage &) = default;
+    };
+
+    using BinCount = larkspan::BinCount;
+    using Recent = larkspan::Recent;
+
+    // activeProcessorCount: what the width of a sort is reckoned from.
+    explicit SortEngine(SortSeams seams, int activeProcessorCount = QThread::idealThreadCount(),
+                        QObject *parent = nullptr);
+    ~SortEngine() override;
+
+    // Sorts a folder in place.
+    void sortFolder(const FileUrl &url);
+    // Asks for a folder, then sorts it.
+    Q_INVOKABLE void chooseFolder();
+    // Copies a card into a dated folder under importRoot, then sorts the copy. Does nothing without an importRoot.
+    void importCard(const FileUrl &source, const QString &volumeName);
+    // Drops everything, the running task included.
+    Q_INVOKABLE void reset();
+    // Writes the event beside the footage and goes to done, or to failed. Does nothing without a folder.
+    Q_INVOKABLE void exportEvent();
+    // From done and failed back to the clips.
+    Q_INVOKABLE void backToResults();
+
+    const Stage &stage() const { return m_stage; }
+    const std::vector<ClipPtr> &clips() const { return m_clips; }
+    int done() const { return m_done; }
+    int total() const { return m_total; }
+    // done ÷ total, 0 before the total is known.
+    double progress() const;
+    const std::optional<FileUrl> &folder() const { return m_folder; }
+    bool hasFolder() const { return m_folder.has_value(); }
+    QString folderName() const;
+    // The editor's own name for the project, otherwise the folder's.
+    QString displayName() const;
+
+    // The bin on show, the review key, or none.
+    const std::optional<QString> &selectedBin() const { return m_selectedBin; }
+    void setSelectedBin(std::optional<QString> bin);
+    const ClipPtr &previewClip() const { return m_previewClip; }
+    void setPreviewClip(ClipPtr clip);
+    // Ids of the clips that the editor has dealt with.
+    const std::set<QUuid> &confirmedReview() const { return m_confirmedReview; }
+    bool isUnderReview(const MediaClip &clip) const;
+
+    NLE target() const { return m_target; }
+    void setTarget(NLE target);
+    ModelTier modelTier() const { return m_modelTier; }
+    void setModelTier(ModelTier tier);
+    const SortOptions &options() const { return m_options; }
+    void setOptions(const SortOptions &options);
+    const std::vector<Recent> &recents() const { return m_recents; }
+    const std::vector<ProjectSummary> &projects() const { return m_projects; }
+    const std::optional<QString> &currentProjectID() const { return m_currentProjectID; }
+    const QString &projectName() const { return m_projectName; }
+    const std::optional<FileUrl> &importRoot() const { return m_importRoot; }
+    void setImportRoot(std::optional<FileUrl> root);
+    bool isRemovableImport() const { return m_isRemovableImport; }
+    const std::optional<QString> &importVolumeName() const { return m_importVolumeName; }
+
+    // The bins in use with their clips' number, the fullest first; the bin list's order.
+    std::vector<BinCount> binCounts() const;
+    // The bins in use, ascending.
+    std::vector<QString> usedBins() const;
+    // Every bin that a picker offers, ascending: those in use, the whole table, and "Unsorted".
+    std::vector<QString> binChoices() const;
+    // The clips of a bin, or those under review for the review key, by date.
+    std::vector<ClipPtr> clipsInBin(const QString &bin) const;
+
+    // How many clips are in work at once.
+    int width() const { return m_width; }
+
+Q_SIGNALS:
+    void stageChanged();
+    // The list or anything in it: bins, counts and lists are to be read again.
+    void clipsChanged();
+    void progressChanged();
+    void folderChanged();
+    void selectedBinChanged();
+    void previewClipChanged();
+    void targetChanged();
+    void modelTierChanged();
+    void optionsChanged();
+    void importRootChanged();
+    void recentsChanged();
+    void projectsChanged();
+
+private:
+    // The running task as its work sees it: a token to poll, and a ticket that says whose results still count.
+    struct Run
+    {
+        quint64 ticket = 0;
+        std::stop_token stop;
+    };
+
+    StageKind stageKind() const { return m_stage.kind; }
+    QString stageText() const { return m_stage.text; }
+    QString selectedBinText() const { return m_selectedBin.value_or(QString()); }
+    void selectBin(const QString &bin) { setSelectedBin(bin.isEmpty() ? std::nullopt : std::optional(bin)); }
+
+    // Main thread.
+    void cancelTask();
+    void startTask(std::function<void(const Run &run)> work);
+    void clearClips();
+    void beginWorking(const FileUrl &folder);
+    void setStage(Stage stage);
+    void setProgress(int done, int total);
+    void setClips(std::vector<ClipPtr> clips);
+    void setFolder(std::optional<FileUrl> folder);
+    void finishSort(const SortOptions &options);
+    void selectFirstBin();
+    void rememberRecent(const FileUrl &url);
+    void saveCurrentProject();
+    void writeEvent(const std::optional<FileUrl> &directory);
+
+    // On the task's thread; they reach the engine through land() alone.
+    void runSort(const Run &run, const FileUrl &folder, const std::shared_ptr<const FrameClassifier> &classifier,
+                 const SortOptions &options);
+    void importThenSort(const Run &run, const FileUrl &source, const FileUrl &destination,
+                        const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options);
+    std::vector<ClipPtr> processBatch(const Run &run, std::span<const FileUrl> urls, const FrameClassifier &classifier,
+                                      const SortOptions &options);
+    // Has the change made on the main thread, in the order of the calls, if the run is still the current one by then.
+    void land(const Run &run, std::function<void()> change);
+
+    const SortSeams m_seams;
+    const int m_width;
+
+    Stage m_stage;
+    std::vector<ClipPtr> m_clips;
+    int m_done = 0;
+    int m_total = 0;
+    std::optional<FileUrl> m_folder;
+    std::optional<QString> m_selectedBin;
+    ClipPtr m_previewClip;
+    std::set<QUuid> m_confirmedReview;
+    NLE m_target = NLE::finalCut;
+    ModelTier m_modelTier = ModelTier::local;
+    SortOptions m_options;
+    std::vector<Recent> m_recents;
+    std::vector<ProjectSummary> m_projects;
+    std::optional<QString> m_currentProjectID;
+    QString m_projectName;
+    std::optional<FileUrl> m_importRoot;
+    bool m_isRemovableImport = false;
+    std::optional<QString> m_importVolumeName;
+
+    quint64 m_ticket = 0;
+    std::stop_source m_task;
+    QThreadPool m_taskPool; // one thread a task; a stopped one may still be ending beside the new one
+    QThreadPool m_clipPool; // the clips in work, of all tasks together
+};
+
+} // namespace larkspan

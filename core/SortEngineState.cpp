@@ -1,0 +1,167 @@
+// What the screens read of the engine, and the plain setters.
+#include "core/SortEngine.h"
+
+#include <algorithm>
+#include <map>
+
+#include "core/RoomLabel.h"
+
+namespace larkspan {
+
+std::size_t qHash(const BinCount &row, std::size_t seed) noexcept
+{
+    return qHashMulti(seed, row.bin, row.count);
+}
+
+double SortEngine::progress() const
+{
+    return m_total < 1 ? 0.0 : static_cast<double>(m_done) / m_total;
+}
+
+QString SortEngine::folderName() const
+{
+    return m_folder ? m_folder->lastPathComponent() : QString();
+}
+
+QString SortEngine::displayName() const
+{
+    return m_projectName.isEmpty() ? folderName() : m_projectName;
+}
+
+bool SortEngine::isUnderReview(const MediaClip &clip) const
+{
+    return clip.needsReview && !m_confirmedReview.contains(clip.id);
+}
+
+std::vector<BinCount> SortEngine::binCounts() const
+{
+    std::map<QString, int> counts;
+    for (const ClipPtr &clip : m_clips) {
+        for (const QString &bin : clip->bins()) {
+            ++counts[bin];
+        }
+    }
+    std::vector<BinCount> rows;
+    for (const auto &[bin, count] : counts) {
+        rows.push_back({bin, count});
+    }
+    std::stable_sort(rows.begin(), rows.end(), [](const BinCount &a, const BinCount &b) { return a.count > b.count; });
+    return rows;
+}
+
+std::vector<QString> SortEngine::usedBins() const
+{
+    std::set<QString> bins;
+    for (const ClipPtr &clip : m_clips) {
+        bins.merge([&clip] {
+            const auto own = clip->bins();
+            return std::set<QString>(own.begin(), own.end());
+        }());
+    }
+    return {bins.begin(), bins.end()};
+}
+
+std::vector<QString> SortEngine::binChoices() const
+{
+    const std::vector<QString> used = usedBins();
+    std::set<QString> bins(used.begin(), used.end());
+    for (const RoomLabel &label : RoomLabel::all()) {
+        bins.insert(label.name);
+    }
+    bins.insert(unsortedBin());
+    return {bins.begin(), bins.end()};
+}
+
+std::vector<ClipPtr> SortEngine::clipsInBin(const QString &bin) const
+{
+    std::vector<ClipPtr> clips;
+    std::copy_if(m_clips.begin(), m_clips.end(), std::back_inserter(clips), [&](const ClipPtr &clip) {
+        if (bin == reviewKey()) {
+            return isUnderReview(*clip);
+        }
+        const auto own = clip->bins();
+        return std::find(own.begin(), own.end(), bin) != own.end();
+    });
+    std::stable_sort(clips.begin(), clips.end(),
+                     [](const ClipPtr &a, const ClipPtr &b) { return a->creationDate < b->creationDate; });
+    return clips;
+}
+
+void SortEngine::setStage(Stage stage)
+{
+    if (m_stage != stage) {
+        m_stage = std::move(stage);
+        Q_EMIT stageChanged();
+    }
+}
+
+void SortEngine::setProgress(int done, int total)
+{
+    if (m_done != done || m_total != total) {
+        m_done = done;
+        m_total = total;
+        Q_EMIT progressChanged();
+    }
+}
+
+void SortEngine::setClips(std::vector<ClipPtr> clips)
+{
+    m_clips = std::move(clips);
+    Q_EMIT clipsChanged();
+}
+
+void SortEngine::setFolder(std::optional<FileUrl> folder)
+{
+    m_folder = std::move(folder);
+    Q_EMIT folderChanged();
+}
+
+void SortEngine::setSelectedBin(std::optional<QString> bin)
+{
+    if (m_selectedBin != bin) {
+        m_selectedBin = std::move(bin);
+        Q_EMIT selectedBinChanged();
+    }
+}
+
+void SortEngine::setPreviewClip(ClipPtr clip)
+{
+    if (m_previewClip != clip) {
+        m_previewClip = std::move(clip);
+        Q_EMIT previewClipChanged();
+    }
+}
+
+void SortEngine::setTarget(NLE target)
+{
+    if (m_target != target) {
+        m_target = target;
+        Q_EMIT targetChanged();
+    }
+}
+
+void SortEngine::setModelTier(ModelTier tier)
+{
+    if (m_modelTier != tier) {
+        m_modelTier = tier;
+        Q_EMIT modelTierChanged();
+    }
+}
+
+void SortEngine::setOptions(const SortOptions &options)
+{
+    if (m_options != options) {
+        m_options = options;
+        Q_EMIT optionsChanged();
+    }
+}
+
+void SortEngine::setImportRoot(std::optional<FileUrl> root)
+{
+    if (m_importRoot != root) {
+        m_importRoot = std::move(root);
+        Q_EMIT importRootChanged();
+    }
+}
+
+} // namespace larkspan
