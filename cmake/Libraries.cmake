@@ -5,6 +5,7 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent Gui)
 find_package(tl-expected REQUIRED)
 find_package(GTest REQUIRED)
 find_package(rapidcheck REQUIRED)
+find_package(LibXml2 REQUIRED) # tests alone: what we write must read back
 
 qt_standard_project_setup()
 set(CMAKE_AUTOMOC OFF) # switched on for the modules that hold QObjects
