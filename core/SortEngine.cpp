@@ -253,8 +253,7 @@ void SortEngine::cancelTask()
 
 void SortEngine::startTask(std::function<void(const Run &run)> work)
 {
-    std::stop_source task;
-    m_task.swap(task);
+    m_task = std::stop_source();
     m_taskPool.start([run = Run{m_ticket, m_task.get_token()}, work = std::move(work)] { work(run); });
 }
 
