@@ -59,7 +59,7 @@ void SortEngine::sortFolder(const FileUrl &url)
     m_projectName = wasRenamed ? project->name : QString();
     Q_EMIT folderChanged();
     rememberRecent(url);
-    startTask([this, url, classifier = m_seams.makeClassifier(m_modelTier), options = m_options](const Run &run) {
+    startTask([this, url, classifier = makeClassifier(), options = m_options](const Run &run) {
         runSort(run, url, classifier, options);
     });
 }
@@ -93,8 +93,9 @@ void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
     }
     beginWorking(destination);
     rememberRecent(destination);
-    startTask([this, source, destination, classifier = m_seams.makeClassifier(m_modelTier),
-               options = m_options](const Run &run) { importThenSort(run, source, destination, classifier, options); });
+    startTask([this, source, destination, classifier = makeClassifier(), options = m_options](const Run &run) {
+        importThenSort(run, source, destination, classifier, options);
+    });
 }
 
 void SortEngine::reset()
@@ -182,17 +183,18 @@ std::vector<ClipPtr> SortEngine::processBatch(const Run &run, std::span<const Fi
                                               const FrameClassifier &classifier, const SortOptions &options)
 {
     std::vector<ClipPtr> clips(urls.size());
-    std::latch allThrough(static_cast<std::ptrdiff_t>(urls.size()));
+    // Shared, since the last clip may still be inside count_down() when the wait is over.
+    const auto allThrough = std::make_shared<std::latch>(static_cast<std::ptrdiff_t>(urls.size()));
     for (std::size_t i = 0; i < urls.size(); ++i) {
-        m_clipPool.start([&, i] {
+        m_clipPool.start([&, allThrough, i] {
             // A clip that still waits for a thread when its run is stopped need not be looked at: nobody will see it.
             if (!run.stop.stop_requested()) {
                 clips[i] = processClip(urls[i], classifier, options, m_seams);
             }
-            allThrough.count_down();
+            allThrough->count_down();
         });
     }
-    allThrough.wait();
+    allThrough->wait();
     return clips;
 }
 
@@ -243,6 +245,14 @@ void SortEngine::land(const Run &run, std::function<void()> change)
             }
         },
         Qt::QueuedConnection);
+}
+
+std::shared_ptr<const FrameClassifier> SortEngine::makeClassifier() const
+{
+    auto local = m_seams.makeLocalClassifier();
+    // Without a key the cloud can't be asked, and a sort is worth more than a message about it.
+    const bool usesCloud = m_modelTier == ModelTier::cloud && !m_cloudSettings.apiKey.isEmpty();
+    return usesCloud ? m_seams.makeCloudClassifier(m_cloudSettings, std::move(local)) : local;
 }
 
 void SortEngine::cancelTask()

@@ -12,6 +12,7 @@
 #include <QtCore/QThreadPool>
 #include <QtCore/QUuid>
 
+#include "core/CloudSettings.h"
 #include "core/FileUrl.h"
 #include "core/MediaClip.h"
 #include "core/NLE.h"
@@ -111,6 +112,8 @@ public:
     void setTarget(NLE target);
     ModelTier modelTier() const { return m_modelTier; }
     void setModelTier(ModelTier tier);
+    const CloudSettings &cloudSettings() const { return m_cloudSettings; }
+    void setCloudSettings(CloudSettings settings) { m_cloudSettings = std::move(settings); }
     const SortOptions &options() const { return m_options; }
     void setOptions(const SortOptions &options);
     const std::vector<Recent> &recents() const { return m_recents; }
@@ -163,6 +166,7 @@ private:
     void selectBin(const QString &bin) { setSelectedBin(bin.isEmpty() ? std::nullopt : std::optional(bin)); }
 
     // Main thread.
+    std::shared_ptr<const FrameClassifier> makeClassifier() const;
     void cancelTask();
     void startTask(std::function<void(const Run &run)> work);
     void clearClips();
@@ -200,6 +204,7 @@ private:
     std::set<QUuid> m_confirmedReview;
     NLE m_target = NLE::finalCut;
     ModelTier m_modelTier = ModelTier::local;
+    CloudSettings m_cloudSettings;
     SortOptions m_options;
     std::vector<Recent> m_recents;
     std::vector<ProjectSummary> m_projects;

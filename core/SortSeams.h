@@ -10,6 +10,7 @@
 #include <QtGui/QImage>
 #include <tl/expected.hpp>
 
+#include "core/CloudSettings.h"
 #include "core/FrameClassifier.h"
 #include "core/MediaClip.h"
 #include "core/Project.h"
@@ -53,8 +54,12 @@ struct SortSeams
     std::function<ClipPtr(const FileUrl &url)> probeClip;
     // Off the main thread. Never fails; fewer frames than asked for, or none, when they can't be read.
     std::function<Frames(const MediaClip &clip, int count, double maxDimension)> sampleFrames;
-    // Builds the classifier of a tier, once per sort, on the main thread.
-    std::function<std::shared_ptr<const FrameClassifier>(ModelTier tier)> makeClassifier;
+    // The classifier that stays on this machine. Once per sort, on the main thread.
+    std::function<std::shared_ptr<const FrameClassifier>()> makeLocalClassifier;
+    // One that lays a cloud model's answer over the local one. Asked for only with a key in the settings.
+    std::function<std::shared_ptr<const FrameClassifier>(const CloudSettings &settings,
+                                                         std::shared_ptr<const FrameClassifier> local)>
+        makeCloudClassifier;
     // Off the main thread, one file at a time; polls the token between files and then returns what it has.
     std::function<tl::expected<std::vector<CopyResult>, CopyFailure>(
         const std::vector<FileUrl> &urls, const FileUrl &destination, VerifyLevel verify,
