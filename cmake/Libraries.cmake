@@ -10,3 +10,5 @@ find_package(LibXml2 REQUIRED) # tests alone: what we write must read back
 qt_standard_project_setup()
 set(CMAKE_AUTOMOC OFF) # switched on for the modules that hold QObjects
 set(CMAKE_AUTOUIC OFF)
+
+pkg_check_modules(FFmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale)

@@ -1,0 +1,210 @@
+#include "classify/ClipProbe.h"
+
+#include <cmath>
+#include <limits>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <QtCore/QDateTime>
+
+extern "C" {
+#include <libavformat/avformat.h>
+}
+
+#include "classify/PictureGeometry.h"
+
+namespace larkspan {
+
+namespace {
+
+struct FrameDuration
+{
+    std::int64_t value;
+    std::int32_t scale;
+};
+
+// Seconds; 0 if the file doesn't say.
+double durationOf(const AVFormatContext &format)
+{
+    double seconds = static_cast<double>(format.duration) / AV_TIME_BASE;
+    if (format.duration == AV_NOPTS_VALUE || format.duration <= 0) {
+        // A movie written in fragments has its lengths in its tracks.
+        seconds = 0.0;
+        for (unsigned i = 0; i < format.nb_streams; ++i) {
+            const AVStream &stream = *format.streams[i];
+            if (stream.duration != AV_NOPTS_VALUE) {
+                seconds = std::max(seconds, static_cast<double>(stream.duration) * av_q2d(stream.time_base));
+            }
+        }
+    }
+    return std::isfinite(seconds) ? seconds : 0.0;
+}
+
+// The smallest distance of two samples in the index, in ticks of the track; 0 if there is none.
+std::int64_t smallestStep(AVStream &stream)
+{
+    std::int64_t smallest = 0;
+    const auto consider = [&smallest](std::int64_t step) {
+        if (step > 0 && (smallest == 0 || step < smallest)) {
+            smallest = step;
+        }
+    };
+    const int count = avformat_index_get_entries_count(&stream);
+    std::int64_t first = 0;
+    std::int64_t last = 0;
+    for (int i = 0; i < count; ++i) {
+        const std::int64_t time = avformat_index_get_entry(&stream, i)->timestamp;
+        if (i == 0) {
+            first = time;
+        } else {
+            consider(time - last);
+        }
+        last = time;
+    }
+    if (count > 0 && stream.duration != AV_NOPTS_VALUE) {
+        consider(stream.duration - (last - first)); // the last sample lasts to the end of the track
+    }
+    return smallest;
+}
+
+// The smallest sample duration as the container's index has it, in the track's own scale.
+std::optional<FrameDuration> minFrameDuration(const MediaFile &file, AVStream &stream)
+{
+    std::int64_t ticks = 0;
+    if (file.isFormat("mov") || file.isFormat("avi")) {
+        ticks = smallestStep(stream);
+    } else if (file.isFormat("mxf")) {
+        ticks = 1; // an MXF track counts in frames
+    }
+    const AVRational tick = stream.time_base;
+    if (ticks <= 0 || tick.num <= 0 || tick.den <= 0 || ticks > std::numeric_limits<std::int64_t>::max() / tick.num) {
+        return std::nullopt;
+    }
+    return FrameDuration{ticks * tick.num, tick.den};
+}
+
+std::optional<FrameDuration> nominalFrameDuration(const AVStream &stream)
+{
+    const AVRational rate = stream.avg_frame_rate;
+    if (rate.num <= 0 || rate.den <= 0) {
+        return std::nullopt;
+    }
+    return FrameDuration{static_cast<std::int64_t>(std::llround(600.0 / av_q2d(rate))), 600};
+}
+
+const char *metadataValue(const AVFormatContext &format, const char *key)
+{
+    const AVDictionaryEntry *entry = av_dict_get(format.metadata, key, nullptr, 0);
+    return entry != nullptr ? entry->value : nullptr;
+}
+
+std::optional<Date> parsedDate(const char *text)
+{
+    if (text == nullptr) {
+        return std::nullopt;
+    }
+    const QDateTime date = QDateTime::fromString(QString::fromUtf8(text).trimmed(), Qt::ISODateWithMs);
+    if (!date.isValid()) {
+        return std::nullopt;
+    }
+    const Date result{std::chrono::milliseconds(date.toMSecsSinceEpoch())};
+    // A clock that was never set: zero of the movie's epoch and of the system's.
+    constexpr Date movieZero = std::chrono::sys_days{std::chrono::year{1904} / std::chrono::January / 1};
+    return result == movieZero || result == Date{} ? std::nullopt : std::optional(result);
+}
+
+std::optional<Date> containerDate(const AVFormatContext &format)
+{
+    for (const char *key : {"com.apple.quicktime.creationdate", "creation_time"}) {
+        if (const auto date = parsedDate(metadataValue(format, key))) {
+            return date;
+        }
+    }
+    return std::nullopt;
+}
+
+QString cameraModelOf(const AVFormatContext &format)
+{
+    const AVDictionaryEntry *entry = nullptr;
+    while ((entry = av_dict_get(format.metadata, "", entry, AV_DICT_IGNORE_SUFFIX)) != nullptr) {
+        const std::string_view key = entry->key;
+        if (key == "make" || key == "model" || key == "com.apple.quicktime.make" ||
+            key == "com.apple.quicktime.model") {
+            return QString::fromUtf8(entry->value);
+        }
+    }
+    return {};
+}
+
+void readPicture(MediaClip &clip, const MediaFile &file, AVStream &stream)
+{
+    if (const auto geometry = pictureGeometry(file)) {
+        clip.naturalSize = geometry->naturalSize;
+        clip.displaySize = geometry->displaySize;
+    }
+    auto frame = minFrameDuration(file, stream);
+    if (!frame) {
+        frame = nominalFrameDuration(stream);
+    }
+    if (frame) {
+        clip.frameDurationValue = frame->value;
+        clip.frameDurationScale = frame->scale;
+    }
+}
+
+Date dateOf(const statx_timestamp &time)
+{
+    return Date(std::chrono::seconds(time.tv_sec) +
+                std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::nanoseconds(time.tv_nsec)));
+}
+
+} // namespace
+
+ClipPtr probeClip(const FileUrl &url)
+{
+    return probeClipWithin(url, {});
+}
+
+ClipPtr probeClipWithin(const FileUrl &url, const MediaLimits &limits, std::int64_t *bytesRead)
+{
+    auto clip = std::make_shared<MediaClip>(url);
+    std::optional<Date> created;
+    if (const auto file = MediaFile::open(url, MediaFile::Purpose::Probe, limits)) {
+        const AVFormatContext &format = *file->format();
+        clip->duration = durationOf(format);
+        if (AVStream *stream = file->video()) {
+            readPicture(*clip, *file, *stream);
+        }
+        created = containerDate(format);
+        clip->cameraModel = cameraModelOf(format);
+        if (bytesRead != nullptr) {
+            *bytesRead = file->bytesRead();
+        }
+    }
+    clip->creationDate = created ? *created : dateFromFileSystem(fileDates(url));
+    return clip;
+}
+
+FileDates fileDates(const FileUrl &url)
+{
+    struct statx status = {};
+    if (statx(AT_FDCWD, url.path().c_str(), AT_STATX_SYNC_AS_STAT, STATX_BTIME | STATX_MTIME, &status) != 0) {
+        return {};
+    }
+    FileDates dates;
+    if ((status.stx_mask & STATX_BTIME) != 0) {
+        dates.created = dateOf(status.stx_btime);
+    }
+    if ((status.stx_mask & STATX_MTIME) != 0) {
+        dates.modified = dateOf(status.stx_mtime);
+    }
+    return dates;
+}
+
+Date dateFromFileSystem(const FileDates &dates)
+{
+    return dates.created.value_or(dates.modified.value_or(distantPast));
+}
+
+} // namespace larkspan

@@ -1,0 +1,304 @@
+#include "classify/FrameSampler.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+}
+
+#include "classify/FrameScaler.h"
+#include "classify/PictureGeometry.h"
+
+namespace larkspan {
+
+namespace {
+
+constexpr double tolerance = 0.5; // seconds, either side
+constexpr int mostSamples = 1024; // far more than anyone asks for
+
+struct CodecDeleter
+{
+    void operator()(AVCodecContext *context) const { avcodec_free_context(&context); }
+};
+struct PacketDeleter
+{
+    void operator()(AVPacket *packet) const { av_packet_free(&packet); }
+};
+struct FrameDeleter
+{
+    void operator()(AVFrame *frame) const { av_frame_free(&frame); }
+};
+using CodecPtr = std::unique_ptr<AVCodecContext, CodecDeleter>;
+using PacketPtr = std::unique_ptr<AVPacket, PacketDeleter>;
+using FramePtr = std::unique_ptr<AVFrame, FrameDeleter>;
+
+CodecPtr openDecoder(const AVStream &stream)
+{
+    const AVCodec *codec = avcodec_find_decoder(stream.codecpar->codec_id);
+    if (codec == nullptr) {
+        return nullptr;
+    }
+    CodecPtr decoder(avcodec_alloc_context3(codec));
+    if (!decoder || avcodec_parameters_to_context(decoder.get(), stream.codecpar) < 0) {
+        return nullptr;
+    }
+    decoder->thread_count = 1; // clips run in parallel; one key frame gains nothing from threads
+    decoder->max_pixels = mostPixels;
+    decoder->pkt_timebase = stream.time_base;
+    decoder->skip_alpha = 1;
+    return avcodec_open2(decoder.get(), codec, nullptr) < 0 ? nullptr : std::move(decoder);
+}
+
+// Where a sample may come from, in ticks of the stream.
+struct Window
+{
+    std::int64_t from;
+    std::int64_t to;
+
+    bool holds(std::int64_t time) const { return time >= from && time <= to; }
+};
+
+// A key frame search for one sample.
+struct Approach
+{
+    double back;     // seconds before the sample's time at which to start reading
+    bool insideOnly; // a key frame before the window is of no use yet: another may lie inside
+};
+
+// With an index the seek lands on the last key frame that is early enough. Frames are stored in another order than they
+// are shown in, so it may turn out to be too late after all; then an earlier one.
+constexpr Approach indexedApproaches[] = {{-tolerance, false}, {tolerance, false}, {tolerance + 4.0, false}};
+// Without an index it lands anywhere near the time.
+constexpr Approach plainApproaches[] = {{tolerance, true}, {tolerance + 2.0, false}, {tolerance + 10.0, false}};
+
+// Finds and decodes the frames of one open file.
+class FrameFinder
+{
+public:
+    FrameFinder(MediaFile &file, AVStream &stream, CodecPtr decoder, bool shrinksMuch)
+        : m_file(file)
+        , m_stream(stream)
+        , m_decoder(std::move(decoder))
+        , m_shrinksMuch(shrinksMuch)
+    {}
+
+    // The frame within the tolerance of a time, or the one that is still shown then. Null if none can be decoded.
+    // Stays the finder's; good until the next call.
+    const AVFrame *frameAt(double seconds);
+
+private:
+    enum class KeyFound { Yes, TooLate, No };
+
+    std::int64_t ticks(double seconds) const;
+    std::int64_t packetTime() const { return m_packet->pts != AV_NOPTS_VALUE ? m_packet->pts : m_packet->dts; }
+    bool seek(double seconds);
+    bool readPacket();
+    KeyFound readKeyPacket(const Window &window, bool insideOnly);
+    bool decodeAlone();
+    bool decodeOn(const Window &window);
+    std::optional<bool> takeFrames(const Window &window);
+
+    MediaFile &m_file;
+    AVStream &m_stream;
+    CodecPtr m_decoder;
+    PacketPtr m_packet{av_packet_alloc()};
+    FramePtr m_frame{av_frame_alloc()};
+    FramePtr m_shown{av_frame_alloc()}; // the last frame before the window; without data if none
+    bool m_shrinksMuch;
+    bool m_untouched = true; // nothing read yet: the file stands at its first packet
+};
+
+bool isDamaged(const AVFrame &frame)
+{
+    return (frame.flags & AV_FRAME_FLAG_CORRUPT) != 0 || frame.decode_error_flags != 0;
+}
+
+std::int64_t FrameFinder::ticks(double seconds) const
+{
+    constexpr double most = 4e18;
+    const double exact = (seconds + m_file.startSeconds()) / av_q2d(m_stream.time_base);
+    return static_cast<std::int64_t>(std::clamp(exact, -most, most));
+}
+
+bool FrameFinder::seek(double seconds)
+{
+    avcodec_flush_buffers(m_decoder.get());
+    const bool sought =
+        av_seek_frame(m_file.format(), m_stream.index, ticks(std::max(seconds, 0.0)), AVSEEK_FLAG_BACKWARD) >= 0;
+    return sought || m_untouched;
+}
+
+bool FrameFinder::readPacket()
+{
+    m_untouched = false;
+    do {
+        av_packet_unref(m_packet.get());
+        if (m_file.limitsReached() || av_read_frame(m_file.format(), m_packet.get()) < 0) {
+            return false;
+        }
+    } while (m_packet->stream_index != m_stream.index);
+    return true;
+}
+
+FrameFinder::KeyFound FrameFinder::readKeyPacket(const Window &window, bool insideOnly)
+{
+    while (readPacket()) {
+        const std::int64_t time = packetTime();
+        if (time != AV_NOPTS_VALUE && time > window.to) {
+            return KeyFound::TooLate;
+        }
+        const bool whole = (m_packet->flags & AV_PKT_FLAG_CORRUPT) == 0;
+        if ((m_packet->flags & AV_PKT_FLAG_KEY) != 0 && whole && (!insideOnly || time >= window.from)) {
+            return KeyFound::Yes;
+        }
+    }
+    return KeyFound::No;
+}
+
+// Most key frames come out by themselves, and nothing refers to them: the quickest way to a picture.
+bool FrameFinder::decodeAlone()
+{
+    m_decoder->skip_frame = AVDISCARD_NONKEY;
+    m_decoder->skip_loop_filter = m_shrinksMuch ? AVDISCARD_ALL : AVDISCARD_DEFAULT;
+    return avcodec_send_packet(m_decoder.get(), m_packet.get()) >= 0 &&
+           avcodec_send_packet(m_decoder.get(), nullptr) >= 0 &&
+           avcodec_receive_frame(m_decoder.get(), m_frame.get()) >= 0 && !isDamaged(*m_frame);
+}
+
+// From the key packet that was read up to the first frame in the window.
+bool FrameFinder::decodeOn(const Window &window)
+{
+    av_frame_unref(m_shown.get());
+    m_decoder->skip_loop_filter = m_shrinksMuch ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
+    do {
+        const bool overBefore =
+            packetTime() != AV_NOPTS_VALUE && m_packet->duration > 0 && packetTime() < window.from - m_packet->duration;
+        m_decoder->skip_frame = overBefore ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
+        // A broken packet costs its frame, not those after it.
+        [[maybe_unused]] const int sent = avcodec_send_packet(m_decoder.get(), m_packet.get());
+        if (const auto found = takeFrames(window)) {
+            return *found;
+        }
+    } while (readPacket());
+    if (m_file.limitsReached()) {
+        return false;
+    }
+    avcodec_send_packet(m_decoder.get(), nullptr);
+    if (const auto found = takeFrames(window)) {
+        return *found;
+    }
+    // The last frame of the file is shown for as long as it says.
+    const bool stillShown =
+        m_shown->data[0] != nullptr && m_shown->best_effort_timestamp >= window.from - m_shown->pkt_duration;
+    std::swap(m_frame, m_shown);
+    return stillShown;
+}
+
+// What the decoder has ready; none if more packets are needed.
+std::optional<bool> FrameFinder::takeFrames(const Window &window)
+{
+    while (avcodec_receive_frame(m_decoder.get(), m_frame.get()) >= 0) {
+        if (isDamaged(*m_frame)) {
+            continue;
+        }
+        const std::int64_t time = m_frame->best_effort_timestamp;
+        if (time == AV_NOPTS_VALUE || window.holds(time)) {
+            return true;
+        }
+        if (time > window.to) {
+            // Nothing new comes up in the whole window: what came before it is still shown.
+            std::swap(m_frame, m_shown);
+            return m_frame->data[0] != nullptr;
+        }
+        std::swap(m_frame, m_shown);
+    }
+    return std::nullopt;
+}
+
+const AVFrame *FrameFinder::frameAt(double seconds)
+{
+    if (!m_packet || !m_frame || !m_shown) {
+        return nullptr;
+    }
+    const Window window{ticks(seconds - tolerance), ticks(seconds + tolerance)};
+    const bool indexed = !m_file.isFormat("mpegts") && !m_file.isFormat("mpeg");
+    for (const Approach &approach : indexed ? indexedApproaches : plainApproaches) {
+        const auto readKey = [&] {
+            return seek(seconds - approach.back) ? readKeyPacket(window, approach.insideOnly) : KeyFound::No;
+        };
+        KeyFound key = readKey();
+        if (key == KeyFound::Yes && window.holds(packetTime())) {
+            if (decodeAlone()) {
+                return m_frame.get();
+            }
+            key = readKey();
+        }
+        if (key == KeyFound::Yes && decodeOn(window)) {
+            return m_frame.get();
+        }
+        if (m_file.limitsReached() || (indexed && key == KeyFound::No)) {
+            break; // an index that leads nowhere does so for earlier frames, too
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::vector<double> sampleTimes(double duration, int count)
+{
+    const double length = std::isfinite(duration) ? std::max(0.5, duration) : 0.5;
+    const double wanted = std::min(std::ceil(length), static_cast<double>(std::min(count, mostSamples)));
+    const int n = std::max(1, static_cast<int>(wanted));
+    std::vector<double> times;
+    times.reserve(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i) {
+        // The platform's clock for this: 600 ticks a second.
+        times.push_back(std::round(length * (i + 0.5) / n * 600.0) / 600.0);
+    }
+    return times;
+}
+
+Frames sampleFrames(const MediaClip &clip, int count, double maxDimension)
+{
+    return sampleFramesWithin(clip, count, maxDimension, {});
+}
+
+Frames sampleFramesWithin(const MediaClip &clip, int count, double maxDimension, const MediaLimits &limits,
+                          std::int64_t *bytesRead)
+{
+    if (!(maxDimension >= 1.0)) {
+        return {};
+    }
+    const auto file = MediaFile::open(clip.url, MediaFile::Purpose::Sample, limits);
+    if (!file) {
+        return {};
+    }
+    Frames frames;
+    const auto geometry = pictureGeometry(*file);
+    CodecPtr decoder = geometry ? openDecoder(*file->video()) : nullptr;
+    if (decoder) {
+        const int dimension = static_cast<int>(std::min(maxDimension, static_cast<double>(largestSide)));
+        const bool shrinksMuch =
+            std::max(geometry->naturalSize.width(), geometry->naturalSize.height()) >= 2.0 * dimension;
+        FrameScaler scaler(*geometry, dimension);
+        FrameFinder finder(*file, *file->video(), std::move(decoder), shrinksMuch);
+        for (const double time : sampleTimes(clip.duration, count)) {
+            const AVFrame *frame = finder.frameAt(time);
+            QImage image = frame != nullptr ? scaler.image(*frame) : QImage();
+            if (!image.isNull()) {
+                frames.push_back(std::move(image));
+            }
+        }
+    }
+    if (bytesRead != nullptr) {
+        *bytesRead = file->bytesRead();
+    }
+    return frames;
+}
+
+} // namespace larkspan

@@ -1,0 +1,50 @@
+#include "tests/support/FfmpegMedia.h"
+
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <stdexcept>
+
+#include <QtCore/QProcess>
+
+#include "tests/support/TempFolder.h"
+
+namespace larkspan::test {
+
+void makeMedia(const std::filesystem::path &target, std::string_view arguments)
+{
+    QStringList list{QStringLiteral("-nostdin"), QStringLiteral("-loglevel"), QStringLiteral("error"),
+                     QStringLiteral("-y")};
+    list += QString::fromUtf8(arguments.data(), static_cast<qsizetype>(arguments.size()))
+                .split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    list += QString::fromStdString(target.native());
+    QProcess ffmpeg;
+    ffmpeg.setProcessChannelMode(QProcess::MergedChannels);
+    ffmpeg.start(QStringLiteral("ffmpeg"), list);
+    if (!ffmpeg.waitForFinished(60'000) || ffmpeg.exitStatus() != QProcess::NormalExit || ffmpeg.exitCode() != 0) {
+        ffmpeg.kill();
+        throw std::runtime_error("ffmpeg could not make " + target.native() + ": " + ffmpeg.readAll().toStdString() +
+                                 ffmpeg.errorString().toStdString());
+    }
+}
+
+const std::filesystem::path &sharedMedia(const std::string &name, std::string_view arguments)
+{
+    static const TempFolder folder;
+    static std::map<std::string, std::filesystem::path> made;
+    auto found = made.find(name);
+    if (found == made.end()) {
+        const auto path = folder / name;
+        makeMedia(path, arguments);
+        found = made.emplace(name, path).first;
+    }
+    return found->second;
+}
+
+std::string bytesOf(const std::filesystem::path &file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+} // namespace larkspan::test

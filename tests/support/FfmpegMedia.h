@@ -1,0 +1,19 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace larkspan::test {
+
+// Makes a media file with the ffmpeg program: its arguments in one line, separated by spaces, without the output.
+// Throws with what the program said if it fails.
+void makeMedia(const std::filesystem::path &target, std::string_view arguments);
+
+// The same, in a folder that lives as long as the test program: made once, then shared. Not to be changed.
+const std::filesystem::path &sharedMedia(const std::string &name, std::string_view arguments);
+
+// The whole content of a file.
+std::string bytesOf(const std::filesystem::path &file);
+
+} // namespace larkspan::test
