@@ -1,0 +1,137 @@
+#pragma once
+
+#include <atomic>
+#include <mutex>
+#include <semaphore>
+
+#include <gmock/gmock.h>
+
+#include "core/SortEngine.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/WaitUntil.h"
+
+namespace larkspan::test {
+
+// An engine on real files whose media and models are made by hand: a file's name says what it shows.
+// "kitchen 3.mov" is a kitchen shot 3 hours after the epoch; a name that holds "dark" yields no frames.
+class SortEngineTest : public testing::Test
+{
+protected:
+    using StageKind = SortEngine::StageKind;
+
+    class NamedFrames : public FrameClassifier
+    {
+    public:
+        FrameAnalysis analyze(std::span<const QImage> frames) const override
+        {
+            return {.scores = {{frames.front().text(QStringLiteral("bin")), 1.0}},
+                    .raw = {{frames.front().text(QStringLiteral("bin")), 1.0}},
+                    .featurePrint = std::make_shared<FeaturePrint>(std::vector<float>{0.0f})};
+        }
+    };
+
+    static ClipPtr probe(const FileUrl &url)
+    {
+        auto clip = std::make_shared<MediaClip>(url);
+        const QStringList words = url.baseName().split(u' ');
+        clip->creationDate = Date(std::chrono::hours(words.value(1).toInt()));
+        return clip;
+    }
+
+    static Frames sample(const MediaClip &clip)
+    {
+        const QString name = clip.url.baseName();
+        if (name.contains(QStringLiteral("dark"))) {
+            return {};
+        }
+        QString bin = name.section(u' ', 0, 0);
+        bin[0] = bin[0].toUpper();
+        QImage frame(4, 4, QImage::Format_RGB888);
+        frame.fill(Qt::black);
+        frame.setText(QStringLiteral("bin"), bin);
+        return {frame};
+    }
+
+    SortSeams seams()
+    {
+        return {
+            .probeClip = probe,
+            .sampleFrames = [](const MediaClip &clip, int, double) { return sample(clip); },
+            .makeLocalClassifier = [] { return std::make_shared<NamedFrames>(); },
+            .copyFiles = [](const auto &...) { return std::vector<CopyResult>(); },
+            .loadProjects = [this] { return storedProjects; },
+            .saveProject =
+                [this](const CachedProject &project) {
+                    savedProjects.push_back(project);
+                    return std::vector<ProjectSummary>{project.summary};
+                },
+            .eventText = [](const std::vector<ClipPtr> &, const QString &name) { return name; },
+            .openFile = [this](const FileUrl &file) { opened.push_back(file); },
+            .revealFile = [this](const FileUrl &file) { revealed.push_back(file); },
+            .chooseFolder =
+                [this](const FolderPanel &panel, const std::function<void(FileUrl)> &chosen) {
+                    panels.push_back(panel);
+                    if (folderToChoose) {
+                        chosen(*folderToChoose);
+                    }
+                },
+        };
+    }
+
+    [[nodiscard]] static bool reaches(const SortEngine &engine, StageKind stage)
+    {
+        return waitUntil([&] { return engine.stage().kind == stage; });
+    }
+
+    // Everything that was handed to the main thread so far has been looked at when this returns.
+    static void drain()
+    {
+        for (int i = 0; i < 10; ++i) {
+            QCoreApplication::processEvents();
+        }
+    }
+
+    static std::vector<QString> namesOf(const std::vector<ClipPtr> &clips)
+    {
+        std::vector<QString> names;
+        for (const ClipPtr &clip : clips) {
+            names.push_back(clip->url.baseName());
+        }
+        return names;
+    }
+
+    void makeClips(std::initializer_list<const char *> names) const
+    {
+        for (const char *name : names) {
+            (void)folder.write(std::string(name) + ".mov");
+        }
+    }
+
+    const TempFolder folder;
+    const FileUrl shoot{folder.path()};
+    std::vector<ProjectSummary> storedProjects;
+    std::vector<CachedProject> savedProjects;
+    std::vector<FileUrl> opened;
+    std::vector<FileUrl> revealed;
+    std::vector<FolderPanel> panels;
+    std::optional<FileUrl> folderToChoose;
+};
+
+// Holds work back until it is told to go on, and says when somebody has arrived.
+class Gate
+{
+public:
+    void pass()
+    {
+        m_arrived.release();
+        m_open.acquire();
+    }
+    void awaitArrival() { m_arrived.acquire(); }
+    void open(int count = 1) { m_open.release(count); }
+
+private:
+    std::counting_semaphore<> m_arrived{0};
+    std::counting_semaphore<> m_open{0};
+};
+
+} // namespace larkspan::test

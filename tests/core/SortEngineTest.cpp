@@ -1,0 +1,397 @@
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include "core/RoomLabel.h"
+#include "tests/core/SortEngineFixture.h"
+#include "tests/support/Unprivileged.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace fs = std::filesystem;
+
+TEST_F(SortEngineTest, StartsEmpty)
+{
+    const SortEngine engine(seams());
+    EXPECT_EQ(engine.stage(), SortEngine::Stage{});
+    EXPECT_EQ(engine.progress(), 0.0);
+    EXPECT_EQ(engine.folderName(), QString());
+    EXPECT_FALSE(engine.hasFolder());
+}
+
+TEST_F(SortEngineTest, LeavesTwoCoresFreeAndHoldsTheWidthWithinTwoToSix)
+{
+    const auto widthOn = [this](int processors) { return SortEngine(seams(), processors).width(); };
+    EXPECT_EQ(widthOn(1), 2);
+    EXPECT_EQ(widthOn(2), 2);
+    EXPECT_EQ(widthOn(4), 2);
+    EXPECT_EQ(widthOn(5), 3);
+    EXPECT_EQ(widthOn(8), 6);
+    EXPECT_EQ(widthOn(10), 6);
+}
+
+TEST_F(SortEngineTest, SortsAFolderIntoItsBins)
+{
+    makeClips({"kitchen 2", "pool 3", "kitchen 1"});
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    EXPECT_EQ(engine.stage().kind, StageKind::working);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"kitchen 1"_s, u"kitchen 2"_s, u"pool 3"_s));
+    EXPECT_THAT(engine.binCounts(), ElementsAre(BinCount{u"Kitchen"_s, 2}, BinCount{u"Pool"_s, 1}));
+    EXPECT_EQ(engine.selectedBin(), u"Kitchen"_s);
+    EXPECT_EQ(engine.progress(), 1.0);
+    EXPECT_EQ(engine.displayName(), shoot.lastPathComponent());
+    EXPECT_EQ(engine.currentProjectID(), projectID(shoot));
+    for (const ClipPtr &clip : engine.clips()) {
+        EXPECT_FALSE(clip->thumbnail.isNull());
+        EXPECT_EQ(clip->confidence, 1.0);
+        EXPECT_THAT(clip->rawIdentifiers, SizeIs(1));
+    }
+    ASSERT_THAT(savedProjects, SizeIs(1));
+    EXPECT_EQ(savedProjects[0].summary.clipCount, 3);
+    EXPECT_EQ(savedProjects[0].summary.binCount, 2);
+    EXPECT_EQ(savedProjects[0].clips.size(), 3u);
+}
+
+TEST_F(SortEngineTest, WorksInBatchesOfTheWidthAndProgressMovesByBatch)
+{
+    makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6", "g 7"});
+    SortEngine engine(seams(), 5);
+    ASSERT_EQ(engine.width(), 3);
+    std::vector<int> progress;
+    QObject::connect(&engine, &SortEngine::progressChanged, [&] {
+        if (engine.done() > 0) {
+            progress.push_back(engine.done());
+            EXPECT_EQ(engine.clips().size(), static_cast<std::size_t>(engine.done()));
+            EXPECT_EQ(engine.total(), 7);
+        }
+    });
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(progress, ElementsAre(3, 6, 7));
+}
+
+TEST_F(SortEngineTest, NeverHasMoreClipsInWorkThanTheWidthAndABatchIsABarrier)
+{
+    makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6", "g 7", "h 8"});
+    std::atomic<int> inWork = 0;
+    std::atomic<int> most = 0;
+    std::atomic<bool> firstBatchEnded = true;
+    auto parts = seams();
+    parts.probeClip = [&](const FileUrl &url) {
+        const int now = ++inWork;
+        for (int seen = most; now > seen && !most.compare_exchange_weak(seen, now);) {
+        }
+        if (url.baseName() == u"d 4"_s && inWork > 3) {
+            firstBatchEnded = false;
+        }
+        std::this_thread::yield();
+        auto clip = probe(url);
+        --inWork;
+        return clip;
+    };
+    SortEngine engine(parts, 5);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_LE(most, 3);
+    EXPECT_TRUE(firstBatchEnded);
+}
+
+TEST_F(SortEngineTest, ClipsOfOneDateStandInFileOrderWhoeverIsThroughFirst)
+{
+    makeClips({"a 1", "b 1", "c 1", "d 1"});
+    Gate gate;
+    auto parts = seams();
+    parts.probeClip = [&](const FileUrl &url) {
+        if (url.baseName() == u"a 1"_s) {
+            gate.pass();
+        } else if (url.baseName() == u"b 1"_s) {
+            gate.awaitArrival();
+            gate.open();
+        }
+        return probe(url);
+    };
+    SortEngine engine(parts, 4);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"a 1"_s, u"b 1"_s, u"c 1"_s, u"d 1"_s));
+}
+
+TEST_F(SortEngineTest, AClipWhoseDateWasNeverReadSortsFirst)
+{
+    makeClips({"a 1", "b 2"});
+    auto parts = seams();
+    parts.probeClip = [](const FileUrl &url) {
+        return url.baseName() == u"b 2"_s ? std::make_shared<MediaClip>(url) : probe(url);
+    };
+    SortEngine engine(parts);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"b 2"_s, u"a 1"_s));
+}
+
+TEST_F(SortEngineTest, AFolderWithoutVideoFilesIsSaidToBeEmptyByName)
+{
+    (void)folder.write("notes.txt");
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    EXPECT_EQ(engine.stage().text, shoot.lastPathComponent());
+    EXPECT_THAT(savedProjects, IsEmpty());
+}
+
+TEST_F(SortEngineTest, AnUnreadableFolderIsSaidToBeEmptyByName)
+{
+    (void)folder.write("locked/a 1.mov");
+    fs::permissions(folder.path(), fs::perms::all);
+    fs::permissions(folder / "locked", fs::perms::none);
+    SortEngine engine(seams());
+    {
+        const Unprivileged user;
+        engine.sortFolder(FileUrl(folder / "locked"));
+        ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    }
+    EXPECT_EQ(engine.stage().text, u"locked"_s);
+    fs::permissions(folder / "locked", fs::perms::all);
+}
+
+TEST_F(SortEngineTest, AClipWithoutFramesIsUnsortedUnderReviewWhateverTheOptionsSay)
+{
+    makeClips({"dark 1", "pool 2"});
+    SortEngine engine(seams());
+    engine.setOptions({.sendUnsureToReview = false});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    const MediaClip &dark = *engine.clips().front();
+    EXPECT_EQ(dark.primaryBin, u"Unsorted"_s);
+    EXPECT_EQ(dark.reviewReason, u"couldn't read any frames"_s);
+    EXPECT_TRUE(engine.isUnderReview(dark));
+    EXPECT_EQ(engine.selectedBin(), reviewKey());
+    EXPECT_THAT(namesOf(engine.clipsInBin(reviewKey())), ElementsAre(u"dark 1"_s));
+}
+
+TEST_F(SortEngineTest, FourFramesOf448PixelsAreAskedFor)
+{
+    makeClips({"pool 1"});
+    std::pair<int, double> asked;
+    auto parts = seams();
+    parts.sampleFrames = [&](const MediaClip &clip, int count, double size) {
+        asked = {count, size};
+        return sample(clip);
+    };
+    SortEngine engine(parts);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(asked, std::pair(4, 448.0));
+}
+
+TEST_F(SortEngineTest, OptionsChangedDuringASortDoNotReachIt)
+{
+    makeClips({"unsorted 1", "unsorted 2", "unsorted 3"});
+    Gate gate;
+    auto parts = seams();
+    parts.probeClip = [&](const FileUrl &url) {
+        if (url.baseName() == u"unsorted 1"_s) {
+            gate.pass();
+        }
+        return probe(url);
+    };
+    SortEngine engine(parts, 2);
+    engine.sortFolder(shoot);
+    gate.awaitArrival();
+    engine.setOptions({.sendUnsureToReview = false});
+    gate.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    for (const ClipPtr &clip : engine.clips()) {
+        EXPECT_TRUE(clip->needsReview);
+    }
+}
+
+TEST_F(SortEngineTest, SortAgainKeepsTheNameOfARenamedProject)
+{
+    makeClips({"pool 1"});
+    storedProjects = {{.id = projectID(shoot), .name = u"The Glass House"_s}};
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    EXPECT_EQ(engine.projectName(), u"The Glass House"_s);
+    EXPECT_EQ(engine.displayName(), u"The Glass House"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(savedProjects.back().summary.name, u"The Glass House"_s);
+    engine.sortFolder(shoot);
+    EXPECT_EQ(engine.projectName(), u"The Glass House"_s);
+}
+
+TEST_F(SortEngineTest, AProjectNamedLikeItsFolderHasNoNameOfItsOwn)
+{
+    storedProjects = {{.id = projectID(shoot), .name = shoot.lastPathComponent()}};
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    EXPECT_EQ(engine.projectName(), QString());
+}
+
+TEST_F(SortEngineTest, RecentsHoldFiveFoldersTheLatestFirstWithoutDoubles)
+{
+    SortEngine engine(seams());
+    for (const char *name : {"/a", "/b", "/c", "/b", "/d", "/e", "/f"}) {
+        engine.sortFolder(FileUrl(name));
+    }
+    EXPECT_THAT(engine.recents(),
+                ElementsAre(SortEngine::Recent{u"f"_s, FileUrl("/f")}, SortEngine::Recent{u"e"_s, FileUrl("/e")},
+                            SortEngine::Recent{u"d"_s, FileUrl("/d")}, SortEngine::Recent{u"b"_s, FileUrl("/b")},
+                            SortEngine::Recent{u"c"_s, FileUrl("/c")}));
+}
+
+TEST_F(SortEngineTest, ChooseFolderAsksInItsWordsAndSortsWhatWasChosen)
+{
+    SortEngine engine(seams());
+    engine.chooseFolder();
+    EXPECT_EQ(engine.stage().kind, StageKind::empty) << "nothing chosen, nothing done";
+    ASSERT_THAT(panels, SizeIs(1));
+    EXPECT_EQ(panels[0].prompt, u"Sort This Folder"_s);
+    EXPECT_EQ(panels[0].message, u"Choose the folder holding this shoot's raw clips."_s);
+    folderToChoose = shoot;
+    engine.chooseFolder();
+    EXPECT_EQ(engine.folder(), shoot);
+}
+
+TEST_F(SortEngineTest, TheCloudTierWithAnEmptyKeySortsLocally)
+{
+    int cloudAsked = 0;
+    auto parts = seams();
+    parts.makeCloudClassifier = [&](const CloudSettings &, std::shared_ptr<const FrameClassifier> local) {
+        ++cloudAsked;
+        return local;
+    };
+    makeClips({"pool 1"});
+    SortEngine engine(parts);
+    engine.setModelTier(ModelTier::cloud);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(cloudAsked, 0);
+    engine.setCloudSettings({.apiKey = u"key"_s});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(cloudAsked, 1);
+}
+
+TEST_F(SortEngineTest, PickersOfferEveryBinInUseAndInTheTable)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.clips().front()->primaryBin = u"Kitchen 2"_s;
+    engine.clips().front()->extraBins = {u"Pool"_s};
+    EXPECT_THAT(engine.usedBins(), ElementsAre(u"Kitchen 2"_s, u"Pool"_s));
+    const auto choices = engine.binChoices();
+    EXPECT_THAT(choices, SizeIs(21));
+    EXPECT_TRUE(std::is_sorted(choices.begin(), choices.end()));
+    EXPECT_THAT(choices, testing::IsSupersetOf({u"Kitchen"_s, u"Kitchen 2"_s, u"Unsorted"_s}));
+    EXPECT_THAT(engine.clipsInBin(u"Pool"_s), SizeIs(1));
+    EXPECT_THAT(engine.clipsInBin(u"Kitchen"_s), IsEmpty());
+}
+
+TEST_F(SortEngineTest, BinsOfEqualSizeAreListedByName)
+{
+    makeClips({"pool 1", "garage 2", "bedroom 3", "bedroom 4"});
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(engine.binCounts(),
+                ElementsAre(BinCount{u"Bedroom"_s, 2}, BinCount{u"Garage"_s, 1}, BinCount{u"Pool"_s, 1}));
+    EXPECT_NE(qHash(engine.binCounts()[1]), qHash(engine.binCounts()[2]));
+}
+
+TEST_F(SortEngineTest, ExportWritesTheEventBesideTheFootageAndOpensTheEditor)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.exportEvent();
+    const FileUrl event(folder.path() / (folder.path().filename().native() + ".fcpxml"));
+    EXPECT_EQ(engine.stage(), (SortEngine::Stage{.kind = StageKind::done, .event = event}));
+    EXPECT_THAT(opened, ElementsAre(event));
+    std::ostringstream text;
+    text << std::ifstream(event.path()).rdbuf();
+    EXPECT_EQ(text.str(), folder.path().filename().native());
+    EXPECT_THAT(savedProjects, SizeIs(2));
+
+    engine.backToResults();
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+    engine.setTarget(NLE::resolve);
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage().kind, StageKind::done) << "a second export replaces the file";
+    EXPECT_THAT(opened, SizeIs(1)) << "Resolve imports by hand";
+    EXPECT_THAT(revealed, ElementsAre(event));
+}
+
+TEST_F(SortEngineTest, ExportOpensNothingWhenTheOptionIsOff)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    engine.setOptions({.openEditorAfterExport = false});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage().kind, StageKind::done);
+    EXPECT_THAT(opened, IsEmpty());
+}
+
+TEST_F(SortEngineTest, ExportForPremiereOrWithoutAFolderDoesNothing)
+{
+    SortEngine engine(seams());
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage().kind, StageKind::empty);
+    makeClips({"pool 1"});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.setTarget(NLE::premiere);
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+}
+
+TEST_F(SortEngineTest, AnEventThatCannotBeWrittenFailsWithTheReasonAndTheClipsStay)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    fs::create_directory(folder.path() / (folder.path().filename().native() + ".fcpxml"));
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage(), (SortEngine::Stage{.kind = StageKind::failed, .text = u"Is a directory"_s}));
+    EXPECT_THAT(opened, IsEmpty());
+    engine.backToResults();
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+    EXPECT_THAT(engine.clips(), SizeIs(1));
+}
+
+TEST_F(SortEngineTest, ANumberWithoutASiblingIsGoneFromTheBinsAtExport)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.clips().front()->primaryBin = u"Kitchen 3"_s;
+    engine.exportEvent();
+    EXPECT_EQ(engine.clips().front()->primaryBin, u"Kitchen"_s);
+    EXPECT_EQ(savedProjects.back().clips.front().primaryBin, u"Kitchen"_s);
+}
+
+TEST_F(SortEngineTest, AFolderNameOfAnyBytesGivesAnEventOfThatName)
+{
+    const fs::path odd = folder / "A&B \xff";
+    (void)folder.write("A&B \xff/pool 1.mov");
+    SortEngine engine(seams());
+    engine.sortFolder(FileUrl(odd));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage().kind, StageKind::done);
+    EXPECT_TRUE(fs::exists(odd / "A&B \xff.fcpxml"));
+}
