@@ -1,0 +1,91 @@
+#!/usr/bin/python3
+"""Turns the three detectors of the pinned npm package into ONNX files: import_models.py PACKAGE OUTPUT
+
+Each file ends at the network's raw heads; reading them is the program's business. All take one picture,
+(1, 3, height, width), RGB; what its numbers range over is said at each model.
+"""
+
+import sys
+from pathlib import Path
+
+import onnx
+
+from onnx_export import OnnxExport
+from tfjs_graph import read_graph
+
+
+def objects(folder: Path):
+    """80 kinds of everyday objects and persons. The picture holds 0...255, its sides are multiples of 32.
+
+    heat: one logit per class and cell of 4 by 4 pixels.
+    reach: how far the object at a cell reaches to the left, up, right and down, in pixels.
+    features: what the network saw, for whole pictures: mean and maximum over the picture of the last
+    backbone layer (480) and of a middle layer (88), then the highest probability of each class (80).
+    """
+    export = OnnxExport(read_graph(folder / "centernet.json"), "tower_0/images", "objects")
+    last = export.tensor("tower_0/extern1/hard_swish/mul_1")
+    middle = export.tensor("tower_0/MobilenetV3/expanded_conv_11/add")
+    heat = export.tensor("tower_0/CenternetHead/centernet_cls_output/BiasAdd")
+    export.output("tower_0/CenternetHead/centernet_cls_output/BiasAdd", "heat", [1, 80, "rows", "columns"])
+    export.output("tower_0/mul", "reach", [1, 4, "rows", "columns"])
+    pooled = [
+        export.add("GlobalAveragePool", [last], "last:mean"),
+        export.add("GlobalMaxPool", [last], "last:max"),
+        export.add("GlobalAveragePool", [middle], "middle:mean"),
+        export.add("GlobalMaxPool", [middle], "middle:max"),
+        export.add("Sigmoid", [export.add("GlobalMaxPool", [heat], "heat:max")], "classes:max"),
+    ]
+    export.result("features", "Flatten", [export.add("Concat", pooled, "pooled", axis=1)], [1, 1216])
+    return export.model(32)
+
+
+def pose(folder: Path):
+    """The joints of the most central person. The picture holds 0...255, its sides are multiples of 32.
+
+    Cells are 4 by 4 pixels. center: logit of a person's centre; joints: one logit per joint (17);
+    regress: from a centre to its joints, (down, right) in cells; offset: from a joint's cell to the joint.
+    """
+    export = OnnxExport(read_graph(folder / "movenet-lightning.json"), "StatefulPartitionedCall/stack", "pose")
+    prefix = "StatefulPartitionedCall/"
+    for source, name, channels in (
+        ("center_0/conv2d_4/BiasAdd", "center", 1),
+        ("kpt_heatmap_0/conv2d_5/BiasAdd", "joints", 17),
+        ("kpt_regress_0/conv2d_6/BiasAdd", "regress", 34),
+        ("kpt_offset_0/conv2d_7/BiasAdd", "offset", 34),
+    ):
+        export.output(prefix + source, name, [1, channels, "rows", "columns"])
+    return export.model(32)
+
+
+def face(folder: Path):
+    """Faces. The picture holds -1...1, its sides are multiples of 32.
+
+    Two grids of anchors, at the centres of cells of 16 pixels (2 anchors a cell) and 32 pixels (6).
+    scores: one logit an anchor; boxes: 16 values an anchor, the first four the box's centre from the
+    anchor (right, down) and its width and height, in pixels.
+    """
+    export = OnnxExport(read_graph(folder / "blazeface.json"), "input", "face")
+    for source, name, channels in (
+        ("conv2d_33", "scores16", 2),
+        ("conv2d_35", "boxes16", 32),
+        ("conv2d_34", "scores32", 6),
+        ("conv2d_36", "boxes32", 96),
+    ):
+        source = f"StatefulPartitionedCall/functional_1/{source}/BiasAdd"
+        export.output(source, name, [1, channels, f"rows{name[-2:]}", f"columns{name[-2:]}"])
+    return export.model(32)
+
+
+def main(arguments: list[str]) -> int:
+    if len(arguments) != 3:
+        print(__doc__, file=sys.stderr)
+        return 2
+    folder, output = Path(arguments[1]) / "models", Path(arguments[2])
+    output.mkdir(parents=True, exist_ok=True)
+    for build in (objects, pose, face):
+        onnx.save(build(folder), output / f"{build.__name__}.onnx")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv))

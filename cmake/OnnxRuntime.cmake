@@ -1,0 +1,27 @@
+# The inference engine and the detector models, as script/fetch-models leaves them.
+# Several checkouts share one folder through LARKSPAN_DEPS, as a cache variable or in the environment.
+set(larkspan_default_deps "${PROJECT_SOURCE_DIR}/build/deps")
+if(DEFINED ENV{LARKSPAN_DEPS})
+  set(larkspan_default_deps "$ENV{LARKSPAN_DEPS}")
+endif()
+set(LARKSPAN_DEPS "${larkspan_default_deps}" CACHE PATH "Where script/fetch-models put the engine and the models")
+set(LARKSPAN_MODELS "${LARKSPAN_DEPS}/models")
+
+set(larkspan_engine "${LARKSPAN_DEPS}/onnxruntime/lib/libonnxruntime.so.1")
+if(NOT EXISTS "${larkspan_engine}" OR NOT EXISTS "${LARKSPAN_MODELS}/objects.onnx")
+  message(FATAL_ERROR "The inference engine is not in ${LARKSPAN_DEPS}: run script/bootstrap or script/fetch-models")
+endif()
+
+add_library(onnxruntime::onnxruntime SHARED IMPORTED)
+set_target_properties(onnxruntime::onnxruntime PROPERTIES
+  IMPORTED_LOCATION "${larkspan_engine}"
+  IMPORTED_SONAME libonnxruntime.so.1
+  INTERFACE_INCLUDE_DIRECTORIES "${LARKSPAN_DEPS}/onnxruntime/include")
+
+# An installed program finds both relative to itself.
+include(GNUInstallDirs)
+list(APPEND CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}/larkspan")
+install(FILES "${larkspan_engine}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/larkspan")
+install(FILES "${LARKSPAN_DEPS}/onnxruntime/LICENSE" "${LARKSPAN_DEPS}/onnxruntime/ThirdPartyNotices.txt"
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}/onnxruntime")
+install(DIRECTORY "${LARKSPAN_MODELS}" DESTINATION "${CMAKE_INSTALL_DATADIR}/larkspan" PATTERN ".stamp" EXCLUDE)
