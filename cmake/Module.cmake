@@ -25,5 +25,6 @@ function(larkspan_test name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
   endif()
   add_test(NAME ${name} COMMAND ${arg_COMMAND} ${name})
-  set_tests_properties(${name} PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT})
+  set_tests_properties(${name} PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT}
+    ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0")
 endfunction()

@@ -1,0 +1,118 @@
+#include "classify/ModelRequests.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "classify/ObjectEvidence.h"
+#include "classify/PooledPrint.h"
+
+namespace larkspan {
+
+namespace {
+
+// From here on a person is possible. On 86 photos of people every one reached it, while of 2,800 photos of rooms one
+// in twenty did; looking for joints and faces in all of them finds no further people, but bodies in armchairs
+// and faces in door handles.
+constexpr float PossiblePerson = 0.2f;
+// The surest of a crowd are enough to confirm that there are people.
+constexpr std::size_t MostPosesRead = 2;
+// How much further than the person's box the pose detector looks, as it was trained to see the whole body with room
+// around it.
+constexpr double PoseMargin = 0.1;
+constexpr float MinFaceConfidence = 0.75f;
+
+template <typename Work>
+auto timed(VisionTimings *timings, VisionTimings::Sum VisionTimings::*sum, Work work)
+{
+    if (!timings) {
+        return work();
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    auto result = work();
+    (timings->*sum).nanoseconds += std::chrono::nanoseconds(std::chrono::steady_clock::now() - begin).count();
+    ++(timings->*sum).runs;
+    return result;
+}
+
+// In the order of the detector: the surest first.
+std::vector<HumanObservation> humansAmong(std::span<const DetectedObject> objects)
+{
+    std::vector<HumanObservation> humans;
+    for (const auto &object : objects) {
+        if (object.kind == ObjectEvidence::PersonKind) {
+            humans.push_back({object.box, object.confidence});
+        }
+    }
+    return humans;
+}
+
+bool isPossible(const HumanObservation &human)
+{
+    return human.confidence >= PossiblePerson;
+}
+
+} // namespace
+
+ModelRequests::ModelRequests(std::shared_ptr<const VisionModels> models, VisionTimings *timings)
+    : m_models(std::move(models))
+    , m_timings(timings)
+{}
+
+std::optional<FrameObservations> ModelRequests::perform(const QImage &frame) const
+{
+    if (frame.isNull()) {
+        return std::nullopt;
+    }
+    const auto seen = timed(m_timings, &VisionTimings::objects, [&] { return m_models->objects().detect(frame); });
+    if (!seen) {
+        return std::nullopt;
+    }
+    FrameObservations found;
+    found.classifications = ObjectEvidence::observations(seen->objects);
+    found.featurePrint = pooledPrint(seen->features);
+    found.humans = humansAmong(seen->objects);
+    const auto poses = countPoses(frame, found.humans);
+    const auto faces = countFaces(frame, found.humans);
+    if (!poses || !faces) {
+        return std::nullopt;
+    }
+    found.bodyPoses = *poses;
+    found.faces = *faces;
+    return found;
+}
+
+std::vector<QString> ModelRequests::supportedIdentifiers() const
+{
+    return ObjectEvidence::identifiers();
+}
+
+std::optional<int> ModelRequests::countPoses(const QImage &frame, std::span<const HumanObservation> humans) const
+{
+    int count = 0;
+    for (const auto &human : humans.first(std::min(humans.size(), MostPosesRead))) {
+        if (!isPossible(human)) {
+            break;
+        }
+        const double right = human.boundingBox.width() * PoseMargin;
+        const double down = human.boundingBox.height() * PoseMargin;
+        const auto part = human.boundingBox.adjusted(-right, -down, right, down);
+        const auto pose = timed(m_timings, &VisionTimings::pose, [&] { return m_models->pose().read(frame, part); });
+        if (!pose) {
+            return std::nullopt;
+        }
+        count += PoseDetector::isBody(*pose) ? 1 : 0;
+    }
+    return count;
+}
+
+std::optional<int> ModelRequests::countFaces(const QImage &frame, std::span<const HumanObservation> humans) const
+{
+    if (!std::ranges::any_of(humans, isPossible)) {
+        return 0;
+    }
+    const auto faces =
+        timed(m_timings, &VisionTimings::face, [&] { return m_models->face().detect(frame, MinFaceConfidence); });
+    return faces ? std::optional(static_cast<int>(faces->size())) : std::nullopt;
+}
+
+} // namespace larkspan

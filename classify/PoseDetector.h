@@ -1,0 +1,44 @@
+#pragma once
+
+#include <array>
+
+#include <QtCore/QPointF>
+#include <QtCore/QRectF>
+#include <QtGui/QImage>
+
+#include "classify/InferenceSession.h"
+
+namespace larkspan {
+
+// Where the joints of one body are, and how sure that is.
+struct BodyPose
+{
+    // Nose, eyes, ears, shoulders, elbows, wrists, hips, knees, ankles; left before right.
+    static constexpr int JointCount = 17;
+
+    std::array<float, JointCount> confidence{}; // 0...1
+    std::array<QPointF, JointCount> joints{};   // in shares of the picture, origin at the top left
+
+    friend bool operator==(const BodyPose &, const BodyPose &) = default;
+};
+
+// Reads the joints of the body in the middle of a part of a picture. It always reads some: whether there is a body
+// at all is for isBody() to say.
+class PoseDetector
+{
+public:
+    [[nodiscard]] static tl::expected<PoseDetector, ModelError> load(const std::filesystem::path &file);
+
+    // part: in shares of the picture; it is looked at as the square around it. Nothing if the engine fails. Any thread.
+    [[nodiscard]] std::optional<BodyPose> read(const QImage &image, const QRectF &part) const;
+
+    // Whether the joints are sure enough, and enough of them, to be those of a person and not of a chair or a lamp.
+    [[nodiscard]] static bool isBody(const BodyPose &pose);
+
+private:
+    explicit PoseDetector(InferenceSession session) : m_session(std::move(session)) {}
+
+    InferenceSession m_session;
+};
+
+} // namespace larkspan

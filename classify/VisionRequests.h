@@ -1,0 +1,50 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include <QtCore/QRectF>
+#include <QtCore/QString>
+#include <QtGui/QImage>
+
+#include "core/FeaturePrint.h"
+
+namespace larkspan {
+
+// One identifier of the taxonomy that a frame shows, and how surely.
+struct ClassificationObservation
+{
+    QString identifier;
+    float confidence = 0.0f; // 0...1
+};
+
+// One person.
+struct HumanObservation
+{
+    QRectF boundingBox;      // in shares of the frame
+    float confidence = 0.0f; // 0...1
+};
+
+// What the five requests found in one frame.
+struct FrameObservations
+{
+    std::vector<ClassificationObservation> classifications;
+    FeaturePrintPtr featurePrint; // none if the request gave no result
+    std::vector<HumanObservation> humans;
+    int bodyPoses = 0;
+    int faces = 0;
+};
+
+// Where the evidence of the local tier comes from. Called from several threads at once.
+class VisionRequests
+{
+public:
+    virtual ~VisionRequests() = default;
+
+    // All requests on one frame, or nothing if any of them failed.
+    [[nodiscard]] virtual std::optional<FrameObservations> perform(const QImage &frame) const = 0;
+    // Every identifier that a classification can carry, in any order.
+    [[nodiscard]] virtual std::vector<QString> supportedIdentifiers() const = 0;
+};
+
+} // namespace larkspan

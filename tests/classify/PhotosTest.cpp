@@ -1,0 +1,106 @@
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include <gmock/gmock.h>
+
+#include "classify/ModelRequests.h"
+#include "classify/VisionClassifier.h"
+
+using namespace larkspan;
+
+namespace {
+
+struct Photo
+{
+    QString bin;
+    std::filesystem::path file;
+};
+
+// Photos of the sources given, every nth of them.
+std::vector<Photo> photos(const std::set<std::string> &sources, const std::set<QString> &bins, std::size_t every)
+{
+    const std::filesystem::path folder = LARKSPAN_TEST_PHOTOS;
+    std::ifstream list(folder / "photos.tsv");
+    std::vector<Photo> all;
+    for (std::string line; std::getline(list, line);) {
+        std::istringstream fields(line);
+        std::string bin, path, source;
+        std::getline(fields, bin, '\t');
+        std::getline(fields, path, '\t');
+        std::getline(fields, source, '\t');
+        if (sources.contains(source) && bins.contains(QString::fromStdString(bin))) {
+            all.push_back({QString::fromStdString(bin), folder / path});
+        }
+    }
+    std::vector<Photo> kept;
+    for (std::size_t i = 0; i < all.size(); i += every) {
+        kept.push_back(all[i]);
+    }
+    return kept;
+}
+
+const VisionClassifier &classifier()
+{
+    static const VisionClassifier instance = [] {
+        auto models = VisionModels::load();
+        return models ? VisionClassifier(std::make_shared<const ModelRequests>(*models))
+                      : throw std::runtime_error(models.error().detail);
+    }();
+    return instance;
+}
+
+FrameAnalysis analysisOf(const Photo &photo)
+{
+    const std::vector frames{QImage(QString::fromStdString(photo.file.string()))};
+    if (frames.front().isNull()) {
+        throw std::runtime_error("can't read " + photo.file.string());
+    }
+    return classifier().analyze(frames);
+}
+
+QString bestBin(const FrameAnalysis &analysis)
+{
+    const auto best = std::ranges::max_element(analysis.scores, {}, [](const auto &entry) { return entry.second; });
+    return best == analysis.scores.end() ? QString() : best->first;
+}
+
+bool showsPerson(const FrameAnalysis &analysis)
+{
+    return analysis.humanFraction >= 0.03 || (analysis.humanFraction >= 0.006 && analysis.humanConfirmed);
+}
+
+double share(const std::vector<Photo> &photos, const std::function<bool(const Photo &)> &holds)
+{
+    EXPECT_FALSE(photos.empty());
+    return static_cast<double>(std::ranges::count_if(photos, holds)) / static_cast<double>(photos.size());
+}
+
+} // namespace
+
+// A photo is one frame; a clip gives four to judge by. The bounds lie a little below what was measured.
+TEST(Photos, OfFourCommonRoomsAreMostlyReadByTheirFurniture)
+{
+    for (const auto &bin : {QStringLiteral("Kitchen"), QStringLiteral("Bathroom"), QStringLiteral("Bedroom"),
+                            QStringLiteral("Living Room")}) {
+        const auto rooms = photos({"rooms-b-valid"}, {bin}, 3);
+        EXPECT_GE(share(rooms, [](const Photo &photo) { return bestBin(analysisOf(photo)) == photo.bin; }), 0.7)
+            << bin.toStdString();
+    }
+}
+
+TEST(Photos, OfAgentsShowAPerson)
+{
+    const auto agents =
+        photos({"sites"}, {QStringLiteral("Agent / Talent"), QStringLiteral("Agent / Talent (portrait)")}, 1);
+    EXPECT_GE(share(agents, [](const Photo &photo) { return showsPerson(analysisOf(photo)); }), 0.95);
+}
+
+TEST(Photos, OfRoomsHardlyEverShowAPerson)
+{
+    const auto rooms = photos({"rooms-b-valid"},
+                              {QStringLiteral("Kitchen"), QStringLiteral("Bathroom"), QStringLiteral("Bedroom"),
+                               QStringLiteral("Living Room"), QStringLiteral("Dining Room")},
+                              3);
+    EXPECT_LE(share(rooms, [](const Photo &photo) { return showsPerson(analysisOf(photo)); }), 0.01);
+}

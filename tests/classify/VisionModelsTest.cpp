@@ -1,0 +1,88 @@
+#include "classify/VisionModels.h"
+
+#include <fstream>
+
+#include <gmock/gmock.h>
+
+#include "tests/support/TempFolder.h"
+
+using namespace larkspan;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+const std::filesystem::path Models = LARKSPAN_MODELS;
+
+// The program's models, to be spoilt.
+void copyModels(const test::TempFolder &folder)
+{
+    for (const auto *name : {"objects.onnx", "pose.onnx", "face.onnx"}) {
+        std::filesystem::copy_file(Models / name, folder / name);
+    }
+}
+
+ModelError loadError(const test::TempFolder &folder)
+{
+    const auto models = VisionModels::load(folder.path());
+    return models ? throw std::runtime_error("the models were loaded") : models.error();
+}
+
+} // namespace
+
+TEST(VisionModels, AreFoundByAProgramThatIsNotInstalled)
+{
+    EXPECT_TRUE(VisionModels::load());
+}
+
+TEST(VisionModels, AMissingFileIsNamed)
+{
+    const test::TempFolder folder;
+    copyModels(folder);
+    std::filesystem::remove(folder / "pose.onnx");
+    const auto error = loadError(folder);
+    EXPECT_EQ(error.reason, ModelError::Reason::Missing);
+    EXPECT_EQ(error.file, folder / "pose.onnx");
+    EXPECT_THAT(error.detail, Not(IsEmpty()));
+}
+
+TEST(VisionModels, AFolderInPlaceOfAFileIsNoModel)
+{
+    const test::TempFolder folder;
+    copyModels(folder);
+    std::filesystem::remove(folder / "face.onnx");
+    std::filesystem::create_directory(folder / "face.onnx");
+    EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Missing);
+}
+
+TEST(VisionModels, ATruncatedFileIsBrokenWhereverItIsCut)
+{
+    const test::TempFolder folder;
+    copyModels(folder);
+    const auto whole = std::filesystem::file_size(folder / "objects.onnx");
+    for (const auto size : {whole - 1, whole / 2, whole / 100, std::uintmax_t(20), std::uintmax_t(0)}) {
+        std::filesystem::resize_file(folder / "objects.onnx", size);
+        const auto error = loadError(folder);
+        EXPECT_NE(error.reason, ModelError::Reason::Missing) << size;
+        EXPECT_EQ(error.file, folder / "objects.onnx");
+    }
+}
+
+TEST(VisionModels, TextInPlaceOfAModelIsBroken)
+{
+    const test::TempFolder folder;
+    copyModels(folder);
+    folder.write("face.onnx", "<html>404 Not Found</html>");
+    EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Broken);
+}
+
+TEST(VisionModels, AModelInTheWrongPlaceIsTold)
+{
+    const test::TempFolder folder;
+    copyModels(folder);
+    std::filesystem::copy_file(Models / "pose.onnx", folder / "face.onnx",
+                               std::filesystem::copy_options::overwrite_existing);
+    const auto error = loadError(folder);
+    EXPECT_EQ(error.reason, ModelError::Reason::OtherModel);
+    EXPECT_EQ(error.file, folder / "face.onnx");
+}
