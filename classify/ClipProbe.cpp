@@ -6,12 +6,11 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <QtCore/QDateTime>
-
 extern "C" {
 #include <libavformat/avformat.h>
 }
 
+#include "classify/MovieMetadata.h"
 #include "classify/PictureGeometry.h"
 
 namespace larkspan {
@@ -93,48 +92,20 @@ std::optional<FrameDuration> nominalFrameDuration(const AVStream &stream)
     return FrameDuration{static_cast<std::int64_t>(std::llround(600.0 / av_q2d(rate))), 600};
 }
 
-const char *metadataValue(const AVFormatContext &format, const char *key)
+// From the dictionary that FFmpeg makes of other containers' metadata.
+ClipMetadata plainMetadata(const AVFormatContext &format)
 {
-    const AVDictionaryEntry *entry = av_dict_get(format.metadata, key, nullptr, 0);
-    return entry != nullptr ? entry->value : nullptr;
-}
-
-std::optional<Date> parsedDate(const char *text)
-{
-    if (text == nullptr) {
-        return std::nullopt;
-    }
-    const QDateTime date = QDateTime::fromString(QString::fromUtf8(text).trimmed(), Qt::ISODateWithMs);
-    if (!date.isValid()) {
-        return std::nullopt;
-    }
-    const Date result{std::chrono::milliseconds(date.toMSecsSinceEpoch())};
-    // A clock that was never set: zero of the movie's epoch and of the system's.
-    constexpr Date movieZero = std::chrono::sys_days{std::chrono::year{1904} / std::chrono::January / 1};
-    return result == movieZero || result == Date{} ? std::nullopt : std::optional(result);
-}
-
-std::optional<Date> containerDate(const AVFormatContext &format)
-{
-    for (const char *key : {"com.apple.quicktime.creationdate", "creation_time"}) {
-        if (const auto date = parsedDate(metadataValue(format, key))) {
-            return date;
-        }
-    }
-    return std::nullopt;
-}
-
-QString cameraModelOf(const AVFormatContext &format)
-{
+    ClipMetadata found;
     const AVDictionaryEntry *entry = nullptr;
     while ((entry = av_dict_get(format.metadata, "", entry, AV_DICT_IGNORE_SUFFIX)) != nullptr) {
         const std::string_view key = entry->key;
-        if (key == "make" || key == "model" || key == "com.apple.quicktime.make" ||
-            key == "com.apple.quicktime.model") {
-            return QString::fromUtf8(entry->value);
+        if (key == "creation_time") {
+            found.creationDate = parsedDate(QString::fromUtf8(entry->value));
+        } else if ((key == "make" || key == "model") && found.cameraModel.isEmpty()) {
+            found.cameraModel = QString::fromUtf8(entry->value).trimmed();
         }
     }
-    return {};
+    return found;
 }
 
 void readPicture(MediaClip &clip, const MediaFile &file, AVStream &stream)
@@ -169,20 +140,20 @@ ClipPtr probeClip(const FileUrl &url)
 ClipPtr probeClipWithin(const FileUrl &url, const MediaLimits &limits, std::int64_t *bytesRead)
 {
     auto clip = std::make_shared<MediaClip>(url);
-    std::optional<Date> created;
+    ClipMetadata metadata;
     if (const auto file = MediaFile::open(url, MediaFile::Purpose::Probe, limits)) {
         const AVFormatContext &format = *file->format();
         clip->duration = durationOf(format);
         if (AVStream *stream = file->video()) {
             readPicture(*clip, *file, *stream);
         }
-        created = containerDate(format);
-        clip->cameraModel = cameraModelOf(format);
+        metadata = file->isFormat("mov") ? movieMetadata(*file) : plainMetadata(format);
+        clip->cameraModel = metadata.cameraModel;
         if (bytesRead != nullptr) {
             *bytesRead = file->bytesRead();
         }
     }
-    clip->creationDate = created ? *created : dateFromFileSystem(fileDates(url));
+    clip->creationDate = metadata.creationDate ? *metadata.creationDate : dateFromFileSystem(fileDates(url));
     return clip;
 }
 

@@ -10,6 +10,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 }
 
+#include "classify/Decoder.h"
 #include "classify/FrameScaler.h"
 #include "classify/PictureGeometry.h"
 
@@ -20,38 +21,11 @@ namespace {
 constexpr double tolerance = 0.5; // seconds, either side
 constexpr int mostSamples = 1024; // far more than anyone asks for
 
-struct CodecDeleter
-{
-    void operator()(AVCodecContext *context) const { avcodec_free_context(&context); }
-};
 struct PacketDeleter
 {
     void operator()(AVPacket *packet) const { av_packet_free(&packet); }
 };
-struct FrameDeleter
-{
-    void operator()(AVFrame *frame) const { av_frame_free(&frame); }
-};
-using CodecPtr = std::unique_ptr<AVCodecContext, CodecDeleter>;
 using PacketPtr = std::unique_ptr<AVPacket, PacketDeleter>;
-using FramePtr = std::unique_ptr<AVFrame, FrameDeleter>;
-
-CodecPtr openDecoder(const AVStream &stream)
-{
-    const AVCodec *codec = avcodec_find_decoder(stream.codecpar->codec_id);
-    if (codec == nullptr) {
-        return nullptr;
-    }
-    CodecPtr decoder(avcodec_alloc_context3(codec));
-    if (!decoder || avcodec_parameters_to_context(decoder.get(), stream.codecpar) < 0) {
-        return nullptr;
-    }
-    decoder->thread_count = 1; // clips run in parallel; one key frame gains nothing from threads
-    decoder->max_pixels = mostPixels;
-    decoder->pkt_timebase = stream.time_base;
-    decoder->skip_alpha = 1;
-    return avcodec_open2(decoder.get(), codec, nullptr) < 0 ? nullptr : std::move(decoder);
-}
 
 // Where a sample may come from, in ticks of the stream.
 struct Window
@@ -72,8 +46,10 @@ struct Approach
 // With an index the seek lands on the last key frame that is early enough. Frames are stored in another order than they
 // are shown in, so it may turn out to be too late after all; then an earlier one.
 constexpr Approach indexedApproaches[] = {{-tolerance, false}, {tolerance, false}, {tolerance + 4.0, false}};
-// Without an index it lands anywhere near the time.
-constexpr Approach plainApproaches[] = {{tolerance, true}, {tolerance + 2.0, false}, {tolerance + 10.0, false}};
+// Without an index it lands on whatever is decoded at that time, and that may be shown a few frames later.
+constexpr double reordering = 0.25;
+constexpr Approach plainApproaches[] = {
+    {tolerance + reordering, true}, {tolerance + 2.0, false}, {tolerance + 10.0, false}};
 
 // Finds and decodes the frames of one open file.
 class FrameFinder
@@ -127,8 +103,10 @@ std::int64_t FrameFinder::ticks(double seconds) const
 bool FrameFinder::seek(double seconds)
 {
     avcodec_flush_buffers(m_decoder.get());
-    const bool sought =
-        av_seek_frame(m_file.format(), m_stream.index, ticks(std::max(seconds, 0.0)), AVSEEK_FLAG_BACKWARD) >= 0;
+    // The first frames of a stream are decoded before the time at which it starts.
+    const double start = m_file.isFormat("mov") ? 0.0 : -1.0;
+    const double target = seconds > 0.0 ? seconds : start;
+    const bool sought = av_seek_frame(m_file.format(), m_stream.index, ticks(target), AVSEEK_FLAG_BACKWARD) >= 0;
     return sought || m_untouched;
 }
 
@@ -280,7 +258,7 @@ Frames sampleFramesWithin(const MediaClip &clip, int count, double maxDimension,
     }
     Frames frames;
     const auto geometry = pictureGeometry(*file);
-    CodecPtr decoder = geometry ? openDecoder(*file->video()) : nullptr;
+    CodecPtr decoder = geometry ? openDecoder(*file->video()->codecpar) : nullptr;
     if (decoder) {
         const int dimension = static_cast<int>(std::min(maxDimension, static_cast<double>(largestSide)));
         const bool shrinksMuch =

@@ -10,17 +10,13 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
+#include "classify/Decoder.h"
 #include "classify/MediaFile.h"
 #include "classify/ToneMap.h"
 
 namespace larkspan {
 
 namespace {
-
-struct FrameDeleter
-{
-    void operator()(AVFrame *frame) const { av_frame_free(&frame); }
-};
 
 QSize sizeWithin(QSizeF size, int maxDimension)
 {
@@ -144,7 +140,7 @@ QImage FrameScaler::image(const AVFrame &frame)
         return {};
     }
     // swscale writes whole vectors, past the end of a row: a frame of FFmpeg's own has room for that.
-    const std::unique_ptr<AVFrame, FrameDeleter> small(av_frame_alloc());
+    const FramePtr small(av_frame_alloc());
     if (!small) {
         return {};
     }

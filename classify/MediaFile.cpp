@@ -163,6 +163,27 @@ bool MediaFile::limitsReached() const
     return m_bytesRead >= m_limits.bytes || std::chrono::steady_clock::now() >= m_deadline;
 }
 
+std::int64_t MediaFile::size() const
+{
+    struct stat status = {};
+    return fstat(m_descriptor, &status) == 0 ? status.st_size : 0;
+}
+
+std::size_t MediaFile::readAt(std::int64_t offset, char *buffer, std::size_t size)
+{
+    std::size_t done = 0;
+    while (done < size && !limitsReached()) {
+        const ssize_t count = pread(m_descriptor, buffer + done, size - done, offset + static_cast<off_t>(done));
+        if (count == 0 || (count < 0 && errno != EINTR)) {
+            break;
+        }
+        done += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+    m_bytesRead += static_cast<std::int64_t>(done);
+    return done;
+}
+
+// FFmpeg's reading: an error, or at least one byte.
 int MediaFile::read(std::uint8_t *buffer, int size)
 {
     if (limitsReached()) {
@@ -172,11 +193,8 @@ int MediaFile::read(std::uint8_t *buffer, int size)
     do {
         count = pread(m_descriptor, buffer, static_cast<std::size_t>(size), m_position);
     } while (count < 0 && errno == EINTR);
-    if (count < 0) {
-        return AVERROR(errno);
-    }
-    if (count == 0) {
-        return AVERROR_EOF;
+    if (count <= 0) {
+        return count < 0 ? AVERROR(errno) : AVERROR_EOF;
     }
     m_position += count;
     m_bytesRead += count;
@@ -185,22 +203,17 @@ int MediaFile::read(std::uint8_t *buffer, int size)
 
 std::int64_t MediaFile::seek(std::int64_t offset, int whence)
 {
-    struct stat status = {};
-    if ((whence & (AVSEEK_SIZE | SEEK_END)) != 0 && fstat(m_descriptor, &status) != 0) {
-        return AVERROR(errno);
-    }
-    if ((whence & AVSEEK_SIZE) != 0) {
-        return status.st_size;
-    }
     std::int64_t base = 0;
     switch (whence & ~AVSEEK_FORCE) {
+    case AVSEEK_SIZE:
+        return size();
     case SEEK_SET:
         break;
     case SEEK_CUR:
         base = m_position;
         break;
     case SEEK_END:
-        base = status.st_size;
+        base = size();
         break;
     default:
         return AVERROR(EINVAL);
@@ -209,7 +222,8 @@ std::int64_t MediaFile::seek(std::int64_t offset, int whence)
     if (__builtin_add_overflow(base, offset, &target) || target < 0) {
         return AVERROR(EINVAL);
     }
-    return m_position = target;
+    m_position = target;
+    return target;
 }
 
 } // namespace larkspan

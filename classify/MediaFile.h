@@ -52,7 +52,9 @@ public:
 
     std::int64_t bytesRead() const { return m_bytesRead; }
     bool limitsReached() const;
-    int descriptor() const { return m_descriptor; }
+    std::int64_t size() const;
+    // Bytes from a place of their own, past FFmpeg. Gives how many could be read.
+    std::size_t readAt(std::int64_t offset, char *buffer, std::size_t size);
 
 private:
     MediaFile(int descriptor, const MediaLimits &limits);

@@ -4,9 +4,12 @@
 #include <cmath>
 
 extern "C" {
+#include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 }
 
+#include "classify/AvcAspect.h"
+#include "classify/Decoder.h"
 #include "classify/MediaFile.h"
 
 namespace larkspan {
@@ -43,6 +46,25 @@ double ratioOf(AVRational ratio)
     return ratio.num > 0 && ratio.den > 0 ? av_q2d(ratio) : 0.0;
 }
 
+// What only the codec's own headers tell; 0 if they don't.
+double codecPixelAspect(const AVCodecParameters &parameters)
+{
+    if (const double aspect = ratioOf(parameters.sample_aspect_ratio); aspect > 0.0) {
+        return aspect;
+    }
+    if (parameters.extradata == nullptr || parameters.extradata_size <= 0) {
+        return 0.0;
+    }
+    if (parameters.codec_id == AV_CODEC_ID_H264) {
+        return avcPixelAspect({parameters.extradata, static_cast<std::size_t>(parameters.extradata_size)});
+    }
+    if (parameters.codec_id == AV_CODEC_ID_HEVC) {
+        const CodecPtr decoder = openDecoder(parameters); // reads its headers when it opens
+        return decoder ? ratioOf(decoder->sample_aspect_ratio) : 0.0;
+    }
+    return 0.0;
+}
+
 // How wide a pixel is for its height; 1 where the file doesn't say.
 double pixelAspect(const AVStream &stream, const Transform &transform)
 {
@@ -52,7 +74,7 @@ double pixelAspect(const AVStream &stream, const Transform &transform)
         aspect = 0.0;
     }
     if (aspect == 0.0) {
-        aspect = ratioOf(stream.codecpar->sample_aspect_ratio);
+        aspect = codecPixelAspect(*stream.codecpar);
     }
     return aspect >= 0.1 && aspect <= 10.0 ? aspect : 1.0;
 }

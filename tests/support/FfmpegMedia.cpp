@@ -31,12 +31,15 @@ void makeMedia(const std::filesystem::path &target, std::string_view arguments)
 const std::filesystem::path &sharedMedia(const std::string &name, std::string_view arguments)
 {
     static const TempFolder folder;
-    static std::map<std::string, std::filesystem::path> made;
-    auto found = made.find(name);
+    static std::map<std::pair<std::string, std::string>, std::filesystem::path> made;
+    const std::pair key(name, std::string(arguments));
+    auto found = made.find(key);
     if (found == made.end()) {
-        const auto path = folder / name;
+        // A folder each: what two tests call alike need not be the same.
+        const auto path = folder / std::to_string(made.size()) / name;
+        std::filesystem::create_directories(path.parent_path());
         makeMedia(path, arguments);
-        found = made.emplace(name, path).first;
+        found = made.emplace(key, path).first;
     }
     return found->second;
 }

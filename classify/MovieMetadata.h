@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include <QtCore/QString>
+
+#include "core/Date.h"
+
+namespace larkspan {
+
+class MediaFile;
+
+// What a clip's container says of its making.
+struct ClipMetadata
+{
+    std::optional<Date> creationDate;
+    QString cameraModel; // make or model, whichever comes first in the file
+
+    friend bool operator==(const ClipMetadata &, const ClipMetadata &) = default;
+};
+
+// From a movie file's own boxes, since FFmpeg's dictionary loses the order of what stands there twice.
+// Nothing is believed about sizes; a broken box ends its list.
+ClipMetadata movieMetadata(MediaFile &file);
+
+// An ISO 8601 date and time, "T" between them, with or without a zone (UTC then). None for the zero of a clock that was
+// never set: 1904 for movies, 1970 for systems.
+std::optional<Date> parsedDate(const QString &text);
+
+} // namespace larkspan
