@@ -44,8 +44,9 @@ double durationOf(const AVFormatContext &format)
 std::int64_t smallestStep(AVStream &stream)
 {
     std::int64_t smallest = 0;
-    const auto consider = [&smallest](std::int64_t step) {
-        if (step > 0 && (smallest == 0 || step < smallest)) {
+    const auto consider = [&smallest](std::int64_t from, std::int64_t to) {
+        std::int64_t step = 0;
+        if (!__builtin_sub_overflow(to, from, &step) && step > 0 && (smallest == 0 || step < smallest)) {
             smallest = step;
         }
     };
@@ -57,12 +58,13 @@ std::int64_t smallestStep(AVStream &stream)
         if (i == 0) {
             first = time;
         } else {
-            consider(time - last);
+            consider(last, time);
         }
         last = time;
     }
-    if (count > 0 && stream.duration != AV_NOPTS_VALUE) {
-        consider(stream.duration - (last - first)); // the last sample lasts to the end of the track
+    std::int64_t length = 0;
+    if (count > 0 && stream.duration != AV_NOPTS_VALUE && !__builtin_sub_overflow(last, first, &length)) {
+        consider(length, stream.duration); // the last sample lasts to the end of the track
     }
     return smallest;
 }

@@ -72,6 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
         Recording{"hevc.mp4", "-c:v libx265 -pix_fmt yuv420p10le -x265-params log-level=none:keyint=20:scenecut=0"},
         Recording{"fragments.mp4", "-c:v libx264 -pix_fmt yuv420p -g 10 -movflags frag_keyframe+empty_moov"},
         Recording{"avchd.mts", "-c:v libx264 -pix_fmt yuv420p -g 5 -bf 2 -f mpegts"},
+        Recording{"card.m2ts", "-c:v libx264 -pix_fmt yuv420p -g 10 -bf 2 -mpegts_m2ts_mode 1 -f mpegts"},
         Recording{"sparse.mts", "-c:v libx264 -pix_fmt yuv420p -g 250 -sc_threshold 0 -f mpegts"},
         Recording{"late.m2ts", "-c:v libx264 -pix_fmt yuv420p -g 10 -output_ts_offset 5000 -f mpegts"},
         Recording{"prores.mov", "-c:v prores_ks -profile:v 1"}, Recording{"mjpeg.avi", "-c:v mjpeg -pix_fmt yuvj420p"},
