@@ -12,6 +12,7 @@
 extern "C" {
 #include <libavformat/avformat.h>
 #include <libavutil/avstring.h>
+#include <libavutil/mem.h>
 #include <libavutil/opt.h>
 }
 
@@ -40,10 +41,17 @@ int openRegularFile(const char *path)
     return descriptor;
 }
 
-void silenceFFmpegOnce()
+// More than an index or a plane of a picture ever takes; a header of a few bytes may ask for gigabytes.
+constexpr std::size_t largestBlock = 256 << 20;
+
+// For the whole process: FFmpeg knows no narrower place for these.
+void tameFFmpegOnce()
 {
     static std::once_flag once;
-    std::call_once(once, [] { av_log_set_level(AV_LOG_QUIET); });
+    std::call_once(once, [] {
+        av_log_set_level(AV_LOG_QUIET);
+        av_max_alloc(largestBlock);
+    });
 }
 
 int refuseOtherFiles(AVFormatContext *, AVIOContext **, const char *, int, AVDictionary **)
@@ -78,7 +86,7 @@ MediaFile::~MediaFile()
 
 std::unique_ptr<MediaFile> MediaFile::open(const FileUrl &url, Purpose purpose, const MediaLimits &limits)
 {
-    silenceFFmpegOnce();
+    tameFFmpegOnce();
     const int descriptor = openRegularFile(url.path().c_str());
     if (descriptor < 0) {
         return nullptr;
@@ -117,6 +125,8 @@ bool MediaFile::openFormat(Purpose purpose)
     if (purpose == Purpose::Probe) {
         // Edit lists rewrite the index; the track's own sample durations are wanted.
         av_dict_set(&options, "advanced_editlist", "0", 0);
+    } else {
+        av_opt_set_int(m_format, "fpsprobesize", 0, 0); // nobody asks a sampler for the frame rate
     }
     const int opened = avformat_open_input(&m_format, nullptr, nullptr, &options);
     av_dict_free(&options);
