@@ -38,6 +38,8 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
 {
     m_clipPool.setMaxThreadCount(m_width);
     m_taskPool.setMaxThreadCount(std::numeric_limits<int>::max());
+    connect(this, &SortEngine::clipsChanged, this, &SortEngine::canExportChanged);
+    connect(this, &SortEngine::targetChanged, this, &SortEngine::canExportChanged);
 }
 
 SortEngine::~SortEngine()
@@ -124,8 +126,29 @@ void SortEngine::exportEvent()
 
 void SortEngine::backToResults()
 {
-    if (m_stage.kind == StageKind::done || (m_stage.kind == StageKind::failed && !m_clips.empty())) {
+    if (m_stage.kind == StageKind::done || m_stage.kind == StageKind::failed) {
         setStage({.kind = StageKind::results});
+    }
+}
+
+void SortEngine::sortAgain()
+{
+    if (m_folder) {
+        sortFolder(FileUrl(*m_folder));
+    }
+}
+
+void SortEngine::openEvent()
+{
+    if (m_stage.event) {
+        m_seams.openFile(*m_stage.event);
+    }
+}
+
+void SortEngine::revealEvent()
+{
+    if (m_stage.event) {
+        m_seams.revealFile(*m_stage.event);
     }
 }
 

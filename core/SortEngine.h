@@ -50,6 +50,13 @@ class SortEngine : public QObject
     Q_PROPERTY(bool hasFolder READ hasFolder NOTIFY folderChanged)
     Q_PROPERTY(QString folderName READ folderName NOTIFY folderChanged)
     Q_PROPERTY(QString displayName READ displayName NOTIFY folderChanged)
+    Q_PROPERTY(int clipCount READ clipCount NOTIFY clipsChanged)
+    Q_PROPERTY(int verticalCount READ verticalCount NOTIFY clipsChanged)
+    Q_PROPERTY(int binCount READ binCount NOTIFY clipsChanged)
+    Q_PROPERTY(bool canExport READ canExport NOTIFY canExportChanged)
+    Q_PROPERTY(QString exportSummary READ exportSummary NOTIFY clipsChanged)
+    Q_PROPERTY(QString eventPath READ eventPath NOTIFY stageChanged)
+    Q_PROPERTY(QString targetName READ targetName NOTIFY targetChanged)
     Q_PROPERTY(QString selectedBin READ selectedBinText WRITE selectBin NOTIFY selectedBinChanged)
 
 public:
@@ -86,6 +93,11 @@ public:
     Q_INVOKABLE void exportEvent();
     // From done and failed back to the clips.
     Q_INVOKABLE void backToResults();
+    // Sorts the current folder once more; nothing without one.
+    Q_INVOKABLE void sortAgain();
+    // Hand the written event to its program, or show it in the file manager; nothing before there is one.
+    Q_INVOKABLE void openEvent();
+    Q_INVOKABLE void revealEvent();
 
     const Stage &stage() const { return m_stage; }
     const std::vector<ClipPtr> &clips() const { return m_clips; }
@@ -98,6 +110,18 @@ public:
     QString folderName() const;
     // The editor's own name for the project, otherwise the folder's.
     QString displayName() const;
+
+    int clipCount() const { return static_cast<int>(m_clips.size()); }
+    // Clips that are taller than they are wide.
+    int verticalCount() const;
+    // How many bins are in use, split ones each for themselves.
+    int binCount() const { return static_cast<int>(binCounts().size()); }
+    bool canExport() const { return m_target != NLE::premiere && !m_clips.empty(); }
+    // "House.fcpxml · 12 bins · 74 clips".
+    QString exportSummary() const;
+    // Where the event was written, for people; "" before.
+    QString eventPath() const { return m_stage.event ? m_stage.event->displayPath() : QString(); }
+    QString targetName() const { return nleLabel(m_target); }
 
     // The bin on show, the review key, or none.
     const std::optional<QString> &selectedBin() const { return m_selectedBin; }
@@ -146,6 +170,7 @@ Q_SIGNALS:
     void selectedBinChanged();
     void previewClipChanged();
     void targetChanged();
+    void canExportChanged();
     void modelTierChanged();
     void optionsChanged();
     void importRootChanged();

@@ -28,6 +28,19 @@ QString SortEngine::displayName() const
     return m_projectName.isEmpty() ? folderName() : m_projectName;
 }
 
+int SortEngine::verticalCount() const
+{
+    return static_cast<int>(
+        std::count_if(m_clips.begin(), m_clips.end(), [](const ClipPtr &clip) { return clip->isVertical(); }));
+}
+
+QString SortEngine::exportSummary() const
+{
+    const QString name = m_folder ? folderName() : QStringLiteral("Event");
+    return QStringLiteral("%1.fcpxml · %2 bins · %3 clips")
+        .arg(name, QString::number(binCount()), QString::number(clipCount()));
+}
+
 bool SortEngine::isUnderReview(const MediaClip &clip) const
 {
     return clip.needsReview && !m_confirmedReview.contains(clip.id);
