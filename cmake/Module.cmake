@@ -11,6 +11,30 @@ function(larkspan_module name)
   endif()
 endfunction()
 
+# larkspan_qml_module(NAME URI SOURCES … QML … [IMPORTS …] LINKS …): the static library and QML module of one folder.
+# Whoever shows its views links larkspan_NAMEplugin as well and imports that with Q_IMPORT_QML_PLUGIN.
+# Headers are among the SOURCES: the types that QML sees are collected from them.
+function(larkspan_qml_module name uri)
+  cmake_parse_arguments(arg "" "" "SOURCES;QML;IMPORTS;LINKS" ${ARGN})
+  larkspan_module(${name} QOBJECTS SOURCES ${arg_SOURCES} LINKS ${arg_LINKS})
+  # The generated registration includes headers by their bare names.
+  target_include_directories(larkspan_${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+  string(REPLACE "." "/" folder ${uri})
+  qt_add_qml_module(larkspan_${name}
+    URI ${uri}
+    VERSION 1.0
+    RESOURCE_PREFIX /qt/qml
+    OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/qml/${folder}"
+    IMPORT_PATH "${PROJECT_BINARY_DIR}/qml"
+    DEPENDENCIES QtQuick ${arg_IMPORTS}
+    QML_FILES ${arg_QML}
+  )
+  # What Qt's compiler makes of the QML isn't ours to warn about.
+  get_target_property(sources larkspan_${name} SOURCES)
+  list(FILTER sources INCLUDE REGEX "/qmlcache/")
+  set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w;-g0")
+endfunction()
+
 # larkspan_test(NAME LABEL folder [TIMEOUT seconds] [QOBJECTS] SOURCES … LINKS …): one test program, one ctest.
 function(larkspan_test name)
   cmake_parse_arguments(arg "QOBJECTS" "LABEL;TIMEOUT" "SOURCES;LINKS;COMMAND" ${ARGN})
@@ -24,7 +48,7 @@ function(larkspan_test name)
   if(arg_QOBJECTS)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
   endif()
-  add_test(NAME ${name} COMMAND ${arg_COMMAND} ${name})
+  add_test(NAME ${name} COMMAND ${arg_COMMAND} $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT}
     ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0")
 endfunction()

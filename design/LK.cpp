@@ -1,0 +1,77 @@
+#include "design/LK.h"
+
+#include <QtGui/QFontDatabase>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
+#include <QtQml/QQmlEngine>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan {
+
+namespace {
+
+constexpr double typographicPointsPerInch = 72.0;
+constexpr double usualDotsPerInch = 96.0;
+
+// The desktop's interface font. Where no desktop names one, fontconfig's plain default, which is wide, gives way to a
+// face that is drawn for interfaces.
+QString interfaceFamily()
+{
+    const QString preferred = u"Inter"_s;
+    const bool isDesktopsChoice = QGuiApplication::font().family() != "Sans Serif"_L1;
+    return !isDesktopsChoice && QFontDatabase::hasFamily(preferred) ? preferred : QString();
+}
+
+} // namespace
+
+LK::LK() : m_family(interfaceFamily()) {}
+
+LK &LK::instance()
+{
+    static LK design;
+    return design;
+}
+
+LK *LK::create(QQmlEngine *, QJSEngine *)
+{
+    QQmlEngine::setObjectOwnership(&instance(), QQmlEngine::CppOwnership);
+    return &instance();
+}
+
+const LKPalette &LK::palette() const
+{
+    return m_theme == Theme::Light ? LKPalette::light() : LKPalette::dark();
+}
+
+void LK::setTheme(Theme theme)
+{
+    if (m_theme != theme) {
+        m_theme = theme;
+        Q_EMIT themeChanged();
+    }
+}
+
+void LK::setBoringMode(bool boring)
+{
+    if (m_boringMode != boring) {
+        m_boringMode = boring;
+        Q_EMIT boringModeChanged();
+    }
+}
+
+QFont LK::font(double points, int weight) const
+{
+    QFont font = QGuiApplication::font();
+    if (!m_family.isEmpty()) {
+        font.setFamily(m_family);
+    }
+    // Sizes in whole pixels would lose the half points.
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const double dotsPerInch = screen ? screen->logicalDotsPerInchY() : usualDotsPerInch;
+    font.setPointSizeF(points * typographicPointsPerInch / dotsPerInch);
+    font.setWeight(static_cast<QFont::Weight>(weight));
+    return font;
+}
+
+} // namespace larkspan

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QVariant>
+#include <QtGui/QFont>
+#include <QtQml/qqmlregistration.h>
+
+#include "design/LKPalette.h"
+
+class QJSEngine;
+class QQmlEngine;
+
+namespace larkspan {
+
+// How long things take to move, in milliseconds, by what they are for. All of it runs on the house curve.
+struct LKMotionScale
+{
+    Q_GADGET
+    QML_VALUE_TYPE(lkMotionScale)
+    Q_PROPERTY(int press MEMBER press CONSTANT)
+    Q_PROPERTY(int hover MEMBER hover CONSTANT)
+    Q_PROPERTY(int reveal MEMBER reveal CONSTANT)
+    Q_PROPERTY(int overlay MEMBER overlay CONSTANT)
+    Q_PROPERTY(int step MEMBER step CONSTANT)
+    Q_PROPERTY(int screen MEMBER screen CONSTANT)
+    Q_PROPERTY(QVariantList curve MEMBER curve CONSTANT)
+
+public:
+    int press = 100;   // the fill of a pressed button
+    int hover = 120;   // hover and selection of controls
+    int reveal = 140;  // small things that come and go, a tile that lands
+    int overlay = 180; // what lies above the screens
+    int step = 260;    // one step of a list or a carousel
+    int screen = 300;  // a change of screen
+    // As Easing.bezierCurve takes it: the two control points, then the end.
+    QVariantList curve{0.2, 0.8, 0.2, 1.0, 1.0, 1.0};
+};
+
+// The design values that every view reads: the palette of the current theme, whether decoration moves, the motion
+// scale and the type scale. One object for the whole program; main thread.
+class LK : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(larkspan::LKPalette palette READ palette NOTIFY themeChanged)
+    Q_PROPERTY(larkspan::LK::Theme theme READ theme NOTIFY themeChanged)
+    Q_PROPERTY(bool boringMode READ boringMode NOTIFY boringModeChanged)
+    Q_PROPERTY(larkspan::LKMotionScale motion READ motion CONSTANT)
+
+public:
+    // QML reaches only names in upper case.
+    enum class Theme { Light, Dark };
+    Q_ENUM(Theme)
+
+    // The one that QML sees; it lives as long as the process. Dark until the program says otherwise.
+    static LK &instance();
+    static LK *create(QQmlEngine *, QJSEngine *);
+
+    [[nodiscard]] const LKPalette &palette() const;
+    [[nodiscard]] Theme theme() const { return m_theme; }
+    void setTheme(Theme theme);
+    [[nodiscard]] bool boringMode() const { return m_boringMode; }
+    void setBoringMode(bool boring);
+    [[nodiscard]] LKMotionScale motion() const { return {}; }
+
+    // The house face. points: of the type scale, the same length as a point of the layout whatever the display's text
+    // resolution; weight: one of Font's.
+    Q_INVOKABLE QFont font(double points, int weight = QFont::Normal) const;
+
+Q_SIGNALS:
+    void themeChanged();
+    void boringModeChanged();
+
+private:
+    LK(); // not public: QML would make one of its own instead of asking create()
+
+    Theme m_theme = Theme::Dark;
+    bool m_boringMode = false;
+    QString m_family; // empty for the desktop's own
+};
+
+} // namespace larkspan

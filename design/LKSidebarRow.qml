@@ -1,0 +1,93 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Larkspan.Design
+
+// A row of a side list: what it leads to, and how much is there.
+T.AbstractButton {
+    id: control
+
+    enum Tone {
+        Neutral,
+        Warning
+    }
+
+    property alias label: control.text
+    property int count: -1 // below 0: none
+    property bool selected: false
+    property int tone: LKSidebarRow.Neutral
+    property bool showsCount: true
+    // For a list that keeps the focus itself and moves it among its rows.
+    property bool showsFocus: visualFocus
+
+    readonly property bool isWarning: tone === LKSidebarRow.Warning
+    readonly property bool hasCount: showsCount && count >= 0
+
+    // By mouse, by keyboard or by assistive technology.
+    signal activated
+
+    implicitWidth: 220
+    implicitHeight: 26
+    leftPadding: 8
+    rightPadding: 8
+    spacing: 6
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+
+    onClicked: control.activated()
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: hasCount ? qsTr("%1, %2").arg(label).arg(count) : label
+    Accessible.selectable: true
+    Accessible.selected: selected
+
+    contentItem: RowLayout {
+        spacing: control.spacing
+
+        Text {
+            Layout.fillWidth: true
+            text: control.text
+            font: LK.font(11.5, control.selected ? Font.Medium : Font.Normal)
+            color: control.selected ? LK.palette.textPrimary : LK.palette.textSecondary
+            elide: Text.ElideRight
+            maximumLineCount: 1
+            textFormat: Text.PlainText
+        }
+
+        Text {
+            visible: control.hasCount
+            horizontalAlignment: Text.AlignRight
+            leftPadding: control.isWarning ? 6 : 0
+            rightPadding: leftPadding
+            topPadding: control.isWarning ? 2 : 0
+            bottomPadding: topPadding
+            text: control.count
+            font: control.isWarning ? LK.font(10, Font.DemiBold) : LK.font(11)
+            color: control.isWarning ? LK.palette.warning : LK.palette.textTertiary
+
+            Rectangle {
+                anchors.fill: parent
+                z: -1
+                radius: 4
+                color: LK.palette.warningSubtle
+                visible: control.isWarning
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: 6
+        color: control.selected ? LK.palette.surfaceSelected : control.hovered ? LK.palette.surfaceHover : "transparent"
+
+        Behavior on color  {
+            LKColorMotion {
+            }
+        }
+
+        LKFocusRing {
+            anchors.margins: -1
+            visible: control.showsFocus
+            cornerRadius: 6
+        }
+    }
+}
