@@ -1,0 +1,99 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// The event is written: where, and what can follow.
+FocusScope {
+    id: view
+
+    required property SortEngine engine
+
+    Column {
+        anchors.centerIn: parent
+        width: Math.min(parent.width - 68, 640)
+        spacing: 14
+
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 44
+            height: 28
+            radius: 3
+            color: "transparent"
+            border.width: 2.4
+            border.color: LK.palette.textTertiary
+            antialiasing: true
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: view.engine.eventPath !== "" ? qsTr("Event created") : qsTr("Couldn't write the event")
+            font: LK.font(15)
+            color: LK.palette.textPrimary
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        Text {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: view.engine.exportSummary
+            font: LK.font(11.5)
+            color: LK.palette.textSecondary
+            elide: Text.ElideMiddle
+            textFormat: Text.PlainText
+        }
+
+        Text {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: view.engine.eventPath
+            font: LK.font(11)
+            color: LK.palette.textTertiary
+            wrapMode: Text.WrapAnywhere
+            textFormat: Text.PlainText
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: qsTr("Your footage was not moved or copied.")
+            font: LK.font(11)
+            color: LK.palette.textTertiary
+        }
+
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 8
+
+            LKButton {
+                focus: true
+                kind: LKButton.Accent
+                title: qsTr("Open in %1").arg(view.engine.targetName)
+                onActivated: view.engine.openEvent()
+            }
+
+            LKButton {
+                title: qsTr("Reveal in Finder")
+                onActivated: view.engine.revealEvent()
+            }
+        }
+
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 8
+
+            LKButton {
+                kind: LKButton.Ghost
+                title: qsTr("Back to the Clips")
+                onActivated: view.engine.backToResults()
+            }
+
+            LKButton {
+                kind: LKButton.Ghost
+                title: qsTr("Sort Another Shoot")
+                onActivated: view.engine.reset()
+            }
+        }
+    }
+}

@@ -1,0 +1,20 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// The folder held nothing to sort.
+FocusScope {
+    id: view
+
+    required property SortEngine engine
+
+    LKEmptyState {
+        anchors.centerIn: parent
+        focus: true
+        tone: LKEmptyState.Error
+        title: qsTr("No video files found in %1").arg(view.engine.stageText)
+        description: qsTr("Binnacle looked in that folder and every folder inside it. Check that the card is mounted, or choose a different folder.")
+        actionTitle: qsTr("Choose Another Folder")
+        onActivated: view.engine.chooseFolder()
+    }
+}

@@ -1,0 +1,20 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// Something went wrong; what the engine says of it tells the cases apart.
+FocusScope {
+    id: view
+
+    required property SortEngine engine
+
+    LKEmptyState {
+        anchors.centerIn: parent
+        focus: true
+        tone: LKEmptyState.Error
+        title: qsTr("Couldn't write the event")
+        description: view.engine.stageText
+        actionTitle: qsTr("Back to the Clips")
+        onActivated: view.engine.backToResults()
+    }
+}

@@ -1,0 +1,50 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// What is on the screen, in a line or two.
+Column {
+    id: title
+
+    required property SortEngine engine
+
+    readonly property string firstLine: {
+        switch (engine.stage) {
+        case SortEngine.Working:
+            return qsTr("Sorting %1").arg(engine.folderName);
+        case SortEngine.Results:
+            return qsTr("%1 · %2 clips · %3 bins").arg(engine.folderName).arg(engine.clipCount).arg(engine.binCount);
+        case SortEngine.Done:
+            return qsTr("%1 · event created").arg(engine.folderName);
+        default:
+            return qsTr("Binnacle");
+        }
+    }
+
+    topPadding: 12
+    bottomPadding: 12
+    spacing: 3
+
+    Text {
+        width: parent.width
+        horizontalAlignment: Text.AlignHCenter
+        text: title.firstLine
+        font: LK.font(11.5)
+        color: LK.palette.textPrimary
+        elide: Text.ElideMiddle
+        leftPadding: 16
+        rightPadding: 16
+        textFormat: Text.PlainText
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+
+    Text {
+        width: parent.width
+        visible: title.engine.stage === SortEngine.Results
+        horizontalAlignment: Text.AlignHCenter
+        text: qsTr("%1 vertical · %2 horizontal · native aspect kept").arg(title.engine.verticalCount).arg(title.engine.clipCount - title.engine.verticalCount)
+        font: LK.font(11)
+        color: LK.palette.textTertiary
+    }
+}

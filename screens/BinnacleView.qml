@@ -1,0 +1,78 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// The tool's one screen: what the shoot is, the view of its stage, and what can be done with it.
+FocusScope {
+    id: view
+
+    required property SortEngine engine
+    required property int buildNumber
+    // Why clips can't be looked at on this machine, "" when they can.
+    required property string classifierProblem
+
+    readonly property url stageView: {
+        switch (engine.stage) {
+        case SortEngine.Working:
+        case SortEngine.Organizing:
+            return "BinnacleWorkingView.qml";
+        case SortEngine.Results:
+            return "BinnacleResultsView.qml";
+        case SortEngine.Done:
+            return "BinnacleDoneView.qml";
+        case SortEngine.EmptyFolder:
+            return "BinnacleEmptyFolderView.qml";
+        case SortEngine.Failed:
+            return "BinnacleFailedView.qml";
+        default:
+            return "BinnacleLandingView.qml";
+        }
+    }
+
+    onStageViewChanged: middle.setSource(stageView, {
+        "engine": view.engine
+    })
+
+    Rectangle {
+        anchors.fill: parent
+        color: LK.palette.surfaceWindow
+    }
+
+    BinnacleTitle {
+        id: title
+
+        anchors.top: parent.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        engine: view.engine
+    }
+
+    ProblemBanner {
+        id: problem
+
+        anchors.top: title.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        message: view.classifierProblem
+    }
+
+    Loader {
+        id: middle
+
+        anchors.top: problem.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: footer.top
+        focus: true
+    }
+
+    BinnacleFooter {
+        id: footer
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        engine: view.engine
+        buildNumber: view.buildNumber
+    }
+}

@@ -1,0 +1,110 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// A sort in progress: how far it is, and the clips as they land.
+FocusScope {
+    id: view
+
+    required property SortEngine engine
+
+    readonly property size tile: Qt.size(160, 90)
+    readonly property int gap: 10
+
+    Column {
+        anchors.centerIn: parent
+        spacing: 22
+
+        Column {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 13
+
+            LKProgressBar {
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: 340
+                label: qsTr("Sorting %1").arg(view.engine.folderName)
+                done: view.engine.done
+                total: view.engine.total
+            }
+
+            GridView {
+                id: peek
+
+                anchors.horizontalCenter: parent.horizontalCenter
+                // The last column's gap lies outside what is shown.
+                width: 3 * view.tile.width + 2 * view.gap
+                height: 300
+                rightMargin: -view.gap
+                cellWidth: view.tile.width + view.gap
+                cellHeight: view.tile.height + view.gap
+                clip: true
+                model: ClipListModel {
+                    engine: view.engine
+                    source: ClipListModel.AllClips
+                }
+                onContentHeightChanged: {
+                    scroll.to = Math.max(0, peek.contentHeight - peek.height);
+                    scroll.restart();
+                }
+
+                LKNumberMotion {
+                    id: scroll
+
+                    target: peek
+                    property: "contentY"
+                    duration: LK.motion.step
+                }
+
+                delegate: Item {
+                    id: cell
+
+                    required property string fileName
+                    required property url thumbnail
+
+                    width: view.tile.width
+                    height: view.tile.height
+
+                    ClipPicture {
+                        anchors.fill: parent
+                        cornerRadius: 4
+                        picture: cell.thumbnail
+                    }
+
+                    Accessible.role: Accessible.Graphic
+                    Accessible.name: cell.fileName
+                }
+
+                add: Transition {
+                    LKNumberMotion {
+                        property: "opacity"
+                        from: 0
+                        to: 1
+                        duration: LK.motion.reveal
+                    }
+                    LKNumberMotion {
+                        property: "scale"
+                        from: 0.94
+                        to: 1
+                        duration: LK.motion.reveal
+                    }
+                }
+            }
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: qsTr("A peek as they land — the full set is browsable when the sort finishes.")
+            font: LK.font(11)
+            color: LK.palette.textTertiary
+        }
+
+        LKButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            focus: true
+            kind: LKButton.Ghost
+            title: qsTr("Cancel")
+            onActivated: view.engine.reset()
+        }
+    }
+}

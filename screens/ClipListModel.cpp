@@ -1,0 +1,125 @@
+#include "screens/ClipListModel.h"
+
+#include <cmath>
+
+#include "screens/ClipThumbnails.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan {
+
+QString durationText(double seconds)
+{
+    constexpr double longest = 360000.0 * 1000; // a broken header may claim any length
+    const auto whole = std::isfinite(seconds) ? std::llround(std::clamp(seconds, 0.0, longest)) : 0LL;
+    const auto twoDigits = [](long long value) { return u"%1"_s.arg(value, 2, 10, QLatin1Char('0')); };
+    const QString tail = twoDigits(whole % 60);
+    const auto minutes = whole / 60;
+    return minutes < 60 ? u"%1:%2"_s.arg(minutes).arg(tail)
+                        : u"%1:%2:%3"_s.arg(QString::number(minutes / 60), twoDigits(minutes % 60), tail);
+}
+
+void ClipListModel::setEngine(SortEngine *engine)
+{
+    if (m_engine == engine) {
+        return;
+    }
+    if (m_engine) {
+        m_engine->disconnect(this);
+    }
+    m_engine = engine;
+    if (m_engine) {
+        connect(m_engine, &SortEngine::clipsChanged, this, &ClipListModel::refresh);
+        connect(m_engine, &SortEngine::selectedBinChanged, this, &ClipListModel::refresh);
+    }
+    Q_EMIT engineChanged();
+    refresh();
+}
+
+void ClipListModel::setSource(Source source)
+{
+    if (m_source != source) {
+        m_source = source;
+        Q_EMIT sourceChanged();
+        refresh();
+    }
+}
+
+int ClipListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+QVariant ClipListModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+        return {};
+    }
+    const Row &row = m_rows[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case ClipIdRole:
+        return row.id;
+    case Qt::DisplayRole:
+    case NameRole:
+        return row.name;
+    case FileNameRole:
+        return row.fileName;
+    case DurationRole:
+        return row.duration;
+    case ThumbnailRole:
+        return row.thumbnail;
+    case PrimaryBinRole:
+        return row.primaryBin;
+    case ExtraBinRole:
+        return row.extraBin;
+    case ReviewReasonRole:
+        return row.reviewReason;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> ClipListModel::roleNames() const
+{
+    return {
+        {ClipIdRole, "clipId"},       {NameRole, "name"},
+        {FileNameRole, "fileName"},   {DurationRole, "duration"},
+        {ThumbnailRole, "thumbnail"}, {PrimaryBinRole, "primaryBin"},
+        {ExtraBinRole, "extraBin"},   {ReviewReasonRole, "reviewReason"},
+    };
+}
+
+ClipListModel::Row ClipListModel::rowOf(const MediaClip &clip) const
+{
+    return {
+        .id = clip.id,
+        .name = clip.url.baseName(),
+        .fileName = clip.url.lastPathComponent(),
+        .duration = durationText(clip.duration),
+        .thumbnail = ClipThumbnails::urlOf(clip),
+        .primaryBin = clip.primaryBin,
+        .extraBin = clip.extraBins.empty() ? QString() : clip.extraBins.front(),
+        .reviewReason = m_engine->isUnderReview(clip) ? clip.reviewReason : QString(),
+    };
+}
+
+void ClipListModel::refresh()
+{
+    std::vector<Row> wanted;
+    if (m_engine) {
+        const auto clips = m_source == AllClips      ? m_engine->clips()
+                           : m_engine->selectedBin() ? m_engine->clipsInBin(*m_engine->selectedBin())
+                                                     : std::vector<ClipPtr>();
+        wanted.reserve(clips.size());
+        for (const ClipPtr &clip : clips) {
+            wanted.push_back(rowOf(*clip));
+        }
+    }
+    const auto before = m_rows.size();
+    sync(m_rows, std::move(wanted));
+    if (m_rows.size() != before) {
+        Q_EMIT countChanged();
+    }
+}
+
+} // namespace larkspan

@@ -1,0 +1,105 @@
+#include "screens/ClipThumbnails.h"
+
+#include <QtCore/QUrlQuery>
+#include <QtGui/QPainter>
+#include <QtGui/QPainterPath>
+
+#include "screens/BinColors.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan {
+
+namespace {
+
+constexpr QSize usualSize(160, 90);
+
+QString framePath(const MediaClip &clip)
+{
+    return u"frame/%1/%2"_s.arg(clip.id.toString(QUuid::WithoutBraces)).arg(clip.thumbnail.cacheKey());
+}
+
+const QString binPath = u"bin/"_s;
+
+// The outline of a picture. What isn't to be round below reaches beyond its lower edge.
+QPainterPath outline(const QSizeF &size, double radius, bool topOnly)
+{
+    QPainterPath path;
+    path.addRoundedRect(QRectF(QPointF(), topOnly ? size + QSizeF(0, 2 * radius) : size), radius, radius);
+    return path;
+}
+
+QBrush gradient(const QString &bin, const QSizeF &size)
+{
+    const auto [first, second] = binGradientColors(bin);
+    QLinearGradient colors(0, 0, size.width(), size.height());
+    colors.setColorAt(0, first);
+    colors.setColorAt(1, second);
+    return colors;
+}
+
+} // namespace
+
+QString ClipThumbnails::providerName()
+{
+    return u"clips"_s;
+}
+
+QUrl ClipThumbnails::urlOf(const MediaClip &clip)
+{
+    const QString path = clip.thumbnail.isNull()
+                             ? binPath + QString::fromLatin1(QUrl::toPercentEncoding(clip.primaryBin))
+                             : framePath(clip);
+    return QUrl(u"image://%1/%2"_s.arg(providerName(), path));
+}
+
+ClipThumbnails::ClipThumbnails(const SortEngine &engine) : QQuickImageProvider(QQuickImageProvider::Image)
+{
+    connect(&engine, &SortEngine::clipsChanged, this, [this, &engine] { refresh(engine); });
+    refresh(engine);
+}
+
+QImage ClipThumbnails::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
+{
+    const QString path = id.section(u'?', 0, 0);
+    const QUrlQuery options(id.section(u'?', 1));
+    const QImage frame = [&] {
+        const std::lock_guard lock(m_mutex);
+        return m_frames.value(path);
+    }();
+
+    const QSize wanted = requestedSize.isEmpty() ? usualSize : requestedSize;
+    if (size) {
+        *size = wanted;
+    }
+    QImage picture(wanted, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    if (frame.isNull()) {
+        const QString bin =
+            path.startsWith(binPath) ? QUrl::fromPercentEncoding(path.mid(binPath.size()).toUtf8()) : QString();
+        painter.setBrush(gradient(bin, wanted));
+    } else {
+        const QImage scaled = frame.scaled(wanted, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+        const QPoint corner((scaled.width() - wanted.width()) / 2, (scaled.height() - wanted.height()) / 2);
+        painter.setBrush(QBrush(scaled.copy(QRect(corner, wanted))));
+    }
+    painter.drawPath(outline(wanted, options.queryItemValue(u"radius"_s).toDouble(), options.hasQueryItem(u"top"_s)));
+    return picture;
+}
+
+void ClipThumbnails::refresh(const SortEngine &engine)
+{
+    QHash<QString, QImage> frames;
+    for (const ClipPtr &clip : engine.clips()) {
+        if (!clip->thumbnail.isNull()) {
+            frames.insert(framePath(*clip), clip->thumbnail);
+        }
+    }
+    const std::lock_guard lock(m_mutex);
+    m_frames.swap(frames);
+}
+
+} // namespace larkspan

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <mutex>
+
+#include <QtCore/QHash>
+#include <QtCore/QUrl>
+#include <QtCore/QUuid>
+#include <QtQuick/QQuickImageProvider>
+
+#include "core/SortEngine.h"
+
+namespace larkspan {
+
+// Hands the clips' pictures to QML under "image://clips/…": the first frame, or its bin's colours while there is none,
+// cropped to the size asked for. "?radius=8" rounds the corners by so many pixels, "&top" only the upper ones.
+// Follows the engine on the main thread; QML may ask from its loading threads. A picture is dropped with its clip.
+class ClipThumbnails : public QQuickImageProvider
+{
+    Q_OBJECT
+
+public:
+    // Under which name the provider is to be added to the QML engine.
+    static QString providerName();
+    // Where QML finds a clip's picture; changes when the picture does.
+    static QUrl urlOf(const MediaClip &clip);
+
+    // engine: must outlive this.
+    explicit ClipThumbnails(const SortEngine &engine);
+
+    QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
+
+private:
+    void refresh(const SortEngine &engine);
+
+    std::mutex m_mutex;
+    QHash<QString, QImage> m_frames; // by the URL's path
+};
+
+} // namespace larkspan

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
+#include <QtCore/QUrl>
+#include <QtQml/qqmlregistration.h>
+
+#include "core/SortEngine.h"
+
+namespace larkspan {
+
+// The folder that a dropped item stands for: itself if it is one, otherwise the folder it lies in, so that dropping one
+// clip sorts its shoot. None for what is no local file.
+std::optional<FileUrl> shootFolder(const QUrl &dropped);
+
+// What the landing does with a drop.
+class ShootDrop : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(larkspan::SortEngine *engine READ engine WRITE setEngine NOTIFY engineChanged REQUIRED)
+
+public:
+    using QObject::QObject;
+
+    SortEngine *engine() const { return m_engine; }
+    void setEngine(SortEngine *engine);
+
+    // Whether there is anything to take.
+    Q_INVOKABLE bool accepts(const QList<QUrl> &urls) const { return !urls.isEmpty(); }
+    // Sorts the first item's folder; the other items are ignored, and so is one that is no local file.
+    Q_INVOKABLE void take(const QList<QUrl> &urls);
+
+Q_SIGNALS:
+    void engineChanged();
+
+private:
+    QPointer<SortEngine> m_engine;
+};
+
+} // namespace larkspan
