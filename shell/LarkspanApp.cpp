@@ -1,0 +1,104 @@
+#include "shell/LarkspanApp.h"
+
+#include <QtConcurrent/QtConcurrentRun>
+#include <QtCore/QFutureWatcher>
+#include <QtQml/QQmlExtensionPlugin>
+#include <QtQuick/QQuickWindow>
+#include <QtQuickControls2/QQuickStyle>
+
+#include "classify/ClipProbe.h"
+#include "classify/FrameSampler.h"
+#include "classify/ModelRequests.h"
+#include "classify/VisionClassifier.h"
+#include "design/LK.h"
+#include "output/FCPXMLWriter.h"
+#include "screens/ClipThumbnails.h"
+#include "shell/DesktopFiles.h"
+
+Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)
+Q_IMPORT_QML_PLUGIN(Larkspan_ScreensPlugin)
+Q_IMPORT_QML_PLUGIN(Larkspan_ShellPlugin)
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan {
+
+namespace {
+
+QString problemText(const ModelError &error)
+{
+    return u"The vision models can't be read (%1), so no clip can be recognised: all will be filed under “Unsorted”. "
+           u"Run script/fetch-models, or install Larkspan again, and restart it."_s.arg(
+               QString::fromStdString(error.file.string()));
+}
+
+} // namespace
+
+LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models)
+    : m_models(QtConcurrent::run([models] { return models ? VisionModels::load(*models) : VisionModels::load(); }))
+    , m_engine(std::make_unique<SortEngine>(seams()))
+{
+    QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
+    LK::instance().setTheme(LK::Theme::Light);
+    m_qml.addImportPath(u"qrc:/qt/qml"_s);
+    m_qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(*m_engine)); // owned by m_qml
+}
+
+LarkspanApp::~LarkspanApp()
+{
+    m_models.waitForFinished();
+}
+
+bool LarkspanApp::open()
+{
+    m_qml.setInitialProperties({
+        {u"engine"_s, QVariant::fromValue(m_engine.get())},
+        {u"folderRequest"_s, QVariant::fromValue(&m_folderRequest)},
+        {u"buildNumber"_s, LARKSPAN_BUILD_NUMBER},
+    });
+    m_qml.load(u"qrc:/qt/qml/Larkspan/Shell/RootView.qml"_s);
+    if (!window()) {
+        return false;
+    }
+    reportModels();
+    return true;
+}
+
+QQuickWindow *LarkspanApp::window() const
+{
+    return m_qml.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(m_qml.rootObjects().first());
+}
+
+SortSeams LarkspanApp::seams()
+{
+    return {
+        .probeClip = probeClip,
+        .sampleFrames = sampleFrames,
+        .makeLocalClassifier =
+            [this] {
+                const LoadedModels models = m_models.result();
+                return std::make_shared<const VisionClassifier>(models ? std::make_shared<const ModelRequests>(*models)
+                                                                       : nullptr);
+            },
+        .eventText = [](const std::vector<ClipPtr> &clips,
+                        const QString &name) { return FCPXMLWriter::event(clips, name); },
+        .openFile = openFile,
+        .revealFile = revealFile,
+        .chooseFolder = [this](const FolderPanel &panel,
+                               std::function<void(FileUrl)> chosen) { m_folderRequest.ask(panel, std::move(chosen)); },
+    };
+}
+
+void LarkspanApp::reportModels()
+{
+    auto *watcher = new QFutureWatcher<LoadedModels>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher] {
+        if (const LoadedModels models = watcher->result(); !models) {
+            window()->setProperty("classifierProblem", problemText(models.error()));
+        }
+        watcher->deleteLater();
+    });
+    watcher->setFuture(m_models);
+}
+
+} // namespace larkspan

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include <QtCore/QFuture>
+#include <QtQml/QQmlApplicationEngine>
+
+#include "classify/VisionModels.h"
+#include "core/SortEngine.h"
+#include "shell/FolderRequest.h"
+
+class QQuickWindow;
+
+namespace larkspan {
+
+// The program put together: the engine with its real parts, and the window that shows it. Needs a QGuiApplication.
+class LarkspanApp : public QObject
+{
+    Q_OBJECT
+
+public:
+    // models: where the networks of the local tier lie; where the program keeps them, if not said.
+    explicit LarkspanApp(std::optional<std::filesystem::path> models = std::nullopt);
+    ~LarkspanApp() override;
+
+    // Opens the window. False when it can't be made, which is an installation without its QML modules.
+    [[nodiscard]] bool open();
+
+    SortEngine &engine() { return *m_engine; }
+    // None before open().
+    QQuickWindow *window() const;
+
+private:
+    using LoadedModels = tl::expected<std::shared_ptr<const VisionModels>, ModelError>;
+
+    SortSeams seams();
+    void reportModels();
+
+    QFuture<LoadedModels> m_models; // read in the background, so that the window needn't wait for them
+    FolderRequest m_folderRequest;
+    std::unique_ptr<SortEngine> m_engine;
+    QQmlApplicationEngine m_qml; // last: what it shows goes before what is shown
+};
+
+} // namespace larkspan
