@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -17,6 +18,30 @@ namespace larkspan {
 namespace {
 
 constexpr int mostSamples = 1024; // far more than anyone asks for
+
+Frames framesOf(MediaFile &file, const std::vector<double> &times, int maxDimension)
+{
+    const auto geometry = pictureGeometry(file);
+    if (!geometry) {
+        return {};
+    }
+    CodecPtr decoder = openDecoder(*file.video()->codecpar);
+    if (!decoder) {
+        return {};
+    }
+    const double longest = std::max(geometry->naturalSize.width(), geometry->naturalSize.height());
+    FrameScaler scaler(*geometry, maxDimension);
+    FrameFinder finder(file, *file.video(), std::move(decoder), longest >= 2.0 * maxDimension);
+    Frames frames;
+    for (const double time : times) {
+        const AVFrame *frame = finder.frameAt(time);
+        QImage image = frame != nullptr ? scaler.image(*frame) : QImage();
+        if (!image.isNull()) {
+            frames.push_back(std::move(image));
+        }
+    }
+    return frames;
+}
 
 } // namespace
 
@@ -49,23 +74,8 @@ Frames sampleFramesWithin(const MediaClip &clip, int count, double maxDimension,
     if (!file) {
         return {};
     }
-    Frames frames;
-    const auto geometry = pictureGeometry(*file);
-    CodecPtr decoder = geometry ? openDecoder(*file->video()->codecpar) : nullptr;
-    if (decoder) {
-        const int dimension = static_cast<int>(std::min(maxDimension, static_cast<double>(largestSide)));
-        const bool shrinksMuch =
-            std::max(geometry->naturalSize.width(), geometry->naturalSize.height()) >= 2.0 * dimension;
-        FrameScaler scaler(*geometry, dimension);
-        FrameFinder finder(*file, *file->video(), std::move(decoder), shrinksMuch);
-        for (const double time : sampleTimes(clip.duration, count)) {
-            const AVFrame *frame = finder.frameAt(time);
-            QImage image = frame != nullptr ? scaler.image(*frame) : QImage();
-            if (!image.isNull()) {
-                frames.push_back(std::move(image));
-            }
-        }
-    }
+    const int dimension = static_cast<int>(std::min(maxDimension, static_cast<double>(largestSide)));
+    Frames frames = framesOf(*file, sampleTimes(clip.duration, count), dimension);
     if (bytesRead != nullptr) {
         *bytesRead = file->bytesRead();
     }

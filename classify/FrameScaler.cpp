@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 
 extern "C" {
@@ -156,7 +157,7 @@ QImage FrameScaler::image(const AVFrame &frame)
     if (curve) {
         const ToneMap &map = ToneMap::of(*curve);
         return turned(m_size, m_turn, [&](int x, int y) {
-            return map.map(reinterpret_cast<const std::uint16_t *>(data + y * stride) + 3 * x);
+            return map.map(reinterpret_cast<const std::uint16_t *>(data + y * stride) + std::ptrdiff_t{3} * x);
         });
     }
     return turned(m_size, m_turn, [&](int x, int y) {

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <mutex>
+#include <span>
 
 #include <fcntl.h>
 #include <sys/stat.h>

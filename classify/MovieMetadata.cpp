@@ -1,7 +1,10 @@
 #include "classify/MovieMetadata.h"
 
-#include <array>
+#include <algorithm>
+#include <chrono>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include <QtCore/QDateTime>
 #include <QtCore/QStringDecoder>
@@ -12,7 +15,7 @@ namespace larkspan {
 
 namespace {
 
-constexpr std::int64_t longestValue = 64 * 1024; // bytes; more is no name and no date
+constexpr std::int64_t longestValue = 64LL * 1024; // bytes; more is no name and no date
 constexpr int mostBoxes = 20'000;
 constexpr std::size_t mostKeys = 4'096;
 

@@ -1,7 +1,10 @@
 #include "classify/PictureGeometry.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 extern "C" {
 #include <libavcodec/avcodec.h>

@@ -86,7 +86,7 @@ std::uint32_t ToneMap::map(const std::uint16_t *rgb) const
     const float factor = pressed(lead) / lead;
     const auto code = [this, factor](float light) {
         const float root = std::sqrt(std::clamp(light * factor, 0.0f, 1.0f));
-        return static_cast<std::uint32_t>(m_toCode[static_cast<std::size_t>(root * (tableSize - 1) + 0.5f)]);
+        return static_cast<std::uint32_t>(m_toCode[static_cast<std::size_t>(std::lround(root * (tableSize - 1)))]);
     };
     // From the primaries of BT.2020 to those of BT.709.
     return 0xff000000u | code(1.6605f * red - 0.5876f * green - 0.0728f * blue) << 16 |

@@ -91,8 +91,9 @@ TEST(ClipProbe, AMovieInFragmentsTellsTheSameAsAWholeOne)
 TEST(ClipProbe, AContainerWithoutAnIndexGivesItsAverageRateInSixHundredths)
 {
     const auto &file = sharedMedia("stream.mts", picture("160x90", "30000/1001", "2") + h264 + "-f mpegts");
-    EXPECT_EQ(probed(file).frameDurationValue, 20) << "29.97 frames a second are 20/600";
-    EXPECT_EQ(probed(file).frameDurationScale, 600);
+    const Probed clip = probed(file);
+    EXPECT_NEAR(clip.duration, 2.0, 0.1);
+    EXPECT_EQ(clip, (Probed{clip.duration, {160, 90}, {160, 90}, 20, 600})) << "29.97 frames a second are 20/600";
 }
 
 TEST(ClipProbe, ATrackWithoutAnyRateKeepsTheDefault)

@@ -1,5 +1,7 @@
 #include "classify/FrameSampler.h"
 
+#include <thread>
+
 #include <gmock/gmock.h>
 
 #include "classify/ClipProbe.h"
@@ -199,6 +201,26 @@ TEST(FrameSampler, ReadsOnlyWhatItsFramesNeed)
     const auto frames = sampleFramesWithin(*probeClip(FileUrl(file)), 4, 448, {}, &bytesRead);
     EXPECT_THAT(frames, SizeIs(4));
     EXPECT_LT(bytesRead, static_cast<std::int64_t>(std::filesystem::file_size(file)) / 8);
+}
+
+TEST(FrameSampler, AnyNumberOfClipsMayBeSampledAtTheSameTime)
+{
+    const std::filesystem::path files[] = {
+        sharedMedia("closed.mp4", brightening("4") + "-c:v libx264 -pix_fmt yuv420p -g 10 -bf 2"),
+        sharedMedia("prores.mov", brightening("4") + "-c:v prores_ks -profile:v 1"),
+        sharedMedia("avchd.mts", brightening("4") + "-c:v libx264 -pix_fmt yuv420p -g 5 -bf 2 -f mpegts")};
+    for (const auto &file : files) {
+        const Frames alone = framesOf(file);
+        ASSERT_THAT(alone, SizeIs(4));
+        std::vector<Frames> together(4);
+        {
+            std::vector<std::jthread> threads;
+            for (Frames &frames : together) {
+                threads.emplace_back([&frames, &file] { frames = framesOf(file); });
+            }
+        }
+        EXPECT_THAT(together, Each(alone));
+    }
 }
 
 TEST(FrameSampler, StopsAtItsLimits)
