@@ -135,6 +135,13 @@ TEST(FrameSampler, AClipWhoseLengthIsUnknownGivesOneFrame)
     EXPECT_THAT(sampleFrames(MediaClip(FileUrl(file)), 4, 448), SizeIs(1));
 }
 
+TEST(FrameSampler, AFileThatDoesNotTellItsLengthGivesOneFrame)
+{
+    const auto &file = sharedMedia("live.mp4", picture("64x48", "10", "3") + h264 + "-g 10 -f matroska -live 1");
+    EXPECT_EQ(probeClip(FileUrl(file))->duration, 0.0);
+    EXPECT_THAT(framesOf(file), SizeIs(1));
+}
+
 TEST(FrameSampler, ASingleFrameIsFoundHoweverLongItIsShown)
 {
     const auto &brief = sharedMedia("single.mp4", picture("64x48", "25", "0.04") + h264);
