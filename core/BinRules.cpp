@@ -103,7 +103,7 @@ QString twoDecimals(double value)
 Classification classification(const FrameAnalysis &analysis, const MediaClip &clip, const SortOptions &options)
 {
     const double sum = std::accumulate(analysis.scores.begin(), analysis.scores.end(), 0.0,
-                                       [](double so_far, const auto &entry) { return so_far + entry.second; });
+                                       [](double soFar, const auto &entry) { return soFar + entry.second; });
     const double total = std::max(sum, evidenceFloor);
     const std::vector<RankedBin> ranked = rankedRooms(analysis);
 

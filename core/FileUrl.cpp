@@ -69,7 +69,7 @@ QString FileUrl::absoluteString() const
 
 FileUrl FileUrl::appending(const QString &component) const
 {
-    return FileUrl(m_path / component.toStdString());
+    return {m_path / component.toStdString()};
 }
 
 } // namespace larkspan

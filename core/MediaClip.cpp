@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace larkspan {
 
@@ -22,14 +21,13 @@ std::vector<QString> MediaClip::bins() const
 
 QString MediaClip::rationalDuration() const
 {
-    const auto value = std::max<std::int64_t>(frameDurationValue, 1);
-    const double exactFrames =
-        std::round(duration * (double{static_cast<double>(frameDurationScale)} / static_cast<double>(value)));
-    // A broken header may claim any length; what would overflow is held at the largest count that doesn't.
-    const double mostFrames = static_cast<double>(std::numeric_limits<std::int64_t>::max() / value / 2);
-    const auto frames = static_cast<std::int64_t>(
-        std::clamp(std::isfinite(exactFrames) ? exactFrames : 1.0, 1.0, std::max(mostFrames, 1.0)));
-    return QStringLiteral("%1/%2s").arg(frames * frameDurationValue).arg(frameDurationScale);
+    const auto value = static_cast<double>(std::max<std::int64_t>(frameDurationValue, 1));
+    const double exactFrames = std::round(duration * (frameDurationScale / value));
+    // A broken header may claim any length: what no number of ticks could hold is cut there.
+    constexpr double mostTicks = 9.0e18;
+    const double frames =
+        std::isfinite(exactFrames) ? std::clamp(exactFrames, 1.0, std::max(mostTicks / value, 1.0)) : 1.0;
+    return QStringLiteral("%1/%2s").arg(static_cast<std::int64_t>(frames) * frameDurationValue).arg(frameDurationScale);
 }
 
 } // namespace larkspan

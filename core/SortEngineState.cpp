@@ -55,6 +55,7 @@ std::vector<BinCount> SortEngine::binCounts() const
         }
     }
     std::vector<BinCount> rows;
+    rows.reserve(counts.size());
     for (const auto &[bin, count] : counts) {
         rows.push_back({bin, count});
     }
