@@ -1,7 +1,6 @@
 // classify_photos TSV: how the local tier files photos whose bin is known. The list has a bin and a path in each line,
 // apart by a tab, the path relative to the list; a first line that says "bin" is passed over, and so are further
 // columns. Each photo is taken for a clip of one frame.
-#include <array>
 #include <atomic>
 #include <chrono>
 #include <fstream>
@@ -12,31 +11,21 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
+#include "bench/Accuracy.h"
 #include "classify/ModelRequests.h"
 #include "classify/VisionClassifier.h"
 #include "core/BinRules.h"
 #include "core/RoomLabel.h"
 
 using namespace larkspan;
+using namespace larkspan::bench;
 
 namespace {
 
-struct Photo
+struct Photo : Filed
 {
-    QString bin;
     std::filesystem::path file;
-    QString filed; // where the rules put it
-    double confidence = 0.0;
-    bool needsReview = false;
-
-    bool isRight() const { return filed == bin; }
 };
-
-// "Agent / Talent (portrait)" tells a portrait from a person in a scene; it is filed as "Agent / Talent".
-QString binOf(const std::string &label)
-{
-    return QString::fromStdString(label).section(QStringLiteral(" ("), 0, 0);
-}
 
 std::vector<Photo> readList(const std::filesystem::path &list)
 {
@@ -47,7 +36,7 @@ std::vector<Photo> readList(const std::filesystem::path &list)
         std::string bin;
         std::string path;
         if (std::getline(fields, bin, '\t') && std::getline(fields, path, '\t') && bin != "bin") {
-            photos.push_back({binOf(bin), list.parent_path() / path});
+            photos.push_back({{.bin = binOfLabel(bin)}, list.parent_path() / path});
         }
     }
     return photos;
@@ -87,78 +76,6 @@ void fileAll(std::vector<Photo> &photos, const VisionClassifier &classifier)
     }
 }
 
-double ratio(double part, double whole)
-{
-    return whole > 0.0 ? part / whole : 0.0;
-}
-
-// How far confidence is from the share that is right, over ten equal steps of confidence, weighted by their photos.
-double calibrationError(const std::vector<Photo> &photos)
-{
-    struct Step
-    {
-        double photos = 0.0, right = 0.0, confidence = 0.0;
-    };
-    std::array<Step, 10> steps;
-    for (const auto &photo : photos) {
-        auto &step = steps[static_cast<std::size_t>(std::clamp(photo.confidence * 10.0, 0.0, 9.0))];
-        step.photos += 1.0;
-        step.right += photo.isRight() ? 1.0 : 0.0;
-        step.confidence += photo.confidence;
-    }
-    double error = 0.0;
-    for (const auto &step : steps) {
-        error += std::abs(step.right - step.confidence);
-    }
-    return ratio(error, static_cast<double>(photos.size()));
-}
-
-QJsonObject report(const std::vector<Photo> &photos, double seconds)
-{
-    struct Tally
-    {
-        double photos = 0.0, filed = 0.0, right = 0.0;
-    };
-    std::map<QString, Tally> tallies;
-    std::map<QString, std::map<QString, int>> confusion;
-    Tally all;
-    double sure = 0.0;
-    double sureAndRight = 0.0;
-    for (const auto &photo : photos) {
-        tallies[photo.bin].photos += 1.0;
-        tallies[photo.filed].filed += 1.0;
-        ++confusion[photo.bin][photo.filed];
-        const double right = photo.isRight() ? 1.0 : 0.0;
-        tallies[photo.bin].right += right;
-        all.right += right;
-        sure += photo.needsReview ? 0.0 : 1.0;
-        sureAndRight += photo.needsReview ? 0.0 : right;
-    }
-    QJsonObject perBin;
-    for (const auto &[bin, tally] : tallies) {
-        perBin[bin] = QJsonObject{{QStringLiteral("photos"), tally.photos},
-                                  {QStringLiteral("recall"), ratio(tally.right, tally.photos)},
-                                  {QStringLiteral("precision"), ratio(tally.right, tally.filed)}};
-    }
-    QJsonObject confused;
-    for (const auto &[bin, row] : confusion) {
-        QJsonObject cells;
-        for (const auto &[filed, count] : row) {
-            cells[filed] = count;
-        }
-        confused[bin] = cells;
-    }
-    const auto count = static_cast<double>(photos.size());
-    return {{QStringLiteral("photos"), count},
-            {QStringLiteral("accuracy"), ratio(all.right, count)},
-            {QStringLiteral("perBin"), perBin},
-            {QStringLiteral("confusion"), confused},
-            {QStringLiteral("filedPrecision"), ratio(sureAndRight, sure)},
-            {QStringLiteral("reviewShare"), ratio(count - sure, count)},
-            {QStringLiteral("calibrationError"), calibrationError(photos)},
-            {QStringLiteral("framesPerSecond"), ratio(count, seconds)}};
-}
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -177,5 +94,8 @@ int main(int argc, char **argv)
     const auto start = std::chrono::steady_clock::now();
     fileAll(photos, classifier);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    std::cout << QJsonDocument(report(photos, seconds.count())).toJson(QJsonDocument::Compact).constData() << '\n';
+    QJsonObject report = accuracyReport({photos.begin(), photos.end()});
+    report[QStringLiteral("photos")] = static_cast<double>(photos.size());
+    report[QStringLiteral("framesPerSecond")] = static_cast<double>(photos.size()) / seconds.count();
+    std::cout << QJsonDocument(report).toJson(QJsonDocument::Compact).constData() << '\n';
 }
