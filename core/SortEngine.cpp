@@ -307,12 +307,10 @@ void SortEngine::beginWorking(const FileUrl &folder)
 
 void SortEngine::selectFirstBin()
 {
-    const bool anyToReview =
-        std::any_of(m_clips.begin(), m_clips.end(), [this](const ClipPtr &clip) { return isUnderReview(*clip); });
     const std::vector<BinCount> counts = binCounts();
-    setSelectedBin(anyToReview      ? std::optional(reviewKey())
-                   : counts.empty() ? std::nullopt
-                                    : std::optional(counts.front().bin));
+    setSelectedBin(reviewCount() > 0 ? std::optional(reviewKey())
+                   : counts.empty()  ? std::nullopt
+                                     : std::optional(counts.front().bin));
 }
 
 void SortEngine::rememberRecent(const FileUrl &url)
@@ -337,9 +335,8 @@ void SortEngine::saveCurrentProject()
         .name = displayName(),
         .folderPath = *m_folder,
         .clipCount = static_cast<int>(m_clips.size()),
-        .binCount = static_cast<int>(binCounts().size()),
-        .reviewCount = static_cast<int>(std::count_if(m_clips.begin(), m_clips.end(),
-                                                      [this](const ClipPtr &clip) { return isUnderReview(*clip); })),
+        .binCount = binCount(),
+        .reviewCount = reviewCount(),
         .savedAt = std::chrono::time_point_cast<Date::duration>(std::chrono::system_clock::now()),
     };
     std::transform(m_clips.begin(), m_clips.end(), std::back_inserter(project.clips),

@@ -53,6 +53,7 @@ class SortEngine : public QObject
     Q_PROPERTY(int clipCount READ clipCount NOTIFY clipsChanged)
     Q_PROPERTY(int verticalCount READ verticalCount NOTIFY clipsChanged)
     Q_PROPERTY(int binCount READ binCount NOTIFY clipsChanged)
+    Q_PROPERTY(int reviewCount READ reviewCount NOTIFY clipsChanged)
     Q_PROPERTY(bool canExport READ canExport NOTIFY canExportChanged)
     Q_PROPERTY(QString exportSummary READ exportSummary NOTIFY clipsChanged)
     Q_PROPERTY(QString eventPath READ eventPath NOTIFY stageChanged)
@@ -95,6 +96,16 @@ public:
     Q_INVOKABLE void backToResults();
     // Sorts the current folder once more; nothing without one.
     Q_INVOKABLE void sortAgain();
+
+    // What the editor settles. A clip is named by its id; one that is gone by now is no error. An empty bin is none.
+    // Moves a clip to a bin and takes it off the review.
+    Q_INVOKABLE void reassign(const QUuid &id, const QString &bin);
+    // Tags a clip with a further bin, or takes that tag off. Its review state stays.
+    Q_INVOKABLE void toggleExtraBin(const QUuid &id, const QString &bin);
+    // Accepts a clip as it stands, or every clip under review.
+    Q_INVOKABLE void confirm(const QUuid &id);
+    Q_INVOKABLE void confirmAll();
+
     // Hand the written event to its program, or show it in the file manager; nothing before there is one.
     Q_INVOKABLE void openEvent();
     Q_INVOKABLE void revealEvent();
@@ -116,6 +127,8 @@ public:
     int verticalCount() const;
     // How many bins are in use, split ones each for themselves.
     int binCount() const { return static_cast<int>(binCounts().size()); }
+    // Clips that wait for the editor.
+    int reviewCount() const;
     bool canExport() const { return m_target != NLE::premiere && !m_clips.empty(); }
     // "House.fcpxml · 12 bins · 74 clips".
     QString exportSummary() const;
@@ -202,6 +215,10 @@ private:
     void setFolder(std::optional<FileUrl> folder);
     void finishSort(const SortOptions &options);
     void selectFirstBin();
+    ClipPtr clipOf(const QUuid &id) const;
+    void settle(MediaClip &clip);
+    void finishEdit();
+    void leaveReviewIfDone();
     void rememberRecent(const FileUrl &url);
     void saveCurrentProject();
     void writeEvent(const std::optional<FileUrl> &directory);

@@ -34,6 +34,12 @@ int SortEngine::verticalCount() const
         std::count_if(m_clips.begin(), m_clips.end(), [](const ClipPtr &clip) { return clip->isVertical(); }));
 }
 
+int SortEngine::reviewCount() const
+{
+    return static_cast<int>(
+        std::count_if(m_clips.begin(), m_clips.end(), [this](const ClipPtr &clip) { return isUnderReview(*clip); }));
+}
+
 QString SortEngine::exportSummary() const
 {
     const QString name = m_folder ? folderName() : QStringLiteral("Event");
