@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <latch>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QStandardPaths>
 
 #include "core/AtomicFile.h"
 #include "core/CardFolder.h"
 #include "core/ClipListing.h"
 #include "core/ClipPipeline.h"
+#include "core/Handover.h"
 #include "core/RoomLabel.h"
 #include "core/RoomSplitting.h"
 
@@ -209,13 +211,13 @@ std::vector<ClipPtr> SortEngine::processBatch(const Run &run, std::span<const Fi
     // Shared, since the last clip may still be inside count_down() when the wait is over.
     const auto allThrough = std::make_shared<std::latch>(static_cast<std::ptrdiff_t>(urls.size()));
     for (std::size_t i = 0; i < urls.size(); ++i) {
-        m_clipPool.start([&, allThrough, i] {
+        m_clipPool.start(new PoolJob([&, allThrough, i] {
             // A clip that still waits for a thread when its run is stopped need not be looked at: nobody will see it.
             if (!run.stop.stop_requested()) {
                 clips[i] = processClip(urls[i], classifier, options, m_seams);
             }
             allThrough->count_down();
-        });
+        }));
     }
     allThrough->wait();
     return clips;
@@ -260,14 +262,18 @@ void SortEngine::importThenSort(const Run &run, const FileUrl &source, const Fil
 
 void SortEngine::land(const Run &run, std::function<void()> change)
 {
-    QMetaObject::invokeMethod(
-        this,
-        [this, ticket = run.ticket, change = std::move(change)] {
-            if (ticket == m_ticket) {
-                change();
-            }
-        },
-        Qt::QueuedConnection);
+    QCoreApplication::postEvent(this, new ChangeEvent([this, ticket = run.ticket, change = std::move(change)] {
+                                    if (ticket == m_ticket) {
+                                        change();
+                                    }
+                                }));
+}
+
+void SortEngine::customEvent(QEvent *event)
+{
+    if (event->type() == ChangeEvent::kind()) {
+        static_cast<ChangeEvent *>(event)->apply();
+    }
 }
 
 std::shared_ptr<const FrameClassifier> SortEngine::makeClassifier() const
@@ -287,7 +293,7 @@ void SortEngine::cancelTask()
 void SortEngine::startTask(std::function<void(const Run &run)> work)
 {
     m_task = std::stop_source();
-    m_taskPool.start([run = Run{m_ticket, m_task.get_token()}, work = std::move(work)] { work(run); });
+    m_taskPool.start(new PoolJob([run = Run{m_ticket, m_task.get_token()}, work = std::move(work)] { work(run); }));
 }
 
 void SortEngine::clearClips()

@@ -190,6 +190,9 @@ Q_SIGNALS:
     void recentsChanged();
     void projectsChanged();
 
+protected:
+    void customEvent(QEvent *event) override;
+
 private:
     // The running task as its work sees it: a token to poll, and a ticket that says whose results still count.
     struct Run
