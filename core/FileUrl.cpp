@@ -6,6 +6,8 @@ namespace larkspan {
 
 namespace {
 
+constexpr QLatin1StringView urlScheme("file://");
+
 std::filesystem::path lastComponent(const std::filesystem::path &path)
 {
     return path.has_filename() ? path.filename() : path.parent_path().filename();
@@ -54,7 +56,7 @@ QString FileUrl::absoluteString() const
 {
     constexpr char hex[] = "0123456789ABCDEF";
     const std::string &bytes = m_path.native();
-    QByteArray url("file://");
+    QByteArray url(urlScheme.data(), urlScheme.size());
     url.reserve(static_cast<qsizetype>(url.size() + bytes.size() * 2));
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
@@ -65,6 +67,23 @@ QString FileUrl::absoluteString() const
         }
     }
     return QString::fromLatin1(url);
+}
+
+QString FileUrl::storedPath() const
+{
+    const QString text = shown(m_path);
+    return text.toStdString() == m_path.native() ? text : absoluteString();
+}
+
+std::optional<FileUrl> FileUrl::fromStoredPath(const QString &text)
+{
+    std::string path = text.startsWith(urlScheme)
+                           ? QByteArray::fromPercentEncoding(text.mid(urlScheme.size()).toUtf8()).toStdString()
+                           : text.toStdString();
+    if (path.empty() || path.find('\0') != std::string::npos) {
+        return std::nullopt;
+    }
+    return FileUrl(std::move(path));
 }
 
 FileUrl FileUrl::appending(const QString &component) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include <QtCore/QString>
@@ -28,6 +29,11 @@ public:
 
     // "file://" and the path, each byte but letters, digits and -._~!$&'()*+,:=@/ percent-encoded.
     QString absoluteString() const;
+
+    // The path as text that is stored and comes back the same: the path itself, or its URL if it is no valid UTF-8.
+    QString storedPath() const;
+    // None for text that can't name a file: empty, or with a NUL in it.
+    static std::optional<FileUrl> fromStoredPath(const QString &text);
 
     FileUrl appending(const QString &component) const;
 

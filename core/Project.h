@@ -19,6 +19,9 @@ struct Recent
     friend bool operator==(const Recent &, const Recent &) = default;
 };
 
+// How many of them are kept.
+inline constexpr std::size_t recentsLimit = 5;
+
 // One row of the project switcher.
 struct ProjectSummary
 {

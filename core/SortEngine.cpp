@@ -23,7 +23,6 @@ namespace {
 constexpr int coresLeftFree = 2;
 constexpr int leastWidth = 2;
 constexpr int mostWidth = 6; // a large machine must not open dozens of decoders, or requests to a model, at once
-constexpr std::size_t recentsLimit = 5;
 
 bool isEarlier(const ClipPtr &a, const ClipPtr &b)
 {
@@ -42,6 +41,9 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     m_taskPool.setMaxThreadCount(std::numeric_limits<int>::max());
     connect(this, &SortEngine::clipsChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::targetChanged, this, &SortEngine::canExportChanged);
+    if (m_seams.settings != nullptr) {
+        adoptSettings(*m_seams.settings);
+    }
 }
 
 SortEngine::~SortEngine()
@@ -73,6 +75,13 @@ void SortEngine::chooseFolder()
     const FolderPanel panel{.prompt = u"Sort This Folder"_s,
                             .message = u"Choose the folder holding this shoot's raw clips."_s};
     m_seams.chooseFolder(panel, [this](const FileUrl &url) { sortFolder(url); });
+}
+
+void SortEngine::chooseImportRoot()
+{
+    const FolderPanel panel{.prompt = u"Use as Shoots Folder"_s,
+                            .message = u"Choose where new SD-card imports should be organized."_s};
+    m_seams.chooseFolder(panel, [this](const FileUrl &url) { setImportRoot(url); });
 }
 
 void SortEngine::importCard(const FileUrl &source, const QString &volumeName)

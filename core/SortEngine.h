@@ -58,6 +58,9 @@ class SortEngine : public QObject
     Q_PROPERTY(QString exportSummary READ exportSummary NOTIFY clipsChanged)
     Q_PROPERTY(QString eventPath READ eventPath NOTIFY stageChanged)
     Q_PROPERTY(QString targetName READ targetName NOTIFY targetChanged)
+    Q_PROPERTY(larkspan::ModelTier modelTier READ modelTier WRITE setModelTier NOTIFY modelTierChanged)
+    Q_PROPERTY(larkspan::SortOptions options READ options WRITE setOptions NOTIFY optionsChanged)
+    Q_PROPERTY(QString importRootPath READ importRootPath NOTIFY importRootChanged)
     Q_PROPERTY(QString selectedBin READ selectedBinText WRITE selectBin NOTIFY selectedBinChanged)
 
 public:
@@ -86,6 +89,8 @@ public:
     void sortFolder(const FileUrl &url);
     // Asks for a folder, then sorts it.
     Q_INVOKABLE void chooseFolder();
+    // Asks for the Shoots folder.
+    Q_INVOKABLE void chooseImportRoot();
     // Copies a card into a dated folder under importRoot, then sorts the copy. Does nothing without an importRoot.
     void importCard(const FileUrl &source, const QString &volumeName);
     // Drops everything, the running task included.
@@ -159,6 +164,8 @@ public:
     const QString &projectName() const { return m_projectName; }
     const std::optional<FileUrl> &importRoot() const { return m_importRoot; }
     void setImportRoot(std::optional<FileUrl> root);
+    // Where the Shoots folder is, for people; "" without one.
+    QString importRootPath() const { return m_importRoot ? m_importRoot->displayPath() : QString(); }
     bool isRemovableImport() const { return m_isRemovableImport; }
     const std::optional<QString> &importVolumeName() const { return m_importVolumeName; }
 
@@ -207,6 +214,7 @@ private:
     void selectBin(const QString &bin) { setSelectedBin(bin.isEmpty() ? std::nullopt : std::optional(bin)); }
 
     // Main thread.
+    void adoptSettings(SettingsStore &store);
     std::shared_ptr<const FrameClassifier> makeClassifier() const;
     void cancelTask();
     void startTask(std::function<void(const Run &run)> work);

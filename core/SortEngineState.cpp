@@ -5,6 +5,7 @@
 #include <map>
 
 #include "core/RoomLabel.h"
+#include "core/SortSettings.h"
 
 namespace larkspan {
 
@@ -105,6 +106,20 @@ std::vector<ClipPtr> SortEngine::clipsInBin(const QString &bin) const
     std::stable_sort(clips.begin(), clips.end(),
                      [](const ClipPtr &a, const ClipPtr &b) { return a->creationDate < b->creationDate; });
     return clips;
+}
+
+void SortEngine::adoptSettings(SettingsStore &store)
+{
+    m_options = loadSortOptions(store);
+    m_modelTier = loadModelTier(store);
+    m_target = loadDefaultNLE(store);
+    m_importRoot = loadImportRoot(store);
+    m_recents = loadRecents(store);
+    connect(this, &SortEngine::optionsChanged, this, [this, &store] { saveSortOptions(store, m_options); });
+    connect(this, &SortEngine::modelTierChanged, this, [this, &store] { saveModelTier(store, m_modelTier); });
+    connect(this, &SortEngine::targetChanged, this, [this, &store] { saveDefaultNLE(store, m_target); });
+    connect(this, &SortEngine::importRootChanged, this, [this, &store] { saveImportRoot(store, m_importRoot); });
+    connect(this, &SortEngine::recentsChanged, this, [this, &store] { storeRecents(store, m_recents); });
 }
 
 void SortEngine::setStage(Stage stage)

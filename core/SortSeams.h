@@ -14,6 +14,7 @@
 #include "core/FrameClassifier.h"
 #include "core/MediaClip.h"
 #include "core/Project.h"
+#include "core/SettingsStore.h"
 #include "core/SortOptions.h"
 
 namespace larkspan {
@@ -77,6 +78,8 @@ struct SortSeams
     std::function<void(const FileUrl &file)> revealFile;
     // Asks for a folder and hands it to the callback, on the main thread; not called back when nothing was chosen.
     std::function<void(const FolderPanel &panel, std::function<void(FileUrl)> chosen)> chooseFolder;
+    // Where the settings are kept; outlives the engine. Without one they last as long as the engine.
+    SettingsStore *settings = nullptr;
 };
 
 } // namespace larkspan

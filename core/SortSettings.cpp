@@ -1,0 +1,133 @@
+#include "core/SortSettings.h"
+
+#include <array>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan {
+
+namespace {
+
+struct Switch
+{
+    const char16_t *key;
+    bool SortOptions::*field;
+};
+
+constexpr std::array switches{
+    Switch{u"lkShowClipCounts", &SortOptions::showClipCounts},
+    Switch{u"lkSendUnsure", &SortOptions::sendUnsureToReview},
+    Switch{u"lkSplitRooms", &SortOptions::splitRepeatedRooms},
+    Switch{u"lkOpenPlan", &SortOptions::tagOpenPlanTwice},
+    Switch{u"lkDroneExclusive", &SortOptions::keepDroneExclusive},
+    Switch{u"lkOpenEditor", &SortOptions::openEditorAfterExport},
+    Switch{u"lkWriteNextTo", &SortOptions::writeNextToFootage},
+};
+
+const auto fileHandlingKey = u"lkFileHandling"_s;
+const auto verifyLevelKey = u"lkVerifyLevel"_s;
+const auto modelTierKey = u"modelTier"_s;
+const auto defaultNLEKey = u"defaultNLE"_s;
+const auto importRootKey = u"lkImportRootPath"_s;
+const auto recentsKey = u"lkRecents"_s;
+
+QString textOf(const SettingsStore &store, const QString &key)
+{
+    return store.string(key).value_or(QString());
+}
+
+std::optional<Recent> recentOf(const QJsonValue &value)
+{
+    const QJsonValue name = value[u"name"_s];
+    const QJsonValue path = value[u"path"_s];
+    auto file = FileUrl::fromStoredPath(path.toString());
+    if (!name.isString() || !file) {
+        return std::nullopt;
+    }
+    return Recent{.name = name.toString(), .path = std::move(*file)};
+}
+
+} // namespace
+
+SortOptions loadSortOptions(const SettingsStore &store)
+{
+    SortOptions options;
+    for (const auto &[key, field] : switches) {
+        options.*field = store.boolean(QString::fromUtf16(key)).value_or(options.*field);
+    }
+    options.fileHandling = fileHandlingFromRawValue(textOf(store, fileHandlingKey));
+    options.verifyLevel = verifyLevelFromRawValue(textOf(store, verifyLevelKey));
+    return options;
+}
+
+void saveSortOptions(SettingsStore &store, const SortOptions &options)
+{
+    for (const auto &[key, field] : switches) {
+        store.setBoolean(QString::fromUtf16(key), options.*field);
+    }
+    store.setString(fileHandlingKey, fileHandlingRawValue(options.fileHandling));
+    store.setString(verifyLevelKey, verifyLevelRawValue(options.verifyLevel));
+}
+
+ModelTier loadModelTier(const SettingsStore &store)
+{
+    return modelTierFromRawValue(textOf(store, modelTierKey));
+}
+
+void saveModelTier(SettingsStore &store, ModelTier tier)
+{
+    store.setString(modelTierKey, modelTierRawValue(tier));
+}
+
+NLE loadDefaultNLE(const SettingsStore &store)
+{
+    return nleFromRawValue(textOf(store, defaultNLEKey));
+}
+
+void saveDefaultNLE(SettingsStore &store, NLE target)
+{
+    store.setString(defaultNLEKey, nleRawValue(target));
+}
+
+std::optional<FileUrl> loadImportRoot(const SettingsStore &store)
+{
+    return FileUrl::fromStoredPath(textOf(store, importRootKey));
+}
+
+void saveImportRoot(SettingsStore &store, const std::optional<FileUrl> &root)
+{
+    if (root) {
+        store.setString(importRootKey, root->storedPath());
+    } else {
+        store.remove(importRootKey);
+    }
+}
+
+std::vector<Recent> loadRecents(const SettingsStore &store)
+{
+    std::vector<Recent> recents;
+    for (const QJsonValue &value : QJsonDocument::fromJson(store.data(recentsKey).value_or(QByteArray())).array()) {
+        auto recent = recentOf(value);
+        if (!recent) {
+            return {};
+        }
+        recents.push_back(std::move(*recent));
+    }
+    recents.resize(std::min(recents.size(), recentsLimit));
+    return recents;
+}
+
+void storeRecents(SettingsStore &store, const std::vector<Recent> &recents)
+{
+    QJsonArray list;
+    for (const Recent &recent : recents) {
+        list.append(QJsonObject{{u"name"_s, recent.name}, {u"path"_s, recent.path.storedPath()}});
+    }
+    store.setData(recentsKey, QJsonDocument(list).toJson(QJsonDocument::Compact));
+}
+
+} // namespace larkspan

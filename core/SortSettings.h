@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "core/FileUrl.h"
+#include "core/NLE.h"
+#include "core/Project.h"
+#include "core/SettingsStore.h"
+#include "core/SortOptions.h"
+
+namespace larkspan {
+
+// The keys of the store that belong to sorting and exporting. What is absent or unknown reads as the default, and the
+// default isn't written back.
+
+SortOptions loadSortOptions(const SettingsStore &store);
+// Writes all nine keys, whichever field changed.
+void saveSortOptions(SettingsStore &store, const SortOptions &options);
+
+ModelTier loadModelTier(const SettingsStore &store);
+void saveModelTier(SettingsStore &store, ModelTier tier);
+
+// The editor that the event is made for.
+NLE loadDefaultNLE(const SettingsStore &store);
+void saveDefaultNLE(SettingsStore &store, NLE target);
+
+// The Shoots folder. Whether it exists isn't looked at.
+std::optional<FileUrl> loadImportRoot(const SettingsStore &store);
+void saveImportRoot(SettingsStore &store, const std::optional<FileUrl> &root);
+
+// The latest first, at most recentsLimit.
+std::vector<Recent> loadRecents(const SettingsStore &store);
+void storeRecents(SettingsStore &store, const std::vector<Recent> &recents);
+
+} // namespace larkspan
