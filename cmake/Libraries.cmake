@@ -3,6 +3,7 @@ find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent Gui DBus Qml Quick QuickControls2)
 find_package(tl-expected REQUIRED)
+find_package(OpenSSL 3 REQUIRED COMPONENTS Crypto)
 find_package(GTest REQUIRED)
 find_package(rapidcheck REQUIRED)
 find_package(LibXml2 REQUIRED) # tests alone: what we write must read back

@@ -7,9 +7,9 @@
 
 namespace larkspan::test {
 
-TempFolder::TempFolder()
+TempFolder::TempFolder(const std::filesystem::path &parent)
 {
-    std::string pattern = std::filesystem::temp_directory_path() / "larkspan-test-XXXXXX";
+    std::string pattern = parent / "larkspan-test-XXXXXX";
     if (mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("no temporary folder could be made at " + pattern);
     }

@@ -9,7 +9,7 @@ namespace larkspan::test {
 class TempFolder
 {
 public:
-    TempFolder();
+    explicit TempFolder(const std::filesystem::path &parent = std::filesystem::temp_directory_path());
     ~TempFolder();
     TempFolder(const TempFolder &) = delete;
     TempFolder &operator=(const TempFolder &) = delete;

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <map>
+#include <span>
+#include <stop_token>
+#include <vector>
+
+#include <QtCore/QUuid>
+#include <tl/expected.hpp>
+
+#include "core/SortSeams.h"
+#include "output/FileOperations.h"
+#include "output/ImportError.h"
+
+namespace larkspan {
+
+// What organizing needs to know of a clip.
+struct ClipToOrganize
+{
+    QUuid id;
+    FileUrl url;
+    QString primaryBin; // the name of its folder
+};
+
+// Brings camera files to where they are wanted. No file is lost whatever fails: a source goes only once every copy of
+// the run was read back and found equal, and nothing under a final name is ever partial or replaced. Both operations
+// work one file at a time and block their thread; progress is called on it, (done, total); stop is asked before each
+// file, never inside one.
+class MediaImporter
+{
+public:
+    using CopyAnswer = tl::expected<std::vector<CopyResult>, ImportError>;
+    using OrganizeAnswer = tl::expected<std::map<QUuid, FileUrl>, ImportError>;
+
+    // Copies files into one folder, which is made if need be. Ends with the first failure; what was copied stays.
+    // Stopped, it gives what it has.
+    [[nodiscard]] static CopyAnswer copyFiles(std::span<const FileUrl> urls, const FileUrl &destination,
+                                              VerifyLevel verify, const ProgressCallback &progress,
+                                              const std::stop_token &stop,
+                                              const FileOperations &files = FileOperations::system());
+
+    // Copies each clip into a folder under root that is named after its primary bin, and gives where each went. A clip
+    // that fails doesn't end the run, but any failure makes the run one, and no source is then deleted. Deletes the
+    // sources, if told to, after the last copy; one that can't be deleted, or is no longer what was copied, stays.
+    // With deleteSources each copy's bytes are proven whatever the level. Stopped, it does the same with what it has.
+    [[nodiscard]] static OrganizeAnswer organizeByBin(std::span<const ClipToOrganize> clips, const FileUrl &root,
+                                                      bool deleteSources, VerifyLevel verify,
+                                                      const ProgressCallback &progress, const std::stop_token &stop,
+                                                      const FileOperations &files = FileOperations::system());
+};
+
+} // namespace larkspan
