@@ -1,0 +1,210 @@
+// copy_verify SOURCE DESTINATION --level sizeOnly|checksum: copies a file, or all files of a folder, as an import does,
+// and then by the programs that people use for it. Each starts with the source out of the page cache, and what it
+// copied is removed before the next begins.
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "output/FileDescriptor.h"
+#include "output/MediaImporter.h"
+#include "output/Sha256.h"
+
+using namespace larkspan;
+namespace fs = std::filesystem;
+
+namespace {
+
+double secondsSince(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Tells apart the phases of a copy: up to the sync of a file it is copied, from there to its name it is read back.
+class TimedOperations : public FileOperations
+{
+public:
+    double copying = 0.0; // seconds, all of them
+    double syncing = 0.0;
+    double readingBack = 0.0;
+
+    int sync(int fd) const override
+    {
+        const auto start = std::chrono::steady_clock::now();
+        auto &self = const_cast<TimedOperations &>(*this);
+        self.copying += std::exchange(self.m_copied, true) ? 0.0 : secondsSince(m_mark);
+        const int result = FileOperations::sync(fd);
+        self.syncing += secondsSince(start);
+        self.m_mark = std::chrono::steady_clock::now();
+        return result;
+    }
+    int renameWithoutClobbering(int folder, const char *from, const char *to) const override
+    {
+        auto &self = const_cast<TimedOperations &>(*this);
+        self.readingBack += secondsSince(m_mark);
+        const int result = FileOperations::renameWithoutClobbering(folder, from, to);
+        self.m_mark = std::chrono::steady_clock::now();
+        self.m_copied = false;
+        return result;
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_mark = std::chrono::steady_clock::now();
+    bool m_copied = false;
+};
+
+std::vector<FileUrl> filesOf(const fs::path &source)
+{
+    std::vector<FileUrl> files;
+    if (fs::is_regular_file(source)) {
+        files.emplace_back(source);
+        return files;
+    }
+    for (const auto &entry : fs::recursive_directory_iterator(source)) {
+        if (entry.is_regular_file()) {
+            files.emplace_back(entry.path());
+        }
+    }
+    return files;
+}
+
+// Out of the page cache, so that the next to read a file reads the disk.
+void forget(const std::vector<FileUrl> &files)
+{
+    for (const FileUrl &file : files) {
+        const FileDescriptor fd(::open(file.path().c_str(), O_RDONLY | O_CLOEXEC));
+        ::fsync(fd.get());
+        ::posix_fadvise(fd.get(), 0, 0, POSIX_FADV_DONTNEED);
+    }
+}
+
+std::string quoted(const fs::path &path)
+{
+    std::string text = "'";
+    for (const char c : path.native()) {
+        if (c == '\'') {
+            text.append("'\\'");
+        }
+        text.push_back(c);
+    }
+    text.push_back('\'');
+    return text;
+}
+
+// Seconds that a shell command takes; ends the program if it fails.
+double timed(const std::string &command)
+{
+    const auto start = std::chrono::steady_clock::now();
+    if (std::system((command + " >/dev/null").c_str()) != 0) {
+        std::cerr << "failed: " << command << '\n';
+        std::exit(1);
+    }
+    return secondsSince(start);
+}
+
+double residentMegabytes()
+{
+    long total = 0;
+    long resident = 0;
+    std::ifstream("/proc/self/statm") >> total >> resident;
+    return static_cast<double>(resident) * static_cast<double>(::sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+double peakMegabytes()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) * 1024.0 / 1e6;
+}
+
+double hashBytesPerSecond()
+{
+    const std::vector<std::byte> chunk(4 * 1024 * 1024);
+    constexpr int count = 128;
+    Sha256 hash;
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < count; ++i) {
+        hash.update(chunk);
+    }
+    static_cast<void>(hash.finish());
+    return static_cast<double>(chunk.size()) * count / secondsSince(start);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const std::string level = arguments.size() == 4 && arguments[2] == "--level" ? arguments[3] : "";
+    if (level != "sizeOnly" && level != "checksum") {
+        std::cerr << "usage: copy_verify SOURCE DESTINATION --level sizeOnly|checksum\n";
+        return 2;
+    }
+    const auto urls = filesOf(arguments[0]);
+    const fs::path target = fs::path(arguments[1]) / ("copy_verify-" + std::to_string(::getpid()));
+    fs::create_directories(target);
+    double bytes = 0.0;
+    std::string sources;
+    for (const FileUrl &url : urls) {
+        bytes += static_cast<double>(fs::file_size(url.path()));
+        sources += " " + quoted(url.path());
+    }
+    const std::string copies = quoted(target) + "/*";
+
+    const double idle = residentMegabytes();
+    forget(urls);
+    TimedOperations operations;
+    const auto start = std::chrono::steady_clock::now();
+    const auto answer = MediaImporter::copyFiles(
+        urls, FileUrl(target), level == "checksum" ? VerifyLevel::checksum : VerifyLevel::sizeOnly, [](int, int) {}, {},
+        operations);
+    const double seconds = secondsSince(start);
+    const double peak = peakMegabytes();
+    if (!answer) {
+        std::cerr << answer.error().description().toStdString() << '\n';
+        fs::remove_all(target);
+        return 1;
+    }
+    std::vector<FileUrl> results;
+    for (const CopyResult &result : *answer) {
+        results.push_back(result.destinationURL);
+    }
+    const auto clear = [&] {
+        for (const auto &entry : fs::directory_iterator(target)) {
+            fs::remove(entry.path());
+        }
+        forget(urls);
+    };
+    const std::string copyAndSync = "cp --sparse=never" + sources + " " + quoted(target) + " && sync " + copies;
+
+    // Copy and sync alone, then one reading of what the disk holds.
+    clear();
+    double plainSeconds = timed(copyAndSync);
+    forget(results);
+    plainSeconds += timed("cat " + copies);
+    // The same, and both sides hashed.
+    clear();
+    const double referenceSeconds = timed(copyAndSync + " && sha256sum" + sources + " " + copies);
+    clear();
+    const double rsyncSeconds = timed("rsync -a" + sources + " " + quoted(target) +
+                                      " && rsync -a --checksum --dry-run" + sources + " " + quoted(target));
+    fs::remove_all(target);
+
+    std::cout.precision(3);
+    std::cout << "{\"level\": \"" << level << "\", \"files\": " << urls.size() << ", \"bytes\": " << std::fixed << bytes
+              << ", \"seconds\": " << seconds << ", \"referenceSeconds\": " << referenceSeconds
+              << ", \"ratio\": " << referenceSeconds / seconds << ", \"plainSeconds\": " << plainSeconds
+              << ", \"timesPlain\": " << seconds / plainSeconds << ", \"rsyncSeconds\": " << rsyncSeconds
+              << ", \"rsyncRatio\": " << rsyncSeconds / seconds << ", \"peakMegabytes\": " << peak
+              << ", \"megabytesAboveIdle\": " << peak - idle
+              << ", \"bytesPerSecond\": {\"copy\": " << bytes / operations.copying
+              << ", \"sync\": " << bytes / operations.syncing << ", \"readBack\": " << bytes / operations.readingBack
+              << ", \"hash\": " << hashBytesPerSecond() << "}}\n";
+}
