@@ -35,7 +35,7 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     : QObject(parent)
     , m_seams(std::move(seams))
     , m_width(std::clamp(activeProcessorCount - coresLeftFree, leastWidth, mostWidth))
-    , m_projects(m_seams.loadProjects ? m_seams.loadProjects() : std::vector<ProjectSummary>())
+    , m_projects(m_seams.projects ? m_seams.projects->projects() : std::vector<ProjectSummary>())
 {
     m_clipPool.setMaxThreadCount(m_width);
     m_taskPool.setMaxThreadCount(std::numeric_limits<int>::max());
@@ -217,19 +217,25 @@ std::vector<ClipPtr> SortEngine::processBatch(const Run &run, std::span<const Fi
                                               const FrameClassifier &classifier, const SortOptions &options)
 {
     std::vector<ClipPtr> clips(urls.size());
+    forEachClip(run, urls.size(),
+                [&](std::size_t i) { clips[i] = processClip(urls[i], classifier, options, m_seams); });
+    return clips;
+}
+
+void SortEngine::forEachClip(const Run &run, std::size_t count, const std::function<void(std::size_t index)> &work)
+{
     // Shared, since the last clip may still be inside count_down() when the wait is over.
-    const auto allThrough = std::make_shared<std::latch>(static_cast<std::ptrdiff_t>(urls.size()));
-    for (std::size_t i = 0; i < urls.size(); ++i) {
-        m_clipPool.start(new PoolJob([&, allThrough, i] {
+    const auto allThrough = std::make_shared<std::latch>(static_cast<std::ptrdiff_t>(count));
+    for (std::size_t i = 0; i < count; ++i) {
+        m_clipPool.start([&run, &work, allThrough, i] {
             // A clip that still waits for a thread when its run is stopped need not be looked at: nobody will see it.
             if (!run.stop.stop_requested()) {
-                clips[i] = processClip(urls[i], classifier, options, m_seams);
+                work(i);
             }
             allThrough->count_down();
-        }));
+        });
     }
     allThrough->wait();
-    return clips;
 }
 
 void SortEngine::finishSort(const SortOptions &options)
@@ -326,38 +332,6 @@ void SortEngine::selectFirstBin()
     setSelectedBin(reviewCount() > 0 ? std::optional(reviewKey())
                    : counts.empty()  ? std::nullopt
                                      : std::optional(counts.front().bin));
-}
-
-void SortEngine::rememberRecent(const FileUrl &url)
-{
-    std::erase_if(m_recents, [&url](const Recent &recent) { return recent.path == url; });
-    m_recents.insert(m_recents.begin(), {.name = url.lastPathComponent(), .path = url});
-    if (m_recents.size() > recentsLimit) {
-        m_recents.resize(recentsLimit);
-    }
-    Q_EMIT recentsChanged();
-}
-
-void SortEngine::saveCurrentProject()
-{
-    if (!m_folder || m_clips.empty() || !m_seams.saveProject) {
-        return;
-    }
-    m_currentProjectID = projectID(*m_folder);
-    CachedProject project;
-    project.summary = {
-        .id = *m_currentProjectID,
-        .name = displayName(),
-        .folderPath = *m_folder,
-        .clipCount = static_cast<int>(m_clips.size()),
-        .binCount = binCount(),
-        .reviewCount = reviewCount(),
-        .savedAt = std::chrono::time_point_cast<Date::duration>(std::chrono::system_clock::now()),
-    };
-    std::transform(m_clips.begin(), m_clips.end(), std::back_inserter(project.clips),
-                   [](const ClipPtr &clip) { return ClipRecord::fromClip(*clip); });
-    m_projects = m_seams.saveProject(project);
-    Q_EMIT projectsChanged();
 }
 
 } // namespace larkspan

@@ -93,6 +93,13 @@ public:
     Q_INVOKABLE void chooseImportRoot();
     // Copies a card into a dated folder under importRoot, then sorts the copy. Does nothing without an importRoot.
     void importCard(const FileUrl &source, const QString &volumeName);
+    // Restores a sorted shoot as it was saved, without sorting, and samples its thumbnails anew. One that can't be read
+    // leaves the list, and nothing else changes. Footage that is gone only lacks its thumbnails.
+    Q_INVOKABLE void openProject(const QString &id);
+    // Blanks at the ends are cut off; a name of nothing else is none.
+    Q_INVOKABLE void renameProject(const QString &id, const QString &name);
+    // The clips stay on screen if it is the one on show.
+    Q_INVOKABLE void deleteProject(const QString &id);
     // Drops everything, the running task included.
     Q_INVOKABLE void reset();
     // Writes the event beside the footage and goes to done, or to failed. Does nothing without a folder.
@@ -231,7 +238,9 @@ private:
     void finishEdit();
     void leaveReviewIfDone();
     void rememberRecent(const FileUrl &url);
+    void setProjects(const std::vector<ProjectSummary> &projects);
     void saveCurrentProject();
+    void loadThumbnails();
     void writeEvent(const std::optional<FileUrl> &directory);
 
     // On the task's thread; they reach the engine through land() alone.
@@ -241,6 +250,9 @@ private:
                         const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options);
     std::vector<ClipPtr> processBatch(const Run &run, std::span<const FileUrl> urls, const FrameClassifier &classifier,
                                       const SortOptions &options);
+    // Runs the work for each index on the clips' threads and waits for all. What has not begun when the run is stopped
+    // is left out.
+    void forEachClip(const Run &run, std::size_t count, const std::function<void(std::size_t index)> &work);
     // Has the change made on the main thread, in the order of the calls, if the run is still the current one by then.
     void land(const Run &run, std::function<void()> change);
 

@@ -13,7 +13,7 @@
 #include "core/CloudSettings.h"
 #include "core/FrameClassifier.h"
 #include "core/MediaClip.h"
-#include "core/Project.h"
+#include "core/ProjectCache.h"
 #include "core/SettingsStore.h"
 #include "core/SortOptions.h"
 
@@ -66,10 +66,6 @@ struct SortSeams
         const std::vector<FileUrl> &urls, const FileUrl &destination, VerifyLevel verify,
         const ProgressCallback &progress, const std::stop_token &stop)>
         copyFiles;
-    // The index of the cached projects, newest first.
-    std::function<std::vector<ProjectSummary>()> loadProjects;
-    // Stores a project and gives the index as it then stands.
-    std::function<std::vector<ProjectSummary>(const CachedProject &project)> saveProject;
     // The text of the event file for clips in any order.
     std::function<QString(const std::vector<ClipPtr> &clips, const QString &name)> eventText;
     // Hands a file to the program that is registered for it; failures are nobody's concern.
@@ -80,6 +76,8 @@ struct SortSeams
     std::function<void(const FolderPanel &panel, std::function<void(FileUrl)> chosen)> chooseFolder;
     // Where the settings are kept; outlives the engine. Without one they last as long as the engine.
     SettingsStore *settings = nullptr;
+    // Where sorted shoots are kept; outlives the engine. Without one none is.
+    ProjectCache *projects = nullptr;
 };
 
 } // namespace larkspan

@@ -59,12 +59,6 @@ protected:
             .sampleFrames = [](const MediaClip &clip, int, double) { return sample(clip); },
             .makeLocalClassifier = [] { return std::make_shared<NamedFrames>(); },
             .copyFiles = [](const auto &...) { return std::vector<CopyResult>(); },
-            .loadProjects = [this] { return storedProjects; },
-            .saveProject =
-                [this](const CachedProject &project) {
-                    savedProjects.push_back(project);
-                    return std::vector<ProjectSummary>{project.summary};
-                },
             .eventText = [](const std::vector<ClipPtr> &, const QString &name) { return name; },
             .openFile = [this](const FileUrl &file) { opened.push_back(file); },
             .revealFile = [this](const FileUrl &file) { revealed.push_back(file); },
@@ -75,6 +69,7 @@ protected:
                         chosen(*folderToChoose);
                     }
                 },
+            .projects = &cache,
         };
     }
 
@@ -100,6 +95,9 @@ protected:
         return names;
     }
 
+    // The shoot as it is on the medium.
+    std::optional<CachedProject> saved() { return cache.open(projectID(shoot)); }
+
     void makeClips(std::initializer_list<const char *> names) const
     {
         for (const char *name : names) {
@@ -109,8 +107,8 @@ protected:
 
     const TempFolder folder;
     const FileUrl shoot{folder.path()};
-    std::vector<ProjectSummary> storedProjects;
-    std::vector<CachedProject> savedProjects;
+    const TempFolder cacheFolder;
+    ProjectCache cache{cacheFolder.path()};
     std::vector<FileUrl> opened;
     std::vector<FileUrl> revealed;
     std::vector<FolderPanel> panels;

@@ -48,7 +48,7 @@ TEST_F(SortEngineTest, AResetDuringASortLetsNothingOfItLand)
         EXPECT_FALSE(engine.hasFolder());
         EXPECT_EQ(engine.currentProjectID(), std::nullopt);
     }
-    EXPECT_THAT(savedProjects, IsEmpty());
+    EXPECT_THAT(cache.projects(), IsEmpty());
 }
 
 TEST_F(SortEngineTest, ASecondSortDuringARunningOneLetsNothingOfTheFirstLand)
@@ -74,8 +74,8 @@ TEST_F(SortEngineTest, ASecondSortDuringARunningOneLetsNothingOfTheFirstLand)
     EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"pool 1"_s));
     EXPECT_EQ(engine.total(), 1);
     EXPECT_EQ(engine.folderName(), u"second"_s);
-    ASSERT_THAT(savedProjects, SizeIs(1));
-    EXPECT_EQ(savedProjects[0].summary.folderPath, FileUrl(folder / "second"));
+    ASSERT_THAT(cache.projects(), SizeIs(1));
+    EXPECT_EQ(cache.projects()[0].folderPath, FileUrl(folder / "second"));
 }
 
 TEST_F(SortEngineTest, AStoppedSortStartsNoFurtherClips)
@@ -111,7 +111,7 @@ TEST_F(SortEngineTest, TheEngineCanGoWhileASortRuns)
     gate.open(3);
     engine.reset();
     drain();
-    EXPECT_THAT(savedProjects, IsEmpty());
+    EXPECT_THAT(cache.projects(), IsEmpty());
 }
 
 TEST_F(SortEngineTest, ManyQuickRestartsEndWithTheLastFolder)

@@ -53,10 +53,11 @@ TEST_F(SortEngineTest, SortsAFolderIntoItsBins)
         EXPECT_EQ(clip->confidence, 1.0);
         EXPECT_THAT(clip->rawIdentifiers, SizeIs(1));
     }
-    ASSERT_THAT(savedProjects, SizeIs(1));
-    EXPECT_EQ(savedProjects[0].summary.clipCount, 3);
-    EXPECT_EQ(savedProjects[0].summary.binCount, 2);
-    EXPECT_EQ(savedProjects[0].clips.size(), 3u);
+    const auto project = saved();
+    ASSERT_TRUE(project);
+    EXPECT_EQ(project->summary.clipCount, 3);
+    EXPECT_EQ(project->summary.binCount, 2);
+    EXPECT_THAT(project->clips, SizeIs(3));
 }
 
 TEST_F(SortEngineTest, WorksInBatchesOfTheWidthAndProgressMovesByBatch)
@@ -143,7 +144,7 @@ TEST_F(SortEngineTest, AFolderWithoutVideoFilesIsSaidToBeEmptyByName)
     engine.sortFolder(shoot);
     ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
     EXPECT_EQ(engine.stage().text, shoot.lastPathComponent());
-    EXPECT_THAT(savedProjects, IsEmpty());
+    EXPECT_THAT(cache.projects(), IsEmpty());
 }
 
 TEST_F(SortEngineTest, AnUnreadableFolderIsSaidToBeEmptyByName)
@@ -216,20 +217,20 @@ TEST_F(SortEngineTest, OptionsChangedDuringASortDoNotReachIt)
 TEST_F(SortEngineTest, SortAgainKeepsTheNameOfARenamedProject)
 {
     makeClips({"pool 1"});
-    storedProjects = {{.id = projectID(shoot), .name = u"The Glass House"_s}};
+    cache.save({.summary = {.id = projectID(shoot), .name = u"The Glass House"_s, .folderPath = shoot}});
     SortEngine engine(seams());
     engine.sortFolder(shoot);
     EXPECT_EQ(engine.projectName(), u"The Glass House"_s);
     EXPECT_EQ(engine.displayName(), u"The Glass House"_s);
     ASSERT_TRUE(reaches(engine, StageKind::results));
-    EXPECT_EQ(savedProjects.back().summary.name, u"The Glass House"_s);
+    EXPECT_EQ(saved()->summary.name, u"The Glass House"_s);
     engine.sortFolder(shoot);
     EXPECT_EQ(engine.projectName(), u"The Glass House"_s);
 }
 
 TEST_F(SortEngineTest, AProjectNamedLikeItsFolderHasNoNameOfItsOwn)
 {
-    storedProjects = {{.id = projectID(shoot), .name = shoot.lastPathComponent()}};
+    cache.save({.summary = {.id = projectID(shoot), .name = shoot.lastPathComponent(), .folderPath = shoot}});
     SortEngine engine(seams());
     engine.sortFolder(shoot);
     EXPECT_EQ(engine.projectName(), QString());
@@ -321,7 +322,6 @@ TEST_F(SortEngineTest, ExportWritesTheEventBesideTheFootageAndOpensTheEditor)
     std::ostringstream text;
     text << std::ifstream(event.path()).rdbuf();
     EXPECT_EQ(text.str(), folder.path().filename().native());
-    EXPECT_THAT(savedProjects, SizeIs(2));
 
     engine.backToResults();
     EXPECT_EQ(engine.stage().kind, StageKind::results);
@@ -381,7 +381,7 @@ TEST_F(SortEngineTest, ANumberWithoutASiblingIsGoneFromTheBinsAtExport)
     engine.clips().front()->primaryBin = u"Kitchen 3"_s;
     engine.exportEvent();
     EXPECT_EQ(engine.clips().front()->primaryBin, u"Kitchen"_s);
-    EXPECT_EQ(savedProjects.back().clips.front().primaryBin, u"Kitchen"_s);
+    EXPECT_EQ(saved()->clips.front().primaryBin, u"Kitchen"_s);
 }
 
 TEST_F(SortEngineTest, AFolderNameOfAnyBytesGivesAnEventOfThatName)
