@@ -1,30 +1,25 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Screens
 
 // The bins of the shoot, those to look at first. Up and Down walk it, and what they reach is shown at once.
-ListView {
-    id: list
+T.Control {
+    id: control
 
     required property SortEngine engine
 
-    leftMargin: 10
-    rightMargin: 10
-    topMargin: 10
-    bottomMargin: 10
-    spacing: 2
-    clip: true
-    activeFocusOnTab: true
-    boundsBehavior: Flickable.StopAtBounds
-    currentIndex: bins.selectedRow
-    highlightMoveDuration: LK.motion.hover
-    keyNavigationEnabled: false
+    readonly property BinListModel bins: BinListModel {
+        engine: control.engine
+    }
+
+    focusPolicy: Qt.StrongFocus
     Keys.onUpPressed: bins.select(bins.selectedRow - 1)
     Keys.onDownPressed: bins.select(bins.selectedRow + 1)
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
-            bins.select(event.key === Qt.Key_Home ? 0 : list.count - 1);
+            bins.select(event.key === Qt.Key_Home ? 0 : bins.rowCount() - 1);
             event.accepted = true;
         }
     }
@@ -32,31 +27,37 @@ ListView {
     Accessible.role: Accessible.List
     Accessible.name: qsTr("Bins")
 
-    LKScrollBar.vertical: LKScrollBar {
-    }
+    ListView {
+        anchors.fill: parent
+        anchors.margins: 10
+        spacing: 2
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        keyNavigationEnabled: false
+        currentIndex: control.bins.selectedRow
+        highlightMoveDuration: LK.motion.hover
+        model: control.bins
 
-    model: BinListModel {
-        id: bins
+        LKScrollBar.vertical: LKScrollBar {
+        }
 
-        engine: list.engine
-    }
+        delegate: LKSidebarRow {
+            id: row
 
-    delegate: LKSidebarRow {
-        id: row
+            required property var model
 
-        required property var model
-
-        width: ListView.view.width - 20
-        label: row.model.label
-        count: row.model.count
-        selected: row.model.index === bins.selectedRow
-        showsFocus: row.selected && list.activeFocus
-        showsCount: bins.showsCounts
-        tone: row.model.isReview ? LKSidebarRow.Warning : LKSidebarRow.Neutral
-        focusPolicy: Qt.NoFocus
-        onActivated: {
-            bins.select(row.model.index);
-            list.forceActiveFocus(Qt.MouseFocusReason);
+            width: ListView.view.width
+            label: row.model.label
+            count: row.model.count
+            selected: row.model.index === control.bins.selectedRow
+            showsFocus: row.selected && control.visualFocus
+            showsCount: control.bins.showsCounts
+            tone: row.model.isReview ? LKSidebarRow.Warning : LKSidebarRow.Neutral
+            focusPolicy: Qt.NoFocus
+            onActivated: {
+                control.bins.select(row.model.index);
+                control.forceActiveFocus(Qt.MouseFocusReason);
+            }
         }
     }
 }

@@ -8,6 +8,8 @@ FocusScope {
 
     required property SortEngine engine
 
+    focus: true
+
     Column {
         anchors.centerIn: parent
         width: Math.min(parent.width - 68, 640)

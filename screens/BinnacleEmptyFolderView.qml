@@ -8,6 +8,8 @@ FocusScope {
 
     required property SortEngine engine
 
+    focus: true
+
     LKEmptyState {
         anchors.centerIn: parent
         focus: true

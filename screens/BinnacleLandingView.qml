@@ -8,6 +8,8 @@ FocusScope {
 
     required property SortEngine engine
 
+    focus: true
+
     readonly property bool dropTargeted: dropArea.containsDrag
 
     ShootDrop {

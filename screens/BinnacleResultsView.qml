@@ -8,6 +8,8 @@ FocusScope {
 
     required property SortEngine engine
 
+    focus: true
+
     Rectangle {
         anchors.fill: bins
         color: LK.palette.surfaceSidebar

@@ -30,8 +30,8 @@ FocusScope {
     }
 
     onStageViewChanged: middle.setSource(stageView, {
-        "engine": view.engine
-    })
+            "engine": view.engine
+        })
 
     Rectangle {
         anchors.fill: parent

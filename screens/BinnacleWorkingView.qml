@@ -9,6 +9,8 @@ FocusScope {
 
     required property SortEngine engine
 
+    focus: true
+
     readonly property size tile: Qt.size(160, 90)
     readonly property int gap: 10
 

@@ -14,18 +14,19 @@ T.AbstractButton {
     required property url thumbnail
     required property string extraBin
     required property string reviewReason
+    property bool showsReason: false
     property bool showsFocus: visualFocus
 
     signal activated
 
     implicitWidth: 168
-    implicitHeight: 150
+    implicitHeight: 124
     hoverEnabled: true
     focusPolicy: Qt.NoFocus
     onClicked: card.activated()
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: reviewReason === "" ? qsTr("%1, %2").arg(fileName).arg(duration) : qsTr("%1, %2, %3").arg(fileName).arg(duration).arg(reviewReason)
+    Accessible.name: !showsReason ? qsTr("%1, %2").arg(fileName).arg(duration) : qsTr("%1, %2, %3").arg(fileName).arg(duration).arg(reviewReason)
 
     contentItem: ColumnLayout {
         spacing: 0
@@ -91,6 +92,7 @@ T.AbstractButton {
             Layout.leftMargin: 8
             Layout.rightMargin: 8
             Layout.topMargin: 2
+            visible: card.showsReason
             text: card.reviewReason
             font: LK.font(9.5)
             color: LK.palette.textSecondary

@@ -14,11 +14,12 @@ GridView {
     readonly property int padding: 14
     readonly property int columns: Math.max(1, Math.floor((width - 2 * padding + gap) / (leastWidth + gap)))
 
+    objectName: "clips"
     topMargin: padding
     bottomMargin: padding - gap
     leftMargin: padding
     cellWidth: Math.floor((width - 2 * padding + gap) / columns)
-    cellHeight: 150 + gap
+    cellHeight: (clips.isReview ? 152 : 124) + gap
     clip: true
     activeFocusOnTab: true
     keyNavigationEnabled: true
@@ -43,6 +44,7 @@ GridView {
 
         width: grid.cellWidth - grid.gap
         height: grid.cellHeight - grid.gap
+        showsReason: clips.isReview
         showsFocus: card.GridView.isCurrentItem && grid.activeFocus
         onActivated: {
             grid.currentIndex = card.index;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/RoomLabel.h"
 #include "screens/ClipThumbnails.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -114,6 +115,11 @@ void ClipListModel::refresh()
         for (const ClipPtr &clip : clips) {
             wanted.push_back(rowOf(*clip));
         }
+    }
+    const bool isReview = m_source == SelectedBin && m_engine && m_engine->selectedBin() == reviewKey();
+    if (m_isReview != isReview) {
+        m_isReview = isReview;
+        Q_EMIT isReviewChanged();
     }
     const auto before = m_rows.size();
     sync(m_rows, std::move(wanted));

@@ -18,6 +18,8 @@ class ClipListModel : public SyncedListModel
     Q_PROPERTY(larkspan::SortEngine *engine READ engine WRITE setEngine NOTIFY engineChanged REQUIRED)
     Q_PROPERTY(Source source READ source WRITE setSource NOTIFY sourceChanged)
     Q_PROPERTY(int count READ count NOTIFY countChanged)
+    // Whether these are the clips under review, shown for the reason why.
+    Q_PROPERTY(bool isReview READ isReview NOTIFY isReviewChanged)
 
 public:
     enum Source {
@@ -44,6 +46,7 @@ public:
     Source source() const { return m_source; }
     void setSource(Source source);
     int count() const { return rowCount(); }
+    bool isReview() const { return m_isReview; }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -53,6 +56,7 @@ Q_SIGNALS:
     void engineChanged();
     void sourceChanged();
     void countChanged();
+    void isReviewChanged();
 
 private:
     // What a delegate shows of a clip, as it was at the last refresh: the clip itself publishes no change.
@@ -77,6 +81,7 @@ private:
     QPointer<SortEngine> m_engine;
     Source m_source = SelectedBin;
     std::vector<Row> m_rows;
+    bool m_isReview = false;
 };
 
 // "0:07", "12:05", "1:02:03"; seconds are rounded to whole ones, and no number of them counts as 0.

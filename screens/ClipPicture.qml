@@ -8,8 +8,11 @@ Image {
     property int cornerRadius: 4
     property bool roundsBottom: true
 
-    source: picture + "?radius=" + cornerRadius * Screen.devicePixelRatio + (roundsBottom ? "" : "&top")
-    sourceSize.width: Math.max(1, width * Screen.devicePixelRatio)
-    sourceSize.height: Math.max(1, height * Screen.devicePixelRatio)
+    readonly property bool hasSize: width >= 1 && height >= 1
+
+    source: hasSize ? picture + "?radius=" + cornerRadius * Screen.devicePixelRatio + (roundsBottom ? "" : "&top") : ""
+    sourceSize.width: width * Screen.devicePixelRatio
+    sourceSize.height: height * Screen.devicePixelRatio
     fillMode: Image.Stretch
+    cache: false
 }

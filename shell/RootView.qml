@@ -39,6 +39,8 @@ Window {
     FolderDialog {
         id: panel
 
+        objectName: "folderPanel"
+
         title: root.folderRequest.message
         acceptLabel: root.folderRequest.prompt
         onAccepted: root.folderRequest.choose(panel.selectedFolder)
