@@ -52,3 +52,18 @@ function(larkspan_test name)
   set_tests_properties(${name} PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT}
     ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0")
 endfunction()
+
+# larkspan_gui_test(NAME LABEL folder [TIMEOUT seconds] SOURCES … [LINKS …] [COMMAND …]): the same for what is shown.
+# Draws into memory, unless a COMMAND brings a display.
+function(larkspan_gui_test name)
+  cmake_parse_arguments(arg "" "LABEL;TIMEOUT" "SOURCES;LINKS;COMMAND" ${ARGN})
+  larkspan_test(${name} LABEL "${arg_LABEL}" TIMEOUT "${arg_TIMEOUT}" COMMAND ${arg_COMMAND}
+    SOURCES ${arg_SOURCES} "${PROJECT_SOURCE_DIR}/tests/support/GuiTestMain.cpp"
+    LINKS larkspan_gui_test_support ${arg_LINKS})
+  if(arg_COMMAND)
+    # The display's GL driver leaks, and is gone from memory before the leak check could name it.
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT ASAN_OPTIONS=detect_leaks=0)
+  else()
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software)
+  endif()
+endfunction()

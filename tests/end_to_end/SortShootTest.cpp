@@ -1,0 +1,190 @@
+#include <fstream>
+#include <sstream>
+
+#include <libxml/parser.h>
+#include <libxml/xpath.h>
+
+#include <QtQuick/QQuickWindow>
+
+#include "shell/LarkspanApp.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/FfmpegMedia.h"
+#include "tests/support/Items.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/WaitUntil.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using testing::ElementsAre;
+using testing::SizeIs;
+using testing::UnorderedElementsAre;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// What an XPath finds in a well-formed file, each as its text. Fails the test when it isn't well-formed.
+std::vector<std::string> inXml(const fs::path &file, const char *path)
+{
+    const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(xmlReadFile(file.c_str(), nullptr, XML_PARSE_NONET),
+                                                                  xmlFreeDoc);
+    if (!document) {
+        ADD_FAILURE() << file << " is not well-formed";
+        return {};
+    }
+    const std::unique_ptr<xmlXPathContext, decltype(&xmlXPathFreeContext)> context(xmlXPathNewContext(document.get()),
+                                                                                   xmlXPathFreeContext);
+    const std::unique_ptr<xmlXPathObject, decltype(&xmlXPathFreeObject)> found(
+        xmlXPathEvalExpression(reinterpret_cast<const xmlChar *>(path), context.get()), xmlXPathFreeObject);
+    std::vector<std::string> texts;
+    for (int i = 0; found && found->nodesetval && i < found->nodesetval->nodeNr; ++i) {
+        xmlChar *text = xmlNodeGetContent(found->nodesetval->nodeTab[i]);
+        texts.emplace_back(reinterpret_cast<const char *>(text));
+        xmlFree(text);
+    }
+    return texts;
+}
+
+std::string contentOf(const fs::path &file)
+{
+    std::ostringstream content;
+    content << std::ifstream(file).rdbuf();
+    return content.str();
+}
+
+// The whole program with its real parts on a real display, used by mouse and keyboard alone.
+class SortShootTest : public testing::Test
+{
+protected:
+    using StageKind = SortEngine::StageKind;
+
+    // Instead of the program that this machine has for events, a note of what it was to open. Qt looks for it once.
+    static void SetUpTestSuite()
+    {
+        const fs::path opener = desk().write("xdg-open", "#!/bin/sh\nprintf %s \"$1\" >\"${0%/*}/opened\"\n");
+        fs::permissions(opener, fs::perms::owner_all);
+        qputenv("PATH", QByteArray::fromStdString(desk().path().string()) + ':' + qgetenv("PATH"));
+    }
+
+    static const TempFolder &desk()
+    {
+        static const TempFolder folder;
+        return folder;
+    }
+
+    SortShootTest()
+    {
+        fs::remove(desk() / "opened");
+        fs::create_directory(shoot);
+        for (const char *clip : {"clip 2.mp4", "clip 10.mov", "DJI_0001.MP4"}) {
+            makeMedia(shoot / clip,
+                      "-f lavfi -i testsrc2=s=320x180:r=25:d=2 -c:v libx264 -preset ultrafast -pix_fmt yuv420p");
+        }
+    }
+
+    void SetUp() override
+    {
+        ASSERT_TRUE(program.open());
+        ASSERT_TRUE(Desktop::awaitWindow(*program.window()));
+    }
+
+    // What is shown with this text; the test fails when it doesn't come up.
+    QQuickItem &shown(const QString &text)
+    {
+        QQuickItem *item = nullptr;
+        if (!waitUntil([&] { return (item = findShown(program.window()->contentItem(), text)) != nullptr; },
+                       std::chrono::seconds(20))) {
+            throw std::runtime_error("not shown: " + text.toStdString());
+        }
+        return *item;
+    }
+
+    [[nodiscard]] bool reaches(StageKind stage)
+    {
+        const bool reached =
+            waitUntil([&] { return program.engine().stage().kind == stage; }, std::chrono::seconds(20));
+        if (!reached) {
+            ADD_FAILURE() << "still at stage " << static_cast<int>(program.engine().stage().kind) << ' '
+                          << program.engine().stage().text.toStdString();
+        }
+        return reached;
+    }
+
+    void expectTheEvent() const
+    {
+        EXPECT_THAT(inXml(event, "/fcpxml/@version"), ElementsAre("1.10"));
+        EXPECT_THAT(inXml(event, "//event/@name"), ElementsAre("Villa & Söhne"));
+        EXPECT_THAT(inXml(event, "//event/asset-clip/@name"), UnorderedElementsAre("clip 2", "clip 10", "DJI_0001"));
+        EXPECT_THAT(inXml(event, "//asset//@src"),
+                    UnorderedElementsAre(FileUrl(shoot / "clip 2.mp4").absoluteString().toStdString(),
+                                         FileUrl(shoot / "clip 10.mov").absoluteString().toStdString(),
+                                         FileUrl(shoot / "DJI_0001.MP4").absoluteString().toStdString()));
+        EXPECT_THAT(inXml(event, "//asset-clip[@name='DJI_0001']/keyword/@value"), ElementsAre("Aerial / Drone"));
+    }
+
+    const TempFolder scratch;
+    const fs::path shoot = scratch / "Villa & Söhne";
+    const fs::path event = shoot / "Villa & Söhne.fcpxml";
+    LarkspanApp program;
+};
+
+} // namespace
+
+TEST_F(SortShootTest, DropAFolderWaitForTheBinsExportAndFindTheEventByMouse)
+{
+    Desktop::dragFiles({shoot}, shown(u"Drop a shoot folder here"_s));
+    ASSERT_TRUE(reaches(StageKind::results));
+    Desktop::click(shown(u"Aerial / Drone"_s));
+    EXPECT_TRUE(waitUntil([&] { return program.engine().selectedBin() == u"Aerial / Drone"_s; }));
+    (void)shown(u"DJI_0001"_s);
+    Desktop::click(shown(u"Export"_s));
+    ASSERT_TRUE(reaches(StageKind::done));
+    (void)shown(FileUrl(event).displayPath());
+    expectTheEvent();
+
+    const fs::path opened = desk() / "opened";
+    EXPECT_TRUE(waitUntil([&] { return !contentOf(opened).empty(); }));
+    EXPECT_EQ(QUrl::fromEncoded(QByteArray::fromStdString(contentOf(opened))).toLocalFile(),
+              QString::fromStdString(event.string()));
+    Desktop::click(shown(u"Sort Another Shoot"_s));
+    (void)shown(u"Drop a shoot folder here"_s);
+}
+
+TEST_F(SortShootTest, ADroppedClipSortsTheFolderThatItLiesIn)
+{
+    Desktop::dragFiles({shoot / "clip 2.mp4"}, shown(u"Drop a shoot folder here"_s));
+    ASSERT_TRUE(reaches(StageKind::results));
+    EXPECT_EQ(program.engine().folder(), FileUrl(shoot));
+    EXPECT_THAT(program.engine().clips(), SizeIs(3));
+}
+
+TEST_F(SortShootTest, TheKeyboardAloneReachesTheBinsTheClipsAndExport)
+{
+    program.engine().sortFolder(FileUrl(shoot));
+    ASSERT_TRUE(reaches(StageKind::results));
+    (void)shown(u"Export"_s);
+    const auto selected = program.engine().selectedBin();
+    Desktop::key(u"Down"_s);
+    EXPECT_TRUE(waitUntil([&] { return program.engine().selectedBin() != selected; }));
+    for (int i = 0; i < 3; ++i) { // to the clips, "Sort Again", "Export"
+        Desktop::key(u"Tab"_s);
+    }
+    Desktop::key(u"Return"_s);
+    ASSERT_TRUE(reaches(StageKind::done));
+    expectTheEvent();
+}
+
+TEST_F(SortShootTest, ReturnOpensTheFolderPanelAndEscapeLeavesTheLanding)
+{
+    (void)shown(u"Choose Folder"_s);
+    Desktop::key(u"Return"_s);
+    QObject *panel = program.window()->findChild<QObject *>(u"folderPanel"_s);
+    ASSERT_NE(panel, nullptr);
+    EXPECT_TRUE(waitUntil([&] { return panel->property("visible").toBool(); }));
+    EXPECT_EQ(panel->property("title").toString(), u"Choose the folder holding this shoot's raw clips."_s);
+    EXPECT_EQ(panel->property("acceptLabel").toString(), u"Sort This Folder"_s);
+    Desktop::key(u"Escape"_s);
+    EXPECT_TRUE(waitUntil([&] { return !panel->property("visible").toBool(); }));
+    EXPECT_EQ(program.engine().stage().kind, StageKind::empty);
+}

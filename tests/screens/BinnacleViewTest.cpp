@@ -1,0 +1,277 @@
+#include <QtCore/QMimeData>
+#include <QtTest/QTest>
+
+#include "core/RoomLabel.h"
+#include "screens/ClipThumbnails.h"
+#include "tests/core/SortEngineFixture.h"
+#include "tests/support/Scene.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+// The screen with an engine on made clips, driven as an editor would.
+class BinnacleViewTest : public SortEngineTest
+{
+protected:
+    static constexpr const char *screen = R"(
+        import QtQuick
+        import Larkspan.Screens
+        BinnacleView {
+            width: 980; height: 640; buildNumber: 7; focus: true
+            property string problem
+            classifierProblem: problem
+        })";
+
+    explicit BinnacleViewTest(SortSeams with) : engine(std::move(with)) {}
+    BinnacleViewTest() : engine(seams()) {}
+
+    void show()
+    {
+        scene.emplace(screen, QVariantMap{{u"engine"_s, QVariant::fromValue(&engine)}}, QSize(980, 640));
+        scene->engine().addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(engine));
+    }
+
+    void sortAndShow()
+    {
+        show();
+        engine.sortFolder(shoot);
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+
+    [[nodiscard]] bool shows(const QString &text) const
+    {
+        return QTest::qWaitFor([&] { return findShown(scene->root(), text) != nullptr; }, 2000);
+    }
+    [[nodiscard]] bool hides(const QString &text) const
+    {
+        return QTest::qWaitFor([&] { return findShown(scene->root(), text) == nullptr; }, 2000);
+    }
+
+    [[nodiscard]] QString focusedText() const
+    {
+        const QQuickItem *item = scene->window().activeFocusItem();
+        return item ? item->property("text").toString() : QString();
+    }
+
+    SortEngine engine;
+    std::optional<Scene> scene;
+};
+
+// The same with clips that land only when they are let through.
+class GatedViewTest : public BinnacleViewTest
+{
+protected:
+    GatedViewTest() : BinnacleViewTest(gatedSeams()) {}
+
+    SortSeams gatedSeams()
+    {
+        SortSeams gated = seams();
+        gated.sampleFrames = [this](const MediaClip &clip, int, double) {
+            gate.pass();
+            return sample(clip);
+        };
+        return gated;
+    }
+
+    Gate gate;
+};
+
+} // namespace
+
+TEST_F(BinnacleViewTest, LandsOnTheDropTarget)
+{
+    show();
+    EXPECT_TRUE(shows(u"Binnacle"_s));
+    EXPECT_TRUE(shows(u"Drop a shoot folder here"_s));
+    EXPECT_TRUE(shows(u"Binnacle reads every clip in place, builds your bins, and sorts each shot by room and type. "
+                      u"Footage isn't uploaded or moved."_s));
+    EXPECT_TRUE(shows(u"Or drag a folder from Finder onto this window"_s));
+    EXPECT_TRUE(shows(u"Binnacle · build 7"_s));
+    EXPECT_TRUE(hides(u"Export"_s));
+}
+
+TEST_F(BinnacleViewTest, ChooseFolderAsksForOneByMouseAndByKeyboard)
+{
+    show();
+    scene->click(u"Choose Folder"_s);
+    ASSERT_THAT(panels, SizeIs(1));
+    EXPECT_EQ(panels[0].prompt, u"Sort This Folder"_s);
+    EXPECT_EQ(panels[0].message, u"Choose the folder holding this shoot's raw clips."_s);
+    scene->key(Qt::Key_Tab);
+    EXPECT_EQ(focusedText(), u"Choose Folder"_s);
+    scene->key(Qt::Key_Return);
+    EXPECT_THAT(panels, SizeIs(2));
+}
+
+TEST_F(BinnacleViewTest, AFolderWithoutClipsIsNamed)
+{
+    show();
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    EXPECT_TRUE(shows(u"No video files found in "_s + shoot.lastPathComponent()));
+    EXPECT_TRUE(shows(u"Binnacle looked in that folder and every folder inside it. Check that the card is mounted, or "
+                      u"choose a different folder."_s));
+    scene->click(u"Choose Another Folder"_s);
+    EXPECT_THAT(panels, SizeIs(1));
+}
+
+TEST_F(BinnacleViewTest, AFailureBeforeAnySortLeadsBackToEmptyResults)
+{
+    show();
+    engine.setImportRoot(FileUrl(folder / "gone"));
+    engine.importCard(shoot, u"CARD"_s);
+    EXPECT_TRUE(shows(u"Couldn't write the event"_s));
+    EXPECT_TRUE(shows(u"Your Shoots folder isn't available right now — check it's connected, then try again."_s));
+    scene->click(u"Back to the Clips"_s);
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+    EXPECT_FALSE(findShown(scene->root(), u"Export"_s)->isEnabled());
+    EXPECT_FALSE(findShown(scene->root(), u"Sort Again"_s)->isEnabled());
+}
+
+TEST_F(GatedViewTest, ShowsHowFarTheSortIsAndCancelReturnsToTheLanding)
+{
+    makeClips({"kitchen 1", "pool 2", "garage 3", "bedroom 4"});
+    show();
+    engine.sortFolder(shoot);
+    EXPECT_TRUE(shows(u"Sorting "_s + shoot.lastPathComponent()));
+    gate.open(2);
+    EXPECT_TRUE(shows(u"2 of 4"_s));
+    EXPECT_TRUE(shows(u"A peek as they land — the full set is browsable when the sort finishes."_s));
+    scene->click(u"Cancel"_s);
+    gate.open(2);
+    EXPECT_EQ(engine.stage().kind, StageKind::empty);
+    EXPECT_TRUE(shows(u"Drop a shoot folder here"_s));
+    EXPECT_THAT(engine.clips(), IsEmpty());
+}
+
+TEST_F(BinnacleViewTest, ResultsNameTheShootItsBinsAndTheClipsOfTheChosenOne)
+{
+    makeClips({"kitchen 1", "kitchen 2", "pool 3"});
+    sortAndShow();
+    EXPECT_TRUE(shows(shoot.lastPathComponent() + u" · 3 clips · 2 bins"_s));
+    EXPECT_TRUE(shows(u"0 vertical · 3 horizontal · native aspect kept"_s));
+    EXPECT_TRUE(shows(u"kitchen 1"_s));
+    EXPECT_TRUE(shows(u"kitchen 2"_s));
+    EXPECT_TRUE(hides(u"pool 3"_s));
+    scene->click(u"Pool"_s);
+    EXPECT_EQ(engine.selectedBin(), u"Pool"_s);
+    EXPECT_TRUE(shows(u"pool 3"_s));
+    EXPECT_TRUE(hides(u"kitchen 1"_s));
+}
+
+TEST_F(BinnacleViewTest, ClipsToLookAtComeFirstWithTheReason)
+{
+    makeClips({"kitchen 1", "dark 2"});
+    sortAndShow();
+    EXPECT_TRUE(shows(u"Needs a look"_s));
+    EXPECT_TRUE(shows(u"dark 2"_s));
+    EXPECT_TRUE(shows(u"couldn't read any frames"_s));
+}
+
+TEST_F(BinnacleViewTest, WithCountsOffTheRowsShowNamesAlone)
+{
+    makeClips({"kitchen 1", "kitchen 2", "kitchen 3"});
+    sortAndShow();
+    EXPECT_TRUE(shows(u"3"_s));
+    engine.setOptions({.showClipCounts = false});
+    EXPECT_TRUE(hides(u"3"_s));
+    EXPECT_TRUE(shows(u"Kitchen"_s));
+}
+
+TEST_F(BinnacleViewTest, ArrowsWalkTheBinsAndTabLeadsToTheClipsAndTheButtons)
+{
+    makeClips({"kitchen 1", "kitchen 2", "pool 3"});
+    sortAndShow();
+    ASSERT_TRUE(shows(u"Kitchen"_s));
+    scene->key(Qt::Key_Down);
+    EXPECT_EQ(engine.selectedBin(), u"Pool"_s);
+    scene->key(Qt::Key_Down);
+    EXPECT_EQ(engine.selectedBin(), u"Pool"_s) << "the last row stays";
+    scene->key(Qt::Key_Home);
+    EXPECT_EQ(engine.selectedBin(), u"Kitchen"_s);
+    ASSERT_TRUE(shows(u"kitchen 2"_s));
+    scene->key(Qt::Key_Tab);
+    const QQuickItem *grid = findNamed(scene->root(), u"clips"_s);
+    EXPECT_TRUE(grid->hasActiveFocus());
+    EXPECT_EQ(grid->property("currentIndex").toInt(), 0);
+    scene->key(Qt::Key_Right);
+    EXPECT_EQ(grid->property("currentIndex").toInt(), 1);
+    scene->key(Qt::Key_Tab);
+    EXPECT_EQ(focusedText(), u"Sort Again"_s);
+    scene->key(Qt::Key_Tab);
+    EXPECT_EQ(focusedText(), u"Export"_s);
+    scene->key(Qt::Key_Return);
+    EXPECT_EQ(engine.stage().kind, StageKind::done);
+}
+
+TEST_F(BinnacleViewTest, ExportTellsWhereTheEventWentAndTheWayBack)
+{
+    makeClips({"kitchen 1", "pool 2"});
+    sortAndShow();
+    scene->click(u"Export"_s);
+    const QString name = shoot.lastPathComponent();
+    EXPECT_TRUE(shows(name + u" · event created"_s));
+    EXPECT_TRUE(shows(u"Event created"_s));
+    EXPECT_TRUE(shows(name + u".fcpxml · 2 bins · 2 clips"_s));
+    EXPECT_TRUE(shows(FileUrl(folder.path() / (folder.path().filename().string() + ".fcpxml")).displayPath()));
+    EXPECT_TRUE(shows(u"Your footage was not moved or copied."_s));
+    scene->click(u"Reveal in Finder"_s);
+    EXPECT_THAT(revealed, SizeIs(1));
+    scene->click(u"Open in Final Cut Pro"_s);
+    EXPECT_THAT(opened, SizeIs(2)) << "the export has opened it once";
+    scene->click(u"Back to the Clips"_s);
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+    scene->click(u"Export"_s);
+    scene->click(u"Sort Another Shoot"_s);
+    EXPECT_EQ(engine.stage().kind, StageKind::empty);
+}
+
+TEST_F(BinnacleViewTest, ExportIsGreyedOutForPremiereAndSortAgainIsNot)
+{
+    makeClips({"kitchen 1"});
+    sortAndShow();
+    engine.setTarget(NLE::premiere);
+    EXPECT_FALSE(findShown(scene->root(), u"Export"_s)->isEnabled());
+    EXPECT_TRUE(findShown(scene->root(), u"Sort Again"_s)->isEnabled());
+}
+
+TEST_F(BinnacleViewTest, AnEventThatCannotBeWrittenSaysWhyAndLeadsBack)
+{
+    makeClips({"kitchen 1"});
+    std::filesystem::create_directory(folder.path() / (folder.path().filename().string() + ".fcpxml"));
+    sortAndShow();
+    scene->click(u"Export"_s);
+    EXPECT_TRUE(shows(u"Couldn't write the event"_s));
+    EXPECT_TRUE(shows(u"Is a directory"_s));
+    scene->click(u"Back to the Clips"_s);
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+}
+
+TEST_F(BinnacleViewTest, SaysWhatKeepsClipsFromBeingRecognised)
+{
+    show();
+    EXPECT_TRUE(hides(u"no models"_s));
+    scene->root()->setProperty("problem", u"no models"_s);
+    EXPECT_TRUE(shows(u"no models"_s));
+}
+
+TEST_F(BinnacleViewTest, ADropOnTheLandingSortsTheFolder)
+{
+    makeClips({"kitchen 1"});
+    show();
+    QMimeData mime;
+    mime.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path()))});
+    const QPoint at = middleOf(scene->root());
+    QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
+    QGuiApplication::sendEvent(&scene->window(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
+    QGuiApplication::sendEvent(&scene->window(), &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    EXPECT_TRUE(reaches(engine, StageKind::results));
+}

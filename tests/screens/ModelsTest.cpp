@@ -1,0 +1,266 @@
+#include <QtTest/QAbstractItemModelTester>
+#include <QtTest/QSignalSpy>
+
+#include "core/RoomLabel.h"
+#include "screens/BinColors.h"
+#include "screens/BinListModel.h"
+#include "screens/ClipListModel.h"
+#include "screens/ClipThumbnails.h"
+#include "tests/core/SortEngineFixture.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+namespace {
+
+class ModelsTest : public SortEngineTest
+{
+protected:
+    void sortShoot()
+    {
+        engine.sortFolder(shoot);
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+
+    static std::vector<QString> column(const QAbstractItemModel &model, int role)
+    {
+        std::vector<QString> texts;
+        for (int row = 0; row < model.rowCount(); ++row) {
+            texts.push_back(model.index(row, 0).data(role).toString());
+        }
+        return texts;
+    }
+
+    static std::vector<std::pair<QString, int>> rowsOf(const BinListModel &bins)
+    {
+        std::vector<std::pair<QString, int>> rows;
+        for (int row = 0; row < bins.rowCount(); ++row) {
+            const QModelIndex index = bins.index(row);
+            rows.emplace_back(index.data(BinListModel::LabelRole).toString(),
+                              index.data(BinListModel::CountRole).toInt());
+        }
+        return rows;
+    }
+
+    SortEngine engine{seams()};
+};
+
+using BinListModelTest = ModelsTest;
+using ClipListModelTest = ModelsTest;
+using ClipThumbnailsTest = ModelsTest;
+
+} // namespace
+
+TEST_F(BinListModelTest, ListsTheClipsToLookAtFirstThenTheBinsTheFullestFirst)
+{
+    makeClips({"kitchen 1", "kitchen 2", "pool 3", "dark 4"});
+    BinListModel bins;
+    const QAbstractItemModelTester tester(&bins, QAbstractItemModelTester::FailureReportingMode::Warning);
+    bins.setEngine(&engine);
+    sortShoot();
+    EXPECT_THAT(rowsOf(bins), ElementsAre(Pair(u"Needs a look"_s, 1), Pair(u"Kitchen"_s, 2), Pair(u"Pool"_s, 1),
+                                          Pair(u"Unsorted"_s, 1)));
+    EXPECT_EQ(bins.index(0).data(BinListModel::BinRole).toString(), reviewKey());
+    EXPECT_TRUE(bins.index(0).data(BinListModel::IsReviewRole).toBool());
+    EXPECT_EQ(bins.selectedRow(), 0);
+}
+
+TEST_F(BinListModelTest, HasNoRowToLookAtWithoutClipsUnderReview)
+{
+    makeClips({"kitchen 1"});
+    BinListModel bins;
+    bins.setEngine(&engine);
+    sortShoot();
+    EXPECT_THAT(rowsOf(bins), ElementsAre(Pair(u"Kitchen"_s, 1)));
+}
+
+TEST_F(BinListModelTest, SelectingARowShowsItsBinAndARowThatIsNotThereChangesNothing)
+{
+    makeClips({"kitchen 1", "kitchen 2", "pool 3"});
+    BinListModel bins;
+    bins.setEngine(&engine);
+    sortShoot();
+    bins.select(1);
+    EXPECT_EQ(engine.selectedBin(), u"Pool"_s);
+    EXPECT_EQ(bins.selectedRow(), 1);
+    bins.select(2);
+    bins.select(-1);
+    EXPECT_EQ(engine.selectedBin(), u"Pool"_s);
+}
+
+TEST_F(BinListModelTest, TellsWhenCountsAreNotToBeShown)
+{
+    BinListModel bins;
+    bins.setEngine(&engine);
+    QSignalSpy changed(&bins, &BinListModel::showsCountsChanged);
+    EXPECT_TRUE(bins.showsCounts());
+    engine.setOptions({.showClipCounts = false});
+    EXPECT_FALSE(bins.showsCounts());
+    EXPECT_EQ(changed.count(), 1);
+}
+
+TEST_F(BinListModelTest, IsEmptyAfterAReset)
+{
+    makeClips({"kitchen 1", "dark 2"});
+    BinListModel bins;
+    const QAbstractItemModelTester tester(&bins, QAbstractItemModelTester::FailureReportingMode::Warning);
+    bins.setEngine(&engine);
+    sortShoot();
+    engine.reset();
+    EXPECT_EQ(bins.rowCount(), 0);
+    EXPECT_EQ(bins.selectedRow(), -1);
+}
+
+TEST_F(ClipListModelTest, ShowsTheClipsOfTheSelectedBinByDate)
+{
+    makeClips({"kitchen 2", "pool 3", "kitchen 1"});
+    ClipListModel clips;
+    const QAbstractItemModelTester tester(&clips, QAbstractItemModelTester::FailureReportingMode::Warning);
+    clips.setEngine(&engine);
+    sortShoot();
+    EXPECT_THAT(column(clips, ClipListModel::NameRole), ElementsAre(u"kitchen 1"_s, u"kitchen 2"_s));
+    EXPECT_THAT(column(clips, ClipListModel::FileNameRole), ElementsAre(u"kitchen 1.mov"_s, u"kitchen 2.mov"_s));
+    engine.setSelectedBin(u"Pool"_s);
+    EXPECT_THAT(column(clips, ClipListModel::NameRole), ElementsAre(u"pool 3"_s));
+    EXPECT_EQ(clips.count(), 1);
+    engine.setSelectedBin(std::nullopt);
+    EXPECT_THAT(column(clips, ClipListModel::NameRole), IsEmpty());
+}
+
+TEST_F(ClipListModelTest, SaysWhyAClipIsUnderReview)
+{
+    makeClips({"dark 1", "pool 2"});
+    ClipListModel clips;
+    clips.setEngine(&engine);
+    sortShoot();
+    ASSERT_EQ(engine.selectedBin(), reviewKey());
+    EXPECT_THAT(column(clips, ClipListModel::ReviewReasonRole), ElementsAre(u"couldn't read any frames"_s));
+    engine.setSelectedBin(u"Pool"_s);
+    EXPECT_THAT(column(clips, ClipListModel::ReviewReasonRole), ElementsAre(QString()));
+}
+
+TEST_F(ClipListModelTest, ShowsAllClipsAsTheyLandAndMovesThemIntoOrderAtTheEnd)
+{
+    makeClips({"a 9", "b 8", "c 1"});
+    ClipListModel clips;
+    const QAbstractItemModelTester tester(&clips, QAbstractItemModelTester::FailureReportingMode::Warning);
+    clips.setSource(ClipListModel::AllClips);
+    clips.setEngine(&engine);
+    QSignalSpy inserted(&clips, &QAbstractItemModel::rowsInserted);
+    QSignalSpy moved(&clips, &QAbstractItemModel::rowsMoved);
+    QSignalSpy removed(&clips, &QAbstractItemModel::rowsRemoved);
+    sortShoot();
+    EXPECT_THAT(column(clips, ClipListModel::NameRole), ElementsAre(u"c 1"_s, u"b 8"_s, u"a 9"_s));
+    EXPECT_EQ(inserted.count(), 2) << "one for each batch of two";
+    EXPECT_GT(moved.count(), 0);
+    EXPECT_EQ(removed.count(), 0) << "a clip that stays keeps its delegate";
+}
+
+TEST_F(ClipListModelTest, AClipThatChangesIsToldToHaveChangedAndNothingElseHappens)
+{
+    makeClips({"kitchen 1", "kitchen 2"});
+    ClipListModel clips;
+    clips.setEngine(&engine);
+    sortShoot();
+    QSignalSpy changed(&clips, &QAbstractItemModel::dataChanged);
+    QSignalSpy reset(&clips, &QAbstractItemModel::modelReset);
+    QSignalSpy removed(&clips, &QAbstractItemModel::rowsRemoved);
+    engine.clips()[1]->extraBins = {u"Pool"_s};
+    Q_EMIT engine.clipsChanged();
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
+    EXPECT_EQ(reset.count() + removed.count(), 0);
+    EXPECT_EQ(clips.index(1).data(ClipListModel::ExtraBinRole).toString(), u"Pool"_s);
+}
+
+TEST(DurationText, ReadsAsMinutesAndSecondsOrHours)
+{
+    EXPECT_EQ(durationText(0), u"0:00"_s);
+    EXPECT_EQ(durationText(7.4), u"0:07"_s);
+    EXPECT_EQ(durationText(59.6), u"1:00"_s);
+    EXPECT_EQ(durationText(725), u"12:05"_s);
+    EXPECT_EQ(durationText(3723), u"1:02:03"_s);
+    EXPECT_EQ(durationText(-5), u"0:00"_s);
+    EXPECT_EQ(durationText(std::numeric_limits<double>::quiet_NaN()), u"0:00"_s);
+}
+
+TEST(BinColors, AreTheSameForANameEverywhereAndDark)
+{
+    // "AB": 65 × 31 + 66 = 2081 of 3600.
+    const auto [first, second] = binGradientColors(u"AB"_s);
+    EXPECT_NEAR(first.hsvHueF(), 2081.0 / 3600, 1e-4);
+    EXPECT_NEAR(first.hsvSaturationF(), 0.22, 1e-4);
+    EXPECT_NEAR(first.valueF(), 0.34, 1e-4);
+    EXPECT_NEAR(second.hsvHueF(), 2081.0 / 3600, 1e-4);
+    EXPECT_NEAR(second.hsvSaturationF(), 0.26, 1e-4);
+    EXPECT_NEAR(second.valueF(), 0.14, 1e-4);
+    EXPECT_NEAR(binGradientColors(QString()).first.hsvHueF(), 0.0, 1e-4);
+    // One scalar beyond the basic plane, not two halves: 0x1F3E0 = 127968 is 1968 of 3600.
+    EXPECT_NEAR(binGradientColors(u"\U0001F3E0"_s).first.hsvHueF(), 1968.0 / 3600, 1e-4);
+}
+
+TEST_F(ClipThumbnailsTest, GivesAClipsFirstFrameFillingTheSizeAskedFor)
+{
+    makeClips({"kitchen 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const ClipPtr clip = engine.clips().front();
+    clip->thumbnail = QImage(40, 20, QImage::Format_RGB32);
+    clip->thumbnail.fill(Qt::red);
+    Q_EMIT engine.clipsChanged();
+    QSize size;
+    const QImage picture = pictures.requestImage(ClipThumbnails::urlOf(*clip).path().mid(1), &size, {16, 9});
+    EXPECT_EQ(size, QSize(16, 9));
+    EXPECT_EQ(picture.size(), QSize(16, 9));
+    EXPECT_EQ(picture.pixelColor(0, 0), QColor(Qt::red));
+    EXPECT_EQ(picture.pixelColor(15, 8), QColor(Qt::red));
+}
+
+TEST_F(ClipThumbnailsTest, RoundsTheCornersAskedFor)
+{
+    makeClips({"kitchen 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const QString path = ClipThumbnails::urlOf(*engine.clips().front()).path().mid(1);
+    const QImage all = pictures.requestImage(path + u"?radius=8"_s, nullptr, {100, 50});
+    EXPECT_EQ(all.pixelColor(0, 0).alpha(), 0);
+    EXPECT_EQ(all.pixelColor(99, 49).alpha(), 0);
+    EXPECT_EQ(all.pixelColor(50, 0).alpha(), 255);
+    const QImage top = pictures.requestImage(path + u"?radius=8&top"_s, nullptr, {100, 50});
+    EXPECT_EQ(top.pixelColor(99, 0).alpha(), 0);
+    EXPECT_EQ(top.pixelColor(0, 49).alpha(), 255);
+}
+
+TEST_F(ClipThumbnailsTest, StandsInTheBinsColoursForAClipWithoutAFrame)
+{
+    makeClips({"dark 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const QString path = ClipThumbnails::urlOf(*engine.clips().front()).path().mid(1);
+    const QImage picture = pictures.requestImage(path, nullptr, {160, 90});
+    const auto [first, second] = binGradientColors(u"Unsorted"_s);
+    const auto isNear = [](const QColor &a, const QColor &b) {
+        return std::abs(a.red() - b.red()) < 4 && std::abs(a.green() - b.green()) < 4 &&
+               std::abs(a.blue() - b.blue()) < 4;
+    };
+    EXPECT_TRUE(isNear(picture.pixelColor(0, 0), first));
+    EXPECT_TRUE(isNear(picture.pixelColor(159, 89), second));
+}
+
+TEST_F(ClipThumbnailsTest, ForgetsThePicturesOfClipsThatAreGone)
+{
+    makeClips({"kitchen 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const ClipPtr clip = engine.clips().front();
+    clip->thumbnail.fill(Qt::red);
+    Q_EMIT engine.clipsChanged();
+    const QString path = ClipThumbnails::urlOf(*clip).path().mid(1);
+    ASSERT_EQ(pictures.requestImage(path, nullptr, {8, 8}).pixelColor(4, 4), QColor(Qt::red));
+    engine.reset();
+    EXPECT_NE(pictures.requestImage(path, nullptr, {8, 8}).pixelColor(4, 4), QColor(Qt::red));
+}

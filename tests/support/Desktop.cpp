@@ -1,0 +1,95 @@
+#include "tests/support/Desktop.h"
+
+#include <stdexcept>
+
+#include "tests/support/WaitUntil.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan::test {
+
+namespace {
+
+QStringList placeOf(const QQuickItem &item)
+{
+    const QPoint middle = item.mapToGlobal(QPointF(item.width() / 2, item.height() / 2)).toPoint();
+    return {QString::number(middle.x()), QString::number(middle.y())};
+}
+
+// Programs run beside the event loop: the window must answer while the pointer moves over it.
+void await(QProcess &process)
+{
+    if (!waitUntil([&] { return process.state() == QProcess::NotRunning; })) {
+        process.kill();
+        process.waitForFinished();
+        throw std::runtime_error(process.program().toStdString() + " does not end");
+    }
+}
+
+} // namespace
+
+bool Desktop::awaitWindow(QQuickWindow &window)
+{
+    return waitUntil([&] { return window.isExposed() && window.isActive(); });
+}
+
+void Desktop::moveTo(const QQuickItem &item)
+{
+    xdotool(QStringList{u"mousemove"_s, u"--sync"_s} + placeOf(item));
+}
+
+void Desktop::click(const QQuickItem &item)
+{
+    xdotool(QStringList{u"mousemove"_s} + placeOf(item) + QStringList{u"sleep"_s, u"0.05"_s, u"click"_s, u"1"_s});
+}
+
+void Desktop::key(const QString &name)
+{
+    xdotool({u"key"_s, name});
+}
+
+void Desktop::dragFiles(const QList<std::filesystem::path> &files, const QQuickItem &onto)
+{
+    QStringList paths;
+    for (const auto &file : files) {
+        paths.push_back(QString::fromStdString(file.string()));
+    }
+    QProcess source;
+    source.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    source.start(QStringLiteral(LARKSPAN_DRAG_SOURCE), paths);
+    // It says where its window is once that is shown.
+    if (!waitUntil([&] { return source.canReadLine() || source.state() == QProcess::NotRunning; }) ||
+        !source.canReadLine()) {
+        throw std::runtime_error("the window to drag from does not come up");
+    }
+    const QStringList handle = QString::fromLatin1(source.readLine()).trimmed().split(u' ');
+    const QStringList target = placeOf(onto);
+    const QString pause = u"0.15"_s; // as a hand takes; the two programs talk at every step
+    const int x = target[0].toInt();
+    const int y = target[1].toInt();
+    const auto near = [&](int away) { return QStringList{QString::number(x - away), QString::number(y - away)}; };
+    xdotool(QStringList{u"mousemove"_s} + handle +
+            QStringList{u"sleep"_s, pause, u"mousedown"_s, u"1"_s, u"sleep"_s, pause} +
+            QStringList{u"mousemove_relative"_s, u"--"_s, u"15"_s, u"0"_s, u"sleep"_s, pause, u"mousemove_relative"_s,
+                        u"--"_s, u"15"_s, u"0"_s, u"sleep"_s, pause} +
+            QStringList{u"mousemove"_s} + near(60) + QStringList{u"sleep"_s, pause, u"mousemove"_s} + near(20) +
+            QStringList{u"sleep"_s, pause, u"mousemove"_s} + target +
+            QStringList{u"sleep"_s, pause, u"mouseup"_s, u"1"_s});
+    await(source); // it ends when its drag has
+    if (source.exitStatus() != QProcess::NormalExit || source.exitCode() != 0) {
+        throw std::runtime_error("the drop was not taken");
+    }
+}
+
+void Desktop::xdotool(const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(u"xdotool"_s, arguments);
+    await(process);
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+        throw std::runtime_error("xdotool failed: " + arguments.join(u' ').toStdString());
+    }
+}
+
+} // namespace larkspan::test

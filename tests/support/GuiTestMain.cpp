@@ -1,0 +1,36 @@
+// The main of tests that show something. Whatever Qt or QML warns of during a test fails it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <QtGui/QGuiApplication>
+
+namespace {
+
+void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg) {
+        return;
+    }
+    // What the display lacks is no fault of ours.
+    static const QStringList ofTheDisplay{QStringLiteral("propagateSizeHints"), QStringLiteral("XDG_RUNTIME_DIR"),
+                                          QStringLiteral("qt.qpa.")};
+    for (const QString &harmless : ofTheDisplay) {
+        if (message.contains(harmless)) {
+            return;
+        }
+    }
+    ADD_FAILURE() << message.toStdString();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setOrganizationName(QStringLiteral("Larkspan"));
+    QGuiApplication::setApplicationName(QStringLiteral("Larkspan tests"));
+    testing::InitGoogleMock(&argc, argv);
+    qInstallMessageHandler(failOnWarning);
+    const int result = RUN_ALL_TESTS();
+    qInstallMessageHandler(nullptr);
+    return result;
+}

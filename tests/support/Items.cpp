@@ -1,0 +1,43 @@
+#include "tests/support/Items.h"
+
+namespace larkspan::test {
+
+namespace {
+
+template <typename Matches>
+QQuickItem *findItem(QQuickItem *root, const Matches &matches)
+{
+    if (!root) {
+        return nullptr;
+    }
+    if (matches(root)) {
+        return root;
+    }
+    for (QQuickItem *child : root->childItems()) {
+        if (QQuickItem *found = findItem(child, matches)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+QQuickItem *findShown(QQuickItem *root, const QString &text)
+{
+    return findItem(root, [&text](const QQuickItem *item) {
+        return item->isVisible() && item->property("text").toString() == text;
+    });
+}
+
+QQuickItem *findNamed(QQuickItem *root, const QString &objectName)
+{
+    return findItem(root, [&objectName](const QQuickItem *item) { return item->objectName() == objectName; });
+}
+
+QPoint middleOf(const QQuickItem *item)
+{
+    return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+}
+
+} // namespace larkspan::test

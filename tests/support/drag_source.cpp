@@ -1,0 +1,76 @@
+// A small window to drag files from, as a file manager has: drag_source FILE…
+// Says on standard output where to take hold, and ends with the drag: 0 if the drop was taken, 1 if not.
+#include <cstdio>
+
+#include <QtCore/QMimeData>
+#include <QtCore/QTimer>
+#include <QtCore/QUrl>
+#include <QtGui/QDrag>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QPainter>
+#include <QtGui/QRasterWindow>
+
+namespace {
+
+class DragSource : public QRasterWindow
+{
+public:
+    explicit DragSource(const QStringList &files)
+    {
+        for (const QString &file : files) {
+            m_urls.push_back(QUrl::fromLocalFile(file));
+        }
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.fillRect(QRect(QPoint(), size()), Qt::darkGray);
+        painter.setPen(Qt::white);
+        painter.drawText(QRect(QPoint(), size()), Qt::AlignCenter, m_urls.value(0).fileName());
+        if (!m_said) {
+            m_said = true;
+            // The window manager may still move it; what counts is where it is when things are quiet.
+            QTimer::singleShot(300, this, [this] {
+                const QPoint middle = mapToGlobal(QPoint(width() / 2, height() / 2));
+                std::printf("%d %d\n", middle.x(), middle.y());
+                std::fflush(stdout);
+            });
+        }
+    }
+
+    void mouseMoveEvent(QMouseEvent *) override
+    {
+        if (m_dragged || !(QGuiApplication::mouseButtons() & Qt::LeftButton)) {
+            return;
+        }
+        m_dragged = true;
+        auto *drag = new QDrag(this);
+        auto *files = new QMimeData;
+        files->setUrls(m_urls);
+        drag->setMimeData(files);
+        // The other program asks for the files after the drop; the drag goes when it has said that it is done.
+        connect(drag, &QObject::destroyed, this, [this] { QCoreApplication::exit(m_taken ? 0 : 1); });
+        m_taken = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction) != Qt::IgnoreAction;
+    }
+
+private:
+    QList<QUrl> m_urls;
+    bool m_said = false;
+    bool m_dragged = false;
+    bool m_taken = false;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QGuiApplication application(argc, argv);
+    DragSource window(QGuiApplication::arguments().mid(1));
+    window.setFlags(Qt::Window | Qt::WindowDoesNotAcceptFocus);
+    window.setTitle(QStringLiteral("Files"));
+    window.setGeometry(20, 900, 160, 60);
+    window.show();
+    return QGuiApplication::exec();
+}
