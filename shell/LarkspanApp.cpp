@@ -12,6 +12,7 @@
 #include "classify/VisionClassifier.h"
 #include "design/LK.h"
 #include "output/FCPXMLWriter.h"
+#include "output/MediaImporter.h"
 #include "screens/ClipThumbnails.h"
 #include "shell/DesktopFiles.h"
 
@@ -30,6 +31,16 @@ QString problemText(const ModelError &error)
     return u"The vision models can't be read (%1), so no clip can be recognised: all will be filed under “Unsorted”. "
            u"Run script/fetch-models, or install Larkspan again, and restart it."_s.arg(
                QString::fromStdString(error.file.string()));
+}
+
+tl::expected<std::vector<CopyResult>, CopyFailure> copyFiles(const std::vector<FileUrl> &urls,
+                                                             const FileUrl &destination, VerifyLevel verify,
+                                                             const ProgressCallback &progress,
+                                                             const std::stop_token &stop)
+{
+    return MediaImporter::copyFiles(urls, destination, verify, progress, stop).map_error([](const ImportError &error) {
+        return CopyFailure{error.description()};
+    });
 }
 
 } // namespace
@@ -80,6 +91,7 @@ SortSeams LarkspanApp::seams()
                 return std::make_shared<const VisionClassifier>(models ? std::make_shared<const ModelRequests>(*models)
                                                                        : nullptr);
             },
+        .copyFiles = copyFiles,
         .eventText = [](const std::vector<ClipPtr> &clips,
                         const QString &name) { return FCPXMLWriter::event(clips, name); },
         .openFile = openFile,
