@@ -5,6 +5,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QStandardPaths>
 
+#include "core/Handover.h"
+
 namespace larkspan {
 
 ProjectCache::ProjectCache(const std::filesystem::path &folder) : m_files(folder), m_projects(m_files.loadIndex())
@@ -44,7 +46,7 @@ const std::vector<ProjectSummary> &ProjectCache::save(CachedProject project)
     }
     if (!m_isWriting) {
         m_isWriting = true;
-        m_writer.start([this] { writePending(); });
+        m_writer.start(new PoolJob([this] { writePending(); }));
     }
     return m_projects;
 }

@@ -4,9 +4,7 @@
 #include <latch>
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QStandardPaths>
 
-#include "core/AtomicFile.h"
 #include "core/CardFolder.h"
 #include "core/ClipListing.h"
 #include "core/ClipPipeline.h"
@@ -125,67 +123,11 @@ void SortEngine::reset()
     setStage({.kind = StageKind::empty});
 }
 
-void SortEngine::exportEvent()
-{
-    if (m_target == NLE::premiere || !m_folder) {
-        return;
-    }
-    renumberSplitBins(m_clips);
-    Q_EMIT clipsChanged();
-    writeEvent(std::nullopt);
-}
-
-void SortEngine::backToResults()
-{
-    if (m_stage.kind == StageKind::done || m_stage.kind == StageKind::failed) {
-        setStage({.kind = StageKind::results});
-    }
-}
-
 void SortEngine::sortAgain()
 {
     if (m_folder) {
         sortFolder(FileUrl(*m_folder));
     }
-}
-
-void SortEngine::openEvent()
-{
-    if (m_stage.event) {
-        m_seams.openFile(*m_stage.event);
-    }
-}
-
-void SortEngine::revealEvent()
-{
-    if (m_stage.event) {
-        m_seams.revealFile(*m_stage.event);
-    }
-}
-
-void SortEngine::writeEvent(const std::optional<FileUrl> &directory)
-{
-    if (!m_folder) {
-        return;
-    }
-    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    const FileUrl folder = directory                                             ? *directory
-                           : m_options.writeNextToFootage || documents.isEmpty() ? *m_folder
-                                                                                 : FileUrl(documents.toStdString());
-    // The name goes by its bytes: a folder whose name is no UTF-8 has its event under the same one.
-    const QString name = m_folder->lastPathComponent();
-    const FileUrl event(folder.path() / (m_folder->lastPathBytes() + ".fcpxml"));
-
-    const auto written = writeFileAtomically(event.path(), m_seams.eventText(m_clips, name).toStdString());
-    if (!written) {
-        setStage({.kind = StageKind::failed, .text = QString::fromStdString(written.error().message())});
-        return;
-    }
-    if (m_options.openEditorAfterExport) {
-        (m_target == NLE::finalCut ? m_seams.openFile : m_seams.revealFile)(event);
-    }
-    setStage({.kind = StageKind::done, .event = event});
-    saveCurrentProject();
 }
 
 void SortEngine::runSort(const Run &run, const FileUrl &folder,
@@ -227,13 +169,13 @@ void SortEngine::forEachClip(const Run &run, std::size_t count, const std::funct
     // Shared, since the last clip may still be inside count_down() when the wait is over.
     const auto allThrough = std::make_shared<std::latch>(static_cast<std::ptrdiff_t>(count));
     for (std::size_t i = 0; i < count; ++i) {
-        m_clipPool.start([&run, &work, allThrough, i] {
+        m_clipPool.start(new PoolJob([&run, &work, allThrough, i] {
             // A clip that still waits for a thread when its run is stopped need not be looked at: nobody will see it.
             if (!run.stop.stop_requested()) {
                 work(i);
             }
             allThrough->count_down();
-        });
+        }));
     }
     allThrough->wait();
 }
@@ -277,11 +219,16 @@ void SortEngine::importThenSort(const Run &run, const FileUrl &source, const Fil
 
 void SortEngine::land(const Run &run, std::function<void()> change)
 {
-    QCoreApplication::postEvent(this, new ChangeEvent([this, ticket = run.ticket, change = std::move(change)] {
-                                    if (ticket == m_ticket) {
-                                        change();
-                                    }
-                                }));
+    post([this, ticket = run.ticket, change = std::move(change)] {
+        if (ticket == m_ticket) {
+            change();
+        }
+    });
+}
+
+void SortEngine::post(std::function<void()> change)
+{
+    QCoreApplication::postEvent(this, new ChangeEvent(std::move(change)));
 }
 
 void SortEngine::customEvent(QEvent *event)

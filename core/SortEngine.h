@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 #include <stop_token>
+#include <system_error>
 #include <vector>
 
 #include <QtCore/QObject>
@@ -11,6 +12,7 @@
 #include <QtCore/QThread>
 #include <QtCore/QThreadPool>
 #include <QtCore/QUuid>
+#include <tl/expected.hpp>
 
 #include "core/CloudSettings.h"
 #include "core/FileUrl.h"
@@ -102,7 +104,8 @@ public:
     Q_INVOKABLE void deleteProject(const QString &id);
     // Drops everything, the running task included.
     Q_INVOKABLE void reset();
-    // Writes the event beside the footage and goes to done, or to failed. Does nothing without a folder.
+    // Copies or moves the footage into a folder for each bin if the options say so, writes the event and goes to done,
+    // or to failed. Does nothing without a folder, or for an editor that can't read the event.
     Q_INVOKABLE void exportEvent();
     // From done and failed back to the clips.
     Q_INVOKABLE void backToResults();
@@ -117,6 +120,9 @@ public:
     // Accepts a clip as it stands, or every clip under review.
     Q_INVOKABLE void confirm(const QUuid &id);
     Q_INVOKABLE void confirmAll();
+
+    // Writes what the classifier saw of each clip as a CSV file, in one step.
+    [[nodiscard]] tl::expected<void, std::error_code> exportDiagnostics(const FileUrl &url) const;
 
     // Hand the written event to its program, or show it in the file manager; nothing before there is one.
     Q_INVOKABLE void openEvent();
@@ -215,6 +221,16 @@ private:
         std::stop_token stop;
     };
 
+    // A shoot on its way out, as it stood when the export began. The clips belong to the main thread.
+    struct Export
+    {
+        FileUrl folder;
+        std::vector<ClipPtr> clips;
+        FileUrl root; // of the folders by bin
+        SortOptions options;
+        NLE target = NLE::finalCut;
+    };
+
     StageKind stageKind() const { return m_stage.kind; }
     QString stageText() const { return m_stage.text; }
     QString selectedBinText() const { return m_selectedBin.value_or(QString()); }
@@ -241,7 +257,12 @@ private:
     void setProjects(const std::vector<ProjectSummary> &projects);
     void saveCurrentProject();
     void loadThumbnails();
-    void writeEvent(const std::optional<FileUrl> &directory);
+    void organizeAndWrite(const Export &work);
+    void finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized);
+    // directory: none for the folder that the options say.
+    [[nodiscard]] tl::expected<FileUrl, std::error_code> writeEventFile(const Export &work,
+                                                                        const std::optional<FileUrl> &directory) const;
+    void writeEvent(const Export &work, const std::optional<FileUrl> &directory);
 
     // On the task's thread; they reach the engine through land() alone.
     void runSort(const Run &run, const FileUrl &folder, const std::shared_ptr<const FrameClassifier> &classifier,
@@ -253,7 +274,9 @@ private:
     // Runs the work for each index on the clips' threads and waits for all. What has not begun when the run is stopped
     // is left out.
     void forEachClip(const Run &run, std::size_t count, const std::function<void(std::size_t index)> &work);
-    // Has the change made on the main thread, in the order of the calls, if the run is still the current one by then.
+    // Has the change made on the main thread, in the order of the calls.
+    void post(std::function<void()> change);
+    // The same, if the run is still the current one by then.
     void land(const Run &run, std::function<void()> change);
 
     const SortSeams m_seams;

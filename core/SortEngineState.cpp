@@ -41,13 +41,6 @@ int SortEngine::reviewCount() const
         std::count_if(m_clips.begin(), m_clips.end(), [this](const ClipPtr &clip) { return isUnderReview(*clip); }));
 }
 
-QString SortEngine::exportSummary() const
-{
-    const QString name = m_folder ? folderName() : QStringLiteral("Event");
-    return QStringLiteral("%1.fcpxml · %2 bins · %3 clips")
-        .arg(name, QString::number(binCount()), QString::number(clipCount()));
-}
-
 bool SortEngine::isUnderReview(const MediaClip &clip) const
 {
     return clip.needsReview && !m_confirmedReview.contains(clip.id);

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
 #include <stop_token>
 #include <vector>
 
+#include <QtCore/QUuid>
 #include <QtGui/QImage>
 #include <tl/expected.hpp>
 
@@ -40,6 +42,19 @@ struct CopyFailure
     QString description;
 };
 
+// What organizing needs to know of a clip.
+struct ClipToOrganize
+{
+    QUuid id;
+    FileUrl url;
+    QString primaryBin; // the name of its folder
+
+    friend bool operator==(const ClipToOrganize &, const ClipToOrganize &) = default;
+};
+
+// Where the footage of each clip now is, by the clip's id.
+using OrganizeAnswer = tl::expected<std::map<QUuid, FileUrl>, CopyFailure>;
+
 // What the engine asks of a folder panel.
 struct FolderPanel
 {
@@ -66,6 +81,11 @@ struct SortSeams
         const std::vector<FileUrl> &urls, const FileUrl &destination, VerifyLevel verify,
         const ProgressCallback &progress, const std::stop_token &stop)>
         copyFiles;
+    // Off the main thread. Copies each clip into a folder under root that is named after its bin, and deletes the
+    // sources, if told to, once every copy was verified. Polls the token between files and then returns what it has.
+    std::function<OrganizeAnswer(const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool deleteSources,
+                                 VerifyLevel verify, const ProgressCallback &progress, const std::stop_token &stop)>
+        organizeByBin;
     // The text of the event file for clips in any order.
     std::function<QString(const std::vector<ClipPtr> &clips, const QString &name)> eventText;
     // Hands a file to the program that is registered for it; failures are nobody's concern.

@@ -14,14 +14,6 @@
 
 namespace larkspan {
 
-// What organizing needs to know of a clip.
-struct ClipToOrganize
-{
-    QUuid id;
-    FileUrl url;
-    QString primaryBin; // the name of its folder
-};
-
 // Brings camera files to where they are wanted. No file is lost whatever fails: a source goes only once every copy of
 // the run was read back and found equal, and nothing under a final name is ever partial or replaced. Both operations
 // work one file at a time and block their thread; progress is called on it, (done, total); stop is asked before each

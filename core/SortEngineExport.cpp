@@ -1,0 +1,155 @@
+// How a sorted shoot leaves the program: folders of footage, the event, and texts for whoever tunes the bins.
+#include "core/SortEngine.h"
+
+#include <algorithm>
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QStandardPaths>
+
+#include "core/AtomicFile.h"
+#include "core/Diagnostics.h"
+#include "core/RoomSplitting.h"
+
+namespace larkspan {
+
+namespace {
+
+// None where the desktop names none.
+std::optional<FileUrl> documentsFolder()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (folder.isEmpty()) {
+        return std::nullopt;
+    }
+    QDir().mkpath(folder); // a desktop may name a folder that nobody made yet
+    return FileUrl(QFile::encodeName(folder).toStdString());
+}
+
+std::vector<ClipToOrganize> toOrganize(std::span<const ClipPtr> clips)
+{
+    std::vector<ClipToOrganize> list;
+    std::ranges::transform(clips, std::back_inserter(list), [](const ClipPtr &clip) {
+        return ClipToOrganize{.id = clip->id, .url = clip->url, .primaryBin = clip->primaryBin};
+    });
+    return list;
+}
+
+} // namespace
+
+QString SortEngine::exportSummary() const
+{
+    const QString name = m_folder ? folderName() : QStringLiteral("Event");
+    return QStringLiteral("%1.fcpxml · %2 bins · %3 clips")
+        .arg(name, QString::number(binCount()), QString::number(clipCount()));
+}
+
+void SortEngine::exportEvent()
+{
+    if (m_target == NLE::premiere || !m_folder) {
+        return;
+    }
+    renumberSplitBins(m_clips);
+    Q_EMIT clipsChanged();
+    const Export work{.folder = *m_folder,
+                      .clips = m_clips,
+                      .root = m_importRoot.value_or(*m_folder),
+                      .options = m_options,
+                      .target = m_target};
+    if (m_options.fileHandling == FileHandling::inPlace) {
+        writeEvent(work, std::nullopt);
+    } else {
+        organizeAndWrite(work);
+    }
+}
+
+void SortEngine::backToResults()
+{
+    if (m_stage.kind == StageKind::done || m_stage.kind == StageKind::failed) {
+        setStage({.kind = StageKind::results});
+    }
+}
+
+void SortEngine::openEvent()
+{
+    if (m_stage.event) {
+        m_seams.openFile(*m_stage.event);
+    }
+}
+
+void SortEngine::revealEvent()
+{
+    if (m_stage.event) {
+        m_seams.revealFile(*m_stage.event);
+    }
+}
+
+tl::expected<void, std::error_code> SortEngine::exportDiagnostics(const FileUrl &url) const
+{
+    return writeFileAtomically(url.path(), clipDiagnostics(m_clips).toStdString());
+}
+
+void SortEngine::organizeAndWrite(const Export &work)
+{
+    cancelTask();
+    setStage({.kind = StageKind::organizing});
+    setProgress(0, clipCount());
+    startTask([this, work, clips = toOrganize(work.clips)](const Run &run) {
+        auto organized = m_seams.organizeByBin(
+            clips, work.root, work.options.fileHandling == FileHandling::move, work.options.verifyLevel,
+            [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
+        // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by now.
+        post([this, run, work, organized = std::move(organized)] { finishOrganizing(run, work, organized); });
+    });
+}
+
+void SortEngine::finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized)
+{
+    const bool isOnShow = run.ticket == m_ticket;
+    if (!organized) {
+        if (isOnShow) {
+            setStage({.kind = StageKind::failed, .text = organized.error().description});
+        }
+        return;
+    }
+    for (const ClipPtr &clip : work.clips) {
+        if (const auto moved = organized->find(clip->id); moved != organized->end()) {
+            clip->destinationURL = moved->second;
+        }
+    }
+    const auto directory = work.options.writeNextToFootage ? std::optional(work.root) : std::nullopt;
+    if (isOnShow) {
+        Q_EMIT clipsChanged();
+        writeEvent(work, directory);
+    } else {
+        [[maybe_unused]] const auto written = writeEventFile(work, directory); // its screen is gone
+    }
+}
+
+tl::expected<FileUrl, std::error_code> SortEngine::writeEventFile(const Export &work,
+                                                                  const std::optional<FileUrl> &directory) const
+{
+    const FileUrl folder = directory                         ? *directory
+                           : work.options.writeNextToFootage ? work.folder
+                                                             : documentsFolder().value_or(work.folder);
+    // The name goes by its bytes: a folder whose name is no UTF-8 has its event under the same one.
+    const FileUrl event(folder.path() / (work.folder.lastPathBytes() + ".fcpxml"));
+    const QString text = m_seams.eventText(work.clips, work.folder.lastPathComponent());
+    return writeFileAtomically(event.path(), text.toStdString()).map([&event] { return event; });
+}
+
+void SortEngine::writeEvent(const Export &work, const std::optional<FileUrl> &directory)
+{
+    const auto event = writeEventFile(work, directory);
+    if (!event) {
+        setStage({.kind = StageKind::failed, .text = QString::fromStdString(event.error().message())});
+        return;
+    }
+    if (work.options.openEditorAfterExport) {
+        (work.target == NLE::finalCut ? m_seams.openFile : m_seams.revealFile)(*event);
+    }
+    setStage({.kind = StageKind::done, .event = *event});
+    saveCurrentProject();
+}
+
+} // namespace larkspan
