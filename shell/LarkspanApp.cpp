@@ -46,7 +46,8 @@ tl::expected<std::vector<CopyResult>, CopyFailure> copyFiles(const std::vector<F
 } // namespace
 
 LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models)
-    : m_models(QtConcurrent::run([models] { return models ? VisionModels::load(*models) : VisionModels::load(); }))
+    : m_models(QtConcurrent::run(
+          [models = std::move(models)] { return models ? VisionModels::load(*models) : VisionModels::load(); }))
     , m_engine(std::make_unique<SortEngine>(seams()))
 {
     QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
