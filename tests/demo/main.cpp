@@ -1,0 +1,154 @@
+// Shows the program at work on a display: larkspan_demo FOLDER
+// Draws and records a small shoot, drags it onto the real window, waits for the bins, exports by mouse, and leaves the
+// pictures of each step and the event in the folder, whose content is replaced.
+#include <cstdio>
+#include <exception>
+
+#include <QtGui/QGuiApplication>
+#include <QtQuick/QQuickWindow>
+
+#include "design/LK.h"
+#include "shell/LarkspanApp.h"
+#include "tests/demo/Scenes.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/FfmpegMedia.h"
+#include "tests/support/Items.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/WaitUntil.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using StageKind = SortEngine::StageKind;
+
+void require(bool holds, const char *what)
+{
+    if (!holds) {
+        throw std::runtime_error(what);
+    }
+}
+
+void recordShoot(const fs::path &shoot)
+{
+    const TempFolder pictures;
+    int minute = 0;
+    for (const demo::Scene &scene : demo::sampleShoot()) {
+        const fs::path picture = pictures / "picture.png";
+        require(scene.picture.save(QString::fromStdString(picture.string())), "a picture can't be written");
+        const QSize size = scene.picture.size();
+        // A slow move towards the middle, three seconds long.
+        const QString arguments =
+            u"-i %1 -vf zoompan=z=1+0.0012*on:x=iw/2-iw/zoom/2:y=ih/2-ih/zoom/2:d=75:s=%2x%3:fps=25 %4 "
+            u"-metadata creation_time=2026-11-20T09:%5:00Z"_s.arg(QString::fromStdString(picture.string()))
+                .arg(size.width())
+                .arg(size.height())
+                .arg(scene.encoding)
+                .arg(minute++, 2, 10, QLatin1Char('0'));
+        makeMedia(shoot / scene.file.toStdString(), arguments.toStdString());
+    }
+}
+
+// Drives the program and keeps what it shows.
+class Demo
+{
+public:
+    explicit Demo(fs::path folder) : m_folder(std::move(folder)) {}
+
+    void run()
+    {
+        const fs::path shoot = m_folder / "shoot";
+        fs::remove_all(m_folder);
+        fs::create_directories(shoot);
+        std::printf("Drawing and recording a sample shoot\n");
+        recordShoot(shoot);
+
+        // On a display of its own there is no editor to open the event with.
+        SortOptions options = m_program.engine().options();
+        options.openEditorAfterExport = false;
+        m_program.engine().setOptions(options);
+
+        require(m_program.open() && Desktop::awaitWindow(window()), "the window doesn't open");
+        picture("landing");
+        std::printf("Dropping %s on the window\n", shoot.c_str());
+        Desktop::dragFiles({shoot}, shown(u"Drop a shoot folder here"_s));
+        require(waitUntil([this] { return m_program.engine().done() >= 4; }), "nothing is sorted");
+        picture("working");
+        require(reaches(StageKind::results), "the sort doesn't end");
+        (void)shown(u"Export"_s);
+        picture("results");
+        for (const BinCount &bin : m_program.engine().binCounts()) {
+            std::printf("  %-20s %d\n", qPrintable(bin.bin), bin.count);
+        }
+        Desktop::click(shown(m_program.engine().binCounts().front().bin));
+        picture("bin");
+        Desktop::click(shown(u"Export"_s));
+        require(reaches(StageKind::done), "no event is written");
+        (void)shown(u"Event created"_s);
+        picture("done");
+
+        const fs::path event = m_folder / "shoot.fcpxml";
+        fs::copy_file(m_program.engine().stage().event->path(), event, fs::copy_options::overwrite_existing);
+        std::printf("The event is %s, the pictures are beside it\n", event.c_str());
+    }
+
+private:
+    QQuickWindow &window() { return *m_program.window(); }
+
+    QQuickItem &shown(const QString &text)
+    {
+        QQuickItem *item = nullptr;
+        require(waitUntil([&] { return (item = findShown(window().contentItem(), text)) != nullptr; }),
+                "something isn't shown");
+        return *item;
+    }
+
+    bool reaches(StageKind stage)
+    {
+        return waitUntil([&] { return m_program.engine().stage().kind == stage; }, std::chrono::seconds(180));
+    }
+
+    // What the window shows, in both themes and two sizes, once what moves has come to rest.
+    void picture(const char *step)
+    {
+        for (const QSize size : {QSize(980, 640), QSize(1180, 790)}) {
+            window().resize(size);
+            for (const LK::Theme theme : {LK::Theme::Dark, LK::Theme::Light}) {
+                LK::instance().setTheme(theme);
+                const QDeadlineTimer rest(std::chrono::milliseconds(500));
+                (void)waitUntil([&] { return rest.hasExpired() && window().size() == size; });
+                const QString name =
+                    u"%1-%2-%3x%4.png"_s.arg(QLatin1String(step), theme == LK::Theme::Light ? u"light"_s : u"dark"_s)
+                        .arg(size.width())
+                        .arg(size.height());
+                require(window().grabWindow().save(QString::fromStdString((m_folder / name.toStdString()).string())),
+                        "a picture can't be written");
+            }
+        }
+    }
+
+    const fs::path m_folder;
+    LarkspanApp m_program;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QGuiApplication application(argc, argv);
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: larkspan_demo FOLDER\n");
+        return 2;
+    }
+    try {
+        Demo(fs::absolute(argv[1])).run();
+    } catch (const std::exception &failure) {
+        std::fprintf(stderr, "larkspan_demo: %s\n", failure.what());
+        return 1;
+    }
+    return 0;
+}
