@@ -1,0 +1,79 @@
+#include "tests/output/Mount.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+#include <sys/mount.h>
+
+namespace larkspan::test {
+
+namespace {
+
+// Whether a shell command worked, and the last line that it printed.
+std::pair<bool, std::string> resultOf(const std::string &command)
+{
+    FILE *const pipe = ::popen((command + " 2>&1").c_str(), "r");
+    if (pipe == nullptr) {
+        return {false, "no shell"};
+    }
+    std::array<char, 512> line{};
+    std::string last;
+    while (std::fgets(line.data(), line.size(), pipe) != nullptr) {
+        last = line.data();
+    }
+    return {::pclose(pipe) == 0, last.substr(0, last.find('\n'))};
+}
+
+} // namespace
+
+Mount::Mount(Kind kind, std::size_t bytes)
+{
+    std::filesystem::create_directories(m_path);
+    const std::string mount = " " + m_path.string();
+    if (kind == Kind::memory) {
+        run("mount -t tmpfs -o mode=777,size=" + std::to_string(bytes) + " none" + mount);
+        return;
+    }
+    m_folder.write("image");
+    std::filesystem::resize_file(m_image, bytes);
+    const std::string image = " " + m_image.string();
+    run((kind == Kind::ext4 ? "mkfs.ext4 -q -F" : kind == Kind::btrfs ? "mkfs.btrfs -q" : "mkfs.exfat") + image);
+    if (m_whyNot.empty()) {
+        const auto [attached, device] = resultOf("losetup --find --show" + image);
+        m_loop = attached ? device : "";
+        m_whyNot = attached ? "" : device;
+    }
+    run((kind == Kind::exfat ? "mount.exfat-fuse " : "mount ") + m_loop + mount);
+}
+
+Mount::~Mount()
+{
+    detach();
+    if (!m_loop.empty()) {
+        resultOf("losetup --detach " + m_loop);
+    }
+}
+
+void Mount::run(const std::string &command)
+{
+    if (m_whyNot.empty()) {
+        const auto [worked, said] = resultOf(command);
+        m_whyNot = worked ? "" : command + ": " + said;
+    }
+}
+
+void Mount::makeReadOnly() const
+{
+    if (::mount(nullptr, m_path.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0) {
+        throw std::runtime_error("could not make the mount read-only");
+    }
+}
+
+void Mount::detach() const
+{
+    ::umount2(m_path.c_str(), MNT_DETACH);
+}
+
+} // namespace larkspan::test
