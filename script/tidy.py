@@ -42,7 +42,7 @@ def write_database(build, target):
     plain = str(pathlib.Path("cmake/precompiled.h").resolve())
     for entry in commands:
         entry["command"] = re.sub(r"-include \S+/cmake_pch\.hxx", f"-include {plain}", entry["command"])
-        entry["command"] = re.sub(r"-fsanitize=\S+|-fno-sanitize\S*|-fpch-preprocess|-Winvalid-pch|-Wno-maybe-uninitialized", "", entry["command"])
+        entry["command"] = re.sub(r"-fsanitize=\S+|-fno-sanitize\S*|-fpch-preprocess|-Winvalid-pch|-Wno-maybe-uninitialized|-Wno-restrict", "", entry["command"])
     target.mkdir(parents=True, exist_ok=True)
     (target / "compile_commands.json").write_text(json.dumps(commands))
 
