@@ -25,7 +25,7 @@ struct Chunk
 class ChunkPipeline
 {
 public:
-    static constexpr std::size_t chunkSize = 4 * 1024 * 1024; // bytes
+    static constexpr std::size_t chunkSize = std::size_t{4} * 1024 * 1024; // bytes
     static constexpr std::size_t chunkCount = 4;
 
     // Fills the buffer from an offset. Less than the whole buffer, or nothing, ends the file.

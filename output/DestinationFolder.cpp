@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <memory>
+#include <ranges>
 #include <string_view>
+#include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -55,23 +55,31 @@ FileDescriptor openFolder(const std::filesystem::path &path, const FileOperation
     return FileDescriptor(files.open(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
 }
 
-// Makes a folder that is missing, and lastingly so before anything is put into it.
-std::error_code makeFolders(const std::filesystem::path &path, const FileOperations &files)
+// Makes the folders that are missing, each lastingly so before anything is put into it.
+std::error_code makeFolders(std::filesystem::path path, const FileOperations &files)
 {
+    std::vector<std::filesystem::path> missing;
     struct stat status
     {};
-    if (path.empty() || ::stat(path.c_str(), &status) == 0) {
-        return {};
+    while (!path.empty() && ::stat(path.c_str(), &status) != 0) {
+        if (path.has_filename()) {
+            missing.push_back(path);
+        }
+        path = path.parent_path();
     }
-    const std::filesystem::path parent = path.has_filename() ? path.parent_path() : path.parent_path().parent_path();
-    if (const std::error_code error = makeFolders(parent, files)) {
-        return error;
+    for (const std::filesystem::path &folder : std::views::reverse(missing)) {
+        if (::mkdir(folder.c_str(), 0777) != 0) {
+            if (errno == EEXIST) {
+                continue;
+            }
+            return lastError();
+        }
+        const FileDescriptor parent = openFolder(folder.has_parent_path() ? folder.parent_path() : ".", files);
+        if (const std::error_code error = parent ? syncFolder(parent.get(), files) : lastError()) {
+            return error;
+        }
     }
-    if (::mkdir(path.c_str(), 0777) != 0) {
-        return errno == EEXIST ? std::error_code() : lastError();
-    }
-    const FileDescriptor folder = openFolder(parent.empty() ? "." : parent, files);
-    return folder ? syncFolder(folder.get(), files) : lastError();
+    return {};
 }
 
 bool isUnsupported(int error)
@@ -108,16 +116,17 @@ tl::expected<DestinationFolder, std::error_code> DestinationFolder::open(const s
 
 void DestinationFolder::clearStale() const
 {
-    const std::unique_ptr<DIR, int (*)(DIR *)> listing(
-        ::fdopendir(::openat(fd(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)), ::closedir);
-    while (const dirent *const entry = listing ? ::readdir(listing.get()) : nullptr) {
-        if (!isTemporaryName(entry->d_name)) {
+    std::error_code ignored; // what can't be listed is cleared another time
+    const std::filesystem::directory_iterator end;
+    for (std::filesystem::directory_iterator entry(m_path, ignored); entry != end; entry.increment(ignored)) {
+        const std::string name = entry->path().filename().native();
+        if (!isTemporaryName(name)) {
             continue;
         }
-        const FileDescriptor file(::openat(fd(), entry->d_name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        const FileDescriptor file(::openat(fd(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
         // Whoever still writes it holds the lock. Where there are no locks, it stays rather than going wrongly.
         if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-            m_files->remove(fd(), entry->d_name);
+            m_files->remove(fd(), name.c_str());
         }
     }
 }

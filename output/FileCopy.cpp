@@ -15,8 +15,8 @@ namespace larkspan {
 
 namespace {
 
-constexpr std::size_t pageSize = 4096;      // what direct writing comes in
-constexpr std::size_t holeSize = 64 * 1024; // what a hole in the copy comes in
+constexpr std::size_t pageSize = 4096;                   // what direct writing comes in
+constexpr std::size_t holeSize = std::size_t{64} * 1024; // what a hole in the copy comes in
 
 tl::unexpected<CopyFault> fault(std::error_code error)
 {
