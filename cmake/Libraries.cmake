@@ -13,3 +13,7 @@ set(CMAKE_AUTOMOC OFF) # switched on for the modules that hold QObjects
 set(CMAKE_AUTOUIC OFF)
 
 pkg_check_modules(FFmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale)
+# Sound: the mixer, reading a sound file, bringing it to the mixer's rate.
+pkg_check_modules(OpenAL REQUIRED IMPORTED_TARGET openal)
+pkg_check_modules(SndFile REQUIRED IMPORTED_TARGET sndfile)
+pkg_check_modules(SampleRate REQUIRED IMPORTED_TARGET samplerate)

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <AL/al.h>
+#include <AL/alc.h>
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "sound/SampleBuffer.h"
+
+namespace larkspan {
+
+class PlayerNode;
+
+// The sound device and the mixer on it. Without a device everything works and nothing is heard.
+// Main thread only, and one engine at a time: OpenAL has one current context.
+class AudioEngine
+{
+public:
+    AudioEngine();
+    ~AudioEngine();
+    AudioEngine(const AudioEngine &) = delete;
+    AudioEngine &operator=(const AudioEngine &) = delete;
+
+    // What the mixer runs at; a device at another rate gets it converted.
+    static constexpr int sampleRate = 44100;
+
+    // Opens the desktop's device and connects the nodes attached so far. False if there is none.
+    bool start();
+
+    // Whether it had a device once and has none now.
+    [[nodiscard]] bool hasLostDevice() const;
+
+    // For the nodes' constructor and destructor.
+    void attach(PlayerNode &node) { m_nodes.push_back(&node); }
+    void detach(PlayerNode &node) { std::erase(m_nodes, &node); }
+
+    // The buffer as the device's library holds it, handed over on first use; 0 without a device.
+    [[nodiscard]] ALuint handOver(const SampleBufferPtr &buffer);
+
+private:
+    struct Closer
+    {
+        void operator()(ALCdevice *device) const;
+        void operator()(ALCcontext *context) const;
+    };
+
+    void close();
+
+    std::vector<PlayerNode *> m_nodes;
+    bool m_hadDevice = false;
+    std::unique_ptr<ALCdevice, Closer> m_device;
+    std::unique_ptr<ALCcontext, Closer> m_context;
+    std::unordered_map<SampleBufferPtr, ALuint> m_handedOver;
+};
+
+} // namespace larkspan
