@@ -43,6 +43,13 @@ tl::expected<std::vector<CopyResult>, CopyFailure> copyFiles(const std::vector<F
     });
 }
 
+OrganizeAnswer organizeByBin(const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool deleteSources,
+                             VerifyLevel verify, const ProgressCallback &progress, const std::stop_token &stop)
+{
+    return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop)
+        .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
+}
+
 } // namespace
 
 LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models)
@@ -93,12 +100,15 @@ SortSeams LarkspanApp::seams()
                                                                        : nullptr);
             },
         .copyFiles = copyFiles,
+        .organizeByBin = organizeByBin,
         .eventText = [](const std::vector<ClipPtr> &clips,
                         const QString &name) { return FCPXMLWriter::event(clips, name); },
         .openFile = openFile,
         .revealFile = revealFile,
         .chooseFolder = [this](const FolderPanel &panel,
                                std::function<void(FileUrl)> chosen) { m_folderRequest.ask(panel, std::move(chosen)); },
+        .settings = &m_settings,
+        .projects = &m_projects,
     };
 }
 

@@ -40,6 +40,8 @@ private:
 
     QFuture<LoadedModels> m_models; // read in the background, so that the window needn't wait for them
     FolderRequest m_folderRequest;
+    SettingsStore m_settings;
+    ProjectCache m_projects;
     std::unique_ptr<SortEngine> m_engine;
     QQmlApplicationEngine m_qml; // last: what it shows goes before what is shown
 };
