@@ -332,7 +332,6 @@ TEST_F(ImportFaults, ASourceRewrittenUnderItsOldSizeAndTimeIsNotClean)
 
 TEST_F(ImportFaults, ASourceExchangedAfterItsCopyIsNotDeleted)
 {
-    const FaultyReading files("small.mov", {});
     const auto exchange = [&](int done, int) {
         if (done == 1) {
             fs::rename(folder.write("card/new.mov", "another take"), folder / "card/large.mov");
