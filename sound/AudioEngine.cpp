@@ -3,8 +3,11 @@
 #include <AL/alext.h>
 #include <QtCore/QLibrary>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <mutex>
+#include <utility>
 
 #include "sound/PlayerNode.h"
 #include "sound/SoundFile.h"
@@ -12,6 +15,15 @@
 namespace larkspan {
 
 namespace {
+
+// Twice this long after the last sound, the device's own buffer is surely played.
+constexpr std::chrono::seconds quietTime{1};
+
+template <typename Function>
+Function deviceFunction(ALCdevice *device, const char *name)
+{
+    return reinterpret_cast<Function>(alcGetProcAddress(device, name));
+}
 
 void dropMessage(const char * /*file*/, int /*line*/, const char * /*function*/, int /*error*/, const char * /*format*/,
                  ...)
@@ -72,6 +84,7 @@ bool AudioEngine::start()
     for (auto *node : m_nodes) {
         node->connect();
     }
+    wake();
     return true;
 }
 
@@ -111,8 +124,34 @@ ALuint AudioEngine::handOver(const SampleBufferPtr &buffer)
     return handle;
 }
 
+void AudioEngine::wake()
+{
+    if (m_isResting) {
+        m_isResting = false;
+        deviceFunction<LPALCDEVICERESUMESOFT>(m_device.get(), "alcDeviceResumeSOFT")(m_device.get());
+    }
+    m_wasQuiet = false;
+    m_restTimer.start(quietTime);
+}
+
+void AudioEngine::restIfQuiet()
+{
+    if (!m_context) {
+        return;
+    }
+    const bool isQuiet = std::ranges::all_of(m_nodes, [](const auto *node) { return node->pendingBuffers() == 0; });
+    if (!isQuiet || !std::exchange(m_wasQuiet, true)) {
+        m_wasQuiet = isQuiet;
+        m_restTimer.start(quietTime);
+    } else if (alcIsExtensionPresent(m_device.get(), "ALC_SOFT_pause_device") == ALC_TRUE) {
+        deviceFunction<LPALCDEVICEPAUSESOFT>(m_device.get(), "alcDevicePauseSOFT")(m_device.get());
+        m_isResting = true;
+    }
+}
+
 void AudioEngine::close()
 {
+    m_isResting = false;
     if (m_context) {
         for (auto *node : m_nodes) {
             node->disconnect();

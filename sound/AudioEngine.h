@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "sound/RestTimer.h"
 #include "sound/SampleBuffer.h"
 
 namespace larkspan {
@@ -39,6 +40,11 @@ public:
     // The buffer as the device's library holds it, handed over on first use; 0 without a device.
     [[nodiscard]] ALuint handOver(const SampleBufferPtr &buffer);
 
+    // For nodes about to sound. A running device wakes up fifty times a second even in silence, so it rests
+    // once nothing has been pending for a while.
+    void wake();
+    [[nodiscard]] bool isResting() const { return m_isResting; }
+
 private:
     struct Closer
     {
@@ -47,12 +53,16 @@ private:
     };
 
     void close();
+    void restIfQuiet();
 
     std::vector<PlayerNode *> m_nodes;
     bool m_hadDevice = false;
     std::unique_ptr<ALCdevice, Closer> m_device;
     std::unique_ptr<ALCcontext, Closer> m_context;
     std::unordered_map<SampleBufferPtr, ALuint> m_handedOver;
+    bool m_isResting = false;
+    bool m_wasQuiet = false; // when the timer last expired
+    RestTimer m_restTimer{[this] { restIfQuiet(); }};
 };
 
 } // namespace larkspan

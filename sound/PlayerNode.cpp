@@ -21,6 +21,7 @@ void PlayerNode::play()
 {
     m_isPlaying = true;
     if (m_source != 0 && sourceValue(AL_SOURCE_STATE) != AL_PLAYING) {
+        m_engine.wake();
         dropPlayed();
         alSourcePlay(m_source);
     }
@@ -50,6 +51,7 @@ void PlayerNode::schedule(const SampleBufferPtr &buffer)
     if (handle == 0) {
         return;
     }
+    m_engine.wake();
     const ALint state = sourceValue(AL_SOURCE_STATE);
     if (m_isPlaying && state == AL_STOPPED && m_lastBuffer == handle && sourceValue(AL_BUFFERS_QUEUED) == 1) {
         alSourcePlay(m_source);

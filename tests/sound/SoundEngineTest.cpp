@@ -346,6 +346,36 @@ TEST(PlayerNode, HoldsWhatIsScheduledUntilItPlaysAndForgetsItWhenStopped)
     EXPECT_EQ(node.pendingBuffers(), 0);
 }
 
+TEST(AudioEngine, RestsWhenNothingSoundsAndWakesForTheNextBufferWithoutAllocating)
+{
+    AudioEngine engine;
+    PlayerNode node(engine);
+    ASSERT_TRUE(engine.start());
+    node.play();
+    const auto second = std::make_shared<SampleBuffer>(SampleBuffer{.samples = std::vector<float>(44100)});
+    node.schedule(second);
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_FALSE(engine.isResting());
+        EXPECT_TRUE(waitUntil([&] { return engine.isResting(); }));
+        EXPECT_EQ(node.pendingBuffers(), 0) << "it never rests before the end";
+        const auto before = allocationCount();
+        node.schedule(second);
+        EXPECT_EQ(allocationCount(), before);
+        EXPECT_EQ(node.pendingBuffers(), 1);
+    }
+    EXPECT_TRUE(waitUntil([&] { return node.pendingBuffers() == 0; })) << "a woken device plays";
+}
+
+TEST(AudioEngine, DoesNotRestWhileSomethingSounds)
+{
+    AudioEngine engine;
+    PlayerNode node(engine);
+    ASSERT_TRUE(engine.start());
+    node.play();
+    node.schedule(std::make_shared<SampleBuffer>(SampleBuffer{.samples = std::vector<float>(60 * 44100)}));
+    EXPECT_FALSE(waitUntil([&] { return engine.isResting(); }, std::chrono::seconds(4)));
+}
+
 TEST(PlayerNode, WithoutADeviceKeepsItsStateAndDropsWhatIsScheduled)
 {
     AudioEngine engine; // never started

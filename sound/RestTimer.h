@@ -1,0 +1,30 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+class QSocketNotifier;
+
+namespace larkspan {
+
+// A single-shot timer of the event loop that allocates nothing when it is started, as a QTimer does: every tick of a
+// running sort starts it anew. Main thread only. It never expires where the system has no timer left.
+class RestTimer
+{
+public:
+    explicit RestTimer(std::function<void()> expired);
+    ~RestTimer();
+    RestTimer(const RestTimer &) = delete;
+    RestTimer &operator=(const RestTimer &) = delete;
+
+    // Counts from now, and from now only. The delay is positive.
+    void start(std::chrono::seconds delay);
+
+private:
+    std::function<void()> m_expired;
+    int m_descriptor;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+} // namespace larkspan
