@@ -4,7 +4,7 @@
 #include <chrono>
 
 #include "classify/ObjectEvidence.h"
-#include "classify/PooledPrint.h"
+#include "classify/RoomEvidence.h"
 
 namespace larkspan {
 
@@ -20,6 +20,8 @@ constexpr std::size_t MostPosesRead = 2;
 // around it.
 constexpr double PoseMargin = 0.1;
 constexpr float MinFaceConfidence = 0.75f;
+// A frame that is narrower than this share of its length is a strip of a picture, and shows no place.
+constexpr double NarrowestShape = 1.0 / 8.0;
 
 template <typename Work>
 auto timed(VisionTimings *timings, VisionTimings::Sum VisionTimings::*sum, Work work)
@@ -46,6 +48,11 @@ std::vector<HumanObservation> humansAmong(std::span<const DetectedObject> object
     return humans;
 }
 
+bool isStrip(const QImage &frame)
+{
+    return std::min(frame.width(), frame.height()) < NarrowestShape * std::max(frame.width(), frame.height());
+}
+
 bool isPossible(const HumanObservation &human)
 {
     return human.confidence >= PossiblePerson;
@@ -67,9 +74,15 @@ std::optional<FrameObservations> ModelRequests::perform(const QImage &frame) con
     if (!seen) {
         return std::nullopt;
     }
+    const auto place = timed(m_timings, &VisionTimings::rooms, [&] { return m_models->rooms().read(seen->features); });
+    if (!place) {
+        return std::nullopt;
+    }
     FrameObservations found;
-    found.classifications = ObjectEvidence::observations(seen->objects);
-    found.featurePrint = pooledPrint(seen->features);
+    if (!isStrip(frame)) {
+        found.classifications = RoomEvidence::merged(*place, ObjectEvidence::observations(seen->objects));
+    }
+    found.featurePrint = place->print;
     found.humans = humansAmong(seen->objects);
     const auto poses = countPoses(frame, found.humans);
     const auto faces = countFaces(frame, found.humans);
@@ -83,7 +96,7 @@ std::optional<FrameObservations> ModelRequests::perform(const QImage &frame) con
 
 std::vector<QString> ModelRequests::supportedIdentifiers() const
 {
-    return ObjectEvidence::identifiers();
+    return RoomEvidence::identifiers(m_models->rooms());
 }
 
 std::optional<int> ModelRequests::countPoses(const QImage &frame, std::span<const HumanObservation> humans) const

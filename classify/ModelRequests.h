@@ -19,6 +19,7 @@ struct VisionTimings
     Sum objects;
     Sum pose;
     Sum face;
+    Sum rooms;
 };
 
 // The five requests, answered by the networks: one pass of the object detector gives the classification, the print

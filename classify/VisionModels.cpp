@@ -18,10 +18,11 @@ std::filesystem::path modelFolder()
 
 } // namespace
 
-VisionModels::VisionModels(ObjectDetector objects, PoseDetector pose, FaceDetector face)
+VisionModels::VisionModels(ObjectDetector objects, PoseDetector pose, FaceDetector face, RoomHead rooms)
     : m_objects(std::move(objects))
     , m_pose(std::move(pose))
     , m_face(std::move(face))
+    , m_rooms(std::move(rooms))
 {}
 
 tl::expected<std::shared_ptr<const VisionModels>, ModelError> VisionModels::load(const std::filesystem::path &folder)
@@ -38,8 +39,12 @@ tl::expected<std::shared_ptr<const VisionModels>, ModelError> VisionModels::load
     if (!face) {
         return tl::unexpected(face.error());
     }
+    auto rooms = RoomHead::load(folder / "rooms.head");
+    if (!rooms) {
+        return tl::unexpected(rooms.error());
+    }
     return std::shared_ptr<const VisionModels>(
-        new VisionModels(std::move(*objects), std::move(*pose), std::move(*face)));
+        new VisionModels(std::move(*objects), std::move(*pose), std::move(*face), std::move(*rooms)));
 }
 
 tl::expected<std::shared_ptr<const VisionModels>, ModelError> VisionModels::load()

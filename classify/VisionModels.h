@@ -3,6 +3,7 @@
 #include "classify/FaceDetector.h"
 #include "classify/ObjectDetector.h"
 #include "classify/PoseDetector.h"
+#include "classify/RoomHead.h"
 
 namespace larkspan {
 
@@ -10,7 +11,8 @@ namespace larkspan {
 class VisionModels
 {
 public:
-    // Reads objects.onnx, pose.onnx and face.onnx. The error names the first file that is missing or no good.
+    // Reads objects.onnx, pose.onnx, face.onnx and rooms.head. The error names the first file that is missing or no
+    // good.
     [[nodiscard]] static tl::expected<std::shared_ptr<const VisionModels>, ModelError> load(
         const std::filesystem::path &folder);
     // From where the program keeps them: beside it, in ../share/larkspan/models, or in the folder it was built with.
@@ -19,13 +21,15 @@ public:
     [[nodiscard]] const ObjectDetector &objects() const { return m_objects; }
     [[nodiscard]] const PoseDetector &pose() const { return m_pose; }
     [[nodiscard]] const FaceDetector &face() const { return m_face; }
+    [[nodiscard]] const RoomHead &rooms() const { return m_rooms; }
 
 private:
-    VisionModels(ObjectDetector objects, PoseDetector pose, FaceDetector face);
+    VisionModels(ObjectDetector objects, PoseDetector pose, FaceDetector face, RoomHead rooms);
 
     ObjectDetector m_objects;
     PoseDetector m_pose;
     FaceDetector m_face;
+    RoomHead m_rooms;
 };
 
 } // namespace larkspan

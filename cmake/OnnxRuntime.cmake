@@ -1,16 +1,24 @@
-# The inference engine and the detector models, as script/fetch-models leaves them.
+# The inference engine and the detector models, as script/fetch-models leaves them, and the head for rooms beside them.
 # Several checkouts share one folder through LARKSPAN_DEPS, as a cache variable or in the environment.
 set(larkspan_default_deps "${PROJECT_SOURCE_DIR}/build/deps")
 if(DEFINED ENV{LARKSPAN_DEPS})
   set(larkspan_default_deps "$ENV{LARKSPAN_DEPS}")
 endif()
 set(LARKSPAN_DEPS "${larkspan_default_deps}" CACHE PATH "Where script/fetch-models put the engine and the models")
-set(LARKSPAN_MODELS "${LARKSPAN_DEPS}/models")
+set(larkspan_detectors "${LARKSPAN_DEPS}/models")
 
 set(larkspan_engine "${LARKSPAN_DEPS}/onnxruntime/lib/libonnxruntime.so.1")
-if(NOT EXISTS "${larkspan_engine}" OR NOT EXISTS "${LARKSPAN_MODELS}/objects.onnx")
+if(NOT EXISTS "${larkspan_engine}" OR NOT EXISTS "${larkspan_detectors}/objects.onnx")
   message(FATAL_ERROR "The inference engine is not in ${LARKSPAN_DEPS}: run script/bootstrap or script/fetch-models")
 endif()
+
+# All models in one folder: the program looks for them in one place.
+set(LARKSPAN_MODELS "${PROJECT_BINARY_DIR}/models")
+file(MAKE_DIRECTORY "${LARKSPAN_MODELS}")
+foreach(model objects pose face)
+  file(CREATE_LINK "${larkspan_detectors}/${model}.onnx" "${LARKSPAN_MODELS}/${model}.onnx" SYMBOLIC)
+endforeach()
+configure_file("${PROJECT_SOURCE_DIR}/resources/rooms.head" "${LARKSPAN_MODELS}/rooms.head" COPYONLY)
 
 add_library(onnxruntime::onnxruntime SHARED IMPORTED)
 set_target_properties(onnxruntime::onnxruntime PROPERTIES
@@ -24,4 +32,5 @@ list(APPEND CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}/larkspan")
 install(FILES "${larkspan_engine}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/larkspan")
 install(FILES "${LARKSPAN_DEPS}/onnxruntime/LICENSE" "${LARKSPAN_DEPS}/onnxruntime/ThirdPartyNotices.txt"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}/onnxruntime")
-install(DIRECTORY "${LARKSPAN_MODELS}" DESTINATION "${CMAKE_INSTALL_DATADIR}/larkspan" PATTERN ".stamp" EXCLUDE)
+install(DIRECTORY "${larkspan_detectors}" DESTINATION "${CMAKE_INSTALL_DATADIR}/larkspan" PATTERN ".stamp" EXCLUDE)
+install(FILES "${PROJECT_SOURCE_DIR}/resources/rooms.head" DESTINATION "${CMAKE_INSTALL_DATADIR}/larkspan/models")

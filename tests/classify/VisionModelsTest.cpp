@@ -17,7 +17,7 @@ const std::filesystem::path Models = LARKSPAN_MODELS;
 // The program's models, to be spoilt.
 void copyModels(const test::TempFolder &folder)
 {
-    for (const auto *name : {"objects.onnx", "pose.onnx", "face.onnx"}) {
+    for (const auto *name : {"objects.onnx", "pose.onnx", "face.onnx", "rooms.head"}) {
         std::filesystem::copy_file(Models / name, folder / name);
     }
 }
@@ -44,6 +44,23 @@ TEST(VisionModels, AMissingFileIsNamed)
     EXPECT_EQ(error.reason, ModelError::Reason::Missing);
     EXPECT_EQ(error.file, folder / "pose.onnx");
     EXPECT_THAT(error.detail, Not(IsEmpty()));
+}
+
+TEST(VisionModels, AMissingADamagedAndANewerHeadForRoomsAreToldApart)
+{
+    const test::TempFolder folder;
+    copyModels(folder);
+    const auto head = folder / "rooms.head";
+    {
+        std::fstream stream(head, std::ios::in | std::ios::out | std::ios::binary);
+        stream.seekp(8).put(2); // its version
+    }
+    EXPECT_EQ(loadError(folder).reason, ModelError::Reason::OtherModel);
+    folder.write("rooms.head", "LKROOMS\n\1");
+    EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Broken);
+    std::filesystem::remove(head);
+    EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Missing);
+    EXPECT_EQ(loadError(folder).file, head);
 }
 
 TEST(VisionModels, AFolderInPlaceOfAFileIsNoModel)

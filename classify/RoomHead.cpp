@@ -1,0 +1,223 @@
+#include "classify/RoomHead.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include <QtCore/QCryptographicHash>
+#include <QtCore/QFloat16>
+
+namespace larkspan {
+
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "the head's file is read as it lies");
+
+constexpr std::string_view Magic = "LKROOMS\n";
+constexpr std::uint32_t Version = 1;
+constexpr std::size_t ChecksumLength = 32; // SHA-256 of all before it
+// Features are clipped to so many spreads; what lies beyond says no more.
+constexpr float FarthestFeature = 5.0f;
+// More than any head of ours has; a size beyond it is a damaged file's.
+constexpr std::uint32_t MostUnits = 1u << 14;
+
+tl::unexpected<ModelError> failure(ModelError::Reason reason, const std::filesystem::path &file, std::string detail)
+{
+    return tl::unexpected(ModelError{reason, file, std::move(detail)});
+}
+
+std::vector<float> softmax(std::vector<float> values)
+{
+    const float highest = *std::ranges::max_element(values);
+    float sum = 0.0f;
+    for (float &value : values) {
+        value = std::exp(value - highest);
+        sum += value;
+    }
+    for (float &value : values) {
+        value /= sum;
+    }
+    return values;
+}
+
+} // namespace
+
+// The bytes of a head's file, read from front to back.
+class RoomHead::File
+{
+public:
+    explicit File(std::span<const char> bytes) : m_rest(bytes) {}
+
+    [[nodiscard]] bool isSound() const { return m_sound; }
+    [[nodiscard]] bool isAtEnd() const { return m_rest.empty(); }
+
+    template <typename Number>
+    std::vector<Number> numbers(std::size_t count)
+    {
+        std::vector<Number> result;
+        if (const auto bytes = take(count * sizeof(Number)); !bytes.empty()) {
+            result.resize(count);
+            std::memcpy(result.data(), bytes.data(), bytes.size());
+        }
+        return result;
+    }
+
+    std::uint32_t size()
+    {
+        const auto value = numbers<std::uint32_t>(1);
+        m_sound = m_sound && !value.empty() && value.front() > 0 && value.front() <= MostUnits;
+        return m_sound ? value.front() : 0;
+    }
+
+    QString text(std::size_t length)
+    {
+        const auto bytes = take(length);
+        return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    }
+
+    // Weights in half precision, then the bias in single.
+    Layer layer(std::size_t inputs, std::size_t outputs)
+    {
+        const auto halves = numbers<qfloat16>(inputs * outputs);
+        Layer layer{inputs, {halves.begin(), halves.end()}, {}};
+        layer.bias = numbers<float>(outputs);
+        return layer;
+    }
+
+private:
+    std::span<const char> take(std::size_t length)
+    {
+        m_sound = m_sound && length <= m_rest.size();
+        if (!m_sound) {
+            return {};
+        }
+        const auto taken = m_rest.first(length);
+        m_rest = m_rest.subspan(length);
+        return taken;
+    }
+
+    std::span<const char> m_rest;
+    bool m_sound = true;
+};
+
+tl::expected<RoomHead, ModelError> RoomHead::load(const std::filesystem::path &file)
+{
+    using Reason = ModelError::Reason;
+    std::error_code error;
+    std::ifstream stream(file, std::ios::binary);
+    if (!std::filesystem::is_regular_file(file, error) || !stream) {
+        return failure(Reason::Missing, file, "there is no such file, or it can't be read");
+    }
+    const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
+    if (bytes.size() < Magic.size() + sizeof(Version) + ChecksumLength) {
+        return failure(Reason::Broken, file, "it is too short");
+    }
+    if (std::string_view(bytes.data(), Magic.size()) != Magic) {
+        return failure(Reason::Broken, file, "it is no head for rooms");
+    }
+    // The version goes first: another one may be laid out, and summed, in another way.
+    std::uint32_t version = 0;
+    std::memcpy(&version, bytes.data() + Magic.size(), sizeof(version));
+    if (version != Version) {
+        return failure(Reason::OtherModel, file,
+                       "it is of version " + std::to_string(version) + ", not " + std::to_string(Version));
+    }
+    const auto content = std::span(bytes).first(bytes.size() - ChecksumLength);
+    const auto sum = QCryptographicHash::hash(QByteArrayView(content.data(), static_cast<qsizetype>(content.size())),
+                                              QCryptographicHash::Sha256);
+    if (!std::ranges::equal(sum, std::span(bytes).last(ChecksumLength))) {
+        return failure(Reason::Broken, file, "its checksum is wrong: it is damaged or cut off");
+    }
+
+    File data(content.subspan(Magic.size() + sizeof(Version)));
+    RoomHead head;
+    const auto inputs = data.size();
+    const auto hidden = data.size();
+    const auto print = data.size();
+    for (const auto &name : data.text(data.size()).split(u'\n', Qt::SkipEmptyParts)) {
+        head.m_identifiers.push_back(name);
+    }
+    head.m_mean = data.numbers<float>(inputs);
+    head.m_spread = data.numbers<float>(inputs);
+    head.m_hidden = data.layer(inputs, hidden);
+    head.m_out = data.layer(hidden, head.m_identifiers.size() + 1);
+    head.m_print = data.layer(inputs, print);
+    const auto caution = data.numbers<float>(4);
+    if (!data.isSound() || !data.isAtEnd() || head.m_identifiers.empty()) {
+        return failure(Reason::Broken, file, "its parts don't fit together");
+    }
+    head.m_caution = {caution[0], caution[1], caution[2]};
+    head.m_printLength = caution[3];
+    return head;
+}
+
+// In plain order, so that the sums are the same everywhere.
+std::vector<float> RoomHead::Layer::apply(std::span<const float> values) const
+{
+    std::vector<float> result = bias;
+    for (std::size_t row = 0; row < result.size(); ++row) {
+        // Four sums that don't wait for one another.
+        std::array<float, 4> sums{};
+        const float *weight = weights.data() + row * inputs;
+        std::size_t i = 0;
+        for (; i + 4 <= inputs; i += 4) {
+            for (std::size_t lane = 0; lane < 4; ++lane) {
+                sums[lane] += weight[i + lane] * values[i + lane];
+            }
+        }
+        for (; i < inputs; ++i) {
+            sums[0] += weight[i] * values[i];
+        }
+        result[row] += (sums[0] + sums[1]) + (sums[2] + sums[3]);
+    }
+    return result;
+}
+
+std::optional<RoomHead::Reading> RoomHead::read(std::span<const float> features) const
+{
+    if (features.size() != m_mean.size() || !std::ranges::all_of(features, [](float f) { return std::isfinite(f); })) {
+        return std::nullopt;
+    }
+    std::vector<float> inputs;
+    inputs.reserve(features.size());
+    for (std::size_t i = 0; i < features.size(); ++i) {
+        // Square roots tame the features' long tails.
+        const float root = std::copysign(std::sqrt(std::abs(features[i])), features[i]);
+        inputs.push_back(std::clamp((root - m_mean[i]) / m_spread[i], -FarthestFeature, FarthestFeature));
+    }
+
+    auto hidden = m_hidden.apply(inputs);
+    for (float &value : hidden) {
+        value = std::max(0.0f, value);
+    }
+    const auto probabilities = softmax(m_out.apply(hidden));
+    const auto places = std::span(probabilities).first(m_identifiers.size());
+    const bool isSure = *std::ranges::max_element(places) >= m_caution.leastSure;
+
+    Reading reading;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const float showsSomething = 1.0f - probabilities.back();
+        const float evidence =
+            isSure ? places[i] : places[i] * m_caution.unsureShare + m_caution.unsureFloor * showsSomething;
+        reading.scenes.push_back({m_identifiers[i], evidence});
+        reading.trust.push_back(isSure ? places[i] : places[i] * m_caution.unsureShare);
+    }
+
+    auto print = m_print.apply(inputs);
+    double squares = 0.0;
+    for (const float value : print) {
+        squares += static_cast<double>(value) * value;
+    }
+    if (squares > 0.0) {
+        for (float &value : print) {
+            value *= static_cast<float>(m_printLength / std::sqrt(squares));
+        }
+        reading.print = std::make_shared<const FeaturePrint>(std::move(print));
+    }
+    return reading;
+}
+
+} // namespace larkspan

@@ -1,0 +1,49 @@
+"""What the program makes of the head's word: RoomHead, RoomEvidence and the bin rules, for the fitting of thresholds.
+The figures that count come from the program itself (bench/classify_photos)."""
+import numpy
+
+from room_data import BINS, EXCLUSIVE, NOTHING
+
+LEAST_EVIDENCE = 0.06
+LITTLE_TO_GO_ON = 0.18
+UNSURE_SHARE = 0.2
+UNSURE_FLOOR = 0.065
+
+# The detector's kinds that feed a bin, by their number; people are a matter of their own.
+OBJECTS = {57: "Living Room", 58: "Exterior Detail", 59: "Bedroom", 60: "Dining Room", 61: "Bathroom",
+           62: "Living Room", 63: "Office", 68: "Kitchen", 69: "Kitchen", 71: "Bathroom", 72: "Kitchen",
+           73: "Interior Detail", 75: "Interior Detail"}
+
+
+def evidence(probabilities, objects, least_sure):
+    """What each row says for each bin."""
+    places = probabilities[:, :NOTHING]
+    sure = places.max(axis=1, keepdims=True) >= least_sure
+    scenes = numpy.where(sure, places,
+                         places * UNSURE_SHARE + UNSURE_FLOOR * (1 - probabilities[:, NOTHING:]))
+    trust = numpy.where(sure, places, places * UNSURE_SHARE)
+    total = numpy.where(scenes >= LEAST_EVIDENCE, scenes, 0.0)
+    for kind, name in OBJECTS.items():
+        bin_index = BINS.index(name)
+        said = objects[:, kind] * trust[:, bin_index]
+        total[:, bin_index] += numpy.where(said >= LEAST_EVIDENCE, said, 0.0)
+    return total
+
+
+def file(probabilities, objects, least_sure):
+    """For each row the bin it is filed in (-1: none), its share of all evidence, and whether it goes to review."""
+    said = evidence(probabilities, objects, least_sure)
+    ranked = said.copy()
+    ranked[:, list(EXCLUSIVE)] = 0.0
+    best = ranked.argmax(axis=1)
+    share = ranked.max(axis=1) / numpy.maximum(said.sum(axis=1), 1e-4)
+    filed = numpy.where(ranked.max(axis=1) > 0, best, -1)
+    return filed, share, (filed < 0) | (share < LITTLE_TO_GO_ON)
+
+
+def least_sure_for(probabilities, objects, review_share):
+    """The highest threshold that sends no more than that share to review."""
+    for threshold in numpy.arange(0.95, 0.2, -0.01):
+        if file(probabilities, objects, threshold)[2].mean() <= review_share:
+            return round(float(threshold), 2)
+    return 0.2
