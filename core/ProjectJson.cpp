@@ -89,7 +89,7 @@ public:
 
     QJsonValue value(QLatin1StringView key, QJsonValue::Type type)
     {
-        const QJsonValue found = m_object.value(key);
+        QJsonValue found = m_object.value(key);
         m_isWhole &= found.type() == type;
         return found;
     }
@@ -126,7 +126,7 @@ public:
     std::vector<QString> strings(QLatin1StringView key)
     {
         std::vector<QString> texts;
-        for (const QJsonValue &text : array(key)) {
+        for (const QJsonValue text : array(key)) {
             m_isWhole &= text.isString();
             texts.push_back(text.toString());
         }
@@ -181,7 +181,7 @@ std::optional<std::vector<Record>> readList(const QJsonArray &array, Record (*re
 {
     std::vector<Record> list;
     list.reserve(static_cast<std::size_t>(array.size()));
-    for (const QJsonValue &value : array) {
+    for (const QJsonValue value : array) {
         Reader reader(value);
         list.push_back(read(reader));
         if (!reader.isWhole()) {

@@ -133,9 +133,9 @@ tl::expected<FileUrl, std::error_code> SortEngine::writeEventFile(const Export &
                            : work.options.writeNextToFootage ? work.folder
                                                              : documentsFolder().value_or(work.folder);
     // The name goes by its bytes: a folder whose name is no UTF-8 has its event under the same one.
-    const FileUrl event(folder.path() / (work.folder.lastPathBytes() + ".fcpxml"));
+    FileUrl event(folder.path() / (work.folder.lastPathBytes() + ".fcpxml"));
     const QString text = m_seams.eventText(work.clips, work.folder.lastPathComponent());
-    return writeFileAtomically(event.path(), text.toStdString()).map([&event] { return event; });
+    return writeFileAtomically(event.path(), text.toStdString()).map([&event] { return std::move(event); });
 }
 
 void SortEngine::writeEvent(const Export &work, const std::optional<FileUrl> &directory)

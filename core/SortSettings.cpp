@@ -110,7 +110,7 @@ void saveImportRoot(SettingsStore &store, const std::optional<FileUrl> &root)
 std::vector<Recent> loadRecents(const SettingsStore &store)
 {
     std::vector<Recent> recents;
-    for (const QJsonValue &value : QJsonDocument::fromJson(store.data(recentsKey).value_or(QByteArray())).array()) {
+    for (const QJsonValue value : QJsonDocument::fromJson(store.data(recentsKey).value_or(QByteArray())).array()) {
         auto recent = recentOf(value);
         if (!recent) {
             return {};
