@@ -10,6 +10,12 @@ FocusScope {
 
     focus: true
 
+    ExportTexts {
+        id: texts
+
+        engine: view.engine
+    }
+
     Column {
         anchors.centerIn: parent
         width: Math.min(parent.width - 68, 640)
@@ -59,7 +65,7 @@ FocusScope {
 
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
-            text: qsTr("Your footage was not moved or copied.")
+            text: texts.outcome
             font: LK.font(11)
             color: LK.palette.textTertiary
         }

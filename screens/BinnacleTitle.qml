@@ -14,11 +14,17 @@ Column {
             return qsTr("Sorting %1").arg(engine.folderName);
         case SortEngine.Results:
             return qsTr("%1 · %2 clips · %3 bins").arg(engine.folderName).arg(engine.clipCount).arg(engine.binCount);
+        case SortEngine.Organizing:
+            return texts.title;
         case SortEngine.Done:
             return qsTr("%1 · event created").arg(engine.folderName);
         default:
             return qsTr("Binnacle");
         }
+    }
+
+    readonly property ExportTexts texts: ExportTexts {
+        engine: title.engine
     }
 
     topPadding: 12

@@ -14,8 +14,9 @@ FocusScope {
     readonly property url stageView: {
         switch (engine.stage) {
         case SortEngine.Working:
-        case SortEngine.Organizing:
             return "BinnacleWorkingView.qml";
+        case SortEngine.Organizing:
+            return "BinnacleOrganizingView.qml";
         case SortEngine.Results:
             return "BinnacleResultsView.qml";
         case SortEngine.Done:

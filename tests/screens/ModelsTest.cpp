@@ -6,6 +6,7 @@
 #include "screens/BinListModel.h"
 #include "screens/ClipListModel.h"
 #include "screens/ClipThumbnails.h"
+#include "screens/ExportTexts.h"
 #include "tests/core/SortEngineFixture.h"
 
 using namespace larkspan;
@@ -52,6 +53,7 @@ protected:
 using BinListModelTest = ModelsTest;
 using ClipListModelTest = ModelsTest;
 using ClipThumbnailsTest = ModelsTest;
+using ExportTextsTest = ModelsTest;
 
 } // namespace
 
@@ -263,4 +265,24 @@ TEST_F(ClipThumbnailsTest, ForgetsThePicturesOfClipsThatAreGone)
     ASSERT_EQ(pictures.requestImage(path, nullptr, {8, 8}).pixelColor(4, 4), QColor(Qt::red));
     engine.reset();
     EXPECT_NE(pictures.requestImage(path, nullptr, {8, 8}).pixelColor(4, 4), QColor(Qt::red));
+}
+
+TEST_F(ExportTextsTest, SayWhatAnExportDoesWithTheFootageAndHaveNoSingular)
+{
+    makeClips({"kitchen 1"});
+    ExportTexts texts;
+    texts.setEngine(&engine);
+    sortShoot();
+    const QString name = shoot.lastPathComponent();
+    EXPECT_EQ(texts.outcome(), u"Your footage was not moved or copied."_s);
+    engine.setOptions({.fileHandling = FileHandling::copy});
+    EXPECT_EQ(texts.title(), u"Copying "_s + name + u" into folders"_s);
+    EXPECT_EQ(texts.progress(), u"Copying "_s + name);
+    EXPECT_EQ(texts.promise(), u"Originals are left exactly where they are."_s);
+    EXPECT_EQ(texts.outcome(), u"Copied 1 clips into 1 folders. Your originals are untouched."_s);
+    engine.setOptions({.fileHandling = FileHandling::move});
+    EXPECT_EQ(texts.title(), u"Moving "_s + name + u" into folders"_s);
+    EXPECT_EQ(texts.progress(), u"Moving "_s + name);
+    EXPECT_EQ(texts.promise(), u"Originals are only deleted once every copy verifies clean."_s);
+    EXPECT_EQ(texts.outcome(), u"Moved 1 clips into 1 folders."_s);
 }

@@ -1,0 +1,38 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// Files being copied or moved into a folder for each bin. There is no way to cancel it half done.
+FocusScope {
+    id: view
+
+    required property SortEngine engine
+
+    focus: true
+
+    ExportTexts {
+        id: texts
+
+        engine: view.engine
+    }
+
+    Column {
+        anchors.centerIn: parent
+        spacing: 13
+
+        LKProgressBar {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 340
+            label: texts.progress
+            done: view.engine.done
+            total: view.engine.total
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: texts.promise
+            font: LK.font(11)
+            color: LK.palette.textTertiary
+        }
+    }
+}
