@@ -20,9 +20,15 @@ function(larkspan_qml_module name uri)
   # The generated registration includes headers by their bare names.
   target_include_directories(larkspan_${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
   string(REPLACE "." "/" folder ${uri})
+  # Compiled QML is for the program that ships; a debug build has no use for the minutes that it takes.
+  set(cache "")
+  if(NOT CMAKE_BUILD_TYPE STREQUAL "Release")
+    set(cache NO_CACHEGEN)
+  endif()
   qt_add_qml_module(larkspan_${name}
     URI ${uri}
     VERSION 1.0
+    ${cache}
     RESOURCE_PREFIX /qt/qml
     OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/qml/${folder}"
     IMPORT_PATH "${PROJECT_BINARY_DIR}/qml"
