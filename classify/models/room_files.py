@@ -68,7 +68,7 @@ def confusion_picture(path, bins, filed):
     image.save(path, optimize=True)
 
 
-def write_tables(path, temperature, least_sure, sites, table, held_out, prints):
+def write_tables(path, temperature, least_sure, trade_off, sites, table, held_out, prints):
     """Puts the figures where the card keeps them; the words around them are written by hand."""
     begin, end = "<!-- measured: written by train_rooms.py -->\n", "<!-- end of measured -->"
     before, _, rest = path.read_text("utf-8").partition(begin)
@@ -78,6 +78,10 @@ def write_tables(path, temperature, least_sure, sites, table, held_out, prints):
 Each photo of a site judged by a head that never saw the site: {sites}.
 
 {table}
+
+What another threshold would send to review there (aerial and agent clips left out):
+
+{trade_off}
 
 The head that ships, on what it was neither trained nor calibrated on:
 

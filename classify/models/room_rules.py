@@ -41,9 +41,10 @@ def file(probabilities, objects, least_sure):
     return filed, share, (filed < 0) | (share < LITTLE_TO_GO_ON)
 
 
-def least_sure_for(probabilities, objects, review_share):
-    """The highest threshold that sends no more than that share to review."""
-    for threshold in numpy.arange(0.95, 0.2, -0.01):
-        if file(probabilities, objects, threshold)[2].mean() <= review_share:
-            return round(float(threshold), 2)
-    return 0.2
+def trade_off(probabilities, objects, bins):
+    """Markdown: for several thresholds what goes to review, and how much of the rest is right."""
+    lines = ["| sure from | to review | of the rest right |", "|---|---|---|"]
+    for threshold in (0.4, 0.5, 0.6, 0.65, 0.7, 0.75, 0.8, 0.85, 0.9):
+        filed, _, review = file(probabilities, objects, threshold)
+        lines.append(f"| {threshold:.2f} | {review.mean():.0%} | {(filed == bins)[~review].mean():.0%} |")
+    return "\n".join(lines)
