@@ -1,6 +1,7 @@
 #include "classify/RoomHead.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -16,13 +17,13 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "the head's file is read as it lies");
 
-constexpr std::string_view Magic = "LKROOMS\n";
-constexpr std::uint32_t Version = 1;
-constexpr std::size_t ChecksumLength = 32; // SHA-256 of all before it
+constexpr std::string_view magic = "LKROOMS\n";
+constexpr std::uint32_t knownVersion = 1;
+constexpr std::size_t checksumLength = 32; // SHA-256 of all before it
 // Features are clipped to so many spreads; what lies beyond says no more.
-constexpr float FarthestFeature = 5.0f;
+constexpr float farthestFeature = 5.0f;
 // More than any head of ours has; a size beyond it is a damaged file's.
-constexpr std::uint32_t MostUnits = 1u << 14;
+constexpr std::uint32_t mostUnits = 1u << 14;
 
 tl::unexpected<ModelError> failure(ModelError::Reason reason, const std::filesystem::path &file, std::string detail)
 {
@@ -68,7 +69,7 @@ public:
     std::uint32_t size()
     {
         const auto value = numbers<std::uint32_t>(1);
-        m_sound = m_sound && !value.empty() && value.front() > 0 && value.front() <= MostUnits;
+        m_sound = m_sound && !value.empty() && value.front() > 0 && value.front() <= mostUnits;
         return m_sound ? value.front() : 0;
     }
 
@@ -112,27 +113,27 @@ tl::expected<RoomHead, ModelError> RoomHead::load(const std::filesystem::path &f
         return failure(Reason::Missing, file, "there is no such file, or it can't be read");
     }
     const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
-    if (bytes.size() < Magic.size() + sizeof(Version) + ChecksumLength) {
+    if (bytes.size() < magic.size() + sizeof(knownVersion) + checksumLength) {
         return failure(Reason::Broken, file, "it is too short");
     }
-    if (std::string_view(bytes.data(), Magic.size()) != Magic) {
+    if (std::string_view(bytes.data(), magic.size()) != magic) {
         return failure(Reason::Broken, file, "it is no head for rooms");
     }
     // The version goes first: another one may be laid out, and summed, in another way.
     std::uint32_t version = 0;
-    std::memcpy(&version, bytes.data() + Magic.size(), sizeof(version));
-    if (version != Version) {
+    std::memcpy(&version, bytes.data() + magic.size(), sizeof(version));
+    if (version != knownVersion) {
         return failure(Reason::OtherModel, file,
-                       "it is of version " + std::to_string(version) + ", not " + std::to_string(Version));
+                       "it is of version " + std::to_string(version) + ", not " + std::to_string(knownVersion));
     }
-    const auto content = std::span(bytes).first(bytes.size() - ChecksumLength);
+    const auto content = std::span(bytes).first(bytes.size() - checksumLength);
     const auto sum = QCryptographicHash::hash(QByteArrayView(content.data(), static_cast<qsizetype>(content.size())),
                                               QCryptographicHash::Sha256);
-    if (!std::ranges::equal(sum, std::span(bytes).last(ChecksumLength))) {
+    if (!std::ranges::equal(sum, std::span(bytes).last(checksumLength))) {
         return failure(Reason::Broken, file, "its checksum is wrong: it is damaged or cut off");
     }
 
-    File data(content.subspan(Magic.size() + sizeof(Version)));
+    File data(content.subspan(magic.size() + sizeof(knownVersion)));
     RoomHead head;
     const auto inputs = data.size();
     const auto hidden = data.size();
@@ -186,7 +187,7 @@ std::optional<RoomHead::Reading> RoomHead::read(std::span<const float> features)
     for (std::size_t i = 0; i < features.size(); ++i) {
         // Square roots tame the features' long tails.
         const float root = std::copysign(std::sqrt(std::abs(features[i])), features[i]);
-        inputs.push_back(std::clamp((root - m_mean[i]) / m_spread[i], -FarthestFeature, FarthestFeature));
+        inputs.push_back(std::clamp((root - m_mean[i]) / m_spread[i], -farthestFeature, farthestFeature));
     }
 
     auto hidden = m_hidden.apply(inputs);

@@ -13,8 +13,8 @@ namespace larkspan {
 
 namespace {
 
-constexpr int LongSide = 448; // pixels, as the sampler hands frames on
-constexpr int PlainShootViews = 2;
+constexpr int longSide = 448; // pixels, as the sampler hands frames on
+constexpr int plainShootViews = 2;
 
 // The standard's distributions differ between libraries; these don't.
 class Chance
@@ -22,7 +22,10 @@ class Chance
 public:
     explicit Chance(std::uint32_t seed) : m_engine(seed) {}
 
-    double between(double low, double high) { return low + (high - low) * (m_engine() / 4294967296.0); }
+    double between(double low, double high)
+    {
+        return low + (high - low) * (static_cast<double>(m_engine()) / 4294967296.0);
+    }
     int below(int count) { return std::min(count - 1, static_cast<int>(between(0.0, count))); }
     bool happens(double share) { return between(0.0, 1.0) < share; }
 
@@ -32,8 +35,8 @@ private:
 
 QSize frameSize(double aspect)
 {
-    return aspect >= 1.0 ? QSize(LongSide, std::max(1, static_cast<int>(std::lround(LongSide / aspect))))
-                         : QSize(std::max(1, static_cast<int>(std::lround(LongSide * aspect))), LongSide);
+    return aspect >= 1.0 ? QSize(longSide, std::max(1, static_cast<int>(std::lround(longSide / aspect))))
+                         : QSize(std::max(1, static_cast<int>(std::lround(longSide * aspect))), longSide);
 }
 
 double framingAspect(const QImage &photo, Chance &chance)
@@ -182,7 +185,7 @@ QImage viewOfPhoto(const QImage &photo, std::uint32_t seed, int number)
     }
     Chance chance(seed * 1000003u + static_cast<std::uint32_t>(number));
     const QPointF place(chance.between(0.0, 1.0), chance.between(0.0, 1.0));
-    if (number <= PlainShootViews) {
+    if (number <= plainShootViews) {
         auto frame = framed(photo, 16.0 / 9.0, chance.between(1.0, 1.18), 0.0, place);
         const double gain = std::exp2(chance.between(-0.15, 0.15));
         relight(frame, {gain, gain, gain}, 1.0);

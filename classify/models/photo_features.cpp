@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cmath>
 #include <iostream>
+#include <span>
 #include <thread>
 
 #include <QtCore/QFile>
@@ -23,8 +24,8 @@ struct View
 };
 
 using Record = std::vector<float>;
-constexpr std::size_t RecordLength = ObjectDetector::FeatureCount + ObjectDetector::KindCount;
-constexpr std::size_t BatchLength = 256;
+constexpr std::size_t recordLength = ObjectDetector::FeatureCount + ObjectDetector::KindCount;
+constexpr std::size_t batchLength = 256;
 
 // FNV-1a: chance must depend on the path alone.
 std::uint32_t seedOf(const std::string &path)
@@ -65,10 +66,10 @@ Record look(const ObjectDetector &detector, const std::vector<QString> &kinds, c
     const auto frame = frameOf(view);
     const auto seen = frame.isNull() ? std::nullopt : detector.detect(frame);
     if (!seen) {
-        return Record(RecordLength, NAN);
+        return Record(recordLength, NAN);
     }
     Record record = seen->features;
-    record.resize(RecordLength, 0.0f);
+    record.resize(recordLength, 0.0f);
     for (const auto &observation : ObjectEvidence::observations(seen->objects)) {
         const auto kind = std::ranges::find(kinds, observation.identifier) - kinds.begin();
         record[ObjectDetector::FeatureCount + static_cast<std::size_t>(kind)] = observation.confidence;
@@ -96,8 +97,8 @@ int main(int argc, char **argv)
     }
     const auto views = readList(std::cin);
     const auto kinds = ObjectEvidence::identifiers();
-    for (std::size_t first = 0; first < views.size(); first += BatchLength) {
-        std::vector<Record> batch(std::min(BatchLength, views.size() - first));
+    for (std::size_t first = 0; first < views.size(); first += batchLength) {
+        std::vector<Record> batch(std::min(batchLength, views.size() - first));
         std::atomic<std::size_t> next = 0;
         {
             std::vector<std::jthread> workers;
@@ -110,7 +111,7 @@ int main(int argc, char **argv)
             }
         }
         for (const auto &record : batch) {
-            const auto bytes = static_cast<qint64>(record.size() * sizeof(float));
+            const auto bytes = static_cast<qint64>(std::span(record).size_bytes());
             if (out.write(reinterpret_cast<const char *>(record.data()), bytes) != bytes) {
                 std::cerr << "photo_features: can't write " << argv[1] << '\n';
                 return 1;
