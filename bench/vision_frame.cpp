@@ -98,7 +98,7 @@ int main(int argc, char **argv)
     const auto &nets = **models;
     const ModelRequests requests(*models);
     const QRectF whole(0, 0, 1, 1);
-    const std::vector<float> features(ObjectDetector::FeatureCount, 1.0f);
+    const std::vector<float> features(ObjectDetector::featureCount, 1.0f);
     const QJsonObject each{
         {QStringLiteral("objects"), timesOf(rounds, [&] { return nets.objects().detect(frame).has_value(); })},
         {QStringLiteral("pose"), timesOf(rounds, [&] { return nets.pose().read(frame, whole).has_value(); })},

@@ -10,15 +10,15 @@ namespace larkspan {
 
 namespace {
 
-constexpr int LongSide = 448; // pixels
-constexpr int ValuesPerAnchor = 16;
-constexpr double SameFace = 0.3;
+constexpr int longSide = 448; // pixels
+constexpr int valuesPerAnchor = 16;
+constexpr double sameFace = 0.3;
 
-constexpr std::array Outputs{
+constexpr std::array outputNames{
     InferenceSession::Expected{"scores16", 2},
-    InferenceSession::Expected{"boxes16", 2 * ValuesPerAnchor},
+    InferenceSession::Expected{"boxes16", 2 * valuesPerAnchor},
     InferenceSession::Expected{"scores32", 6},
-    InferenceSession::Expected{"boxes32", 6 * ValuesPerAnchor},
+    InferenceSession::Expected{"boxes32", 6 * valuesPerAnchor},
 };
 
 // The faces of one grid of anchors.
@@ -29,16 +29,18 @@ void collect(const ModelOutput &scores, const ModelOutput &boxes, int cellPixels
         const auto logits = scores.plane(anchor);
         for (int row = 0; row < scores.rows; ++row) {
             for (int column = 0; column < scores.columns; ++column) {
-                const auto cell = static_cast<std::size_t>(row * scores.columns + column);
+                const auto cell = static_cast<std::size_t>(row) * scores.columns + column;
                 const float confidence = probabilityOf(logits[cell]);
                 if (confidence < minConfidence) {
                     continue;
                 }
-                const auto value = [&](int i) { return boxes.plane(anchor * ValuesPerAnchor + i)[cell]; };
+                const auto value = [&](int i) { return boxes.plane(anchor * valuesPerAnchor + i)[cell]; };
                 const double x = (column + 0.5) * cellPixels + value(0);
                 const double y = (row + 0.5) * cellPixels + value(1);
-                const QRectF box((x - value(2) / 2.0) / size.width(), (y - value(3) / 2.0) / size.height(),
-                                 value(2) / size.width(), value(3) / size.height());
+                const double width = value(2);
+                const double height = value(3);
+                const QRectF box((x - width / 2.0) / size.width(), (y - height / 2.0) / size.height(),
+                                 width / size.width(), height / size.height());
                 if (const auto clipped = box & QRectF(0, 0, 1, 1); !clipped.isEmpty()) {
                     faces.push_back({confidence, clipped});
                 }
@@ -51,14 +53,14 @@ void collect(const ModelOutput &scores, const ModelOutput &boxes, int cellPixels
 
 tl::expected<FaceDetector, ModelError> FaceDetector::load(const std::filesystem::path &file)
 {
-    return InferenceSession::load(file, Outputs).map([](InferenceSession &&session) {
+    return InferenceSession::load(file, outputNames).map([](InferenceSession &&session) {
         return FaceDetector(std::move(session));
     });
 }
 
 std::optional<std::vector<DetectedFace>> FaceDetector::detect(const QImage &image, float minConfidence) const
 {
-    const auto size = networkSize(image.size(), LongSide);
+    const auto size = networkSize(image.size(), longSide);
     const auto outputs = m_session.run(PictureTensor(image, size, PictureTensor::Range::PlusMinus));
     if (!outputs) {
         return std::nullopt;
@@ -70,7 +72,7 @@ std::optional<std::vector<DetectedFace>> FaceDetector::detect(const QImage &imag
 
     std::vector<DetectedFace> faces;
     for (const auto &candidate : candidates) {
-        const auto same = [&](const DetectedFace &face) { return overlapOf(face.box, candidate.box) > SameFace; };
+        const auto same = [&](const DetectedFace &face) { return overlapOf(face.box, candidate.box) > sameFace; };
         if (std::ranges::none_of(faces, same)) {
             faces.push_back(candidate);
         }

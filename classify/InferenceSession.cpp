@@ -12,7 +12,7 @@ namespace larkspan {
 
 namespace {
 
-constexpr const char *InputName = "image";
+constexpr const char *inputName = "image";
 
 // The engine wants one environment for the process.
 Ort::Env &environment()
@@ -51,7 +51,7 @@ std::string mismatch(const Ort::Session &session, std::span<const InferenceSessi
 {
     const Ort::AllocatorWithDefaultOptions allocator;
     if (session.GetInputCount() != 1 ||
-        session.GetInputNameAllocated(0, allocator).get() != std::string_view(InputName)) {
+        session.GetInputNameAllocated(0, allocator).get() != std::string_view(inputName)) {
         return "it does not take one picture";
     }
     for (const auto &expected : outputs) {
@@ -89,7 +89,7 @@ ModelOutput copyOut(const Ort::Value &value)
     }
     const auto count = static_cast<std::size_t>(output.channels) * static_cast<std::size_t>(output.rows) *
                        static_cast<std::size_t>(output.columns);
-    const float *data = value.GetTensorData<float>();
+    const auto *data = value.GetTensorData<float>();
     output.values.assign(data, data + count);
     return output;
 }
@@ -144,7 +144,7 @@ std::optional<std::vector<ModelOutput>> InferenceSession::run(const PictureTenso
         const auto input =
             Ort::Value::CreateTensor<float>(memory, values, picture.values().size(), shape.data(), shape.size());
         const auto results =
-            m_engine->session.Run(Ort::RunOptions{nullptr}, &InputName, &input, 1, names.data(), names.size());
+            m_engine->session.Run(Ort::RunOptions{nullptr}, &inputName, &input, 1, names.data(), names.size());
         std::vector<ModelOutput> outputs;
         outputs.reserve(results.size());
         for (const auto &result : results) {

@@ -13,15 +13,15 @@ namespace {
 // From here on a person is possible. On 86 photos of people every one reached it, while of 2,800 photos of rooms one
 // in twenty did; looking for joints and faces in all of them finds no further people, but bodies in armchairs
 // and faces in door handles.
-constexpr float PossiblePerson = 0.2f;
+constexpr float possiblePerson = 0.2f;
 // The surest of a crowd are enough to confirm that there are people.
-constexpr std::size_t MostPosesRead = 2;
+constexpr std::size_t mostPosesRead = 2;
 // How much further than the person's box the pose detector looks, as it was trained to see the whole body with room
 // around it.
-constexpr double PoseMargin = 0.1;
-constexpr float MinFaceConfidence = 0.75f;
+constexpr double poseMargin = 0.1;
+constexpr float minFaceConfidence = 0.75f;
 // A frame that is narrower than this share of its length is a strip of a picture, and shows no place.
-constexpr double NarrowestShape = 1.0 / 8.0;
+constexpr double narrowestShape = 1.0 / 8.0;
 
 template <typename Work>
 auto timed(VisionTimings *timings, VisionTimings::Sum VisionTimings::*sum, Work work)
@@ -41,7 +41,7 @@ std::vector<HumanObservation> humansAmong(std::span<const DetectedObject> object
 {
     std::vector<HumanObservation> humans;
     for (const auto &object : objects) {
-        if (object.kind == ObjectEvidence::PersonKind) {
+        if (object.kind == ObjectEvidence::personKind) {
             humans.push_back({object.box, object.confidence});
         }
     }
@@ -50,12 +50,12 @@ std::vector<HumanObservation> humansAmong(std::span<const DetectedObject> object
 
 bool isStrip(const QImage &frame)
 {
-    return std::min(frame.width(), frame.height()) < NarrowestShape * std::max(frame.width(), frame.height());
+    return std::min(frame.width(), frame.height()) < narrowestShape * std::max(frame.width(), frame.height());
 }
 
 bool isPossible(const HumanObservation &human)
 {
-    return human.confidence >= PossiblePerson;
+    return human.confidence >= possiblePerson;
 }
 
 } // namespace
@@ -102,12 +102,12 @@ std::vector<QString> ModelRequests::supportedIdentifiers() const
 std::optional<int> ModelRequests::countPoses(const QImage &frame, std::span<const HumanObservation> humans) const
 {
     int count = 0;
-    for (const auto &human : humans.first(std::min(humans.size(), MostPosesRead))) {
+    for (const auto &human : humans.first(std::min(humans.size(), mostPosesRead))) {
         if (!isPossible(human)) {
             break;
         }
-        const double right = human.boundingBox.width() * PoseMargin;
-        const double down = human.boundingBox.height() * PoseMargin;
+        const double right = human.boundingBox.width() * poseMargin;
+        const double down = human.boundingBox.height() * poseMargin;
         const auto part = human.boundingBox.adjusted(-right, -down, right, down);
         const auto pose = timed(m_timings, &VisionTimings::pose, [&] { return m_models->pose().read(frame, part); });
         if (!pose) {
@@ -124,7 +124,7 @@ std::optional<int> ModelRequests::countFaces(const QImage &frame, std::span<cons
         return 0;
     }
     const auto faces =
-        timed(m_timings, &VisionTimings::face, [&] { return m_models->face().detect(frame, MinFaceConfidence); });
+        timed(m_timings, &VisionTimings::face, [&] { return m_models->face().detect(frame, minFaceConfidence); });
     return faces ? std::optional(static_cast<int>(faces->size())) : std::nullopt;
 }
 

@@ -11,15 +11,15 @@ namespace larkspan {
 
 namespace {
 
-constexpr int CellPixels = 4;
-constexpr int LongSide = 448; // pixels
+constexpr int cellPixels = 4;
+constexpr int longSide = 448; // pixels
 // Two boxes of one kind that share more than this are one object.
-constexpr double SameObject = 0.5;
+constexpr double sameObject = 0.5;
 
-constexpr std::array Outputs{
-    InferenceSession::Expected{"heat", ObjectDetector::KindCount},
+constexpr std::array outputNames{
+    InferenceSession::Expected{"heat", ObjectDetector::kindCount},
     InferenceSession::Expected{"reach", 4},
-    InferenceSession::Expected{"features", ObjectDetector::FeatureCount},
+    InferenceSession::Expected{"features", ObjectDetector::featureCount},
 };
 
 float logitOf(float probability)
@@ -30,11 +30,11 @@ float logitOf(float probability)
 // Whether no neighbour is higher; of equal neighbours the first counts.
 bool isPeak(std::span<const float> map, int rows, int columns, int row, int column)
 {
-    const float value = map[static_cast<std::size_t>(row * columns + column)];
+    const float value = map[static_cast<std::size_t>(row) * columns + column];
     for (int y = std::max(0, row - 1); y <= std::min(rows - 1, row + 1); ++y) {
         for (int x = std::max(0, column - 1); x <= std::min(columns - 1, column + 1); ++x) {
             const bool earlier = y < row || (y == row && x < column);
-            const float other = map[static_cast<std::size_t>(y * columns + x)];
+            const float other = map[static_cast<std::size_t>(y) * columns + x];
             if (other > value || (earlier && other == value)) {
                 return false;
             }
@@ -46,7 +46,7 @@ bool isPeak(std::span<const float> map, int rows, int columns, int row, int colu
 void addUnlessKnown(std::vector<DetectedObject> &objects, std::size_t firstOfKind, const DetectedObject &object)
 {
     const bool known = std::any_of(objects.begin() + static_cast<std::ptrdiff_t>(firstOfKind), objects.end(),
-                                   [&](const auto &other) { return overlapOf(other.box, object.box) > SameObject; });
+                                   [&](const auto &other) { return overlapOf(other.box, object.box) > sameObject; });
     if (!known) {
         objects.push_back(object);
     }
@@ -56,14 +56,14 @@ void addUnlessKnown(std::vector<DetectedObject> &objects, std::size_t firstOfKin
 
 tl::expected<ObjectDetector, ModelError> ObjectDetector::load(const std::filesystem::path &file)
 {
-    return InferenceSession::load(file, Outputs).map([](InferenceSession &&session) {
+    return InferenceSession::load(file, outputNames).map([](InferenceSession &&session) {
         return ObjectDetector(std::move(session));
     });
 }
 
 std::optional<ObjectDetector::Result> ObjectDetector::detect(const QImage &image) const
 {
-    const auto size = networkSize(image.size(), LongSide);
+    const auto size = networkSize(image.size(), longSide);
     auto outputs = m_session.run(PictureTensor(image, size, PictureTensor::Range::Bytes));
     if (!outputs) {
         return std::nullopt;
@@ -73,22 +73,22 @@ std::optional<ObjectDetector::Result> ObjectDetector::detect(const QImage &image
     Result result;
     result.features = std::move((*outputs)[2].values);
 
-    const auto highest = std::span(result.features).last(KindCount);
-    const float lowest = logitOf(MinConfidence);
-    for (int kind = 0; kind < KindCount; ++kind) {
-        if (highest[static_cast<std::size_t>(kind)] < MinConfidence) {
+    const auto highest = std::span(result.features).last(kindCount);
+    const float lowest = logitOf(minConfidence);
+    for (int kind = 0; kind < kindCount; ++kind) {
+        if (highest[static_cast<std::size_t>(kind)] < minConfidence) {
             continue;
         }
         const auto map = heat.plane(kind);
         std::vector<DetectedObject> found;
         for (int row = 0; row < heat.rows; ++row) {
             for (int column = 0; column < heat.columns; ++column) {
-                const auto cell = static_cast<std::size_t>(row * heat.columns + column);
+                const auto cell = static_cast<std::size_t>(row) * heat.columns + column;
                 if (map[cell] < lowest || !isPeak(map, heat.rows, heat.columns, row, column)) {
                     continue;
                 }
-                const double x = column * CellPixels;
-                const double y = row * CellPixels;
+                const double x = column * cellPixels;
+                const double y = row * cellPixels;
                 const QPointF topLeft((x - reach.plane(0)[cell]) / size.width(),
                                       (y - reach.plane(1)[cell]) / size.height());
                 const QPointF bottomRight((x + reach.plane(2)[cell]) / size.width(),

@@ -21,10 +21,10 @@ struct DetectedObject
 class ObjectDetector
 {
 public:
-    static constexpr int KindCount = 80;
-    static constexpr int FeatureCount = 1216;
+    static constexpr int kindCount = 80;
+    static constexpr int featureCount = 1216;
     // Objects below this confidence are not looked for.
-    static constexpr float MinConfidence = 0.1f;
+    static constexpr float minConfidence = 0.1f;
 
     struct Result
     {

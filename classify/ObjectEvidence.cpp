@@ -9,7 +9,7 @@ namespace larkspan::ObjectEvidence {
 namespace {
 
 // The detector's kinds in its order, under the names of the taxonomy where the two differ.
-constexpr std::array<std::string_view, ObjectDetector::KindCount> Names{
+constexpr std::array<std::string_view, ObjectDetector::kindCount> names{
     "person",        "bicycle",    "car",           "motorcycle",    "airplane",     "bus",
     "train",         "truck",      "boat",          "traffic_light", "fire_hydrant", "stop_sign",
     "parking_meter", "bench",      "bird",          "cat",           "dog",          "horse",
@@ -28,13 +28,13 @@ constexpr std::array<std::string_view, ObjectDetector::KindCount> Names{
 
 constexpr std::size_t kindOf(std::string_view name)
 {
-    return static_cast<std::size_t>(std::ranges::find(Names, name) - Names.begin());
+    return static_cast<std::size_t>(std::ranges::find(names, name) - names.begin());
 }
 
-using Loudness = std::array<float, ObjectDetector::KindCount>;
+using Loudness = std::array<float, ObjectDetector::kindCount>;
 
 // An object of this share of the frame or more counts in full.
-constexpr double FullArea = 0.1;
+constexpr double fullArea = 0.1;
 
 struct Dominant
 {
@@ -42,7 +42,7 @@ struct Dominant
     double area; // share of the frame from which on the object is what the frame shows
 };
 
-constexpr std::array DominantOnly{
+constexpr std::array dominantOnly{
     Dominant{kindOf("plant"), 0.25},
     Dominant{kindOf("book"), 0.12},
     Dominant{kindOf("vase"), 0.12},
@@ -57,7 +57,7 @@ struct Companion
 };
 
 // Fitted on photos of the five common rooms; each strength gave the most rooms read right.
-constexpr std::array Companions{
+constexpr std::array companions{
     Companion{kindOf("sink"), kindOf("oven"), 2.0f},
     Companion{kindOf("sink"), kindOf("refrigerator"), 2.0f},
     Companion{kindOf("sink"), kindOf("microwave"), 2.0f},
@@ -71,7 +71,7 @@ constexpr std::array Companions{
 
 bool isTooSmallToMatter(std::size_t kind, double area)
 {
-    return std::ranges::any_of(DominantOnly,
+    return std::ranges::any_of(dominantOnly,
                                [&](const Dominant &rule) { return rule.kind == kind && area < rule.area; });
 }
 
@@ -82,7 +82,7 @@ Loudness loudest(std::span<const DetectedObject> objects)
         const auto kind = static_cast<std::size_t>(object.kind);
         const double area = object.box.width() * object.box.height();
         if (kind < result.size() && !isTooSmallToMatter(kind, area)) {
-            const double weight = std::min(1.0, 0.5 + 0.5 * area / FullArea);
+            const double weight = std::min(1.0, 0.5 + 0.5 * area / fullArea);
             result[kind] = std::max(result[kind], static_cast<float>(object.confidence * weight));
         }
     }
@@ -94,16 +94,16 @@ Loudness loudest(std::span<const DetectedObject> objects)
 std::vector<ClassificationObservation> observations(std::span<const DetectedObject> objects)
 {
     const auto alone = loudest(objects);
-    std::array<float, ObjectDetector::KindCount> kept;
+    std::array<float, ObjectDetector::kindCount> kept;
     kept.fill(1.0f);
-    for (const auto &rule : Companions) {
+    for (const auto &rule : companions) {
         kept[rule.kind] = std::min(kept[rule.kind], std::max(0.0f, 1.0f - rule.loss * alone[rule.beside]));
     }
     std::vector<ClassificationObservation> result;
-    for (std::size_t kind = 0; kind < Names.size(); ++kind) {
+    for (std::size_t kind = 0; kind < names.size(); ++kind) {
         if (const float confidence = alone[kind] * kept[kind]; confidence > 0.0f) {
             result.push_back(
-                {QString::fromLatin1(Names[kind].data(), static_cast<qsizetype>(Names[kind].size())), confidence});
+                {QString::fromLatin1(names[kind].data(), static_cast<qsizetype>(names[kind].size())), confidence});
         }
     }
     return result;
@@ -112,7 +112,8 @@ std::vector<ClassificationObservation> observations(std::span<const DetectedObje
 std::vector<QString> identifiers()
 {
     std::vector<QString> result;
-    for (const auto name : Names) {
+    result.reserve(names.size());
+    for (const auto name : names) {
         result.push_back(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
     }
     return result;

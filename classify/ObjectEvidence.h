@@ -5,13 +5,11 @@
 #include "classify/ObjectDetector.h"
 #include "classify/VisionRequests.h"
 
-namespace larkspan {
-
 // What the detector's kinds of objects are called in the taxonomy of the bin table, and what each is evidence of.
-namespace ObjectEvidence {
+namespace larkspan::ObjectEvidence {
 
 // The detector's number for a person.
-inline constexpr int PersonKind = 0;
+inline constexpr int personKind = 0;
 
 // One observation per identifier, its confidence that of the object that speaks loudest for it:
 // - an object that is small in the frame counts less, down to half;
@@ -22,6 +20,4 @@ inline constexpr int PersonKind = 0;
 // Every identifier that an observation can carry, in the order of the detector's kinds.
 [[nodiscard]] std::vector<QString> identifiers();
 
-} // namespace ObjectEvidence
-
-} // namespace larkspan
+} // namespace larkspan::ObjectEvidence

@@ -42,10 +42,10 @@ PictureTensor::PictureTensor(QSize size, std::vector<float> values) : m_size(siz
 
 QSize networkSize(QSize image, int longSide)
 {
-    constexpr int Step = 32;
+    constexpr int step = 32;
     const double longest = std::max({1, image.width(), image.height()});
     const auto side = [&](int length) {
-        return std::max(1, static_cast<int>(std::lround(length * longSide / longest / Step))) * Step;
+        return std::max(1, static_cast<int>(std::lround(length * longSide / longest / step))) * step;
     };
     return {side(image.width()), side(image.height())};
 }

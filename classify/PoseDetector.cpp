@@ -11,16 +11,16 @@ namespace larkspan {
 
 namespace {
 
-constexpr int PictureSide = 192;
-constexpr int CellPixels = 4;
+constexpr int pictureSide = 192;
+constexpr int cellPixels = 4;
 // How fast far cells lose against near ones: a value counts for its share of (distance + NearCells).
-constexpr float NearCells = 1.8f;
+constexpr float nearCells = 1.8f;
 
-constexpr std::array Outputs{
+constexpr std::array outputNames{
     InferenceSession::Expected{"center", 1},
-    InferenceSession::Expected{"joints", BodyPose::JointCount},
-    InferenceSession::Expected{"regress", 2 * BodyPose::JointCount},
-    InferenceSession::Expected{"offset", 2 * BodyPose::JointCount},
+    InferenceSession::Expected{"joints", BodyPose::jointCount},
+    InferenceSession::Expected{"regress", 2 * BodyPose::jointCount},
+    InferenceSession::Expected{"offset", 2 * BodyPose::jointCount},
 };
 
 struct Cell
@@ -39,7 +39,7 @@ Cell bestNear(std::span<const float> logits, int rows, int columns, float row, f
     for (int y = 0; y < rows; ++y) {
         for (int x = 0; x < columns; ++x, ++index) {
             const float distance = std::hypot(static_cast<float>(y) - row, static_cast<float>(x) - column);
-            const float value = probabilityOf(logits[index]) / (distance + NearCells);
+            const float value = probabilityOf(logits[index]) / (distance + nearCells);
             if (value > highest) {
                 highest = value;
                 best = {static_cast<float>(y), static_cast<float>(x), index};
@@ -63,7 +63,7 @@ QRect squareAround(const QRectF &part, QSize image)
 
 tl::expected<PoseDetector, ModelError> PoseDetector::load(const std::filesystem::path &file)
 {
-    return InferenceSession::load(file, Outputs).map([](InferenceSession &&session) {
+    return InferenceSession::load(file, outputNames).map([](InferenceSession &&session) {
         return PoseDetector(std::move(session));
     });
 }
@@ -71,7 +71,7 @@ tl::expected<PoseDetector, ModelError> PoseDetector::load(const std::filesystem:
 std::optional<BodyPose> PoseDetector::read(const QImage &image, const QRectF &part) const
 {
     const auto square = squareAround(part, image.size());
-    const PictureTensor picture(image, square, {PictureSide, PictureSide}, PictureTensor::Range::Bytes);
+    const PictureTensor picture(image, square, {pictureSide, pictureSide}, PictureTensor::Range::Bytes);
     const auto outputs = m_session.run(picture);
     if (!outputs) {
         return std::nullopt;
@@ -79,17 +79,17 @@ std::optional<BodyPose> PoseDetector::read(const QImage &image, const QRectF &pa
     const auto &[center, joints, regress, offset] =
         std::tie((*outputs)[0], (*outputs)[1], (*outputs)[2], (*outputs)[3]);
 
-    const auto middle =
-        bestNear(center.plane(0), center.rows, center.columns, center.rows / 2.0f, center.columns / 2.0f);
+    const auto middle = bestNear(center.plane(0), center.rows, center.columns, static_cast<float>(center.rows) / 2.0f,
+                                 static_cast<float>(center.columns) / 2.0f);
     BodyPose pose;
-    for (int joint = 0; joint < BodyPose::JointCount; ++joint) {
+    for (int joint = 0; joint < BodyPose::jointCount; ++joint) {
         const float row = middle.row + regress.plane(2 * joint)[middle.index];
         const float column = middle.column + regress.plane(2 * joint + 1)[middle.index];
         const auto cell = bestNear(joints.plane(joint), joints.rows, joints.columns, row, column);
         const auto i = static_cast<std::size_t>(joint);
         pose.confidence[i] = probabilityOf(joints.plane(joint)[cell.index]);
-        const double y = (cell.row + offset.plane(2 * joint)[cell.index]) * CellPixels / PictureSide;
-        const double x = (cell.column + offset.plane(2 * joint + 1)[cell.index]) * CellPixels / PictureSide;
+        const double y = (cell.row + offset.plane(2 * joint)[cell.index]) * cellPixels / pictureSide;
+        const double x = (cell.column + offset.plane(2 * joint + 1)[cell.index]) * cellPixels / pictureSide;
         pose.joints[i] = {(square.x() + x * square.width()) / image.width(),
                           (square.y() + y * square.height()) / image.height()};
     }
@@ -99,9 +99,9 @@ std::optional<BodyPose> PoseDetector::read(const QImage &image, const QRectF &pa
 bool PoseDetector::isBody(const BodyPose &pose)
 {
     // Of the boxes that might hold a person, in photos of rooms, seven in a hundred pass; half of those are people.
-    constexpr float SureJoint = 0.4f;
-    constexpr int NeededJoints = 6;
-    return std::ranges::count_if(pose.confidence, [](float value) { return value >= SureJoint; }) >= NeededJoints;
+    constexpr float sureJoint = 0.4f;
+    constexpr int neededJoints = 6;
+    return std::ranges::count_if(pose.confidence, [](float value) { return value >= sureJoint; }) >= neededJoints;
 }
 
 } // namespace larkspan

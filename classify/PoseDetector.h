@@ -14,10 +14,10 @@ namespace larkspan {
 struct BodyPose
 {
     // Nose, eyes, ears, shoulders, elbows, wrists, hips, knees, ankles; left before right.
-    static constexpr int JointCount = 17;
+    static constexpr int jointCount = 17;
 
-    std::array<float, JointCount> confidence{}; // 0...1
-    std::array<QPointF, JointCount> joints{};   // in shares of the picture, origin at the top left
+    std::array<float, jointCount> confidence{}; // 0...1
+    std::array<QPointF, jointCount> joints{};   // in shares of the picture, origin at the top left
 
     friend bool operator==(const BodyPose &, const BodyPose &) = default;
 };

@@ -2,10 +2,8 @@
 
 #include "classify/RoomHead.h"
 
-namespace larkspan {
-
 // What a frame shows, of the head's word for the place and the detector's for the things in it.
-namespace RoomEvidence {
+namespace larkspan::RoomEvidence {
 
 // The scenes, and the objects as far as the place bears them out: a bed seen through a door says little in a bathroom,
 // a plant little in a kitchen. People, and things that belong to no bin, are left as they are. Of an identifier that
@@ -16,6 +14,4 @@ namespace RoomEvidence {
 // Every identifier that a merged observation can carry, each once.
 [[nodiscard]] std::vector<QString> identifiers(const RoomHead &head);
 
-} // namespace RoomEvidence
-
-} // namespace larkspan
+} // namespace larkspan::RoomEvidence

@@ -11,7 +11,7 @@ namespace {
 using BestConfidences = std::map<QString, double>;
 
 // A person counts from here on, exclusively.
-constexpr float MinHumanConfidence = 0.35f;
+constexpr float minHumanConfidence = 0.35f;
 
 // A clip keeps each identifier's best frame.
 void keepBest(BestConfidences &best, const std::vector<ClassificationObservation> &observations, double lowest)
@@ -73,7 +73,7 @@ FrameAnalysis VisionClassifier::analyze(std::span<const QImage> frames) const
         keepBest(best, found->classifications, m_settings.minIdentifierConfidence);
         bool sawPerson = false;
         for (const auto &human : found->humans) {
-            if (human.confidence > MinHumanConfidence) {
+            if (human.confidence > minHumanConfidence) {
                 const double area = human.boundingBox.width() * human.boundingBox.height();
                 analysis.humanFraction = std::max(analysis.humanFraction, area);
                 sawPerson = true;

@@ -14,6 +14,12 @@ Item {
 
     implicitHeight: 44
 
+    ExportChoices {
+        id: choices
+
+        engine: footer.engine
+    }
+
     Rectangle {
         anchors.left: parent.left
         anchors.right: parent.right
@@ -33,6 +39,23 @@ Item {
             text: qsTr("Binnacle · build %1").arg(footer.buildNumber)
             font: LK.font(11)
             color: LK.palette.textTertiary
+        }
+
+        LKButton {
+            visible: footer.hasActions && choices.organizes
+            Layout.maximumWidth: 260
+            kind: LKButton.Ghost
+            title: qsTr("Shoots folder: %1").arg(choices.shootsFolder)
+            onActivated: footer.engine.chooseImportRoot()
+        }
+
+        LKDropdown {
+            visible: footer.hasActions
+            Layout.preferredWidth: 150
+            label: qsTr("File handling")
+            model: choices.handlingLabels
+            currentIndex: choices.handling
+            onActivated: row => choices.handling = row
         }
 
         LKButton {

@@ -24,7 +24,7 @@ struct View
 };
 
 using Record = std::vector<float>;
-constexpr std::size_t recordLength = ObjectDetector::FeatureCount + ObjectDetector::KindCount;
+constexpr std::size_t recordLength = ObjectDetector::featureCount + ObjectDetector::kindCount;
 constexpr std::size_t batchLength = 256;
 
 // FNV-1a: chance must depend on the path alone.
@@ -72,7 +72,7 @@ Record look(const ObjectDetector &detector, const std::vector<QString> &kinds, c
     record.resize(recordLength, 0.0f);
     for (const auto &observation : ObjectEvidence::observations(seen->objects)) {
         const auto kind = std::ranges::find(kinds, observation.identifier) - kinds.begin();
-        record[ObjectDetector::FeatureCount + static_cast<std::size_t>(kind)] = observation.confidence;
+        record[ObjectDetector::featureCount + static_cast<std::size_t>(kind)] = observation.confidence;
     }
     return record;
 }

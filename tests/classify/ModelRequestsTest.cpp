@@ -120,7 +120,7 @@ TEST(ModelRequests, TheClassifierListsWhatTheModelsCanName)
     const auto identifiers = VisionClassifier(requests()).supportedIdentifiers();
     EXPECT_TRUE(std::ranges::is_sorted(identifiers));
     EXPECT_EQ(std::ranges::adjacent_find(identifiers), identifiers.end());
-    EXPECT_EQ(identifiers.size(), static_cast<std::size_t>(ObjectDetector::KindCount) + RoomLabel::all().size());
+    EXPECT_EQ(identifiers.size(), static_cast<std::size_t>(ObjectDetector::kindCount) + RoomLabel::all().size());
     EXPECT_TRUE(std::ranges::binary_search(identifiers, QStringLiteral("swimming_pool")));
     EXPECT_TRUE(std::ranges::binary_search(identifiers, QStringLiteral("sofa")));
 }

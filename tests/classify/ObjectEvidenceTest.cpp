@@ -71,7 +71,7 @@ TEST(ObjectEvidence, EveryKindHasAnIdentifierOfItsOwn)
 {
     const auto identifiers = ObjectEvidence::identifiers();
     EXPECT_EQ(std::set<QString>(identifiers.begin(), identifiers.end()).size(),
-              static_cast<std::size_t>(ObjectDetector::KindCount));
+              static_cast<std::size_t>(ObjectDetector::kindCount));
 }
 
 TEST(ObjectEvidence, TheLoudestOfSeveralObjectsOfAKindCounts)

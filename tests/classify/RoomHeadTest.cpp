@@ -45,7 +45,7 @@ ModelError::Reason reasonFor(const std::string &bytes)
 std::vector<float> features(int number)
 {
     std::vector<float> values;
-    for (int i = 0; i < ObjectDetector::FeatureCount; ++i) {
+    for (int i = 0; i < ObjectDetector::featureCount; ++i) {
         values.push_back(static_cast<float>((i * 37 + number * 101) % 97) / 48.0f - 0.3f);
     }
     return values;
@@ -101,16 +101,16 @@ TEST(RoomHead, ReadsTheSameFeaturesAlikeBitForBit)
 TEST(RoomHead, RefusesFeaturesThatItWasNotTrainedOn)
 {
     EXPECT_FALSE(shipped().read({}));
-    EXPECT_FALSE(shipped().read(std::vector<float>(ObjectDetector::FeatureCount - 1, 1.0f)));
-    EXPECT_FALSE(shipped().read(std::vector<float>(ObjectDetector::FeatureCount, NAN)));
-    auto features = std::vector<float>(ObjectDetector::FeatureCount, 1.0f);
+    EXPECT_FALSE(shipped().read(std::vector<float>(ObjectDetector::featureCount - 1, 1.0f)));
+    EXPECT_FALSE(shipped().read(std::vector<float>(ObjectDetector::featureCount, NAN)));
+    auto features = std::vector<float>(ObjectDetector::featureCount, 1.0f);
     features.back() = INFINITY;
     EXPECT_FALSE(shipped().read(features));
 }
 
 TEST(RoomHead, TakesFeaturesFarBeyondAnythingSeen)
 {
-    const auto reading = shipped().read(std::vector<float>(ObjectDetector::FeatureCount, 1e30f));
+    const auto reading = shipped().read(std::vector<float>(ObjectDetector::featureCount, 1e30f));
     ASSERT_TRUE(reading);
     for (const auto &scene : reading->scenes) {
         EXPECT_TRUE(std::isfinite(scene.confidence));

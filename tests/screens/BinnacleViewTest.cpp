@@ -202,6 +202,8 @@ TEST_F(BinnacleViewTest, ArrowsWalkTheBinsAndTabLeadsToTheClipsAndTheButtons)
     scene->key(Qt::Key_Right);
     EXPECT_EQ(grid->property("currentIndex").toInt(), 1);
     scene->key(Qt::Key_Tab);
+    EXPECT_EQ(scene->window().activeFocusItem()->property("label").toString(), u"File handling"_s);
+    scene->key(Qt::Key_Tab);
     EXPECT_EQ(focusedText(), u"Sort Again"_s);
     scene->key(Qt::Key_Tab);
     EXPECT_EQ(focusedText(), u"Export"_s);
@@ -274,4 +276,60 @@ TEST_F(BinnacleViewTest, ADropOnTheLandingSortsTheFolder)
     QGuiApplication::sendEvent(&scene->window(), &drop);
     EXPECT_TRUE(drop.isAccepted());
     EXPECT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(BinnacleViewTest, TheFileHandlingIsChosenInTheFooterAndKept)
+{
+    makeClips({"kitchen 1"});
+    sortAndShow();
+    EXPECT_FALSE(findShown(scene->root(), u"Shoots folder: Not set"_s)) << "nothing is organized";
+    scene->click(u"Leave in place"_s);
+    scene->click(u"Move into folders"_s);
+    EXPECT_EQ(engine.options().fileHandling, FileHandling::move);
+    ASSERT_TRUE(shows(u"Shoots folder: Not set"_s));
+    folderToChoose = FileUrl(folder.path());
+    scene->click(u"Shoots folder: Not set"_s);
+    EXPECT_EQ(engine.importRoot(), folderToChoose);
+    EXPECT_TRUE(shows(u"Shoots folder: "_s + folderToChoose->displayPath()));
+}
+
+TEST_F(BinnacleViewTest, TheFileHandlingIsChosenByKeyboardToo)
+{
+    makeClips({"kitchen 1"});
+    sortAndShow();
+    ASSERT_TRUE(shows(u"kitchen 1"_s));
+    scene->key(Qt::Key_Tab);
+    scene->key(Qt::Key_Tab);
+    scene->key(Qt::Key_Down);
+    EXPECT_EQ(engine.options().fileHandling, FileHandling::copy);
+    scene->key(Qt::Key_Up);
+    EXPECT_EQ(engine.options().fileHandling, FileHandling::inPlace);
+}
+
+TEST_F(BinnacleViewTest, ASortedShootIsReopenedFromTheLandingByMouseAndByKeyboard)
+{
+    makeClips({"kitchen 1", "dark 2"});
+    sortAndShow();
+    engine.reset();
+    ASSERT_TRUE(shows(u"2 clips · 2 bins · 1 to review"_s));
+    scene->click(shoot.lastPathComponent());
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+    EXPECT_THAT(engine.clips(), SizeIs(2));
+
+    engine.reset();
+    ASSERT_TRUE(shows(u"RECENT"_s));
+    scene->key(Qt::Key_Tab);
+    scene->key(Qt::Key_Return);
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+}
+
+TEST_F(BinnacleViewTest, AShootIsForgottenFromTheLandingAndTheListGoesWithTheLast)
+{
+    makeClips({"kitchen 1"});
+    sortAndShow();
+    engine.reset();
+    ASSERT_TRUE(shows(u"1 clips · 1 bins"_s));
+    scene->click(u"Remove"_s);
+    EXPECT_THAT(engine.projects(), IsEmpty());
+    EXPECT_TRUE(hides(u"RECENT"_s));
 }

@@ -6,7 +6,9 @@
 #include "screens/BinListModel.h"
 #include "screens/ClipListModel.h"
 #include "screens/ClipThumbnails.h"
+#include "screens/ExportChoices.h"
 #include "screens/ExportTexts.h"
+#include "screens/ProjectListModel.h"
 #include "tests/core/SortEngineFixture.h"
 
 using namespace larkspan;
@@ -54,6 +56,8 @@ using BinListModelTest = ModelsTest;
 using ClipListModelTest = ModelsTest;
 using ClipThumbnailsTest = ModelsTest;
 using ExportTextsTest = ModelsTest;
+using ProjectListModelTest = ModelsTest;
+using ExportChoicesTest = ModelsTest;
 
 } // namespace
 
@@ -285,4 +289,37 @@ TEST_F(ExportTextsTest, SayWhatAnExportDoesWithTheFootageAndHaveNoSingular)
     EXPECT_EQ(texts.progress(), u"Moving "_s + name);
     EXPECT_EQ(texts.promise(), u"Originals are only deleted once every copy verifies clean."_s);
     EXPECT_EQ(texts.outcome(), u"Moved 1 clips into 1 folders."_s);
+}
+
+TEST_F(ProjectListModelTest, ListsTheShootsTheLatestFirstAndWithNothingToReviewInTwoParts)
+{
+    ProjectListModel projects;
+    const QAbstractItemModelTester tester(&projects, QAbstractItemModelTester::FailureReportingMode::Warning);
+    projects.setEngine(&engine);
+    EXPECT_EQ(projects.rowCount(), 0);
+    makeClips({"kitchen 1", "dark 2"});
+    (void)folder.write("second/pool 1.mov");
+    engine.sortFolder(FileUrl(folder / "second"));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    sortShoot();
+    EXPECT_THAT(column(projects, ProjectListModel::NameRole), ElementsAre(shoot.lastPathComponent(), u"second"_s));
+    EXPECT_THAT(column(projects, ProjectListModel::DetailRole),
+                ElementsAre(u"3 clips · 3 bins · 1 to review"_s, u"1 clips · 1 bins"_s));
+    engine.deleteProject(projectID(shoot));
+    EXPECT_THAT(column(projects, ProjectListModel::NameRole), ElementsAre(u"second"_s));
+}
+
+TEST_F(ExportChoicesTest, ARowThatIsNotThereChangesNothing)
+{
+    ExportChoices choices;
+    choices.setEngine(&engine);
+    EXPECT_THAT(choices.handlingLabels(),
+                ElementsAre(u"Leave in place"_s, u"Copy into folders"_s, u"Move into folders"_s));
+    choices.setHandling(1);
+    for (const int row : {-1, 3}) {
+        choices.setHandling(row);
+        EXPECT_EQ(choices.handling(), 1);
+    }
+    EXPECT_EQ(engine.options().fileHandling, FileHandling::copy);
+    EXPECT_TRUE(choices.organizes());
 }

@@ -1,0 +1,80 @@
+#include "screens/ProjectListModel.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan {
+
+namespace {
+
+QString detailOf(const ProjectSummary &project)
+{
+    QStringList parts{u"%1 clips"_s.arg(project.clipCount), u"%1 bins"_s.arg(project.binCount)};
+    if (project.reviewCount > 0) {
+        parts.append(u"%1 to review"_s.arg(project.reviewCount));
+    }
+    return parts.join(u" · "_s);
+}
+
+} // namespace
+
+void ProjectListModel::setEngine(SortEngine *engine)
+{
+    if (m_engine == engine) {
+        return;
+    }
+    if (m_engine) {
+        m_engine->disconnect(this);
+    }
+    m_engine = engine;
+    if (m_engine) {
+        connect(m_engine, &SortEngine::projectsChanged, this, &ProjectListModel::refresh);
+    }
+    Q_EMIT engineChanged();
+    refresh();
+}
+
+int ProjectListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+QVariant ProjectListModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+        return {};
+    }
+    const ProjectSummary &project = m_rows[static_cast<std::size_t>(index.row())].project;
+    switch (role) {
+    case ProjectIdRole:
+        return project.id;
+    case Qt::DisplayRole:
+    case NameRole:
+        return project.name;
+    case DetailRole:
+        return detailOf(project);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> ProjectListModel::roleNames() const
+{
+    return {{ProjectIdRole, "projectId"}, {NameRole, "name"}, {DetailRole, "detail"}};
+}
+
+void ProjectListModel::refresh()
+{
+    std::vector<Row> wanted;
+    if (m_engine) {
+        for (const ProjectSummary &project : m_engine->projects()) {
+            wanted.push_back({project});
+        }
+    }
+    const auto before = m_rows.size();
+    sync(m_rows, std::move(wanted));
+    if (m_rows.size() != before) {
+        Q_EMIT countChanged();
+    }
+}
+
+} // namespace larkspan
