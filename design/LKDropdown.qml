@@ -10,7 +10,7 @@ T.ComboBox {
     // What the choice is about, for assistive technology.
     property string label
 
-    implicitWidth: Math.max(120, shown.implicitWidth + glyph.implicitWidth + leftPadding + rightPadding + 6)
+    implicitWidth: Math.max(120, implicitContentWidth + implicitIndicatorWidth + leftPadding + rightPadding + 6)
     implicitHeight: 26
     leftPadding: 9
     rightPadding: 9
@@ -25,8 +25,6 @@ T.ComboBox {
     Keys.onEnterPressed: control.popup.open()
 
     contentItem: Text {
-        id: shown
-
         text: control.displayText
         font: control.font
         color: LK.palette.textPrimary
@@ -37,8 +35,6 @@ T.ComboBox {
     }
 
     indicator: Text {
-        id: glyph
-
         x: control.mirrored ? control.leftPadding : control.width - width - control.rightPadding
         anchors.verticalCenter: parent.verticalCenter
         text: "▾"
@@ -101,7 +97,7 @@ T.ComboBox {
 
         contentItem: ListView {
             implicitHeight: contentHeight
-            model: control.popup.visible ? control.delegateModel : null
+            model: control.popup.visible ? control.delegateModel : null // qmllint disable
             currentIndex: control.highlightedIndex
             interactive: false
         }

@@ -1,5 +1,6 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Screens
@@ -14,9 +15,7 @@ FocusScope {
     implicitHeight: column.implicitHeight
     visible: projects.count > 0
 
-    ProjectListModel {
-        id: projects
-
+    readonly property ProjectListModel projects: ProjectListModel {
         engine: list.engine
     }
 
@@ -40,7 +39,7 @@ FocusScope {
             height: Math.min(contentHeight, 4 * 40)
             clip: true
             boundsBehavior: Flickable.StopAtBounds
-            model: projects
+            model: list.projects
             activeFocusOnTab: true
             keyNavigationEnabled: true
             Accessible.role: Accessible.List
@@ -73,11 +72,9 @@ FocusScope {
                 Accessible.role: Accessible.ListItem
                 Accessible.name: qsTr("%1, %2").arg(name).arg(detail)
 
-                contentItem: Item {
+                contentItem: RowLayout {
                     Column {
-                        anchors.left: parent.left
-                        anchors.right: forget.left
-                        anchors.verticalCenter: parent.verticalCenter
+                        Layout.fillWidth: true
                         spacing: 2
 
                         Text {
@@ -99,10 +96,6 @@ FocusScope {
                     }
 
                     LKButton {
-                        id: forget
-
-                        anchors.right: parent.right
-                        anchors.verticalCenter: parent.verticalCenter
                         kind: LKButton.Ghost
                         size: LKButton.Sm
                         focusPolicy: Qt.NoFocus
