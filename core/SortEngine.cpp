@@ -87,7 +87,8 @@ void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
     if (!m_importRoot) {
         return;
     }
-    if (!std::filesystem::exists(m_importRoot->path())) {
+    std::error_code unreachable; // a folder that can't even be looked at isn't available either
+    if (!std::filesystem::exists(m_importRoot->path(), unreachable)) {
         setStage({.kind = StageKind::failed,
                   .text = u"Your Shoots folder isn't available right now — check it's connected, then try again."_s});
         return;

@@ -3,6 +3,7 @@
 
 #include "core/RoomLabel.h"
 #include "tests/core/SortEngineFixture.h"
+#include "tests/support/Unprivileged.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -204,6 +205,22 @@ TEST_F(CardImportTest, AMissingShootsFolderIsSaidAndTheRunningTaskIsLeftAlone)
                   .text = u"Your Shoots folder isn't available right now — check it's connected, then try again."_s}));
     gate.open();
     EXPECT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(CardImportTest, AShootsFolderThatCannotBeLookedAtIsSaidToBeUnavailable)
+{
+    insertCard();
+    (void)folder.write("locked/Shoots/keep");
+    fs::permissions(folder.path(), fs::perms::all);
+    fs::permissions(folder / "locked", fs::perms::none);
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(FileUrl(folder / "locked/Shoots"));
+    {
+        const Unprivileged user;
+        engine.importCard(card(), u"CARD"_s);
+    }
+    EXPECT_EQ(engine.stage().kind, StageKind::failed);
+    fs::permissions(folder / "locked", fs::perms::all);
 }
 
 TEST_F(CardImportTest, CopiesTheCardIntoADatedFolderAndSortsTheCopy)

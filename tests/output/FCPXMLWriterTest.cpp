@@ -200,9 +200,9 @@ TEST(FCPXMLWriter, AClipOfTwoBinsHasExactlyTwoKeywordsThePrimaryFirst)
 TEST(FCPXMLWriter, ADestinationChangesTheSourceOnlyAndTheNameStaysTheOld)
 {
     const ClipPtr clip = clipAt("/card/C0042.MP4");
-    clip->destinationURL = FileUrl("/root/Kitchen/C0042 2.MP4");
+    clip->destinationURL = FileUrl("/Shoots/Kitchen/C0042 2.MP4");
     const QString text = FCPXMLWriter::event(std::vector{clip}, u"E"_s);
-    EXPECT_THAT(valuesOf(text, u"media-rep"_s, u"src"_s), ElementsAre("file:///root/Kitchen/C0042%202.MP4"));
+    EXPECT_THAT(valuesOf(text, u"media-rep"_s, u"src"_s), ElementsAre("file:///Shoots/Kitchen/C0042%202.MP4"));
     EXPECT_THAT(valuesOf(text, u"asset"_s, u"name"_s), ElementsAre("C0042"));
     EXPECT_THAT(valuesOf(text, u"asset-clip"_s, u"name"_s), ElementsAre("C0042"));
 }
