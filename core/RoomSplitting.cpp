@@ -5,6 +5,7 @@
 #include <limits>
 #include <map>
 
+#include "core/ClipOrder.h"
 #include "core/RoomLabel.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -19,11 +20,6 @@ constexpr float sameRoom = 12.0f;      // print distance at or below: the same r
 constexpr float maybeSameRoom = 20.0f; // below: the same room, with a question for the editor
 constexpr float oneTakeBonus = 3.0f;   // taken off between clips of one take
 constexpr std::chrono::seconds oneTake{360};
-
-bool isEarlier(const ClipPtr &a, const ClipPtr &b)
-{
-    return a->creationDate < b->creationDate;
-}
 
 // Single linkage: one similar clip is enough. None when nothing could be compared.
 std::optional<float> distanceToRoom(const MediaClip &clip, const Room &room)
@@ -112,7 +108,7 @@ void splitRepeatedRooms(std::span<const ClipPtr> clips)
         if (label == RoomLabel::byName().end() || !label->second.isMultiInstance || group.size() < 2) {
             continue;
         }
-        std::stable_sort(group.begin(), group.end(), isEarlier);
+        sortByDate(group);
         // Rooms open in time order, so they stand in the order of their first clips already.
         const std::vector<Room> rooms = clusterRoomClips(group);
         if (rooms.size() >= 2) {
@@ -136,7 +132,7 @@ void renumberSplitBins(std::span<const ClipPtr> clips)
         }
         std::vector<Room> rooms;
         for (auto &[bin, room] : bins) {
-            std::stable_sort(room.begin(), room.end(), isEarlier);
+            sortByDate(room);
             rooms.push_back(std::move(room));
         }
         std::stable_sort(rooms.begin(), rooms.end(),

@@ -7,6 +7,7 @@
 
 #include "core/CardFolder.h"
 #include "core/ClipListing.h"
+#include "core/ClipOrder.h"
 #include "core/ClipPipeline.h"
 #include "core/Handover.h"
 #include "core/RoomLabel.h"
@@ -21,11 +22,6 @@ namespace {
 constexpr int coresLeftFree = 2;
 constexpr int leastWidth = 2;
 constexpr int mostWidth = 6; // a large machine must not open dozens of decoders, or requests to a model, at once
-
-bool isEarlier(const ClipPtr &a, const ClipPtr &b)
-{
-    return a->creationDate < b->creationDate;
-}
 
 } // namespace
 
@@ -184,7 +180,7 @@ void SortEngine::forEachClip(const Run &run, std::size_t count, const std::funct
 void SortEngine::finishSort(const SortOptions &options)
 {
     std::vector<ClipPtr> sorted = m_clips;
-    std::stable_sort(sorted.begin(), sorted.end(), isEarlier);
+    sortByDate(sorted);
     if (options.splitRepeatedRooms) {
         splitRepeatedRooms(sorted);
     }

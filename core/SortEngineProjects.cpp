@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "core/ClipOrder.h"
+
 namespace larkspan {
 
 namespace {
@@ -33,7 +35,7 @@ void SortEngine::openProject(const QString &id)
 
     std::vector<ClipPtr> clips;
     std::ranges::transform(project->clips, std::back_inserter(clips), &ClipRecord::toClip);
-    std::ranges::stable_sort(clips, std::ranges::less(), &MediaClip::creationDate);
+    sortByDate(clips);
     const int count = static_cast<int>(clips.size());
     setClips(std::move(clips));
     setProgress(count, count);

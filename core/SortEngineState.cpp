@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 
+#include "core/ClipOrder.h"
 #include "core/RoomLabel.h"
 #include "core/SortSettings.h"
 
@@ -96,8 +97,7 @@ std::vector<ClipPtr> SortEngine::clipsInBin(const QString &bin) const
         const auto own = clip->bins();
         return std::find(own.begin(), own.end(), bin) != own.end();
     });
-    std::stable_sort(clips.begin(), clips.end(),
-                     [](const ClipPtr &a, const ClipPtr &b) { return a->creationDate < b->creationDate; });
+    sortByDate(clips);
     return clips;
 }
 
