@@ -23,15 +23,17 @@ struct LKMotionScale
     Q_PROPERTY(int overlay MEMBER overlay CONSTANT)
     Q_PROPERTY(int step MEMBER step CONSTANT)
     Q_PROPERTY(int screen MEMBER screen CONSTANT)
+    Q_PROPERTY(int toolTipDelay MEMBER toolTipDelay CONSTANT)
     Q_PROPERTY(QVariantList curve MEMBER curve CONSTANT)
 
 public:
-    int press = 100;   // the fill of a pressed button
-    int hover = 120;   // hover and selection of controls
-    int reveal = 140;  // small things that come and go, a tile that lands
-    int overlay = 180; // what lies above the screens
-    int step = 260;    // one step of a list or a carousel
-    int screen = 300;  // a change of screen
+    int press = 100;        // the fill of a pressed button
+    int hover = 120;        // hover and selection of controls
+    int reveal = 140;       // small things that come and go, a tile that lands
+    int overlay = 180;      // what lies above the screens
+    int step = 260;         // one step of a list or a carousel
+    int screen = 300;       // a change of screen
+    int toolTipDelay = 600; // from resting on a thing to being told about it
     // As Easing.bezierCurve takes it: the two control points, then the end.
     QVariantList curve{0.2, 0.8, 0.2, 1.0, 1.0, 1.0};
 };

@@ -1,0 +1,68 @@
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+
+// A symbol to press. What it does is said in words by its help.
+T.AbstractButton {
+    id: control
+
+    property string name // of the symbol
+    property color tint: LK.palette.textSecondary
+    property color hoverTint: tint
+    property alias help: control.text
+    // The side of the square that answers to the pointer, in points.
+    property real size: 22
+
+    // By mouse, by keyboard or by assistive technology.
+    signal activated
+
+    implicitWidth: size
+    implicitHeight: size
+    opacity: enabled ? 1 : 0.45
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+
+    onClicked: control.activated()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            control.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            control.clicked();
+    }
+
+    Accessible.role: Accessible.Button
+    Accessible.name: help
+
+    contentItem: LKIcon {
+        name: control.name
+        size: Math.round(control.size * 0.64)
+        color: control.hovered ? control.hoverTint : control.tint
+
+        Behavior on color  {
+            LKColorMotion {
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: 5
+        color: control.down ? LK.palette.surfacePressed : control.hovered ? LK.palette.surfaceHover : "transparent"
+
+        Behavior on color  {
+            LKColorMotion {
+                duration: control.down ? LK.motion.press : LK.motion.hover
+            }
+        }
+
+        LKFocusRing {
+            visible: control.visualFocus
+        }
+    }
+
+    LKToolTip {
+        text: control.help
+        wanted: control.hovered || control.visualFocus
+    }
+}
