@@ -39,9 +39,32 @@ LK *LK::create(QQmlEngine *, QJSEngine *)
     return &instance();
 }
 
-const LKPalette &LK::palette() const
+QString LK::rawValue(Appearance appearance)
 {
-    return m_theme == Theme::Light ? LKPalette::light() : LKPalette::dark();
+    switch (appearance) {
+    case Appearance::Dark:
+        return u"dark"_s;
+    case Appearance::Light:
+        return u"light"_s;
+    case Appearance::System:
+        return u"system"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+std::optional<LK::Appearance> LK::appearanceFromRawValue(const QString &rawValue)
+{
+    for (const Appearance appearance : {Appearance::Dark, Appearance::Light, Appearance::System}) {
+        if (LK::rawValue(appearance) == rawValue) {
+            return appearance;
+        }
+    }
+    return std::nullopt;
+}
+
+const LKPalette &LK::paletteOf(Theme theme)
+{
+    return theme == Theme::Light ? LKPalette::light() : LKPalette::dark();
 }
 
 void LK::setTheme(Theme theme)

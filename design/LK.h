@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include <QtCore/QObject>
 #include <QtCore/QVariant>
 #include <QtGui/QFont>
@@ -54,12 +56,20 @@ public:
     // QML reaches only names in upper case.
     enum class Theme { Light, Dark };
     Q_ENUM(Theme)
+    // What the user asks for; System is whatever the desktop shows.
+    enum class Appearance { Dark, Light, System };
+    Q_ENUM(Appearance)
+
+    // The stored form: "dark", "light", "system". None for any other text.
+    static QString rawValue(Appearance appearance);
+    static std::optional<Appearance> appearanceFromRawValue(const QString &rawValue);
 
     // The one that QML sees; it lives as long as the process. Dark until the program says otherwise.
     static LK &instance();
     static LK *create(QQmlEngine *, QJSEngine *);
 
-    [[nodiscard]] const LKPalette &palette() const;
+    [[nodiscard]] const LKPalette &palette() const { return paletteOf(m_theme); }
+    static const LKPalette &paletteOf(Theme theme);
     [[nodiscard]] Theme theme() const { return m_theme; }
     void setTheme(Theme theme);
     [[nodiscard]] bool boringMode() const { return m_boringMode; }

@@ -15,6 +15,7 @@
 #include "output/MediaImporter.h"
 #include "screens/ClipThumbnails.h"
 #include "shell/DesktopFiles.h"
+#include "sound/SoundEngine.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)
 Q_IMPORT_QML_PLUGIN(Larkspan_ScreensPlugin)
@@ -55,10 +56,11 @@ OrganizeAnswer organizeByBin(const std::vector<ClipToOrganize> &clips, const Fil
 LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models)
     : m_models(QtConcurrent::run(
           [models = std::move(models)] { return models ? VisionModels::load(*models) : VisionModels::load(); }))
+    , m_state(m_settings, m_system, LoginItem(), [](bool enabled) { SoundEngine::shared().setEnabled(enabled); })
     , m_engine(std::make_unique<SortEngine>(seams()))
 {
     QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
-    LK::instance().setTheme(LK::Theme::Light);
+    followState();
     m_qml.addImportPath(u"qrc:/qt/qml"_s);
     m_qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(*m_engine)); // owned by m_qml
 }
@@ -71,6 +73,7 @@ LarkspanApp::~LarkspanApp()
 bool LarkspanApp::open()
 {
     m_qml.setInitialProperties({
+        {u"app"_s, QVariant::fromValue(&m_state)},
         {u"engine"_s, QVariant::fromValue(m_engine.get())},
         {u"folderRequest"_s, QVariant::fromValue(&m_folderRequest)},
         {u"buildNumber"_s, LARKSPAN_BUILD_NUMBER},
@@ -110,6 +113,16 @@ SortSeams LarkspanApp::seams()
         .settings = &m_settings,
         .projects = &m_projects,
     };
+}
+
+void LarkspanApp::followState()
+{
+    const auto followTheme = [this] { LK::instance().setTheme(m_state.theme()); };
+    const auto followBoringMode = [this] { LK::instance().setBoringMode(m_state.boringMode()); };
+    connect(&m_state, &AppState::themeChanged, this, followTheme);
+    connect(&m_state, &AppState::boringModeChanged, this, followBoringMode);
+    followTheme();
+    followBoringMode();
 }
 
 void LarkspanApp::reportModels()

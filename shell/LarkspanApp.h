@@ -9,6 +9,7 @@
 
 #include "classify/VisionModels.h"
 #include "core/SortEngine.h"
+#include "shell/AppState.h"
 #include "shell/FolderRequest.h"
 
 class QQuickWindow;
@@ -28,6 +29,7 @@ public:
     // Opens the window. False when it can't be made, which is an installation without its QML modules.
     [[nodiscard]] bool open();
 
+    AppState &state() { return m_state; }
     SortEngine &engine() { return *m_engine; }
     // None before open().
     QQuickWindow *window() const;
@@ -36,11 +38,15 @@ private:
     using LoadedModels = tl::expected<std::shared_ptr<const VisionModels>, ModelError>;
 
     SortSeams seams();
+    // Keeps the design's theme and motion as the state says.
+    void followState();
     void reportModels();
 
     QFuture<LoadedModels> m_models; // read in the background, so that the window needn't wait for them
     FolderRequest m_folderRequest;
     SettingsStore m_settings;
+    SystemAppearance m_system;
+    AppState m_state;
     ProjectCache m_projects;
     std::unique_ptr<SortEngine> m_engine;
     QQmlApplicationEngine m_qml; // last: what it shows goes before what is shown

@@ -8,6 +8,7 @@ import Larkspan.Shell
 Window {
     id: root
 
+    required property AppState app
     required property SortEngine engine
     required property FolderRequest folderRequest
     required property int buildNumber
