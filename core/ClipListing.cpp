@@ -1,45 +1,18 @@
 #include "core/ClipListing.h"
 
 #include <algorithm>
-#include <array>
 #include <system_error>
 
 #include <QtCore/QCollator>
 #include <QtCore/QLocale>
 
-using namespace Qt::Literals::StringLiterals;
+#include "core/FootageNames.h"
 
 namespace larkspan {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-bool hasExtensionAmong(const fs::path &name, std::span<const QString> extensions)
-{
-    const QString extension = FileUrl(name).pathExtension().toLower();
-    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
-}
-
-bool isVideoFile(const fs::path &name)
-{
-    static const std::array types{u"mp4"_s, u"mov"_s,  u"m4v"_s,  u"mxf"_s, u"avi"_s,
-                                  u"mts"_s, u"m2ts"_s, u"braw"_s, u"insv"_s};
-    return hasExtensionAmong(name, types);
-}
-
-// Folders that their makers show as one document: what lies in them is no footage of this shoot.
-bool isPackage(const fs::path &name)
-{
-    static const std::array types{u"app"_s,           u"bundle"_s,        u"fcpbundle"_s, u"fcparch"_s,
-                                  u"imovielibrary"_s, u"photoslibrary"_s, u"theater"_s,   u"framework"_s};
-    return hasExtensionAmong(name, types);
-}
-
-bool isHidden(const fs::path &name)
-{
-    return name.native().starts_with('.');
-}
 
 // Adds one folder's clips, and the folders to look into next.
 void listOneFolder(const fs::path &folder, std::vector<FileUrl> &clips, std::vector<fs::path> &folders)
@@ -73,11 +46,11 @@ QCollator naturalOrder()
 
 } // namespace
 
-std::vector<FileUrl> listClips(const FileUrl &folder)
+std::vector<FileUrl> listClips(const FileUrl &folder, const std::stop_token &stop)
 {
     std::vector<FileUrl> clips;
     std::vector<fs::path> folders{folder.path()};
-    while (!folders.empty()) {
+    while (!folders.empty() && !stop.stop_requested()) {
         const fs::path next = std::move(folders.back());
         folders.pop_back();
         listOneFolder(next, clips, folders);

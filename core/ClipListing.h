@@ -1,5 +1,6 @@
 #pragma once
 
+#include <stop_token>
 #include <vector>
 
 #include "core/FileUrl.h"
@@ -9,7 +10,7 @@ namespace larkspan {
 // The video files under a folder, at any depth, in the order in which people count them: clip2 before clip10, letters
 // before case. Hidden files and folders, the inside of packages and the "._" companions of other systems are left out,
 // and links to folders aren't followed. What can't be read is passed over; an unreadable folder yields nothing. A
-// folder named like a clip counts as one.
-std::vector<FileUrl> listClips(const FileUrl &folder);
+// folder named like a clip counts as one. Polls the token between folders and then returns what it has.
+std::vector<FileUrl> listClips(const FileUrl &folder, const std::stop_token &stop = {});
 
 } // namespace larkspan

@@ -130,7 +130,7 @@ void SortEngine::sortAgain()
 void SortEngine::runSort(const Run &run, const FileUrl &folder,
                          const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options)
 {
-    const std::vector<FileUrl> urls = listClips(folder);
+    const std::vector<FileUrl> urls = listClips(folder, run.stop);
     if (urls.empty()) {
         land(run, [this, folder] { setStage({.kind = StageKind::emptyFolder, .text = folder.lastPathComponent()}); });
         return;
@@ -193,7 +193,7 @@ void SortEngine::finishSort(const SortOptions &options)
 void SortEngine::importThenSort(const Run &run, const FileUrl &source, const FileUrl &destination,
                                 const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options)
 {
-    const std::vector<FileUrl> urls = listClips(source);
+    const std::vector<FileUrl> urls = listClips(source, run.stop);
     if (urls.empty()) {
         land(run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });
         return;
