@@ -4,23 +4,12 @@
 
 namespace larkspan {
 
-void BinListModel::setEngine(SortEngine *engine)
+void BinListModel::follow(SortEngine &engine)
 {
-    if (m_engine == engine) {
-        return;
-    }
-    if (m_engine) {
-        m_engine->disconnect(this);
-    }
-    m_engine = engine;
-    if (m_engine) {
-        connect(m_engine, &SortEngine::clipsChanged, this, &BinListModel::refresh);
-        connect(m_engine, &SortEngine::selectedBinChanged, this, &BinListModel::followSelection);
-        connect(m_engine, &SortEngine::optionsChanged, this, &BinListModel::showsCountsChanged);
-    }
-    Q_EMIT engineChanged();
+    connect(&engine, &SortEngine::clipsChanged, this, &BinListModel::refresh);
+    connect(&engine, &SortEngine::selectedBinChanged, this, &BinListModel::followSelection);
+    connect(&engine, &SortEngine::optionsChanged, this, &BinListModel::showsCountsChanged);
     Q_EMIT showsCountsChanged();
-    refresh();
 }
 
 bool BinListModel::showsCounts() const

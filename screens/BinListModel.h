@@ -1,20 +1,17 @@
 #pragma once
 
-#include <QtCore/QPointer>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/SortEngine.h"
 #include "screens/SyncedListModel.h"
 
 namespace larkspan {
 
 // The bins of the shoot as the side list shows them: the clips under review first, if there are any, then the bins in
 // use in the engine's order. Rows are known by their bin.
-class BinListModel : public SyncedListModel
+class BinListModel : public larkspan::SyncedListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(larkspan::SortEngine *engine READ engine WRITE setEngine NOTIFY engineChanged REQUIRED)
     // The row that is on show, -1 if none is.
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
     Q_PROPERTY(bool showsCounts READ showsCounts NOTIFY showsCountsChanged)
@@ -29,8 +26,6 @@ public:
 
     using SyncedListModel::SyncedListModel;
 
-    SortEngine *engine() const { return m_engine; }
-    void setEngine(SortEngine *engine);
     int selectedRow() const { return m_selectedRow; }
     bool showsCounts() const;
 
@@ -42,7 +37,6 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
-    void engineChanged();
     void selectedRowChanged();
     void showsCountsChanged();
 
@@ -56,10 +50,10 @@ private:
         friend bool operator==(const Row &, const Row &) = default;
     };
 
-    void refresh();
+    void follow(SortEngine &engine) override;
+    void refresh() override;
     void followSelection();
 
-    QPointer<SortEngine> m_engine;
     std::vector<Row> m_rows;
     int m_selectedRow = -1;
 };

@@ -20,21 +20,10 @@ QString durationText(double seconds)
                         : u"%1:%2:%3"_s.arg(QString::number(minutes / 60), twoDigits(minutes % 60), tail);
 }
 
-void ClipListModel::setEngine(SortEngine *engine)
+void ClipListModel::follow(SortEngine &engine)
 {
-    if (m_engine == engine) {
-        return;
-    }
-    if (m_engine) {
-        m_engine->disconnect(this);
-    }
-    m_engine = engine;
-    if (m_engine) {
-        connect(m_engine, &SortEngine::clipsChanged, this, &ClipListModel::refresh);
-        connect(m_engine, &SortEngine::selectedBinChanged, this, &ClipListModel::refresh);
-    }
-    Q_EMIT engineChanged();
-    refresh();
+    connect(&engine, &SortEngine::clipsChanged, this, &ClipListModel::refresh);
+    connect(&engine, &SortEngine::selectedBinChanged, this, &ClipListModel::refresh);
 }
 
 void ClipListModel::setSource(Source source)
@@ -121,11 +110,7 @@ void ClipListModel::refresh()
         m_isReview = isReview;
         Q_EMIT isReviewChanged();
     }
-    const auto before = m_rows.size();
     sync(m_rows, std::move(wanted));
-    if (m_rows.size() != before) {
-        Q_EMIT countChanged();
-    }
 }
 
 } // namespace larkspan

@@ -1,23 +1,19 @@
 #pragma once
 
-#include <QtCore/QPointer>
 #include <QtCore/QUrl>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/SortEngine.h"
 #include "screens/SyncedListModel.h"
 
 namespace larkspan {
 
 // Clips as a grid shows them: those of one bin in the engine's order, or all as they landed. Rows are known by the
 // clip's id, so a clip that changes keeps its delegate, and its thumbnail is not uploaded again.
-class ClipListModel : public SyncedListModel
+class ClipListModel : public larkspan::SyncedListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(larkspan::SortEngine *engine READ engine WRITE setEngine NOTIFY engineChanged REQUIRED)
     Q_PROPERTY(Source source READ source WRITE setSource NOTIFY sourceChanged)
-    Q_PROPERTY(int count READ count NOTIFY countChanged)
     // Whether these are the clips under review, shown for the reason why.
     Q_PROPERTY(bool isReview READ isReview NOTIFY isReviewChanged)
 
@@ -41,11 +37,8 @@ public:
 
     using SyncedListModel::SyncedListModel;
 
-    SortEngine *engine() const { return m_engine; }
-    void setEngine(SortEngine *engine);
     Source source() const { return m_source; }
     void setSource(Source source);
-    int count() const { return rowCount(); }
     bool isReview() const { return m_isReview; }
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -53,9 +46,7 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
-    void engineChanged();
     void sourceChanged();
-    void countChanged();
     void isReviewChanged();
 
 private:
@@ -76,9 +67,9 @@ private:
     };
 
     Row rowOf(const MediaClip &clip) const;
-    void refresh();
+    void follow(SortEngine &engine) override;
+    void refresh() override;
 
-    QPointer<SortEngine> m_engine;
     Source m_source = SelectedBin;
     std::vector<Row> m_rows;
     bool m_isReview = false;

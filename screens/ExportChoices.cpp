@@ -2,20 +2,10 @@
 
 namespace larkspan {
 
-void ExportChoices::setEngine(SortEngine *engine)
+void ExportChoices::follow(SortEngine &engine)
 {
-    if (m_engine == engine) {
-        return;
-    }
-    if (m_engine) {
-        m_engine->disconnect(this);
-    }
-    m_engine = engine;
-    if (m_engine) {
-        connect(m_engine, &SortEngine::optionsChanged, this, &ExportChoices::changed);
-        connect(m_engine, &SortEngine::importRootChanged, this, &ExportChoices::changed);
-    }
-    Q_EMIT changed();
+    connect(&engine, &SortEngine::optionsChanged, this, &ExportChoices::changed);
+    connect(&engine, &SortEngine::importRootChanged, this, &ExportChoices::changed);
 }
 
 QStringList ExportChoices::handlingLabels() const

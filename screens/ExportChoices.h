@@ -1,19 +1,17 @@
 #pragma once
 
-#include <QtCore/QPointer>
 #include <QtCore/QStringList>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/SortEngine.h"
+#include "screens/EngineObject.h"
 
 namespace larkspan {
 
 // What an editor may decide before an export, each choice as a row of its list.
-class ExportChoices : public QObject
+class ExportChoices : public larkspan::EngineObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(larkspan::SortEngine *engine READ engine WRITE setEngine NOTIFY changed REQUIRED)
     Q_PROPERTY(QStringList handlingLabels READ handlingLabels CONSTANT)
     Q_PROPERTY(int handling READ handling WRITE setHandling NOTIFY changed)
     // Whether the footage is touched, and so whether a Shoots folder matters.
@@ -22,10 +20,8 @@ class ExportChoices : public QObject
     Q_PROPERTY(QString shootsFolder READ shootsFolder NOTIFY changed)
 
 public:
-    using QObject::QObject;
+    using EngineObject::EngineObject;
 
-    SortEngine *engine() const { return m_engine; }
-    void setEngine(SortEngine *engine);
     QStringList handlingLabels() const;
     int handling() const;
     // A row that isn't there changes nothing.
@@ -33,11 +29,8 @@ public:
     bool organizes() const;
     QString shootsFolder() const;
 
-Q_SIGNALS:
-    void changed();
-
 private:
-    QPointer<SortEngine> m_engine;
+    void follow(SortEngine &engine) override;
 };
 
 } // namespace larkspan

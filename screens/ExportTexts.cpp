@@ -1,22 +1,14 @@
 #include "screens/ExportTexts.h"
 
+#include <algorithm>
+
 namespace larkspan {
 
-void ExportTexts::setEngine(SortEngine *engine)
+void ExportTexts::follow(SortEngine &engine)
 {
-    if (m_engine == engine) {
-        return;
-    }
-    if (m_engine) {
-        m_engine->disconnect(this);
-    }
-    m_engine = engine;
-    if (m_engine) {
-        connect(m_engine, &SortEngine::optionsChanged, this, &ExportTexts::changed);
-        connect(m_engine, &SortEngine::folderChanged, this, &ExportTexts::changed);
-        connect(m_engine, &SortEngine::clipsChanged, this, &ExportTexts::changed);
-    }
-    Q_EMIT changed();
+    connect(&engine, &SortEngine::optionsChanged, this, &ExportTexts::changed);
+    connect(&engine, &SortEngine::folderChanged, this, &ExportTexts::changed);
+    connect(&engine, &SortEngine::clipsChanged, this, &ExportTexts::changed);
 }
 
 QString ExportTexts::title() const
@@ -28,6 +20,16 @@ QString ExportTexts::progress() const
 {
     const QString folder = m_engine ? m_engine->folderName() : QString();
     return (handling() == FileHandling::move ? tr("Moving %1") : tr("Copying %1")).arg(folder);
+}
+
+QStringList ExportTexts::steps() const
+{
+    const int bins = m_engine ? m_engine->binCount() : 0;
+    return {
+        handling() == FileHandling::move ? tr("Moving into folders…") : tr("Copying into folders…"),
+        tr("Building %1 bins…").arg(std::max(1, bins)),
+        tr("Almost there…"),
+    };
 }
 
 QString ExportTexts::promise() const

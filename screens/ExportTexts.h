@@ -1,40 +1,35 @@
 #pragma once
 
-#include <QtCore/QPointer>
+#include <QtCore/QStringList>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/SortEngine.h"
+#include "screens/EngineObject.h"
 
 namespace larkspan {
 
 // What the screens say of the footage while an export organizes it and afterwards, by what the options do with it.
-class ExportTexts : public QObject
+class ExportTexts : public larkspan::EngineObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(larkspan::SortEngine *engine READ engine WRITE setEngine NOTIFY changed REQUIRED)
     Q_PROPERTY(QString title READ title NOTIFY changed)       // "Moving House into folders"
     Q_PROPERTY(QString progress READ progress NOTIFY changed) // "Moving House"
+    Q_PROPERTY(QStringList steps READ steps NOTIFY changed)   // what goes on meanwhile, in turn
     Q_PROPERTY(QString promise READ promise NOTIFY changed)   // what becomes of the originals
     Q_PROPERTY(QString outcome READ outcome NOTIFY changed)   // what became of the footage
 
 public:
-    using QObject::QObject;
+    using EngineObject::EngineObject;
 
-    SortEngine *engine() const { return m_engine; }
-    void setEngine(SortEngine *engine);
     QString title() const;
     QString progress() const;
+    QStringList steps() const;
     QString promise() const;
     QString outcome() const;
 
-Q_SIGNALS:
-    void changed();
-
 private:
+    void follow(SortEngine &engine) override;
     FileHandling handling() const;
-
-    QPointer<SortEngine> m_engine;
 };
 
 } // namespace larkspan

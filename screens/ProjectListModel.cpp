@@ -17,20 +17,9 @@ QString detailOf(const ProjectSummary &project)
 
 } // namespace
 
-void ProjectListModel::setEngine(SortEngine *engine)
+void ProjectListModel::follow(SortEngine &engine)
 {
-    if (m_engine == engine) {
-        return;
-    }
-    if (m_engine) {
-        m_engine->disconnect(this);
-    }
-    m_engine = engine;
-    if (m_engine) {
-        connect(m_engine, &SortEngine::projectsChanged, this, &ProjectListModel::refresh);
-    }
-    Q_EMIT engineChanged();
-    refresh();
+    connect(&engine, &SortEngine::projectsChanged, this, &ProjectListModel::refresh);
 }
 
 int ProjectListModel::rowCount(const QModelIndex &parent) const
@@ -70,11 +59,7 @@ void ProjectListModel::refresh()
             wanted.push_back({project});
         }
     }
-    const auto before = m_rows.size();
     sync(m_rows, std::move(wanted));
-    if (m_rows.size() != before) {
-        Q_EMIT countChanged();
-    }
 }
 
 } // namespace larkspan

@@ -29,14 +29,6 @@ std::optional<FileUrl> shootFolder(const QUrl &dropped)
     return FileUrl(path.parent_path());
 }
 
-void ShootDrop::setEngine(SortEngine *engine)
-{
-    if (m_engine != engine) {
-        m_engine = engine;
-        Q_EMIT engineChanged();
-    }
-}
-
 void ShootDrop::take(const QList<QUrl> &urls)
 {
     if (!m_engine || urls.isEmpty()) {

@@ -2,12 +2,10 @@
 
 #include <optional>
 
-#include <QtCore/QObject>
-#include <QtCore/QPointer>
 #include <QtCore/QUrl>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/SortEngine.h"
+#include "screens/EngineObject.h"
 
 namespace larkspan {
 
@@ -16,28 +14,18 @@ namespace larkspan {
 std::optional<FileUrl> shootFolder(const QUrl &dropped);
 
 // What the landing does with a drop.
-class ShootDrop : public QObject
+class ShootDrop : public larkspan::EngineObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(larkspan::SortEngine *engine READ engine WRITE setEngine NOTIFY engineChanged REQUIRED)
 
 public:
-    using QObject::QObject;
-
-    SortEngine *engine() const { return m_engine; }
-    void setEngine(SortEngine *engine);
+    using EngineObject::EngineObject;
 
     // Whether there is anything to take.
     Q_INVOKABLE bool accepts(const QList<QUrl> &urls) const { return !urls.isEmpty(); }
     // Sorts the first item's folder; the other items are ignored, and so is one that is no local file.
     Q_INVOKABLE void take(const QList<QUrl> &urls);
-
-Q_SIGNALS:
-    void engineChanged();
-
-private:
-    QPointer<SortEngine> m_engine;
 };
 
 } // namespace larkspan

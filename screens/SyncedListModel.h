@@ -7,19 +7,36 @@
 #include <QtCore/QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 
+#include "screens/EngineLink.h"
+
 namespace larkspan {
 
-// A list model whose rows follow a list that is made anew on every change. Rows that stay keep their delegates: they
-// are moved or told to have changed, never taken out and put back.
+// A list model whose rows follow a list that the engine makes anew on every change. Rows that stay keep their
+// delegates: they are moved or told to have changed, never taken out and put back. A list that has nothing in common
+// with the one before is shown as a new one.
 class SyncedListModel : public QAbstractListModel
 {
     Q_OBJECT
     QML_ANONYMOUS
+    Q_PROPERTY(larkspan::SortEngine *engine READ engine WRITE setEngine NOTIFY engineChanged REQUIRED)
+    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
 
 public:
     using QAbstractListModel::QAbstractListModel;
 
+    SortEngine *engine() const { return m_engine.get(); }
+    void setEngine(SortEngine *engine);
+
+Q_SIGNALS:
+    void engineChanged();
+    void countChanged();
+
 protected:
+    // Connects refresh to the signals of a new engine that matter.
+    virtual void follow(SortEngine &engine) = 0;
+    // Reads the rows again; there may be no engine.
+    virtual void refresh() = 0;
+
     // Turns rows into wanted. Two rows are the same when their key() is; keys are unique within a list.
     template <typename Row>
     void sync(std::vector<Row> &rows, std::vector<Row> wanted)
@@ -27,13 +44,25 @@ protected:
         using Key = std::decay_t<decltype(wanted.front().key())>;
         using Keys = std::unordered_set<Key, decltype([](const Key &key) { return qHash(key); })>;
 
+        const auto before = rows.size();
         const Keys keep = keysOf<Keys>(wanted);
-        for (auto i = static_cast<int>(rows.size()) - 1; i >= 0; --i) {
-            if (!keep.contains(rows[static_cast<std::size_t>(i)].key())) {
-                beginRemoveRows({}, i, i);
-                rows.erase(rows.begin() + i);
-                endRemoveRows();
+        const auto stays = [&keep](const Row &row) { return keep.contains(row.key()); };
+        if (!rows.empty() && std::none_of(rows.begin(), rows.end(), stays)) {
+            beginResetModel();
+            rows = std::move(wanted);
+            endResetModel();
+            tellCount(before, rows.size());
+            return;
+        }
+        for (auto end = rows.end(); end != rows.begin();) {
+            if (stays(*std::prev(end))) {
+                --end;
+                continue;
             }
+            const auto first = std::find_if(std::reverse_iterator(end), rows.rend(), stays).base();
+            beginRemoveRows({}, static_cast<int>(first - rows.begin()), static_cast<int>(end - rows.begin()) - 1);
+            end = rows.erase(first, end);
+            endRemoveRows();
         }
 
         const Keys had = keysOf<Keys>(rows);
@@ -62,9 +91,19 @@ protected:
             }
             ++want;
         }
+        tellCount(before, rows.size());
     }
 
+    EngineLink m_engine;
+
 private:
+    void tellCount(std::size_t before, std::size_t after)
+    {
+        if (before != after) {
+            Q_EMIT countChanged();
+        }
+    }
+
     template <typename Keys, typename Row>
     static Keys keysOf(const std::vector<Row> &rows)
     {

@@ -132,7 +132,7 @@ TEST_F(ClipListModelTest, ShowsTheClipsOfTheSelectedBinByDate)
     EXPECT_THAT(column(clips, ClipListModel::FileNameRole), ElementsAre(u"kitchen 1.mov"_s, u"kitchen 2.mov"_s));
     engine.setSelectedBin(u"Pool"_s);
     EXPECT_THAT(column(clips, ClipListModel::NameRole), ElementsAre(u"pool 3"_s));
-    EXPECT_EQ(clips.count(), 1);
+    EXPECT_EQ(clips.rowCount(), 1);
     engine.setSelectedBin(std::nullopt);
     EXPECT_THAT(column(clips, ClipListModel::NameRole), IsEmpty());
 }
@@ -282,11 +282,13 @@ TEST_F(ExportTextsTest, SayWhatAnExportDoesWithTheFootageAndHaveNoSingular)
     engine.setOptions({.fileHandling = FileHandling::copy});
     EXPECT_EQ(texts.title(), u"Copying "_s + name + u" into folders"_s);
     EXPECT_EQ(texts.progress(), u"Copying "_s + name);
+    EXPECT_THAT(texts.steps(), ElementsAre(u"Copying into folders…"_s, u"Building 1 bins…"_s, u"Almost there…"_s));
     EXPECT_EQ(texts.promise(), u"Originals are left exactly where they are."_s);
     EXPECT_EQ(texts.outcome(), u"Copied 1 clips into 1 folders. Your originals are untouched."_s);
     engine.setOptions({.fileHandling = FileHandling::move});
     EXPECT_EQ(texts.title(), u"Moving "_s + name + u" into folders"_s);
     EXPECT_EQ(texts.progress(), u"Moving "_s + name);
+    EXPECT_THAT(texts.steps(), ElementsAre(u"Moving into folders…"_s, u"Building 1 bins…"_s, u"Almost there…"_s));
     EXPECT_EQ(texts.promise(), u"Originals are only deleted once every copy verifies clean."_s);
     EXPECT_EQ(texts.outcome(), u"Moved 1 clips into 1 folders."_s);
 }
