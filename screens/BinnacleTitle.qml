@@ -7,6 +7,7 @@ Column {
     id: title
 
     required property SortEngine engine
+    required property string toolName
 
     readonly property string firstLine: {
         switch (engine.stage) {
@@ -19,7 +20,7 @@ Column {
         case SortEngine.Done:
             return qsTr("%1 · event created").arg(engine.folderName);
         default:
-            return qsTr("Binnacle");
+            return title.toolName;
         }
     }
 

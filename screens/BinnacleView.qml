@@ -10,6 +10,10 @@ FocusScope {
     required property int buildNumber
     // Why clips can't be looked at on this machine, "" when they can.
     required property string classifierProblem
+    // What stands above the title lines; nothing if not said.
+    property Component header
+    // How the tool is called where no shoot has the word.
+    property string toolName: qsTr("Binnacle")
 
     readonly property url stageView: {
         switch (engine.stage) {
@@ -39,13 +43,27 @@ FocusScope {
         color: LK.palette.surfaceWindow
     }
 
-    BinnacleTitle {
-        id: title
+    SortSounds {
+        engine: view.engine
+    }
+
+    Loader {
+        id: headerRow
 
         anchors.top: parent.top
         anchors.left: parent.left
         anchors.right: parent.right
+        sourceComponent: view.header
+    }
+
+    BinnacleTitle {
+        id: title
+
+        anchors.top: headerRow.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
         engine: view.engine
+        toolName: view.toolName
     }
 
     ProblemBanner {

@@ -11,11 +11,19 @@ FocusScope {
 
     focus: true
 
+    ScanTickScheduler {
+        id: ticks
+    }
+
+    Component.onCompleted: ticks.start(view.engine)
+    Component.onDestruction: ticks.stop()
+
     readonly property size tile: Qt.size(160, 90)
     readonly property int gap: 10
 
     Column {
         anchors.centerIn: parent
+        padding: 34
         spacing: 22
 
         Column {

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+
+#include <QtCore/QTimer>
+#include <QtQml/qqmlregistration.h>
+
+#include "core/SortEngine.h"
+
+namespace larkspan {
+
+// Ticks while a sort runs, the faster the further it is. Pure feedback: it counts no clips and keeps its own pace.
+// Main thread; ends with itself.
+class ScanTickScheduler : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    // Plays the house's tick, which is silent while sound is off.
+    explicit ScanTickScheduler(QObject *parent = nullptr);
+    // Calls the function at every tick.
+    explicit ScanTickScheduler(std::function<void()> tick);
+
+    // Seconds from one tick to the next, by the progress that is read between them, which is held within 0 to 1.
+    [[nodiscard]] static double delayAfter(double progress);
+
+    // Ticks at once and goes on until it is stopped; starting anew replaces what is pending.
+    void start(std::function<double()> progress);
+    // The same with the engine's progress.
+    Q_INVOKABLE void start(larkspan::SortEngine *engine);
+    Q_INVOKABLE void stop();
+    [[nodiscard]] bool isRunning() const { return m_workItem.isActive(); }
+
+private:
+    void tick();
+
+    std::function<void()> m_tick;
+    std::function<double()> m_progress;
+    QTimer m_workItem; // the tick now pending
+};
+
+} // namespace larkspan
