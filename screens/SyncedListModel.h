@@ -14,6 +14,7 @@ namespace larkspan {
 // A list model whose rows follow a list that the engine makes anew on every change. Rows that stay keep their
 // delegates: they are moved or told to have changed, never taken out and put back. A list that has nothing in common
 // with the one before is shown as a new one.
+// Classes made of it name it with its namespace: the tools of QML know it by that name alone.
 class SyncedListModel : public QAbstractListModel
 {
     Q_OBJECT
