@@ -18,7 +18,7 @@ T.Button {
         Lg
     }
 
-    property alias title: control.text
+    property string title
     property int kind: LKButton.Standard
     property int size: LKButton.Md
     property bool fullWidth: false
@@ -82,6 +82,7 @@ T.Button {
     implicitWidth: fullWidth && parent ? parent.width : implicitContentWidth + leftPadding + rightPadding
     implicitHeight: 22 + 4 * size
     horizontalPadding: 10 + 3 * size
+    text: title.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
     font: LK.font([11.5, 12.5, 13][size], kind === LKButton.Accent ? Font.DemiBold : Font.Medium)
     opacity: enabled ? 1 : 0.45
     hoverEnabled: true
@@ -101,7 +102,7 @@ T.Button {
     Accessible.name: title
 
     contentItem: Text {
-        text: control.text
+        text: control.title
         font: control.font
         color: control.textColor
         horizontalAlignment: Text.AlignHCenter

@@ -1,0 +1,134 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// Offers to bring in the footage of a card that was found. Nothing is copied before the editor accepts here.
+FocusScope {
+    id: prompt
+
+    required property SortEngine engine
+    // The card on offer; its clips count once they are counted.
+    required property string displayName
+    required property bool isCounted
+    required property int clipCount
+
+    readonly property bool needsFolder: engine.importRootPath === ""
+    readonly property string title: needsFolder ? qsTr("Set a Shoots folder first") : qsTr("SD card detected")
+    readonly property string body: {
+        if (needsFolder)
+            return qsTr("Choose a Shoots folder in Preferences so Binnacle knows where to organize footage from a card.");
+        if (!isCounted)
+            return displayName + qsTr(" — looking for clips…");
+        const found = clipCount === 1 ? qsTr("1 clip found.") : qsTr("%1 clips found.").arg(clipCount);
+        return displayName + " · " + found + qsTr(" Import and sort it into your Shoots folder?");
+    }
+
+    signal accept
+    signal decline
+    signal openPreferences
+
+    function answer() {
+        if (needsFolder)
+            openPreferences();
+        else
+            accept();
+    }
+
+    implicitWidth: 360
+    implicitHeight: column.implicitHeight + 2 * 28
+
+    Keys.onReturnPressed: prompt.answer()
+    Keys.onEnterPressed: prompt.answer()
+
+    Accessible.role: Accessible.Dialog
+    Accessible.name: title
+    Accessible.description: body
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 14
+        color: LK.palette.surfaceElevated
+        border.width: 1
+        border.color: LK.palette.borderSubtle
+
+        // What lies below is not to be reached through the card.
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.AllButtons
+            hoverEnabled: true
+            onWheel: event => event.accepted = true
+        }
+    }
+
+    Column {
+        id: column
+
+        anchors.centerIn: parent
+        width: parent.width
+        spacing: 14
+
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 44
+            height: 44
+            radius: 10
+            color: LK.palette.accentSubtle
+
+            LKIcon {
+                anchors.centerIn: parent
+                name: prompt.needsFolder ? "folder" : "sdcard"
+                size: 28
+                color: LK.palette.accent
+            }
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: prompt.title
+            font: LK.font(15, Font.DemiBold)
+            color: LK.palette.textPrimary
+            textFormat: Text.PlainText
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 300
+            // Room for the count, so that the buttons stand still when it comes.
+            height: Math.max(implicitHeight, Math.ceil(2 * metrics.lineSpacing))
+            text: prompt.body
+            font: LK.font(12.5)
+            color: LK.palette.textSecondary
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            wrapMode: Text.Wrap
+            maximumLineCount: 6
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+
+            FontMetrics {
+                id: metrics
+
+                font: LK.font(12.5)
+            }
+        }
+
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 8
+
+            LKButton {
+                size: LKButton.Lg
+                title: qsTr("Not Now")
+                onActivated: prompt.decline()
+            }
+
+            LKButton {
+                focus: true
+                kind: LKButton.Accent
+                size: LKButton.Lg
+                title: prompt.needsFolder ? qsTr("Open Preferences") : qsTr("Import & Sort")
+                onActivated: prompt.answer()
+            }
+        }
+    }
+}
