@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+
+#include <QtCore/QAbstractAnimation>
+#include <QtQml/qqmlregistration.h>
+#include <QtQuick/QQuickItem>
+
+namespace larkspan {
+
+// What a moving background needs besides its picture: one step for each frame of the display while anything moves and
+// anyone can see it, one still picture in boringMode, and then nothing at all. Main thread, but for updatePaintNode.
+class Backdrop : public QQuickItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Each background draws its own.")
+
+public:
+    // Seconds; it may run in any manner, or stand.
+    using Clock = std::function<double()>;
+
+    explicit Backdrop(QQuickItem *parent = nullptr);
+
+    // Another clock than the machine's, for a picture of a chosen moment. now() starts over at 0.
+    void setClock(Clock clock);
+    // A frame is asked for whenever the display can show one.
+    [[nodiscard]] bool isMoving() const;
+
+protected:
+    // One frame. False when nothing will change any more until wake().
+    virtual bool advance() = 0;
+    // Back to the one picture that is shown where nothing may move.
+    virtual void beStill() = 0;
+
+    void wake();
+    // Since the item was made.
+    [[nodiscard]] double now() const { return m_clock() - m_start; }
+    // The length of a device pixel.
+    [[nodiscard]] double pixel() const;
+    // Whether there is anything to draw, and something to draw it with.
+    [[nodiscard]] bool canDraw() const;
+
+    void itemChange(ItemChange change, const ItemChangeData &value) override;
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+
+private:
+    // Steps with the display's frames, as the animations around it do.
+    class Frames : public QAbstractAnimation
+    {
+    public:
+        explicit Frames(Backdrop &backdrop) : m_backdrop(backdrop) {}
+        [[nodiscard]] int duration() const override { return -1; }
+
+    protected:
+        void updateCurrentTime(int) override { m_backdrop.step(); }
+
+    private:
+        Backdrop &m_backdrop;
+    };
+
+    [[nodiscard]] bool canBeSeen() const;
+    void step();
+    void boringModeChanged();
+    void visibilityChanged();
+
+    Clock m_clock;
+    double m_start;
+    Frames m_frames;
+    QMetaObject::Connection m_windowVisibility;
+};
+
+} // namespace larkspan

@@ -1,0 +1,24 @@
+import QtQuick
+import Larkspan.Design
+
+// Content on a field of small squares that bloom from the centre and then twinkle.
+Item {
+    id: background
+
+    default property alias content: holder.data
+
+    Rectangle {
+        anchors.fill: parent
+        color: LK.palette.surfaceWindow
+    }
+
+    LKStarlightCanvas {
+        anchors.fill: parent
+    }
+
+    Item {
+        id: holder
+
+        anchors.fill: parent
+    }
+}
