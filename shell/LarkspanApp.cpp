@@ -53,14 +53,16 @@ OrganizeAnswer organizeByBin(const std::vector<ClipToOrganize> &clips, const Fil
 
 } // namespace
 
-LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models)
+LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatcher::System volumes)
     : m_models(QtConcurrent::run(
           [models = std::move(models)] { return models ? VisionModels::load(*models) : VisionModels::load(); }))
     , m_state(m_settings, m_system, LoginItem(), [](bool enabled) { SoundEngine::shared().setEnabled(enabled); })
     , m_engine(std::make_unique<SortEngine>(seams()))
+    , m_volumeWatcher(std::move(volumes))
 {
     QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
     followState();
+    watchForCards();
     m_qml.addImportPath(u"qrc:/qt/qml"_s);
     m_qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(*m_engine)); // owned by m_qml
 }
@@ -75,6 +77,7 @@ bool LarkspanApp::open()
     m_qml.setInitialProperties({
         {u"app"_s, QVariant::fromValue(&m_state)},
         {u"engine"_s, QVariant::fromValue(m_engine.get())},
+        {u"volumeWatcher"_s, QVariant::fromValue(&m_volumeWatcher)},
         {u"folderRequest"_s, QVariant::fromValue(&m_folderRequest)},
         {u"buildNumber"_s, LARKSPAN_BUILD_NUMBER},
     });
@@ -123,6 +126,23 @@ void LarkspanApp::followState()
     connect(&m_state, &AppState::boringModeChanged, this, followBoringMode);
     followTheme();
     followBoringMode();
+}
+
+void LarkspanApp::watchForCards()
+{
+    const auto followPhase = [this] {
+        if (m_state.phase() == AppState::Phase::App) {
+            m_volumeWatcher.startWatching();
+        } else {
+            m_volumeWatcher.stopWatching();
+        }
+    };
+    connect(&m_state, &AppState::phaseChanged, this, followPhase);
+    connect(&m_volumeWatcher, &VolumeWatcher::accepted, this, [this](const FileUrl &url, const QString &displayName) {
+        m_state.openTool(u"binnacle"_s);
+        m_engine->importCard(url, displayName);
+    });
+    followPhase();
 }
 
 void LarkspanApp::reportModels()

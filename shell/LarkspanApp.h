@@ -9,6 +9,7 @@
 
 #include "classify/VisionModels.h"
 #include "core/SortEngine.h"
+#include "output/VolumeWatcher.h"
 #include "shell/AppState.h"
 #include "shell/FolderRequest.h"
 
@@ -23,7 +24,9 @@ class LarkspanApp : public QObject
 
 public:
     // models: where the networks of the local tier lie; where the program keeps them, if not said.
-    explicit LarkspanApp(std::optional<std::filesystem::path> models = std::nullopt);
+    // volumes: where the system tells of its volumes.
+    explicit LarkspanApp(std::optional<std::filesystem::path> models = std::nullopt,
+                         VolumeWatcher::System volumes = {});
     ~LarkspanApp() override;
 
     // Opens the window. False when it can't be made, which is an installation without its QML modules.
@@ -31,6 +34,7 @@ public:
 
     AppState &state() { return m_state; }
     SortEngine &engine() { return *m_engine; }
+    VolumeWatcher &volumeWatcher() { return m_volumeWatcher; }
     // None before open().
     QQuickWindow *window() const;
 
@@ -40,6 +44,8 @@ private:
     SortSeams seams();
     // Keeps the design's theme and motion as the state says.
     void followState();
+    // Looks out for cards while the program is past its intro, and brings in those that the editor accepts.
+    void watchForCards();
     void reportModels();
 
     QFuture<LoadedModels> m_models; // read in the background, so that the window needn't wait for them
@@ -49,6 +55,7 @@ private:
     AppState m_state;
     ProjectCache m_projects;
     std::unique_ptr<SortEngine> m_engine;
+    VolumeWatcher m_volumeWatcher;
     QQmlApplicationEngine m_qml; // last: what it shows goes before what is shown
 };
 

@@ -10,6 +10,7 @@ Window {
 
     required property AppState app
     required property SortEngine engine
+    required property VolumeWatcher volumeWatcher
     required property FolderRequest folderRequest
     required property int buildNumber
     property string classifierProblem
