@@ -32,8 +32,8 @@ T.AbstractButton {
             control.clicked();
     }
 
-    Accessible.role: Accessible.Button
     Accessible.name: help
+    Accessible.onPressAction: control.clicked()
 
     contentItem: LKIcon {
         name: control.name

@@ -97,4 +97,9 @@ QFont LK::font(double points, int weight) const
     return font;
 }
 
+void LK::put(QObject *control, const QString &property, const QVariant &value) const
+{
+    control->setProperty(property.toUtf8().constData(), value);
+}
+
 } // namespace larkspan

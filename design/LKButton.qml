@@ -98,8 +98,8 @@ T.Button {
             control.clicked();
     }
 
-    Accessible.role: Accessible.Button
     Accessible.name: title
+    Accessible.onPressAction: control.clicked()
 
     contentItem: Text {
         text: control.title

@@ -21,6 +21,20 @@ QColor at(QRgb rgb, double opacity)
 
 } // namespace
 
+QList<QColor> LKPalette::aiGradient() const
+{
+    return {accent, info, accent, info, accent};
+}
+
+QVariantList LKPalette::shadowModalList() const
+{
+    QVariantList list;
+    for (const LKShadow &shadow : shadowModal) {
+        list.push_back(QVariant::fromValue(shadow));
+    }
+    return list;
+}
+
 const LKPalette &LKPalette::light()
 {
     static const LKPalette palette{

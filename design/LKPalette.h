@@ -2,7 +2,9 @@
 
 #include <vector>
 
+#include <QtCore/QList>
 #include <QtCore/QObject>
+#include <QtCore/QVariant>
 #include <QtGui/QColor>
 #include <QtQml/qqmlregistration.h>
 
@@ -63,6 +65,8 @@ struct LKPalette
     Q_PROPERTY(QColor textDisabled MEMBER textDisabled)
     Q_PROPERTY(larkspan::LKShadow shadowCard MEMBER shadowCard)
     Q_PROPERTY(larkspan::LKShadow shadowPopover MEMBER shadowPopover)
+    Q_PROPERTY(QVariantList shadowModal READ shadowModalList)
+    Q_PROPERTY(QList<QColor> aiGradient READ aiGradient)
 
 public:
     QColor accent;
@@ -97,6 +101,11 @@ public:
     LKShadow shadowCard;
     LKShadow shadowPopover;
     std::vector<LKShadow> shadowModal; // painted in this order
+
+    // The stops, evenly spaced, of the one gradient there is: around the centre, from the right.
+    [[nodiscard]] QList<QColor> aiGradient() const;
+    // shadowModal as QML takes it.
+    [[nodiscard]] QVariantList shadowModalList() const;
 
     static const LKPalette &light();
     static const LKPalette &dark();

@@ -1,32 +1,8 @@
-#include <QtTest/QSignalSpy>
-#include <QtTest/QTest>
-
-#include "design/LK.h"
-#include "tests/support/Scene.h"
+#include "tests/design/Controls.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-std::string document(const std::string &body)
-{
-    return "import QtQuick\nimport Larkspan.Design\nItem { width: 600; height: 400\n" + body + "\n}";
-}
-
-QColor fillOf(const QQuickItem *control)
-{
-    return control->property("background").value<QQuickItem *>()->property("color").value<QColor>();
-}
-
-// A fill that moves has arrived when it is this colour.
-bool becomes(const QQuickItem *control, const QColor &color)
-{
-    return QTest::qWaitFor([&] { return fillOf(control) == color; });
-}
-
-} // namespace
 
 TEST(LKButton, IsActivatedByMouseSpaceReturnAndEnter)
 {
@@ -85,11 +61,11 @@ TEST(LKButton, PressedWinsOverHover)
     const LKPalette &palette = LK::instance().palette();
     EXPECT_EQ(fillOf(button), palette.accentSolid);
     QTest::mouseMove(&scene.window(), middleOf(button));
-    EXPECT_TRUE(becomes(button, palette.accentSolidHover));
+    EXPECT_TRUE(fillBecomes(button, palette.accentSolidHover));
     QTest::mousePress(&scene.window(), Qt::LeftButton, {}, middleOf(button));
-    EXPECT_TRUE(becomes(button, palette.accentSolidPressed));
+    EXPECT_TRUE(fillBecomes(button, palette.accentSolidPressed));
     QTest::mouseRelease(&scene.window(), Qt::LeftButton, {}, middleOf(button));
-    EXPECT_TRUE(becomes(button, palette.accentSolidHover));
+    EXPECT_TRUE(fillBecomes(button, palette.accentSolidHover));
 }
 
 TEST(LKButton, ShowsWhereTheKeyboardIsButNotWhereTheMouseWas)

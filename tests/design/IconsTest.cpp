@@ -1,23 +1,11 @@
-#include <QtTest/QSignalSpy>
-#include <QtTest/QTest>
-
-#include "design/LK.h"
 #include "design/Symbols.h"
-#include "tests/support/Scene.h"
-#include "tests/support/WaitUntil.h"
+#include "tests/design/Controls.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
-using testing::SizeIs;
 
 namespace {
-
-std::string document(const std::string &body)
-{
-    return "import QtQuick\nimport Larkspan.Design\nRectangle { color: 'white'; width: 600; height: 400\n" + body +
-           "\n}";
-}
 
 // How many of the picture's dots are of the colour.
 qsizetype countOf(const QImage &picture, const QColor &color)

@@ -66,7 +66,8 @@ TEST(LKPalette, HasEveryColourOfBothThemes)
         EXPECT_EQ(written(fieldOf(LKPalette::light(), expected.field)), expected.light) << expected.field;
         EXPECT_EQ(written(fieldOf(LKPalette::dark(), expected.field)), expected.dark) << expected.field;
     }
-    EXPECT_EQ(LKPalette::staticMetaObject.propertyCount(), static_cast<int>(std::size(table)) + 2); // and two shadows
+    EXPECT_EQ(LKPalette::staticMetaObject.propertyCount(),
+              static_cast<int>(std::size(table)) + 4); // and the shadows, and the gradient
 }
 
 TEST(LKPalette, HasTheShadowsOfBothThemes)
@@ -80,6 +81,14 @@ TEST(LKPalette, HasTheShadowsOfBothThemes)
     EXPECT_EQ(LKPalette::dark().shadowPopover, (LKShadow{black(0.45f), 10, 0, 4}));
     EXPECT_EQ(LKPalette::dark().shadowModal,
               (std::vector{LKShadow{black(0.55f), 24, 0, 16}, LKShadow{black(0.3f), 4, 0, 2}}));
+}
+
+TEST(LKPalette, GradientTakesTurnsBetweenTheAccentAndTheInformingColour)
+{
+    for (const LKPalette *palette : {&LKPalette::light(), &LKPalette::dark()}) {
+        EXPECT_EQ(palette->aiGradient(),
+                  (QList{palette->accent, palette->info, palette->accent, palette->info, palette->accent}));
+    }
 }
 
 TEST(LKPalette, SelectedSurfaceIsTheSubtleAccentAndCardsAreElevatedInLightOnly)

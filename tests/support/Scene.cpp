@@ -17,6 +17,10 @@ Scene::Scene(const std::string &qml, const QVariantMap &properties, QSize size)
     m_window->resize(size);
     QQmlComponent component(&m_engine);
     component.setData(QByteArray::fromStdString(qml), QUrl(QStringLiteral("qrc:/qt/qml/Test.qml")));
+    if (component.isError()) {
+        ADD_FAILURE() << component.errorString().toStdString();
+        return;
+    }
     m_root = qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties));
     if (!m_root) {
         ADD_FAILURE() << component.errorString().toStdString();

@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+
+// The one switch of the house: a pill and a knob.
+T.AbstractButton {
+    id: control
+
+    property bool isOn: false
+    // What it switches, for assistive technology.
+    property string label
+
+    // As the user does; toggled then tells the owner, to whom isOn says the new state already.
+    function flip() {
+        LK.put(control, "isOn", !control.isOn);
+        control.toggled();
+    }
+
+    implicitWidth: 34
+    implicitHeight: 20
+    opacity: enabled ? 1 : 0.45
+    layer.enabled: !enabled // else the shadow would show through the knob
+    focusPolicy: Qt.StrongFocus
+
+    onClicked: control.flip()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            control.flip();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            control.flip();
+    }
+
+    Accessible.name: label
+    Accessible.checkable: true
+    Accessible.checked: isOn
+    Accessible.onPressAction: control.flip()
+
+    indicator: Rectangle {
+        implicitWidth: 34
+        implicitHeight: 20
+        radius: height / 2
+        color: control.isOn ? LK.palette.accent : LK.palette.surfacePressed
+
+        Behavior on color  {
+            LKColorMotion {
+            }
+        }
+
+        // The knob.
+        LKDropShadow {
+            x: control.isOn !== control.mirrored ? 16 : 2
+            y: 2
+            width: 16
+            height: 16
+            cornerRadius: 8
+            shadow.color: Qt.rgba(0, 0, 0, 0.35)
+            shadow.radius: 1
+            shadow.y: 1
+
+            Behavior on x  {
+                LKNumberMotion {
+                }
+            }
+
+            Rectangle {
+                objectName: "knob"
+                anchors.fill: parent
+                radius: 8
+                color: "white"
+            }
+        }
+
+        LKFocusRing {
+            visible: control.visualFocus
+            cornerRadius: 10
+        }
+    }
+}
