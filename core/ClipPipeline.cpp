@@ -14,7 +14,7 @@ constexpr int framesPerClip = 4;
 } // namespace
 
 ClipPtr processClip(const FileUrl &url, const FrameClassifier &classifier, const SortOptions &options,
-                    const SortSeams &seams)
+                    const SortSeams &seams, const std::stop_token &stop)
 {
     ClipPtr clip = seams.probeClip(url);
     const Frames frames = seams.sampleFrames(*clip, framesPerClip, frameMaxDimension);
@@ -26,7 +26,7 @@ ClipPtr processClip(const FileUrl &url, const FrameClassifier &classifier, const
     }
     clip->thumbnail = frames.front();
 
-    const FrameAnalysis analysis = classifier.analyze(frames);
+    const FrameAnalysis analysis = classifier.analyzeUntilStopped(frames, stop);
     clip->featurePrint = analysis.featurePrint;
     clip->rawIdentifiers = analysis.raw;
     clip->humanFraction = analysis.humanFraction;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <stop_token>
 
 #include <QtGui/QImage>
 
@@ -17,6 +18,13 @@ public:
 
     // frames: in time order, at most 448 pixels on the long side, upright.
     virtual FrameAnalysis analyze(std::span<const QImage> frames) const = 0;
+
+    // The same, given up early when a stop is asked for: nobody looks at the answer then. For a classifier that waits
+    // for others.
+    virtual FrameAnalysis analyzeUntilStopped(std::span<const QImage> frames, const std::stop_token & /*stop*/) const
+    {
+        return analyze(frames);
+    }
 };
 
 } // namespace larkspan

@@ -157,7 +157,7 @@ std::vector<ClipPtr> SortEngine::processBatch(const Run &run, std::span<const Fi
 {
     std::vector<ClipPtr> clips(urls.size());
     forEachClip(run, urls.size(),
-                [&](std::size_t i) { clips[i] = processClip(urls[i], classifier, options, m_seams); });
+                [&](std::size_t i) { clips[i] = processClip(urls[i], classifier, options, m_seams, run.stop); });
     return clips;
 }
 
