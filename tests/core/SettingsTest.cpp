@@ -1,6 +1,7 @@
 #include <fstream>
 #include <random>
 
+#include "core/CloudSettings.h"
 #include "core/SettingsStore.h"
 #include "core/SortSettings.h"
 #include "tests/core/SortEngineFixture.h"
@@ -250,4 +251,37 @@ TEST(SortOptions, ChoicesReadAsThePreferencesNameThem)
     EXPECT_EQ(fileHandlingLabel(FileHandling::move), u"Move into folders"_s);
     EXPECT_EQ(modelTierLabel(ModelTier::local), u"On This Mac"_s);
     EXPECT_EQ(modelTierLabel(ModelTier::cloud), u"Cloud AI"_s);
+}
+
+TEST_F(SettingsTest, TheCloudIsAskedAtItsPublicAddressForItsUsualModelUnlessToldOtherwise)
+{
+    const CloudSettings usual = CloudSettings::load(store(), u"key"_s);
+    EXPECT_EQ(usual, (CloudSettings{.endpoint = u"https://api.anthropic.com/v1/messages"_s,
+                                    .model = u"claude-sonnet-4-5"_s,
+                                    .apiKey = u"key"_s,
+                                    .maxFramesPerClip = 3}));
+    writeSettings("[General]\ncloudEndpoint=http://localhost:8080/v1/messages\ncloudModel=another\n");
+    EXPECT_EQ(CloudSettings::load(store(), u""_s),
+              (CloudSettings{.endpoint = u"http://localhost:8080/v1/messages"_s, .model = u"another"_s}));
+}
+
+TEST_F(SettingsTest, AnEmptyEndpointOrModelCountsAsMissing)
+{
+    writeSettings("[General]\ncloudEndpoint=\ncloudModel=\"\"\n");
+    EXPECT_EQ(CloudSettings::load(store(), u""_s), CloudSettings());
+}
+
+TEST_F(SettingsTest, TheKeyIsNeverReadFromNorWrittenToTheSettings)
+{
+    writeSettings("[General]\napiKey=from-the-file\ncloudAPIKey=from-the-file\n");
+    EXPECT_EQ(CloudSettings::load(store(), u""_s).apiKey, u""_s);
+    SettingsStore settings = store();
+    SortEngine engine(keeping(settings));
+    engine.setCloudSettings(CloudSettings::load(settings, u"sk-secret"_s));
+    engine.setModelTier(ModelTier::cloud);
+    engine.setOptions(noDefault);
+    engine.setImportRoot(shoot);
+    EXPECT_EQ(store().string(u"modelTier"_s), u"cloud"_s) << "all was written";
+    std::ifstream stream(file);
+    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(stream), {}), testing::Not(HasSubstr("sk-secret")));
 }
