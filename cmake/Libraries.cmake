@@ -13,6 +13,7 @@ set(CMAKE_AUTOMOC OFF) # switched on for the modules that hold QObjects
 set(CMAKE_AUTOUIC OFF)
 
 pkg_check_modules(FFmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale)
+pkg_check_modules(Secret REQUIRED IMPORTED_TARGET libsecret-1)
 # Sound: the mixer, reading a sound file, bringing it to the mixer's rate.
 pkg_check_modules(OpenAL REQUIRED IMPORTED_TARGET openal)
 pkg_check_modules(SndFile REQUIRED IMPORTED_TARGET sndfile)
