@@ -7,7 +7,10 @@
 #include <QtQuickControls2/QQuickStyle>
 
 #include "classify/ClipProbe.h"
+#include "classify/CloudClassifier.h"
+#include "classify/CloudKey.h"
 #include "classify/FrameSampler.h"
+#include "classify/HttpClient.h"
 #include "classify/ModelRequests.h"
 #include "classify/VisionClassifier.h"
 #include "design/LK.h"
@@ -56,6 +59,7 @@ OrganizeAnswer organizeByBin(const std::vector<ClipToOrganize> &clips, const Fil
 LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatcher::System volumes)
     : m_models(QtConcurrent::run(
           [models = std::move(models)] { return models ? VisionModels::load(*models) : VisionModels::load(); }))
+    , m_cloudKey(QtConcurrent::run([stop = m_stop.get_token()] { return loadCloudKey(stop); }))
     , m_state(m_settings, m_system, LoginItem(), [](bool enabled) { SoundEngine::shared().setEnabled(enabled); })
     , m_engine(std::make_unique<SortEngine>(seams()))
     , m_volumeWatcher(std::move(volumes))
@@ -63,12 +67,15 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
     QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
     followState();
     watchForCards();
+    adoptCloudSettings();
     m_qml.addImportPath(u"qrc:/qt/qml"_s);
     m_qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(*m_engine)); // owned by m_qml
 }
 
 LarkspanApp::~LarkspanApp()
 {
+    m_stop.request_stop();
+    m_cloudKey.waitForFinished();
     m_models.waitForFinished();
 }
 
@@ -104,6 +111,14 @@ SortSeams LarkspanApp::seams()
                 const LoadedModels models = m_models.result();
                 return std::make_shared<const VisionClassifier>(models ? std::make_shared<const ModelRequests>(*models)
                                                                        : nullptr);
+            },
+        .makeCloudClassifier =
+            [client = std::shared_ptr<const HttpClient>()](const CloudSettings &settings,
+                                                           std::shared_ptr<const FrameClassifier> local) mutable {
+                if (!client) { // the first sort that needs one; the next find its connections open
+                    client = std::make_shared<const HttpClient>();
+                }
+                return std::make_shared<const CloudClassifier>(settings, std::move(local), client);
             },
         .copyFiles = copyFiles,
         .organizeByBin = organizeByBin,
@@ -143,6 +158,16 @@ void LarkspanApp::watchForCards()
         m_engine->importCard(url, displayName);
     });
     followPhase();
+}
+
+void LarkspanApp::adoptCloudSettings()
+{
+    auto *watcher = new QFutureWatcher<QString>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher] {
+        m_engine->setCloudSettings(CloudClassifier::Settings::load(m_settings, watcher->result()));
+        watcher->deleteLater();
+    });
+    watcher->setFuture(m_cloudKey);
 }
 
 void LarkspanApp::reportModels()

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 #include <QtCore/QFuture>
 #include <QtQml/QQmlApplicationEngine>
@@ -46,9 +47,14 @@ private:
     void followState();
     // Looks out for cards while the program is past its intro, and brings in those that the editor accepts.
     void watchForCards();
+    // Until the keyring has answered there is no key, and a sort under the cloud tier stays on this machine.
+    void adoptCloudSettings();
     void reportModels();
 
-    QFuture<LoadedModels> m_models; // read in the background, so that the window needn't wait for them
+    std::stop_source m_stop; // of what is still awaited when the program ends
+    // Read in the background, so that the window needn't wait for them.
+    QFuture<LoadedModels> m_models;
+    QFuture<QString> m_cloudKey;
     FolderRequest m_folderRequest;
     SettingsStore m_settings;
     SystemAppearance m_system;
