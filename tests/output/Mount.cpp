@@ -6,6 +6,8 @@
 #include <stdexcept>
 
 #include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 
 namespace larkspan::test {
 
@@ -28,12 +30,14 @@ std::pair<bool, std::string> resultOf(const std::string &command)
 
 } // namespace
 
-Mount::Mount(Kind kind, std::size_t bytes)
+Mount::Mount(Kind kind, std::size_t bytes, const std::filesystem::path &at)
+    : m_path(at.empty() ? m_folder / "mount" : at)
 {
     std::filesystem::create_directories(m_path);
-    const std::string mount = " " + m_path.string();
+    const std::string mount = " '" + m_path.string() + "'";
     if (kind == Kind::memory) {
-        run("mount -t tmpfs -o mode=777,size=" + std::to_string(bytes) + " none" + mount);
+        m_mountCommand = "mount -t tmpfs -o mode=777,size=" + std::to_string(bytes) + " none" + mount;
+        run(m_mountCommand);
         return;
     }
     m_folder.write("image");
@@ -45,7 +49,8 @@ Mount::Mount(Kind kind, std::size_t bytes)
         m_loop = attached ? device : "";
         m_whyNot = attached ? "" : device;
     }
-    run((kind == Kind::exfat ? "mount.exfat-fuse " : "mount ") + m_loop + mount);
+    m_mountCommand = (kind == Kind::exfat ? "mount.exfat-fuse " : "mount ") + m_loop + mount;
+    run(m_mountCommand);
 }
 
 Mount::~Mount()
@@ -62,6 +67,31 @@ void Mount::run(const std::string &command)
         const auto [worked, said] = resultOf(command);
         m_whyNot = worked ? "" : command + ": " + said;
     }
+}
+
+std::string Mount::deviceNumber() const
+{
+    struct stat info
+    {};
+    if (::stat(m_path.c_str(), &info) != 0) {
+        throw std::runtime_error("could not look at " + m_path.string());
+    }
+    return std::to_string(major(info.st_dev)) + ":" + std::to_string(minor(info.st_dev));
+}
+
+bool Mount::unmount() const
+{
+    return ::umount2(m_path.c_str(), 0) == 0;
+}
+
+void Mount::mountAgain()
+{
+    run(m_mountCommand);
+}
+
+void Mount::bind(const std::filesystem::path &folder, const std::filesystem::path &at)
+{
+    run("mount --bind '" + folder.string() + "' '" + at.string() + "'");
 }
 
 void Mount::makeReadOnly() const

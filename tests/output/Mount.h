@@ -19,8 +19,9 @@ public:
         exfat // through FUSE
     };
 
-    // All but the one in memory lie on a fresh image of that many bytes, attached to a loop device.
-    Mount(Kind kind, std::size_t bytes);
+    // at: where to mount it; a folder of its own if not said. All but the one in memory lie on a fresh image of that
+    // many bytes, attached to a loop device.
+    Mount(Kind kind, std::size_t bytes, const std::filesystem::path &at = {});
     ~Mount();
     Mount(const Mount &) = delete;
     Mount &operator=(const Mount &) = delete;
@@ -30,7 +31,15 @@ public:
     const std::filesystem::path &path() const { return m_path; }
     const std::filesystem::path &image() const { return m_image; }
 
+    // The number of the device that is mounted, "7:3".
+    std::string deviceNumber() const;
     void makeReadOnly() const;
+    // As a person does it who is done with a card: refused while a file of it is open. False if it was.
+    [[nodiscard]] bool unmount() const;
+    // Puts the card back.
+    void mountAgain();
+    // Shows the same file system, or a folder of it, at another path too.
+    void bind(const std::filesystem::path &folder, const std::filesystem::path &at);
     // Takes the mount out of the tree, whatever still uses it.
     void detach() const;
 
@@ -38,9 +47,10 @@ private:
     void run(const std::string &command);
 
     TempFolder m_folder;
-    std::filesystem::path m_path = m_folder / "mount";
+    std::filesystem::path m_path;
     std::filesystem::path m_image = m_folder / "image";
     std::string m_loop; // the device, if one was attached
+    std::string m_mountCommand;
     std::string m_whyNot;
 };
 
