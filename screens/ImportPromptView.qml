@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
@@ -44,7 +45,21 @@ FocusScope {
     Accessible.name: title
     Accessible.description: body
 
+    Repeater {
+        model: LK.palette.shadowModal
+
+        LKDropShadow {
+            required property lkShadow modelData
+
+            anchors.fill: prompt
+            cornerRadius: surface.radius
+            shadow: modelData
+        }
+    }
+
     Rectangle {
+        id: surface
+
         anchors.fill: parent
         radius: 14
         color: LK.palette.surfaceElevated
