@@ -101,6 +101,7 @@ void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
     }
     beginWorking(destination);
     rememberRecent(destination);
+    countCopies(+1);
     startTask([this, source, destination, classifier = makeClassifier(), options = m_options](const Run &run) {
         importThenSort(run, source, destination, classifier, options);
     });
@@ -195,6 +196,7 @@ void SortEngine::importThenSort(const Run &run, const FileUrl &source, const Fil
 {
     const std::vector<FileUrl> urls = listClips(source, run.stop);
     if (urls.empty()) {
+        post([this] { countCopies(-1); });
         land(run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });
         return;
     }
@@ -202,6 +204,7 @@ void SortEngine::importThenSort(const Run &run, const FileUrl &source, const Fil
     const auto copied = m_seams.copyFiles(
         urls, destination, options.verifyLevel,
         [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
+    post([this] { countCopies(-1); });
     if (!copied) {
         land(run,
              [this, failure = copied.error()] { setStage({.kind = StageKind::failed, .text = failure.description}); });
@@ -253,6 +256,15 @@ void SortEngine::startTask(std::function<void(const Run &run)> work)
 {
     m_task = std::stop_source();
     m_taskPool.start(new PoolJob([run = Run{m_ticket, m_task.get_token()}, work = std::move(work)] { work(run); }));
+}
+
+void SortEngine::countCopies(int change)
+{
+    const bool wasCopying = isCopying();
+    m_copies += change;
+    if (wasCopying != isCopying()) {
+        Q_EMIT isCopyingChanged();
+    }
 }
 
 void SortEngine::clearClips()

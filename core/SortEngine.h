@@ -49,6 +49,7 @@ class SortEngine : public QObject
     Q_PROPERTY(int done READ done NOTIFY progressChanged)
     Q_PROPERTY(int total READ total NOTIFY progressChanged)
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
+    Q_PROPERTY(bool isCopying READ isCopying NOTIFY isCopyingChanged)
     Q_PROPERTY(bool hasFolder READ hasFolder NOTIFY folderChanged)
     Q_PROPERTY(QString folderName READ folderName NOTIFY folderChanged)
     Q_PROPERTY(QString displayName READ displayName NOTIFY folderChanged)
@@ -134,6 +135,9 @@ public:
     int total() const { return m_total; }
     // done ÷ total, 0 before the total is known.
     double progress() const;
+    // Footage is being copied or moved, for this shoot or for one that is on its way out: what was stopped still ends
+    // the file that it is at.
+    bool isCopying() const { return m_copies > 0; }
     const std::optional<FileUrl> &folder() const { return m_folder; }
     bool hasFolder() const { return m_folder.has_value(); }
     QString folderName() const;
@@ -199,6 +203,7 @@ Q_SIGNALS:
     // The list or anything in it: bins, counts and lists are to be read again.
     void clipsChanged();
     void progressChanged();
+    void isCopyingChanged();
     void folderChanged();
     void selectedBinChanged();
     void previewClipChanged();
@@ -241,6 +246,7 @@ private:
     std::shared_ptr<const FrameClassifier> makeClassifier() const;
     void cancelTask();
     void startTask(std::function<void(const Run &run)> work);
+    void countCopies(int change);
     void clearClips();
     void beginWorking(const FileUrl &folder);
     void setStage(Stage stage);
@@ -303,6 +309,7 @@ private:
     std::optional<QString> m_importVolumeName;
 
     quint64 m_ticket = 0;
+    int m_copies = 0; // tasks that copy footage
     std::stop_source m_task;
     QThreadPool m_taskPool; // one thread a task; a stopped one may still be ending beside the new one
     QThreadPool m_clipPool; // the clips in work, of all tasks together

@@ -10,6 +10,7 @@ using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 using testing::SizeIs;
 
 namespace fs = std::filesystem;
@@ -321,4 +322,62 @@ TEST_F(CardImportTest, CancellingTheCopyStopsBeforeTheSortAndLeavesTheDatedFolde
     }
     EXPECT_EQ(probed, 0);
     EXPECT_TRUE(fs::exists(dated->path() / "kitchen 1.mov"));
+}
+
+TEST_F(CardImportTest, ACopyIsUnderWayUntilItsLastFileIsDoneEvenWhenItWasStopped)
+{
+    insertCard();
+    Gate gate;
+    auto parts = importingSeams();
+    parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
+                          const std::stop_token &) {
+        gate.pass();
+        return copyPlainly(urls, destination, progress);
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(shoots());
+    EXPECT_FALSE(engine.isCopying());
+    engine.importCard(card(), u"CARD"_s);
+    gate.awaitArrival();
+    EXPECT_TRUE(engine.isCopying());
+    engine.reset();
+    EXPECT_TRUE(engine.isCopying());
+    gate.open();
+    EXPECT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
+
+    engine.importCard(card(), u"CARD"_s);
+    gate.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_FALSE(engine.isCopying());
+}
+
+TEST_F(CardImportTest, AnEmptyCardIsNotUnderWayForever)
+{
+    fs::create_directory(folder / "Shoots");
+    fs::create_directory(folder / "card");
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    EXPECT_TRUE(engine.isCopying());
+    ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    EXPECT_FALSE(engine.isCopying());
+}
+
+TEST_F(SortEngineTest, AnExportIsUnderWayUntilItsEventIsWritten)
+{
+    makeClips({"kitchen 1"});
+    auto parts = seams();
+    parts.organizeByBin = [](const auto &...) { return OrganizeAnswer(); };
+    SortEngine engine(parts);
+    SortOptions options;
+    options.fileHandling = FileHandling::copy;
+    engine.setOptions(options);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    std::vector<std::pair<bool, StageKind>> seen;
+    QObject::connect(&engine, &SortEngine::isCopyingChanged,
+                     [&] { seen.emplace_back(engine.isCopying(), engine.stage().kind); });
+    engine.exportEvent();
+    EXPECT_TRUE(waitUntil([&] { return seen.size() == 2; }));
+    EXPECT_THAT(seen, ElementsAre(Pair(true, StageKind::organizing), Pair(false, StageKind::done)));
 }
