@@ -64,6 +64,8 @@ class SortEngine : public QObject
     Q_PROPERTY(larkspan::ModelTier modelTier READ modelTier WRITE setModelTier NOTIFY modelTierChanged)
     Q_PROPERTY(larkspan::SortOptions options READ options WRITE setOptions NOTIFY optionsChanged)
     Q_PROPERTY(QString importRootPath READ importRootPath NOTIFY importRootChanged)
+    Q_PROPERTY(bool isRemovableImport READ isRemovableImport NOTIFY folderChanged)
+    Q_PROPERTY(bool hasPreview READ hasPreview NOTIFY previewClipChanged)
     Q_PROPERTY(QString selectedBin READ selectedBinText WRITE selectBin NOTIFY selectedBinChanged)
 
 public:
@@ -163,6 +165,8 @@ public:
     void setSelectedBin(std::optional<QString> bin);
     const ClipPtr &previewClip() const { return m_previewClip; }
     void setPreviewClip(ClipPtr clip);
+    bool hasPreview() const { return m_previewClip != nullptr; }
+    Q_INVOKABLE void closePreview() { setPreviewClip(nullptr); }
     // Ids of the clips that the editor has dealt with.
     const std::set<QUuid> &confirmedReview() const { return m_confirmedReview; }
     bool isUnderReview(const MediaClip &clip) const;

@@ -42,11 +42,11 @@ LK *LK::create(QQmlEngine *, QJSEngine *)
 QString LK::rawValue(Appearance appearance)
 {
     switch (appearance) {
-    case Appearance::Dark:
+    case Appearance::AlwaysDark:
         return u"dark"_s;
-    case Appearance::Light:
+    case Appearance::AlwaysLight:
         return u"light"_s;
-    case Appearance::System:
+    case Appearance::FollowSystem:
         return u"system"_s;
     }
     Q_UNREACHABLE();
@@ -54,7 +54,7 @@ QString LK::rawValue(Appearance appearance)
 
 std::optional<LK::Appearance> LK::appearanceFromRawValue(const QString &rawValue)
 {
-    for (const Appearance appearance : {Appearance::Dark, Appearance::Light, Appearance::System}) {
+    for (const Appearance appearance : {Appearance::AlwaysDark, Appearance::AlwaysLight, Appearance::FollowSystem}) {
         if (LK::rawValue(appearance) == rawValue) {
             return appearance;
         }

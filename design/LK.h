@@ -25,6 +25,9 @@ struct LKMotionScale
     Q_PROPERTY(int overlay MEMBER overlay CONSTANT)
     Q_PROPERTY(int step MEMBER step CONSTANT)
     Q_PROPERTY(int screen MEMBER screen CONSTANT)
+    Q_PROPERTY(int toolIn MEMBER toolIn CONSTANT)
+    Q_PROPERTY(int toolOut MEMBER toolOut CONSTANT)
+    Q_PROPERTY(int afterIntro MEMBER afterIntro CONSTANT)
     Q_PROPERTY(int toolTipDelay MEMBER toolTipDelay CONSTANT)
     Q_PROPERTY(QVariantList curve MEMBER curve CONSTANT)
 
@@ -35,6 +38,9 @@ public:
     int overlay = 180;      // what lies above the screens
     int step = 260;         // one step of a list or a carousel
     int screen = 300;       // a change of screen
+    int toolIn = 380;       // a tool's screen comes
+    int toolOut = 280;      // and goes
+    int afterIntro = 650;   // the program comes out from behind the intro
     int toolTipDelay = 600; // from resting on a thing to being told about it
     // As Easing.bezierCurve takes it: the two control points, then the end.
     QVariantList curve{0.2, 0.8, 0.2, 1.0, 1.0, 1.0};
@@ -56,8 +62,8 @@ public:
     // QML reaches only names in upper case.
     enum class Theme { Light, Dark };
     Q_ENUM(Theme)
-    // What the user asks for; System is whatever the desktop shows.
-    enum class Appearance { Dark, Light, System };
+    // What the user asks for. Not named as the themes are: QML sees the cases of both under LK.
+    enum class Appearance { AlwaysDark, AlwaysLight, FollowSystem };
     Q_ENUM(Appearance)
 
     // The stored form: "dark", "light", "system". None for any other text.

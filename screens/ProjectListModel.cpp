@@ -20,6 +20,7 @@ QString detailOf(const ProjectSummary &project)
 void ProjectListModel::follow(SortEngine &engine)
 {
     connect(&engine, &SortEngine::projectsChanged, this, &ProjectListModel::refresh);
+    connect(&engine, &SortEngine::folderChanged, this, &ProjectListModel::refresh);
 }
 
 int ProjectListModel::rowCount(const QModelIndex &parent) const
@@ -32,7 +33,7 @@ QVariant ProjectListModel::data(const QModelIndex &index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
         return {};
     }
-    const ProjectSummary &project = m_rows[static_cast<std::size_t>(index.row())].project;
+    const auto &[project, isCurrent] = m_rows[static_cast<std::size_t>(index.row())];
     switch (role) {
     case ProjectIdRole:
         return project.id;
@@ -41,6 +42,8 @@ QVariant ProjectListModel::data(const QModelIndex &index, int role) const
         return project.name;
     case DetailRole:
         return detailOf(project);
+    case CurrentRole:
+        return isCurrent;
     default:
         return {};
     }
@@ -48,7 +51,7 @@ QVariant ProjectListModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> ProjectListModel::roleNames() const
 {
-    return {{ProjectIdRole, "projectId"}, {NameRole, "name"}, {DetailRole, "detail"}};
+    return {{ProjectIdRole, "projectId"}, {NameRole, "name"}, {DetailRole, "detail"}, {CurrentRole, "isCurrent"}};
 }
 
 void ProjectListModel::refresh()
@@ -56,7 +59,7 @@ void ProjectListModel::refresh()
     std::vector<Row> wanted;
     if (m_engine) {
         for (const ProjectSummary &project : m_engine->projects()) {
-            wanted.push_back({project});
+            wanted.push_back({.project = project, .isCurrent = project.id == m_engine->currentProjectID()});
         }
     }
     sync(m_rows, std::move(wanted));

@@ -16,7 +16,8 @@ public:
     enum Role {
         ProjectIdRole = Qt::UserRole + 1,
         NameRole,
-        DetailRole, // "74 clips · 12 bins · 3 to review"
+        DetailRole,  // "74 clips · 12 bins · 3 to review"
+        CurrentRole, // whether it is the one on show
     };
 
     using SyncedListModel::SyncedListModel;
@@ -29,6 +30,7 @@ private:
     struct Row
     {
         ProjectSummary project;
+        bool isCurrent = false;
 
         const QString &key() const { return project.id; }
         friend bool operator==(const Row &, const Row &) = default;

@@ -99,7 +99,7 @@ bool AppState::isSortToolOpen() const
 void AppState::resolveTheme()
 {
     const bool isDark =
-        m_appearance == LK::Appearance::System ? m_system.isDark() : m_appearance == LK::Appearance::Dark;
+        m_appearance == LK::Appearance::FollowSystem ? m_system.isDark() : m_appearance == LK::Appearance::AlwaysDark;
     change(m_theme, isDark ? LK::Theme::Dark : LK::Theme::Light, &AppState::themeChanged);
 }
 

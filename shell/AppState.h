@@ -141,7 +141,7 @@ private:
     bool m_closing = false;
     int m_toolIndex = 0;
     double m_dragX = 0.0;
-    LK::Appearance m_appearance = LK::Appearance::Dark;
+    LK::Appearance m_appearance = LK::Appearance::AlwaysDark;
     LK::Theme m_theme = LK::Theme::Dark;
     bool m_showPreferences = false;
     QString m_preferencesTab;

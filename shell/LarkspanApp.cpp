@@ -63,6 +63,7 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
     , m_state(m_settings, m_system, LoginItem(), [](bool enabled) { SoundEngine::shared().setEnabled(enabled); })
     , m_engine(std::make_unique<SortEngine>(seams()))
     , m_volumeWatcher(std::move(volumes))
+    , m_diagnostics(*m_engine, [this] { return localClassifier().supportedIdentifiers(); })
 {
     QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
     followState();
@@ -86,6 +87,7 @@ bool LarkspanApp::open()
         {u"engine"_s, QVariant::fromValue(m_engine.get())},
         {u"volumeWatcher"_s, QVariant::fromValue(&m_volumeWatcher)},
         {u"folderRequest"_s, QVariant::fromValue(&m_folderRequest)},
+        {u"diagnostics"_s, QVariant::fromValue(&m_diagnostics)},
         {u"buildNumber"_s, LARKSPAN_BUILD_NUMBER},
     });
     m_qml.load(u"qrc:/qt/qml/Larkspan/Shell/RootView.qml"_s);
@@ -101,17 +103,18 @@ QQuickWindow *LarkspanApp::window() const
     return m_qml.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(m_qml.rootObjects().first());
 }
 
+VisionClassifier LarkspanApp::localClassifier() const
+{
+    const LoadedModels models = m_models.result();
+    return VisionClassifier(models ? std::make_shared<const ModelRequests>(*models) : nullptr);
+}
+
 SortSeams LarkspanApp::seams()
 {
     return {
         .probeClip = probeClip,
         .sampleFrames = sampleFrames,
-        .makeLocalClassifier =
-            [this] {
-                const LoadedModels models = m_models.result();
-                return std::make_shared<const VisionClassifier>(models ? std::make_shared<const ModelRequests>(*models)
-                                                                       : nullptr);
-            },
+        .makeLocalClassifier = [this] { return std::make_shared<const VisionClassifier>(localClassifier()); },
         .makeCloudClassifier =
             [client = std::shared_ptr<const HttpClient>()](const CloudSettings &settings,
                                                            std::shared_ptr<const FrameClassifier> local) mutable {

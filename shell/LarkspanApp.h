@@ -8,10 +8,12 @@
 #include <QtCore/QFuture>
 #include <QtQml/QQmlApplicationEngine>
 
+#include "classify/VisionClassifier.h"
 #include "classify/VisionModels.h"
 #include "core/SortEngine.h"
 #include "output/VolumeWatcher.h"
 #include "shell/AppState.h"
+#include "shell/DiagnosticsExport.h"
 #include "shell/FolderRequest.h"
 
 class QQuickWindow;
@@ -42,6 +44,8 @@ public:
 private:
     using LoadedModels = tl::expected<std::shared_ptr<const VisionModels>, ModelError>;
 
+    // Waits for the models.
+    VisionClassifier localClassifier() const;
     SortSeams seams();
     // Keeps the design's theme and motion as the state says.
     void followState();
@@ -62,6 +66,7 @@ private:
     ProjectCache m_projects;
     std::unique_ptr<SortEngine> m_engine;
     VolumeWatcher m_volumeWatcher;
+    DiagnosticsExport m_diagnostics;
     QQmlApplicationEngine m_qml; // last: what it shows goes before what is shown
 };
 

@@ -4,7 +4,7 @@ import Larkspan.Design
 import Larkspan.Screens
 import Larkspan.Shell
 
-// The program's window.
+// The program's window: the intro, then the launcher or a tool, and above them what is asked or shown for a moment.
 Window {
     id: root
 
@@ -12,10 +12,22 @@ Window {
     required property SortEngine engine
     required property VolumeWatcher volumeWatcher
     required property FolderRequest folderRequest
+    required property DiagnosticsExport diagnostics
     required property int buildNumber
     property string classifierProblem
 
-    title: qsTr("Larkspan")
+    readonly property bool isAtWork: engine.stage === SortEngine.Working || engine.stage === SortEngine.Organizing
+
+    // Closes one thing at a time.
+    function closeTopmost() {
+        if (engine.hasPreview)
+            engine.closePreview();
+        else if (app.showPreferences)
+            app.showPreferences = false;
+    }
+
+    title: root.active || !root.isAtWork ? qsTr("Larkspan") : qsTr("%1% – Larkspan").arg(Math.floor(100 * engine.progress))
+    flags: Qt.Window | Qt.FramelessWindowHint
     width: 1180
     height: 790
     minimumWidth: 980
@@ -23,12 +35,96 @@ Window {
     color: LK.palette.surfaceWindow
     visible: true
 
-    BinnacleView {
+    onClosing: close => close.accepted = closeGuard.allowsClosing()
+
+    Shortcut {
+        sequence: "Ctrl+,"
+        onActivated: root.app.openPreferences()
+    }
+
+    FocusScope {
+        id: stage
+
+        readonly property bool isCovered: preferences.shown || closeGuard.shown
+
         anchors.fill: parent
         focus: true
+
+        layer.enabled: haze.radius > 0
+        layer.effect: LKBlur {
+            radius: haze.radius // qmllint disable
+        }
+
+        QtObject {
+            id: haze
+
+            property real radius: stage.isCovered ? 24 : 0
+
+            Behavior on radius  {
+                LKNumberMotion {
+                    duration: LK.motion.overlay
+                }
+            }
+        }
+
+        WindowMoveArea {
+            width: parent.width
+            height: 44
+        }
+
+        ToolStage {
+            anchors.fill: parent
+            focus: true
+            visible: opacity > 0
+            opacity: root.app.phase === AppState.App ? 1 : 0
+            app: root.app
+            engine: root.engine
+            buildNumber: root.buildNumber
+            classifierProblem: root.classifierProblem
+
+            Behavior on opacity  {
+                LKNumberMotion {
+                    duration: LK.motion.afterIntro
+                }
+            }
+        }
+
+        // There is no intro yet, and no launcher to open the tool from.
+        Timer {
+            interval: 0
+            running: root.app.phase === AppState.Intro
+            onTriggered: {
+                root.app.finishIntro();
+                root.app.openTool("binnacle");
+            }
+        }
+    }
+
+    WindowFrame {
+        anchors.fill: parent
+    }
+
+    ModalOverlay {
+        id: preferences
+
+        objectName: "preferencesOverlay"
+        shown: root.app.showPreferences && root.app.phase === AppState.App
+        scrimOpacity: 0.4
+        z: 3
+        onScrimTapped: root.app.showPreferences = false
+        onEscaped: root.closeTopmost()
+
+        Loader {
+            active: preferences.visible
+            focus: true
+            source: "PreferencesSheet.qml"
+        }
+    }
+
+    CloseGuard {
+        id: closeGuard
+
         engine: root.engine
-        buildNumber: root.buildNumber
-        classifierProblem: root.classifierProblem
     }
 
     Connections {

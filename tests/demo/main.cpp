@@ -73,6 +73,8 @@ public:
         m_program.engine().setOptions(options);
 
         require(m_program.open() && Desktop::awaitWindow(window()), "the window doesn't open");
+        m_program.state().finishIntro();
+        m_program.state().openTool(u"binnacle"_s);
         picture("landing");
         std::printf("Dropping %s on the window\n", shoot.c_str());
         Desktop::dragFiles({shoot}, shown(u"Drop a shoot folder here"_s));
@@ -118,7 +120,8 @@ private:
         for (const QSize size : {QSize(980, 640), QSize(1180, 790)}) {
             window().resize(size);
             for (const LK::Theme theme : {LK::Theme::Dark, LK::Theme::Light}) {
-                LK::instance().setTheme(theme);
+                m_program.state().setAppearance(theme == LK::Theme::Light ? LK::Appearance::AlwaysLight
+                                                                          : LK::Appearance::AlwaysDark);
                 const QDeadlineTimer rest(std::chrono::milliseconds(500));
                 (void)waitUntil([&] { return rest.hasExpired() && window().size() == size; });
                 const QString name =

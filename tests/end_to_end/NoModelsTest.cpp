@@ -19,10 +19,12 @@ TEST(WithoutModels, TheWindowSaysSoAndEveryClipIsFiledForALook)
     LarkspanApp program(folder / "no models here");
     ASSERT_TRUE(program.open());
     ASSERT_TRUE(Desktop::awaitWindow(*program.window()));
+    program.state().finishIntro();
+    program.state().openTool(u"binnacle"_s);
     EXPECT_TRUE(waitUntil([&] { return !program.window()->property("classifierProblem").toString().isEmpty(); }));
     const QString problem = program.window()->property("classifierProblem").toString();
     EXPECT_TRUE(problem.contains(u"no models here"_s)) << problem.toStdString();
-    EXPECT_NE(findShown(program.window()->contentItem(), problem), nullptr);
+    EXPECT_TRUE(waitUntil([&] { return findShown(program.window()->contentItem(), problem) != nullptr; }));
 
     SortEngine &engine = program.engine();
     engine.sortFolder(FileUrl(folder.path()));

@@ -87,6 +87,8 @@ protected:
     {
         ASSERT_TRUE(program.open());
         ASSERT_TRUE(Desktop::awaitWindow(*program.window()));
+        program.state().finishIntro();
+        program.state().openTool(u"binnacle"_s);
     }
 
     // What is shown with this text; the test fails when it doesn't come up.

@@ -47,7 +47,7 @@ TEST_F(AppStateTest, AFreshStoreGivesTheDefaults)
     EXPECT_FALSE(app->closing());
     EXPECT_EQ(app->property("toolIndex"), 0);
     EXPECT_EQ(app->property("dragX"), 0.0);
-    EXPECT_EQ(app->appearance(), LK::Appearance::Dark);
+    EXPECT_EQ(app->appearance(), LK::Appearance::AlwaysDark);
     EXPECT_EQ(app->theme(), LK::Theme::Dark);
     EXPECT_EQ(app->palette(), LKPalette::dark());
     EXPECT_EQ(app->property("showPreferences"), false);
@@ -69,7 +69,7 @@ TEST_F(AppStateTest, EverySettingIsStoredAsItChangesAndFoundAgain)
 {
     {
         const auto app = launch();
-        app->setAppearance(LK::Appearance::Light);
+        app->setAppearance(LK::Appearance::AlwaysLight);
         app->setReopenLastShoot(true);
         app->setAccountName(u"Vega & Söhne"_s);
         app->setBoringMode(true);
@@ -87,7 +87,7 @@ TEST_F(AppStateTest, EverySettingIsStoredAsItChangesAndFoundAgain)
 
     sound.clear();
     const auto again = launch();
-    EXPECT_EQ(again->appearance(), LK::Appearance::Light);
+    EXPECT_EQ(again->appearance(), LK::Appearance::AlwaysLight);
     EXPECT_EQ(again->theme(), LK::Theme::Light);
     EXPECT_EQ(again->palette(), LKPalette::light());
     EXPECT_TRUE(again->reopenLastShoot());
@@ -102,7 +102,7 @@ TEST_F(AppStateTest, EverySettingIsStoredAsItChangesAndFoundAgain)
 TEST_F(AppStateTest, AnUnknownAppearanceStaysDarkAndIsLeftInTheStore)
 {
     store.setString(u"lkAppearance"_s, u"sepia"_s);
-    EXPECT_EQ(launch()->appearance(), LK::Appearance::Dark);
+    EXPECT_EQ(launch()->appearance(), LK::Appearance::AlwaysDark);
     EXPECT_EQ(store.string(u"lkAppearance"_s), u"sepia"_s);
 }
 
@@ -214,7 +214,7 @@ TEST_F(AppStateTest, SystemAppearanceFollowsTheDesktopWithNoRestart)
     DesktopPortal portal(DesktopPortal::Dark);
     SystemAppearance desktop;
     AppState app(store, desktop, LoginItem(autostart), [](bool) {});
-    app.setAppearance(LK::Appearance::System);
+    app.setAppearance(LK::Appearance::FollowSystem);
     EXPECT_EQ(store.string(u"lkAppearance"_s), u"system"_s);
     EXPECT_TRUE(waitUntil([&] { return app.theme() == LK::Theme::Dark; }));
     portal.change(DesktopPortal::Light);
@@ -237,7 +237,7 @@ TEST_F(AppStateTest, ADarkAppearanceLeavesTheDesktopsChangeAlone)
 TEST_F(AppStateTest, SystemAppearanceIsLightWithoutAPortal)
 {
     const auto app = launch();
-    app->setAppearance(LK::Appearance::System);
+    app->setAppearance(LK::Appearance::FollowSystem);
     EXPECT_EQ(app->theme(), LK::Theme::Light);
 }
 

@@ -1,0 +1,85 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Larkspan.Design
+
+// A card that says something and waits for an answer, or for what it says to be over.
+FocusScope {
+    id: card
+
+    required property string title
+    required property string message
+    // On the buttons, the one that harms nothing last; the last has the keyboard.
+    property list<string> answers
+
+    // By the answer's place in the list.
+    signal answered(int index)
+
+    implicitWidth: 400
+    implicitHeight: column.implicitHeight + 48
+    Accessible.role: Accessible.Dialog
+    Accessible.name: title
+    Accessible.description: message
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 10
+        color: LK.palette.surfaceElevated
+        border.width: 1
+        border.color: LK.palette.borderSubtle
+    }
+
+    Column {
+        id: column
+
+        x: 24
+        y: 24
+        width: parent.width - 48
+        spacing: 8
+
+        Text {
+            width: parent.width
+            text: card.title
+            font: LK.font(15, Font.DemiBold)
+            color: LK.palette.textPrimary
+            wrapMode: Text.Wrap
+            textFormat: Text.PlainText
+        }
+
+        Text {
+            width: parent.width
+            text: card.message
+            font: LK.font(12.5)
+            color: LK.palette.textSecondary
+            wrapMode: Text.Wrap
+            textFormat: Text.PlainText
+        }
+
+        Item {
+            width: 1
+            height: 8
+            visible: card.answers.length > 0
+        }
+
+        Flow {
+            width: parent.width
+            spacing: 8
+            layoutDirection: Qt.RightToLeft
+            visible: card.answers.length > 0
+
+            Repeater {
+                model: card.answers.length
+
+                LKButton {
+                    required property int index
+
+                    readonly property int answer: card.answers.length - 1 - index
+
+                    title: card.answers[answer]
+                    kind: index === 0 ? LKButton.Accent : LKButton.Standard
+                    focus: index === 0
+                    onActivated: card.answered(answer)
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,92 @@
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+import Larkspan.Shell
+
+// Lies over the whole window and keeps everything below from the pointer and the keyboard: a scrim, and on it what the
+// editor is asked or shown. The window can still be
+// moved, resized and closed.
+T.Popup {
+    id: overlay
+
+    required property bool shown
+    required property real scrimOpacity
+    // What stands in the middle of the scrim.
+    default property alias content: card.data
+
+    // The scrim was pressed.
+    signal scrimTapped
+    // Escape, whichever overlay is to answer it.
+    signal escaped
+
+    x: 0
+    y: 0
+    width: parent ? parent.width : 0
+    height: parent ? parent.height : 0
+    padding: 0
+    modal: true
+    dim: false
+    focus: true
+    closePolicy: T.Popup.NoAutoClose
+    visible: shown
+
+    enter: Transition {
+        LKNumberMotion {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: LK.motion.overlay
+        }
+    }
+    exit: Transition {
+        LKNumberMotion {
+            property: "opacity"
+            to: 0
+            duration: LK.motion.overlay
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: "black"
+        opacity: overlay.scrimOpacity
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.AllButtons
+        onClicked: overlay.scrimTapped()
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    WindowMoveArea {
+        width: parent.width
+        height: 44
+    }
+
+    // A press beside the controls of the card isn't one on the scrim.
+    MouseArea {
+        anchors.fill: card
+        acceptedButtons: Qt.AllButtons
+    }
+
+    FocusScope {
+        id: card
+
+        anchors.centerIn: parent
+        width: childrenRect.width
+        height: childrenRect.height
+        focus: true
+    }
+
+    WindowFrame {
+        anchors.fill: parent
+    }
+
+    Shortcut {
+        enabled: overlay.visible
+        sequence: "Escape"
+        onActivated: overlay.escaped()
+    }
+}

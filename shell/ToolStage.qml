@@ -1,0 +1,102 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+import Larkspan.Shell
+
+// The launcher, and the tool that comes out of it and goes back into it.
+FocusScope {
+    id: stage
+
+    required property AppState app
+    required property SortEngine engine
+    required property int buildNumber
+    required property string classifierProblem
+
+    readonly property bool hasTool: app.view === AppState.Tool
+
+    FocusScope {
+        id: launcher
+
+        anchors.fill: parent
+        focus: !stage.hasTool
+        visible: opacity > 0
+        opacity: stage.hasTool ? 0 : 1
+
+        Behavior on opacity  {
+            LKNumberMotion {
+                duration: LK.motion.toolIn
+            }
+        }
+
+        // Until there is a launcher.
+        LKButton {
+            anchors.centerIn: parent
+            focus: true
+            kind: LKButton.Accent
+            size: LKButton.Lg
+            title: qsTr("Open Binnacle")
+            onActivated: stage.app.openTool("binnacle")
+        }
+    }
+
+    FocusScope {
+        id: tool
+
+        property real blur: stage.app.closing ? 8 : 0
+        readonly property int pace: stage.app.closing ? LK.motion.toolOut : LK.motion.toolIn
+
+        anchors.fill: parent
+        focus: stage.hasTool
+        visible: opacity > 0
+        opacity: stage.hasTool && !stage.app.closing ? 1 : 0
+        scale: stage.app.closing ? 0.92 : 1
+        layer.enabled: blur > 0
+        layer.effect: LKBlur {
+            radius: tool.blur // qmllint disable
+        }
+
+        Behavior on opacity  {
+            LKNumberMotion {
+                duration: tool.pace
+            }
+        }
+        Behavior on scale  {
+            LKNumberMotion {
+                duration: tool.pace
+            }
+        }
+        Behavior on blur  {
+            LKNumberMotion {
+                duration: tool.pace
+            }
+        }
+
+        // Made when it is first wanted and then kept, so that coming back finds everything where it was.
+        Loader {
+            id: binnacle
+
+            readonly property bool isOpen: stage.app.isSortToolOpen
+
+            anchors.fill: parent
+            visible: stage.app.toolID === "binnacle"
+            focus: stage.app.toolID === "binnacle"
+            Component.onCompleted: makeOnce()
+            onIsOpenChanged: makeOnce()
+
+            function makeOnce() {
+                if (isOpen && status === Loader.Null)
+                    setSource("SortTool.qml", {
+                            "app": stage.app,
+                            "engine": stage.engine,
+                            "buildNumber": stage.buildNumber
+                        });
+            }
+        }
+
+        Binding {
+            target: binnacle.item
+            property: "classifierProblem"
+            value: stage.classifierProblem
+        }
+    }
+}
