@@ -24,7 +24,7 @@ ClipPtr processClip(const FileUrl &url, const FrameClassifier &classifier, const
         clip->reviewReason = u"couldn't read any frames"_s;
         return clip;
     }
-    clip->thumbnail = frames.front();
+    clip->thumbnail = Thumbnail(frames.front());
 
     const FrameAnalysis analysis = classifier.analyzeUntilStopped(frames, stop);
     clip->featurePrint = analysis.featurePrint;

@@ -30,4 +30,10 @@ QString MediaClip::rationalDuration() const
     return QStringLiteral("%1/%2s").arg(static_cast<std::int64_t>(frames) * frameDurationValue).arg(frameDurationScale);
 }
 
+FileUrl MediaClip::footageURL() const
+{
+    std::error_code unreadable; // taken for gone
+    return destinationURL && !std::filesystem::exists(url.path(), unreadable) ? *destinationURL : url;
+}
+
 } // namespace larkspan

@@ -8,12 +8,12 @@
 #include <QtCore/QSizeF>
 #include <QtCore/QString>
 #include <QtCore/QUuid>
-#include <QtGui/QImage>
 
 #include "core/Date.h"
 #include "core/FeaturePrint.h"
 #include "core/FileUrl.h"
 #include "core/FrameAnalysis.h"
+#include "core/Thumbnail.h"
 
 namespace larkspan {
 
@@ -47,11 +47,14 @@ public:
     FeaturePrintPtr featurePrint;
     std::vector<RawIdentifier> rawIdentifiers;
 
-    QImage thumbnail;                      // null if none
+    Thumbnail thumbnail;                   // none if no frame could be read
     std::optional<FileUrl> destinationURL; // where the importer put the footage
 
     // The primary bin, then the extras, without empty names and doubles. This decides membership of a bin everywhere.
     std::vector<QString> bins() const;
+    // Where the footage is now: at its url, or where the importer moved it if it is gone from there. Asks the file
+    // system.
+    FileUrl footageURL() const;
     bool isVertical() const { return displaySize.width() < displaySize.height(); }
     // The length on the clip's own frame grid, at least one frame: "599599/60000s".
     QString rationalDuration() const;

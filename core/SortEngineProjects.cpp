@@ -117,10 +117,10 @@ void SortEngine::loadThumbnails()
         for (std::size_t first = 0; first < clips.size() && !run.stop.stop_requested(); first += thumbnailGroup) {
             const auto groupBegin = clips.begin() + static_cast<std::ptrdiff_t>(first);
             const auto groupSize = static_cast<std::ptrdiff_t>(std::min(thumbnailGroup, clips.size() - first));
-            std::vector<QImage> pictures(static_cast<std::size_t>(groupSize));
+            std::vector<Thumbnail> pictures(static_cast<std::size_t>(groupSize));
             forEachClip(run, pictures.size(), [&](std::size_t i) {
                 const Frames frames = m_seams.sampleFrames(*copies[first + i], 1, thumbnailSize);
-                pictures[i] = frames.empty() ? QImage() : frames.front();
+                pictures[i] = frames.empty() ? Thumbnail() : Thumbnail(frames.front());
             });
             land(run, [this, group = std::vector(groupBegin, groupBegin + groupSize), pictures = std::move(pictures)] {
                 for (std::size_t i = 0; i < group.size(); ++i) {

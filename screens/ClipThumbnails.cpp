@@ -14,12 +14,8 @@ namespace {
 
 constexpr QSize usualSize(160, 90);
 
-QString framePath(const MediaClip &clip)
-{
-    return u"frame/%1/%2"_s.arg(clip.id.toString(QUuid::WithoutBraces)).arg(clip.thumbnail.cacheKey());
-}
-
-const QString binPath = u"bin/"_s;
+const QString framePath = u"frame/"_s; // then the thumbnail's key
+const QString binPath = u"bin/"_s;     // then the bin
 
 // The outline of a picture. What isn't to be round below reaches beyond its lower edge.
 QPainterPath outline(const QSizeF &size, double radius, bool topOnly)
@@ -49,7 +45,7 @@ QUrl ClipThumbnails::urlOf(const MediaClip &clip)
 {
     const QString path = clip.thumbnail.isNull()
                              ? binPath + QString::fromLatin1(QUrl::toPercentEncoding(clip.primaryBin))
-                             : framePath(clip);
+                             : framePath + QString::number(clip.thumbnail.key());
     return QUrl(u"image://%1/%2"_s.arg(providerName(), path));
 }
 
@@ -63,12 +59,13 @@ QImage ClipThumbnails::requestImage(const QString &id, QSize *size, const QSize 
 {
     const QString path = id.section(u'?', 0, 0);
     const QUrlQuery options(id.section(u'?', 1));
-    const QImage frame = [&] {
+    const Thumbnail thumbnail = [&] {
         const std::lock_guard lock(m_mutex);
-        return m_frames.value(path);
+        return m_thumbnails.value(path.startsWith(framePath) ? path.mid(framePath.size()).toULongLong() : 0);
     }();
 
     const QSize wanted = requestedSize.isEmpty() ? usualSize : requestedSize;
+    const QImage frame = thumbnail.filling(wanted);
     if (size) {
         *size = wanted;
     }
@@ -82,9 +79,7 @@ QImage ClipThumbnails::requestImage(const QString &id, QSize *size, const QSize 
             path.startsWith(binPath) ? QUrl::fromPercentEncoding(path.mid(binPath.size()).toUtf8()) : QString();
         painter.setBrush(gradient(bin, wanted));
     } else {
-        const QImage scaled = frame.scaled(wanted, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
-        const QPoint corner((scaled.width() - wanted.width()) / 2, (scaled.height() - wanted.height()) / 2);
-        painter.setBrush(QBrush(scaled.copy(QRect(corner, wanted))));
+        painter.setBrush(QBrush(frame));
     }
     painter.drawPath(outline(wanted, options.queryItemValue(u"radius"_s).toDouble(), options.hasQueryItem(u"top"_s)));
     return picture;
@@ -92,14 +87,15 @@ QImage ClipThumbnails::requestImage(const QString &id, QSize *size, const QSize 
 
 void ClipThumbnails::refresh(const SortEngine &engine)
 {
-    QHash<QString, QImage> frames;
+    QHash<quint64, Thumbnail> thumbnails;
+    thumbnails.reserve(engine.clipCount());
     for (const ClipPtr &clip : engine.clips()) {
         if (!clip->thumbnail.isNull()) {
-            frames.insert(framePath(*clip), clip->thumbnail);
+            thumbnails.insert(clip->thumbnail.key(), clip->thumbnail);
         }
     }
     const std::lock_guard lock(m_mutex);
-    m_frames.swap(frames);
+    m_thumbnails.swap(thumbnails);
 }
 
 } // namespace larkspan

@@ -13,7 +13,8 @@ namespace larkspan {
 
 // Hands the clips' pictures to QML under "image://clips/…": the first frame, or its bin's colours while there is none,
 // cropped to the size asked for. "?radius=8" rounds the corners by so many pixels, "&top" only the upper ones.
-// Follows the engine on the main thread; QML may ask from its loading threads. A picture is dropped with its clip.
+// Follows the engine on the main thread; QML may ask from its loading threads. A picture is decoded when it is asked
+// for and dropped with its clip: all that is held of a shoot is Thumbnail::mostBytes a clip at most.
 class ClipThumbnails : public QQuickImageProvider
 {
     Q_OBJECT
@@ -33,7 +34,7 @@ private:
     void refresh(const SortEngine &engine);
 
     std::mutex m_mutex;
-    QHash<QString, QImage> m_frames; // by the URL's path
+    QHash<quint64, Thumbnail> m_thumbnails; // by their keys
 };
 
 } // namespace larkspan

@@ -97,7 +97,7 @@ TEST(ClipRecord, ARoundTripKeepsWhatIsStoredAndLosesThePrint)
     clip.humanFraction = 0.01;
     clip.featurePrint = std::make_shared<FeaturePrint>(std::vector<float>{1.0f});
     clip.rawIdentifiers = {{u"kitchen"_s, 0.9}};
-    clip.thumbnail = QImage(2, 2, QImage::Format_RGB888);
+    clip.thumbnail = Thumbnail(QImage(2, 2, QImage::Format_RGB888));
     clip.destinationURL = FileUrl("/elsewhere/a.mov");
 
     const ClipRecord record = ClipRecord::fromClip(clip);

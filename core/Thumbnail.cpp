@@ -1,0 +1,70 @@
+#include "core/Thumbnail.h"
+
+#include <atomic>
+
+#include <QtCore/QBuffer>
+#include <QtGui/QImageReader>
+#include <QtGui/QImageWriter>
+
+namespace larkspan {
+
+namespace {
+
+constexpr char format[] = "jpg";
+
+QByteArray encoded(const QImage &frame, int quality)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, format);
+    writer.setQuality(quality);
+    return writer.write(frame) ? bytes : QByteArray();
+}
+
+QByteArray encodedWithin(QImage frame, qsizetype mostBytes)
+{
+    constexpr int qualities[] = {85, 70, 50, 30};
+    while (!frame.isNull()) {
+        for (const int quality : qualities) {
+            const QByteArray bytes = encoded(frame, quality);
+            if (bytes.size() <= mostBytes) {
+                return bytes;
+            }
+        }
+        frame = frame.scaled(frame.size() / 2, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }
+    return {};
+}
+
+} // namespace
+
+Thumbnail::Thumbnail(const QImage &frame)
+{
+    static std::atomic<quint64> made = 0;
+    m_jpeg = encodedWithin(frame, mostBytes);
+    if (!m_jpeg.isEmpty()) {
+        m_size = frame.size();
+        m_key = ++made;
+    }
+}
+
+QImage Thumbnail::filling(QSize size) const
+{
+    if (isNull()) {
+        return {};
+    }
+    QByteArray bytes = m_jpeg;
+    QBuffer buffer(&bytes);
+    QImageReader reader(&buffer, format);
+    if (!size.isEmpty()) {
+        // The decoder itself leaves out most of what a smaller picture doesn't show.
+        const QSize whole = m_size.scaled(size, Qt::KeepAspectRatioByExpanding);
+        reader.setScaledSize(whole);
+        reader.setScaledClipRect(
+            QRect(QPoint((whole.width() - size.width()) / 2, (whole.height() - size.height()) / 2), size));
+    }
+    return reader.read();
+}
+
+} // namespace larkspan
