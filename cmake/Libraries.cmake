@@ -1,7 +1,7 @@
 # Everything that comes from outside, in one place.
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent Gui DBus Network Qml Quick QuickControls2 ShaderTools Test)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent Gui DBus Network OpenGL Qml Quick QuickControls2 ShaderTools Test)
 find_package(tl-expected REQUIRED)
 find_package(OpenSSL 3 REQUIRED COMPONENTS Crypto)
 find_package(GTest REQUIRED)
@@ -18,3 +18,5 @@ pkg_check_modules(Secret REQUIRED IMPORTED_TARGET libsecret-1)
 pkg_check_modules(OpenAL REQUIRED IMPORTED_TARGET openal)
 pkg_check_modules(SndFile REQUIRED IMPORTED_TARGET sndfile)
 pkg_check_modules(SampleRate REQUIRED IMPORTED_TARGET samplerate)
+# Playing a clip.
+pkg_check_modules(Mpv REQUIRED IMPORTED_TARGET mpv)

@@ -120,9 +120,14 @@ public:
     Q_INVOKABLE void reassign(const QUuid &id, const QString &bin);
     // Tags a clip with a further bin, or takes that tag off. Its review state stays.
     Q_INVOKABLE void toggleExtraBin(const QUuid &id, const QString &bin);
+    // Leaves a clip with this one further bin, or with none for an empty one, whatever it had before.
+    Q_INVOKABLE void setSecondBin(const QUuid &id, const QString &bin);
     // Accepts a clip as it stands, or every clip under review.
     Q_INVOKABLE void confirm(const QUuid &id);
     Q_INVOKABLE void confirmAll();
+
+    // Shows a clip's file in the file manager.
+    Q_INVOKABLE void revealClip(const QUuid &id);
 
     // Writes what the classifier saw of each clip as a CSV file, in one step.
     [[nodiscard]] tl::expected<void, std::error_code> exportDiagnostics(const FileUrl &url) const;

@@ -35,6 +35,20 @@ void SortEngine::toggleExtraBin(const QUuid &id, const QString &bin)
     saveCurrentProject();
 }
 
+void SortEngine::setSecondBin(const QUuid &id, const QString &bin)
+{
+    const ClipPtr clip = clipOf(id);
+    if (!clip) {
+        return;
+    }
+    clip->extraBins.clear();
+    if (!bin.isEmpty() && bin != clip->primaryBin) {
+        clip->extraBins.push_back(bin);
+    }
+    Q_EMIT clipsChanged();
+    saveCurrentProject();
+}
+
 void SortEngine::confirm(const QUuid &id)
 {
     if (const ClipPtr clip = clipOf(id)) {
@@ -51,6 +65,13 @@ void SortEngine::confirmAll()
         }
     }
     finishEdit();
+}
+
+void SortEngine::revealClip(const QUuid &id)
+{
+    if (const ClipPtr clip = clipOf(id)) {
+        m_seams.revealFile(clip->footageURL());
+    }
 }
 
 ClipPtr SortEngine::clipOf(const QUuid &id) const

@@ -48,20 +48,22 @@ QVariant ClipListModel::data(const QModelIndex &index, int role) const
     const Row &row = m_rows[static_cast<std::size_t>(index.row())];
     switch (role) {
     case ClipIdRole:
-        return row.id;
+        return row.clip->id;
     case Qt::DisplayRole:
     case NameRole:
-        return row.name;
+        return row.clip->url.baseName();
     case FileNameRole:
-        return row.fileName;
+        return row.clip->url.lastPathComponent();
     case DurationRole:
-        return row.duration;
+        return durationText(row.clip->duration);
     case ThumbnailRole:
-        return row.thumbnail;
+        return ClipThumbnails::urlOf(*row.clip);
     case PrimaryBinRole:
         return row.primaryBin;
     case ExtraBinRole:
-        return row.extraBin;
+        return row.extraBins.empty() ? QString() : row.extraBins.front();
+    case ExtraBinsRole:
+        return QStringList(row.extraBins.begin(), row.extraBins.end());
     case ReviewReasonRole:
         return row.reviewReason;
     default:
@@ -72,24 +74,67 @@ QVariant ClipListModel::data(const QModelIndex &index, int role) const
 QHash<int, QByteArray> ClipListModel::roleNames() const
 {
     return {
-        {ClipIdRole, "clipId"},       {NameRole, "name"},
-        {FileNameRole, "fileName"},   {DurationRole, "duration"},
-        {ThumbnailRole, "thumbnail"}, {PrimaryBinRole, "primaryBin"},
-        {ExtraBinRole, "extraBin"},   {ReviewReasonRole, "reviewReason"},
+        {ClipIdRole, "clipId"},     {NameRole, "name"},           {FileNameRole, "fileName"},
+        {DurationRole, "duration"}, {ThumbnailRole, "thumbnail"}, {PrimaryBinRole, "primaryBin"},
+        {ExtraBinRole, "extraBin"}, {ExtraBinsRole, "extraBins"}, {ReviewReasonRole, "reviewReason"},
     };
 }
 
-ClipListModel::Row ClipListModel::rowOf(const MediaClip &clip) const
+void ClipListModel::open(int row)
+{
+    if (const ClipPtr clip = clipAt(row)) {
+        m_engine->setPreviewClip(clip);
+    }
+}
+
+void ClipListModel::reassign(int row, const QString &bin)
+{
+    if (const ClipPtr clip = clipAt(row)) {
+        m_engine->reassign(clip->id, bin);
+    }
+}
+
+void ClipListModel::toggleExtraBin(int row, const QString &bin)
+{
+    if (const ClipPtr clip = clipAt(row)) {
+        m_engine->toggleExtraBin(clip->id, bin);
+    }
+}
+
+void ClipListModel::confirm(int row)
+{
+    if (const ClipPtr clip = clipAt(row)) {
+        m_engine->confirm(clip->id);
+    }
+}
+
+void ClipListModel::reveal(int row)
+{
+    if (const ClipPtr clip = clipAt(row)) {
+        m_engine->revealClip(clip->id);
+    }
+}
+
+int ClipListModel::previewRow() const
+{
+    const ClipPtr clip = m_engine ? m_engine->previewClip() : nullptr;
+    const auto row = std::ranges::find(m_rows, clip, &Row::clip);
+    return row == m_rows.end() ? -1 : static_cast<int>(row - m_rows.begin());
+}
+
+ClipPtr ClipListModel::clipAt(int row) const
+{
+    return m_engine && row >= 0 && row < rowCount() ? m_rows[static_cast<std::size_t>(row)].clip : nullptr;
+}
+
+ClipListModel::Row ClipListModel::rowOf(const ClipPtr &clip) const
 {
     return {
-        .id = clip.id,
-        .name = clip.url.baseName(),
-        .fileName = clip.url.lastPathComponent(),
-        .duration = durationText(clip.duration),
-        .thumbnail = ClipThumbnails::urlOf(clip),
-        .primaryBin = clip.primaryBin,
-        .extraBin = clip.extraBins.empty() ? QString() : clip.extraBins.front(),
-        .reviewReason = m_engine->isUnderReview(clip) ? clip.reviewReason : QString(),
+        .clip = clip,
+        .thumbnail = clip->thumbnail.key(),
+        .primaryBin = clip->primaryBin,
+        .extraBins = clip->extraBins,
+        .reviewReason = m_engine->isUnderReview(*clip) ? clip->reviewReason : QString(),
     };
 }
 
@@ -102,7 +147,7 @@ void ClipListModel::refresh()
                                                      : std::vector<ClipPtr>();
         wanted.reserve(clips.size());
         for (const ClipPtr &clip : clips) {
-            wanted.push_back(rowOf(*clip));
+            wanted.push_back(rowOf(clip));
         }
     }
     const bool isReview = m_source == SelectedBin && m_engine && m_engine->selectedBin() == reviewKey();

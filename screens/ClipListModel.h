@@ -32,6 +32,7 @@ public:
         ThumbnailRole, // where the image provider has its picture
         PrimaryBinRole,
         ExtraBinRole,     // the first extra bin, "" if none
+        ExtraBinsRole,    // all of them
         ReviewReasonRole, // "" when the clip isn't under review
     };
 
@@ -40,6 +41,15 @@ public:
     Source source() const { return m_source; }
     void setSource(Source source);
     bool isReview() const { return m_isReview; }
+
+    // What is done to the clip of a row; a row that isn't there changes nothing.
+    Q_INVOKABLE void open(int row);
+    Q_INVOKABLE void reassign(int row, const QString &bin);
+    Q_INVOKABLE void toggleExtraBin(int row, const QString &bin);
+    Q_INVOKABLE void confirm(int row);
+    Q_INVOKABLE void reveal(int row);
+    // The row of the clip in the preview, -1 if it isn't here.
+    Q_INVOKABLE int previewRow() const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -50,23 +60,22 @@ Q_SIGNALS:
     void isReviewChanged();
 
 private:
-    // What a delegate shows of a clip, as it was at the last refresh: the clip itself publishes no change.
+    // A clip, and what of it may change, as it was at the last refresh: the clip itself publishes no change.
     struct Row
     {
-        QUuid id;
-        QString name;
-        QString fileName;
-        QString duration;
-        QUrl thumbnail;
+        ClipPtr clip;
+        quint64 thumbnail = 0;
         QString primaryBin;
-        QString extraBin;
+        std::vector<QString> extraBins;
         QString reviewReason;
 
-        const QUuid &key() const { return id; }
+        const QUuid &key() const { return clip->id; }
         friend bool operator==(const Row &, const Row &) = default;
     };
 
-    Row rowOf(const MediaClip &clip) const;
+    Row rowOf(const ClipPtr &clip) const;
+    // Null for a row that isn't there.
+    ClipPtr clipAt(int row) const;
     void follow(SortEngine &engine) override;
     void refresh() override;
 

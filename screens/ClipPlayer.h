@@ -1,0 +1,92 @@
+#pragma once
+
+#include <memory>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtQml/qqmlregistration.h>
+
+#include "core/FileUrl.h"
+
+struct mpv_handle;
+struct mpv_event;
+
+namespace larkspan {
+
+// Plays one clip, sound included. It opens that file and nothing else, whatever the file refers to, and reads no
+// settings and no scripts of the user's. Nothing is decoded before the first play(). Main thread.
+class ClipPlayer : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    // Whether it plays; false as well at the clip's end.
+    Q_PROPERTY(bool playing READ isPlaying NOTIFY playingChanged)
+    Q_PROPERTY(double position READ position NOTIFY positionChanged)           // seconds
+    Q_PROPERTY(double duration READ duration NOTIFY durationChanged)           // seconds, 0 while it isn't known
+    Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged) // 0 to 1, as it is heard
+    Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY volumeChanged)
+    // Why the clip can't be played, for people; "" while it can, or while nobody has tried.
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
+
+public:
+    // Shared with what draws the pictures, which may outlive the player by a frame.
+    using Handle = std::shared_ptr<mpv_handle>;
+
+    explicit ClipPlayer(QObject *parent = nullptr);
+    // Silent at once.
+    ~ClipPlayer() override;
+
+    // Plays the file from its beginning once there is a place for its pictures: see pictureReady.
+    void open(const FileUrl &file);
+    // Whoever draws says so once, as soon as pictures can be drawn, or that they can't: then only the sound plays.
+    void pictureReady(bool canDraw);
+    // Null before open().
+    [[nodiscard]] const Handle &handle() const { return m_mpv; }
+
+    [[nodiscard]] bool isPlaying() const { return m_playing; }
+    [[nodiscard]] double position() const { return m_position; }
+    [[nodiscard]] double duration() const { return m_duration; }
+    [[nodiscard]] double volume() const { return m_volume; }
+    void setVolume(double volume);
+    [[nodiscard]] bool isMuted() const { return m_muted; }
+    void setMuted(bool muted);
+    [[nodiscard]] const QString &problem() const { return m_problem; }
+
+    // From the beginning again if it has ended.
+    Q_INVOKABLE void play();
+    Q_INVOKABLE void pause();
+    Q_INVOKABLE void toggle();
+    // exact: to the very frame; otherwise to one near by that is found at once, for a hand that is still moving.
+    Q_INVOKABLE void seek(double seconds, bool exact);
+
+Q_SIGNALS:
+    void opened(); // there is a handle
+    void playingChanged();
+    void positionChanged();
+    void durationChanged();
+    void volumeChanged();
+    void problemChanged();
+
+private:
+    void handleEvents();
+    void handleEvent(const mpv_event &event);
+    void handleProperty(const mpv_event &event);
+    void fail(const QString &problem);
+    void followPlaying();
+    [[nodiscard]] bool isGone() const;
+
+    FileUrl m_file;
+    Handle m_mpv;
+    bool m_loaded = false;
+    bool m_wantsPicture = true;
+    bool m_paused = false;
+    bool m_atEnd = false;
+    bool m_playing = false;
+    double m_position = 0.0;
+    double m_duration = 0.0;
+    double m_volume = 1.0;
+    bool m_muted = false;
+    QString m_problem;
+};
+
+} // namespace larkspan
