@@ -56,11 +56,8 @@ Item {
                 textFormat: Text.PlainText
             }
 
-            background: Rectangle {
-                radius: 5
-                color: LK.palette.surfaceElevated
-                border.width: 1
-                border.color: LK.palette.borderSubtle
+            background: LKPanel {
+                cornerRadius: 5
             }
         }
     }

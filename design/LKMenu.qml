@@ -1,0 +1,103 @@
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+
+// A menu above the rest: of LKMenuItem, LKMenuSeparator and LKMenu, which is a submenu by its title.
+// Arrows, Home, End and typed letters walk it, past what can't be chosen; it scrolls where the window is too low.
+T.Menu {
+    id: menu
+
+    readonly property LKTypeAhead typeAhead: LKTypeAhead {
+    }
+
+    // Once a row is too long for this it is elided.
+    readonly property real widest: 360
+
+    function labelAt(row: int): var {
+        const item = itemAt(row);
+        return item instanceof T.MenuItem && item.enabled && item.visible ? item.text : null;
+    }
+
+    // Goes to the next entry that can be chosen, round the ends.
+    function walk(from: int, step: int) {
+        for (let i = 0, row = from; i < count; ++i) {
+            row = (row + step + count) % count;
+            if (labelAt(row) !== null) {
+                currentIndex = row;
+                return;
+            }
+        }
+    }
+
+    function takeKey(event: var) {
+        if (typeAhead.takes(event)) {
+            const labels = [];
+            for (let row = 0; row < count; ++row)
+                labels.push(labelAt(row));
+            const found = typeAhead.find(labels, currentIndex, event.text);
+            if (found >= 0)
+                currentIndex = found;
+        } else if (event.key === Qt.Key_Down) {
+            walk(currentIndex, 1);
+        } else if (event.key === Qt.Key_Up) {
+            walk(Math.max(currentIndex, 0), -1);
+        } else if (event.key === Qt.Key_Home) {
+            walk(-1, 1);
+        } else if (event.key === Qt.Key_End) {
+            walk(count, -1);
+        } else {
+            event.accepted = false;
+            return;
+        }
+        event.accepted = true;
+    }
+
+    onAboutToShow: {
+        let width = 140;
+        for (let row = 0; row < count; ++row)
+            width = Math.max(width, itemAt(row).implicitWidth);
+        contentWidth = Math.min(width, widest);
+    }
+
+    implicitWidth: contentWidth + leftPadding + rightPadding
+    implicitHeight: Math.min(contentHeight + topPadding + bottomPadding, T.Overlay.overlay ? T.Overlay.overlay.height - 2 * margins : Infinity)
+    margins: 6
+    padding: 4
+    cascade: true
+    overlap: 2
+
+    delegate: LKMenuItem {
+    }
+
+    enter: Transition {
+        LKNumberMotion {
+            property: "opacity"
+            from: 0
+            to: 1
+        }
+    }
+
+    exit: Transition {
+        LKNumberMotion {
+            property: "opacity"
+            to: 0
+        }
+    }
+
+    contentItem: ListView {
+        focus: true
+        implicitHeight: contentHeight
+        model: menu.contentModel
+        currentIndex: menu.currentIndex
+        interactive: contentHeight > height
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        Keys.onPressed: event => menu.takeKey(event)
+
+        T.ScrollBar.vertical: LKScrollBar {
+        }
+    }
+
+    background: LKPanel {
+    }
+}

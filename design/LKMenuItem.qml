@@ -1,0 +1,48 @@
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+
+// One thing to choose of an LKMenu.
+T.MenuItem {
+    id: item
+
+    // What holds already is marked before its text.
+    property bool marked: false
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: 24
+    leftPadding: 9
+    rightPadding: subMenu ? 26 : 9
+    font: LK.font(12)
+    hoverEnabled: true
+
+    Accessible.name: text
+    Accessible.checkable: marked
+    Accessible.checked: marked
+    Accessible.onPressAction: item.clicked()
+
+    contentItem: Text {
+        text: (item.marked ? "✓ " : "") + item.text
+        font: item.font
+        color: item.enabled ? LK.palette.textPrimary : LK.palette.textDisabled
+        horizontalAlignment: Text.AlignLeft
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+        maximumLineCount: 1
+        textFormat: Text.PlainText
+    }
+
+    arrow: LKIcon {
+        x: item.mirrored ? 9 : item.width - width - 9
+        y: (item.height - height) / 2
+        visible: item.subMenu !== null
+        name: item.mirrored ? "chevron.left" : "chevron.right"
+        size: 10
+        color: LK.palette.textTertiary
+    }
+
+    background: Rectangle {
+        radius: 4
+        color: item.down ? LK.palette.surfacePressed : item.highlighted ? LK.palette.surfaceSelected : "transparent"
+    }
+}

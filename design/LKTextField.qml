@@ -1,0 +1,60 @@
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+
+// One line of text to write.
+T.TextField {
+    id: field
+
+    // What is written there, for assistive technology; the placeholder where empty.
+    property string label
+
+    readonly property bool visualFocus: activeFocus && (focusReason === Qt.TabFocusReason || focusReason === Qt.BacktabFocusReason)
+
+    implicitWidth: 160
+    implicitHeight: 26
+    leftPadding: 8
+    rightPadding: 8
+    verticalAlignment: TextInput.AlignVCenter
+    font: LK.font(12.5)
+    color: LK.palette.textPrimary
+    selectionColor: LK.palette.accentSolid
+    selectedTextColor: LK.palette.textOnAccent
+    placeholderTextColor: LK.palette.textTertiary
+    opacity: enabled ? 1 : 0.45
+    selectByMouse: true
+    hoverEnabled: true
+
+    Accessible.name: label !== "" ? label : placeholderText
+
+    Text {
+        x: field.leftPadding
+        width: field.width - field.leftPadding - field.rightPadding
+        height: field.height
+        visible: field.length === 0 && field.preeditText === ""
+        text: field.placeholderText
+        font: field.font
+        color: field.placeholderTextColor
+        horizontalAlignment: field.horizontalAlignment
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+        maximumLineCount: 1
+        textFormat: Text.PlainText
+    }
+
+    background: Rectangle {
+        radius: 5
+        color: LK.palette.surfaceCard
+        border.width: 1
+        border.color: field.activeFocus ? LK.palette.accent : LK.palette.borderStrong
+
+        Behavior on border.color  {
+            LKColorMotion {
+            }
+        }
+
+        LKFocusRing {
+            visible: field.visualFocus
+        }
+    }
+}

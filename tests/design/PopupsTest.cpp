@@ -1,0 +1,238 @@
+#include "tests/design/Controls.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const std::string popover = "LKButton { objectName: 'anchor'; title: 'Open'; onActivated: panel.visible ? "
+                            "panel.close() : panel.open(); ";
+const std::string panel = "LKPopover { id: panel; objectName: 'panel'; Item { implicitWidth: 200; implicitHeight: 120; "
+                          "LKButton { title: 'Inside'; focus: true } } } }";
+
+// A menu is no item: it is reached as the document's property.
+std::string menuDocument(const std::string &entries)
+{
+    return document("property string chosen\nproperty alias menu: menu\n"
+                    "function openAt(x, y) { menu.popup(x, y) }\nLKMenu { id: menu\n" +
+                    entries + " }");
+}
+
+class Menu
+{
+public:
+    explicit Menu(Scene &scene) : m_scene(scene), m_menu(scene.root()->property("menu").value<QObject *>()) {}
+
+    void open(QPoint at = {20, 20})
+    {
+        QMetaObject::invokeMethod(m_scene.root(), "openAt", Q_ARG(QVariant, at.x()), Q_ARG(QVariant, at.y()));
+    }
+    bool isOpen() const { return m_menu->property("opened").toBool(); }
+    QQuickItem *entry(const QString &text) const { return findShown(m_scene.window().contentItem(), text); }
+    QString highlighted() const
+    {
+        QQuickItem *item = nullptr;
+        QMetaObject::invokeMethod(m_menu, "itemAt", Q_RETURN_ARG(QQuickItem *, item),
+                                  Q_ARG(int, m_menu->property("currentIndex").toInt()));
+        return item ? item->property("text").toString() : QString();
+    }
+    QObject *object() const { return m_menu; }
+
+private:
+    Scene &m_scene;
+    QObject *m_menu;
+};
+
+QRectF placeOf(const QObject *popup)
+{
+    const auto *item = popup->property("contentItem").value<QQuickItem *>()->parentItem();
+    return item->mapRectToScene(item->boundingRect());
+}
+
+} // namespace
+
+TEST(LKPopover, HasTheKeyboardAtOnceAndAClickOnItNeedsNoOther)
+{
+    Scene scene(document(popover + panel));
+    scene.click(u"Open"_s);
+    QQuickItem *inside = findShown(scene.window().contentItem(), u"Inside"_s);
+    ASSERT_NE(inside, nullptr);
+    EXPECT_TRUE(inside->hasActiveFocus());
+    QSignalSpy activated(inside, SIGNAL(activated()));
+    scene.click(u"Inside"_s);
+    EXPECT_EQ(activated.count(), 1);
+}
+
+TEST(LKPopover, GoesWithEscapeAndGivesTheKeyboardBack)
+{
+    Scene scene(document(popover + panel));
+    const QObject *popup = scene.root()->findChild<QObject *>(u"panel"_s);
+    scene.click(u"Open"_s);
+    EXPECT_TRUE(waitUntil([&] { return popup->property("opened").toBool(); }));
+    scene.key(Qt::Key_Escape);
+    EXPECT_TRUE(waitUntil([&] { return !popup->property("visible").toBool(); }));
+    EXPECT_TRUE(findNamed(scene.root(), u"anchor"_s)->hasActiveFocus());
+}
+
+TEST(LKPopover, GoesWithAPressElsewhereAndWithAClickOnItsAnchor)
+{
+    Scene scene(document(popover + panel));
+    const QObject *popup = scene.root()->findChild<QObject *>(u"panel"_s);
+    const auto opened = [&] { return popup->property("opened").toBool(); };
+    const auto gone = [&] { return !popup->property("visible").toBool(); };
+    scene.click(u"Open"_s);
+    EXPECT_TRUE(waitUntil(opened));
+    QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, QPoint(580, 380));
+    EXPECT_TRUE(waitUntil(gone));
+    scene.click(u"Open"_s);
+    EXPECT_TRUE(waitUntil(opened));
+    scene.click(u"Open"_s);
+    EXPECT_TRUE(waitUntil(gone));
+}
+
+TEST(LKPopover, OpensBelowItsAnchorAboveItAtTheBottomAndStaysInTheWindow)
+{
+    for (const auto &[x, y] : {std::pair(250, 20), std::pair(0, 370), std::pair(560, 370)}) {
+        Scene scene(document(popover + "x: " + std::to_string(x) + "; y: " + std::to_string(y) + "; " + panel));
+        const QObject *popup = scene.root()->findChild<QObject *>(u"panel"_s);
+        scene.click(u"Open"_s);
+        EXPECT_TRUE(waitUntil([&] { return popup->property("opened").toBool(); }));
+        const QRectF place = placeOf(popup);
+        EXPECT_TRUE(QRectF(8, 8, 584, 384).contains(place)) << x << ", " << y;
+        const QQuickItem *anchor = findNamed(scene.root(), u"anchor"_s);
+        if (y == 20) {
+            EXPECT_EQ(place.top(), anchor->y() + anchor->height() + 6);
+        } else {
+            EXPECT_EQ(place.bottom(), anchor->y() - 6);
+        }
+    }
+}
+
+TEST(LKMenu, TakesAChoiceByClickAndCloses)
+{
+    Scene scene(menuDocument("LKMenuItem { text: 'Reveal'; onTriggered: page.chosen = text }"));
+    Menu menu(scene);
+    menu.open();
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen(); }));
+    scene.click(u"Reveal"_s);
+    EXPECT_EQ(scene.root()->property("chosen").toString(), u"Reveal"_s);
+    EXPECT_TRUE(waitUntil([&] { return !menu.object()->property("visible").toBool(); }));
+}
+
+TEST(LKMenu, IsWalkedByArrowsPastWhatCannotBeChosen)
+{
+    Scene scene(
+        menuDocument("LKMenuItem { text: 'Alpha' } LKMenuSeparator {} LKMenuItem { text: 'Beta'; enabled: false }"
+                     "LKMenuItem { text: 'Gamma'; onTriggered: page.chosen = text } LKMenuItem { text: 'Delta' }"));
+    Menu menu(scene);
+    menu.open();
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen(); }));
+    scene.key(Qt::Key_Down);
+    EXPECT_EQ(menu.highlighted(), u"Alpha"_s);
+    scene.key(Qt::Key_Down);
+    EXPECT_EQ(menu.highlighted(), u"Gamma"_s);
+    scene.key(Qt::Key_End);
+    EXPECT_EQ(menu.highlighted(), u"Delta"_s);
+    scene.key(Qt::Key_Down);
+    EXPECT_EQ(menu.highlighted(), u"Alpha"_s);
+    scene.key(Qt::Key_Up);
+    EXPECT_EQ(menu.highlighted(), u"Delta"_s);
+    scene.key(Qt::Key_Up);
+    scene.key(Qt::Key_Return);
+    EXPECT_EQ(scene.root()->property("chosen").toString(), u"Gamma"_s);
+}
+
+TEST(LKMenu, GoesToWhatIsTyped)
+{
+    Scene scene(menuDocument("LKMenuItem { text: 'Kitchen' } LKMenuItem { text: 'Bathroom'; enabled: false }"
+                             "LKMenuItem { text: 'Bedroom' } LKMenuItem { text: 'Balcony'; marked: true }"));
+    Menu menu(scene);
+    menu.open();
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen(); }));
+    scene.key(Qt::Key_B);
+    EXPECT_EQ(menu.highlighted(), u"Bedroom"_s);
+    scene.key(Qt::Key_A);
+    EXPECT_EQ(menu.highlighted(), u"Balcony"_s);
+    EXPECT_NE(menu.entry(u"✓ Balcony"_s), nullptr);
+}
+
+TEST(LKMenu, OpensASubmenuByKeyAndChoosesFromIt)
+{
+    Scene scene(menuDocument("LKMenuItem { text: 'Open' } LKMenu { title: 'Move to'\n"
+                             "LKMenuItem { text: 'Pool'; onTriggered: page.chosen = text } }"));
+    Menu menu(scene);
+    menu.open();
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen(); }));
+    scene.key(Qt::Key_M);
+    EXPECT_EQ(menu.highlighted(), u"Move to"_s);
+    EXPECT_EQ(menu.entry(u"Pool"_s), nullptr);
+    scene.key(Qt::Key_Right);
+    EXPECT_TRUE(waitUntil([&] { return menu.entry(u"Pool"_s) != nullptr; }));
+    scene.key(Qt::Key_Return);
+    EXPECT_EQ(scene.root()->property("chosen").toString(), u"Pool"_s);
+    EXPECT_TRUE(waitUntil([&] { return !menu.isOpen(); }));
+}
+
+TEST(LKMenu, ScrollsWhereTheWindowIsTooLowAndNeverLeavesIt)
+{
+    Scene scene(
+        menuDocument("Repeater { model: 60; LKMenuItem { required property int index; text: 'Entry ' + index } }"));
+    Menu menu(scene);
+    menu.open({590, 390});
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen(); }));
+    EXPECT_TRUE(QRectF(6, 6, 588, 388).contains(placeOf(menu.object())));
+    scene.key(Qt::Key_End);
+    EXPECT_EQ(menu.highlighted(), u"Entry 59"_s);
+    EXPECT_TRUE(waitUntil([&] {
+        const QQuickItem *last = menu.entry(u"Entry 59"_s);
+        return last && QRectF(0, 0, 600, 400).contains(last->mapRectToScene(last->boundingRect()));
+    }));
+}
+
+TEST(LKMenu, IsAMenuOfMenuItemsToAssistiveTechnology)
+{
+    Scene scene(menuDocument("LKMenuItem { text: 'Pool'; marked: true; onTriggered: page.chosen = text }"));
+    Menu menu(scene);
+    menu.open();
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen(); }));
+    QQuickItem *entry = menu.entry(u"Pool"_s);
+    EXPECT_EQ(accessible(entry)->role(), QAccessible::MenuItem);
+    EXPECT_EQ(accessibleName(entry), u"Pool"_s);
+    EXPECT_TRUE(accessible(entry)->state().checked);
+    accessible(entry)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(scene.root()->property("chosen").toString(), u"Pool"_s);
+}
+
+TEST(LKTextField, IsWrittenInAndTakenWithReturn)
+{
+    Scene scene(document("LKTextField { objectName: 'field'; placeholderText: 'Project name'; focus: true }"));
+    QQuickItem *field = findNamed(scene.root(), u"field"_s);
+    QSignalSpy accepted(field, SIGNAL(accepted()));
+    EXPECT_EQ(field->height(), 26);
+    EXPECT_NE(findShown(scene.root(), u"Project name"_s), nullptr);
+    EXPECT_EQ(accessible(field)->role(), QAccessible::EditableText);
+    EXPECT_EQ(accessibleName(field), u"Project name"_s);
+    scene.key(Qt::Key_A);
+    EXPECT_EQ(field->property("text").toString(), u"a"_s);
+    EXPECT_EQ(findShown(scene.root(), u"Project name"_s), nullptr);
+    scene.key(Qt::Key_Return);
+    EXPECT_EQ(accepted.count(), 1);
+}
+
+TEST(LKTextField, ShowsARingForTheKeyboardAndAnAccentedBorderForEitherFocus)
+{
+    Scene scene(document("Row { LKButton { title: 'first'; focus: true } LKTextField { objectName: 'field' } }"));
+    const QQuickItem *field = findNamed(scene.root(), u"field"_s);
+    const QQuickItem *ring = partOf(field, "background")->childItems().constFirst();
+    const auto border = [&] {
+        return partOf(field, "background")->property("border").value<QObject *>()->property("color").value<QColor>();
+    };
+    EXPECT_EQ(border(), LK::instance().palette().borderStrong);
+    QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, middleOf(field));
+    EXPECT_TRUE(waitUntil([&] { return border() == LK::instance().palette().accent; }));
+    EXPECT_FALSE(ring->isVisible());
+    findShown(scene.root(), u"first"_s)->forceActiveFocus();
+    scene.key(Qt::Key_Tab);
+    EXPECT_TRUE(ring->isVisible());
+}
