@@ -22,7 +22,7 @@ Backdrop::Backdrop(QQuickItem *parent)
     : QQuickItem(parent)
     , m_clock(machineSeconds)
     , m_start(machineSeconds())
-    , m_frames(*this)
+    , m_frames([this] { step(); })
 {
     setFlag(ItemHasContents);
     connect(&LK::instance(), &LK::themeChanged, this, &QQuickItem::update);

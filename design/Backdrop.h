@@ -2,9 +2,10 @@
 
 #include <functional>
 
-#include <QtCore/QAbstractAnimation>
 #include <QtQml/qqmlregistration.h>
 #include <QtQuick/QQuickItem>
+
+#include "design/FrameTicks.h"
 
 namespace larkspan {
 
@@ -45,20 +46,6 @@ protected:
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
 
 private:
-    // Steps with the display's frames, as the animations around it do.
-    class Frames : public QAbstractAnimation
-    {
-    public:
-        explicit Frames(Backdrop &backdrop) : m_backdrop(backdrop) {}
-        [[nodiscard]] int duration() const override { return -1; }
-
-    protected:
-        void updateCurrentTime(int) override { m_backdrop.step(); }
-
-    private:
-        Backdrop &m_backdrop;
-    };
-
     [[nodiscard]] bool canBeSeen() const;
     void step();
     void boringModeChanged();
@@ -66,7 +53,7 @@ private:
 
     Clock m_clock;
     double m_start;
-    Frames m_frames;
+    FrameTicks m_frames;
     QMetaObject::Connection m_windowVisibility;
 };
 

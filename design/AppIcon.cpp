@@ -1,0 +1,179 @@
+#include "design/AppIcon.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include <QtGui/QPainter>
+#include <QtGui/QPainterPath>
+
+#include "design/LK.h"
+
+namespace larkspan {
+
+namespace {
+
+constexpr double base = 118.0; // the side that the lengths below are drawn for
+constexpr double cornerRadius = 32.0 / base;
+constexpr double barGap = 10.0 / base;
+constexpr double barWidth = 19.0 / base;
+constexpr double barHeight = 60.0 / base;
+constexpr double barRadius = 5.0 / base;
+constexpr double shadowRadius = 0.15;
+constexpr double glowRadius = 0.186;
+constexpr double markShare = 0.8; // of an icon file; the rest is for the shadow
+constexpr std::array iconSizes{16, 22, 24, 32, 48, 64, 128, 256, 512};
+
+QColor white(double opacity)
+{
+    return QColor::fromRgbF(1, 1, 1, static_cast<float>(opacity));
+}
+
+// One pass of a running mean over the lines of a plane. Three of them are as good as a Gaussian.
+void smear(std::vector<float> &plane, std::size_t lines, std::size_t length, std::size_t lineStep, std::size_t step,
+           std::size_t reach)
+{
+    std::vector<float> line(length);
+    for (std::size_t i = 0; i < lines; ++i) {
+        float *const first = plane.data() + i * lineStep;
+        float sum = 0.0f;
+        for (std::size_t at = 0; at < length + reach; ++at) {
+            sum += at < length ? first[at * step] : 0.0f;
+            sum -= at > 2 * reach ? first[(at - 2 * reach - 1) * step] : 0.0f;
+            if (at >= reach) {
+                line[at - reach] = sum / static_cast<float>(2 * reach + 1);
+            }
+        }
+        for (std::size_t at = 0; at < length; ++at) {
+            first[at * step] = line[at];
+        }
+    }
+}
+
+// Fills the shape and blurs it; radius as a shadow's, twice the deviation.
+void paintBlurred(QPainter &painter, const QPainterPath &shape, const QColor &color, double radius)
+{
+    const double scale = painter.device()->devicePixelRatio() * painter.worldTransform().m11();
+    const QRectF area = shape.boundingRect().adjusted(-2 * radius, -2 * radius, 2 * radius, 2 * radius);
+    QImage mask((area.size() * scale).toSize().expandedTo({1, 1}), QImage::Format_Alpha8);
+    mask.fill(0);
+    {
+        QPainter filler(&mask);
+        filler.setRenderHint(QPainter::Antialiasing);
+        filler.scale(scale, scale);
+        filler.translate(-area.topLeft());
+        filler.fillPath(shape, Qt::black);
+    }
+
+    const auto width = static_cast<std::size_t>(mask.width());
+    const auto height = static_cast<std::size_t>(mask.height());
+    std::vector<float> plane(width * height);
+    for (std::size_t y = 0; y < height; ++y) {
+        std::copy_n(mask.constScanLine(static_cast<int>(y)), width, plane.data() + y * width);
+    }
+    const double deviation = radius / 2.0 * scale;
+    const auto reach =
+        static_cast<std::size_t>(std::max(0.0, std::round((std::sqrt(4 * deviation * deviation + 1) - 1) / 2)));
+    for (int pass = 0; pass < 3; ++pass) {
+        smear(plane, height, width, width, 1, reach);
+        smear(plane, width, height, 1, width, reach);
+    }
+    QImage blurred(mask.size(), QImage::Format_ARGB32_Premultiplied);
+    for (std::size_t y = 0; y < height; ++y) {
+        auto *const line = reinterpret_cast<QRgb *>(blurred.scanLine(static_cast<int>(y)));
+        for (std::size_t x = 0; x < width; ++x) {
+            const auto alpha = static_cast<int>(std::lround(plane[y * width + x] * color.alphaF()));
+            line[x] = qPremultiply(qRgba(color.red(), color.green(), color.blue(), alpha));
+        }
+    }
+    painter.drawImage(area, blurred);
+}
+
+QPainterPath roundedRect(const QRectF &rect, double radius)
+{
+    QPainterPath path;
+    path.addRoundedRect(rect, radius, radius);
+    return path;
+}
+
+// A line within the edge of a rounded rectangle.
+void paintBorder(QPainter &painter, const QRectF &rect, double radius, const QColor &color)
+{
+    constexpr double half = 0.5;
+    painter.strokePath(roundedRect(rect.adjusted(half, half, -half, -half), radius - half), QPen(color, 1.0));
+}
+
+} // namespace
+
+void paintAppIcon(QPainter &painter, double side, const QColor &accent)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const QRectF body(0, 0, side, side);
+    const QPainterPath bodyShape = roundedRect(body, side * cornerRadius);
+    paintBlurred(painter, bodyShape, QColor::fromRgbF(0, 0, 0, 0.55f), side * shadowRadius);
+
+    QLinearGradient fill(0.13 * side, 0, 0.87 * side, side);
+    fill.setColorAt(0, QColor::fromRgbF(0.2f, 0.2f, 0.22745098f));
+    fill.setColorAt(1, QColor::fromRgbF(0.07058824f, 0.07058824f, 0.07843137f));
+    painter.fillPath(bodyShape, fill);
+    QLinearGradient sheen(0, 0, 0, 0.4 * side);
+    sheen.setColorAt(0, white(0.08));
+    sheen.setColorAt(1, white(0.0));
+    painter.fillPath(bodyShape, sheen);
+    paintBorder(painter, body, side * cornerRadius, white(0.16));
+
+    const QRectF left((side - side * (2 * barWidth + barGap)) / 2, side * (1 - barHeight) / 2, side * barWidth,
+                      side * barHeight);
+    const QRectF right = left.translated(side * (barWidth + barGap), 0);
+    const QPainterPath lit = roundedRect(left, side * barRadius);
+    painter.save();
+    painter.setClipPath(bodyShape);
+    paintBlurred(painter, lit, white(0.3), side * glowRadius);
+    painter.restore();
+    QColor bar = accent;
+    bar.setAlphaF(0.85f);
+    painter.fillPath(lit, bar);
+    paintBorder(painter, right, side * barRadius, white(0.14));
+}
+
+QImage appIconImage(int pixels)
+{
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    // On whole pixels, so that small sizes stay crisp.
+    const double margin = std::round(pixels * (1 - markShare) / 2);
+    painter.translate(margin, margin);
+    paintAppIcon(painter, pixels - 2 * margin, LKPalette::dark().accent);
+    return image;
+}
+
+std::span<const int> appIconSizes()
+{
+    return iconSizes;
+}
+
+QIcon appIcon()
+{
+    QIcon icon;
+    for (const int size : appIconSizes()) {
+        icon.addPixmap(QPixmap::fromImage(appIconImage(size)));
+    }
+    return icon;
+}
+
+AppIconCanvas::AppIconCanvas(QQuickItem *parent) : QQuickPaintedItem(parent)
+{
+    connect(&LK::instance(), &LK::themeChanged, this, [this] { update(); });
+    connect(this, &AppIconCanvas::sideChanged, this, [this] { update(); });
+}
+
+void AppIconCanvas::paint(QPainter *painter)
+{
+    painter->translate((width() - m_side) / 2, (height() - m_side) / 2);
+    paintAppIcon(*painter, m_side, LK::instance().palette().accent);
+}
+
+} // namespace larkspan

@@ -1,0 +1,19 @@
+import QtQuick
+import Larkspan.Design
+
+// The program's mark; its shadow falls beyond the item.
+Item {
+    id: mark
+
+    property real size: 118
+
+    implicitWidth: size
+    implicitHeight: size
+
+    AppIconCanvas {
+        anchors.centerIn: parent
+        width: mark.size * 1.8
+        height: width
+        side: mark.size
+    }
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QtCore/QElapsedTimer>
+
+#include "design/FrameTicks.h"
+#include "design/IntroTimeline.h"
+
+namespace larkspan {
+
+// Plays the intro's timeline once, by the clock: a late frame shows what is due then, and nothing shifts. Main thread.
+class IntroSequence : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(larkspan::IntroLook look READ look NOTIFY lookChanged)
+    // Set while it isn't playing, this chooses the moment that is shown.
+    Q_PROPERTY(double seconds READ seconds WRITE setSeconds NOTIFY lookChanged)
+    Q_PROPERTY(bool hasStarted READ hasStarted NOTIFY hasStartedChanged)
+
+public:
+    explicit IntroSequence(QObject *parent = nullptr);
+
+    // From here on the moments count; a second start changes nothing.
+    Q_INVOKABLE void start();
+
+    [[nodiscard]] const IntroLook &look() const { return m_look; }
+    [[nodiscard]] double seconds() const { return m_seconds; }
+    void setSeconds(double seconds);
+    [[nodiscard]] bool hasStarted() const { return m_clock.isValid(); }
+
+Q_SIGNALS:
+    void lookChanged();
+    void hasStartedChanged();
+    void chimeDue();
+    void finished();
+
+private:
+    void finish();
+
+    QElapsedTimer m_clock;
+    double m_seconds = 0.0;
+    IntroLook m_look = introTimeline::lookAt(0.0);
+    FrameTicks m_frames;
+};
+
+} // namespace larkspan
