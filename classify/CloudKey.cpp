@@ -40,7 +40,9 @@ QString loadCloudKey(const std::stop_token &stop)
     const std::stop_callback cancel(stop, [&] { g_cancellable_cancel(cancellable.get()); });
 
     // No error is of interest: each means that there is no key.
-    const Owned<SecretService> service(secret_service_get_sync(SECRET_SERVICE_NONE, cancellable.get(), nullptr));
+    // One of our own: the instance that the library shares outlives the service that it was made for.
+    const Owned<SecretService> service(
+        secret_service_open_sync(SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_NONE, cancellable.get(), nullptr));
     if (!service) {
         return {};
     }

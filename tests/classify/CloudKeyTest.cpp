@@ -1,12 +1,12 @@
 #include "classify/CloudKey.h"
 
-#include <csignal>
+#include <memory>
 #include <thread>
 
 #include <gmock/gmock.h>
 #include <QtCore/QProcess>
 
-#include "tests/support/TempFolder.h"
+#include "tests/support/Keyring.h"
 #include "tests/support/WaitUntil.h"
 
 using namespace larkspan;
@@ -17,17 +17,6 @@ using testing::Not;
 
 namespace {
 
-// Runs to its end; true if that was a success.
-bool run(const QString &program, const QStringList &arguments, const QByteArray &input = {})
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-}
-
-// A real keyring, unlocked, in a folder and on a bus of the test's own. Secrets get in as people put them in.
 class CloudKey : public testing::Test
 {
 protected:
@@ -35,44 +24,10 @@ protected:
     {
         // Or it would be the keyring of whoever runs the tests.
         ASSERT_TRUE(qEnvironmentVariableIsSet("LARKSPAN_OWN_BUS")) << "run it through ctest";
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"XDG_DATA_HOME"_s, QString::fromStdString(folder.path().string()));
-        environment.insert(u"XDG_RUNTIME_DIR"_s, QString::fromStdString(folder.path().string()));
-        keyring.setProcessEnvironment(environment);
-        keyring.start(u"gnome-keyring-daemon"_s, {u"--foreground"_s, u"--unlock"_s, u"--components=secrets"_s});
-        keyring.write("password of the keyring");
-        keyring.closeWriteChannel();
-        ASSERT_TRUE(keyring.waitForStarted());
-        // To ask the name itself would start another one.
-        ASSERT_TRUE(waitUntil([] {
-            return run(u"dbus-send"_s, {u"--session"_s, u"--print-reply"_s, u"--dest=org.freedesktop.DBus"_s, u"/"_s,
-                                        u"org.freedesktop.DBus.GetNameOwner"_s, u"string:org.freedesktop.secrets"_s});
-        }));
+        keyring = std::make_unique<Keyring>();
     }
 
-    void TearDown() override
-    {
-        keyring.kill();
-        keyring.waitForFinished();
-    }
-
-    static bool store(const QByteArray &secret, const QStringList &attributes = {u"service"_s, u"com.ostrel.binnacle"_s,
-                                                                                 u"account"_s, u"cloudAPIKey"_s})
-    {
-        return run(u"secret-tool"_s, QStringList{u"store"_s, u"--label=of a test"_s} + attributes, secret);
-    }
-
-    static bool lock()
-    {
-        return run(
-            u"dbus-send"_s,
-            {u"--session"_s, u"--print-reply"_s, u"--dest=org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
-             u"org.freedesktop.Secret.Service.Lock"_s,
-             u"array:objpath:/org/freedesktop/secrets/aliases/default,/org/freedesktop/secrets/collection/login"_s});
-    }
-
-    const TempFolder folder;
-    QProcess keyring;
+    std::unique_ptr<Keyring> keyring;
 };
 
 // Hears all that is asked of the keyring, until it is asked what it heard.
@@ -101,8 +56,8 @@ private:
     bool hears(const QByteArray &word)
     {
         return waitUntil([&] {
-            (void)run(u"dbus-send"_s, {u"--session"_s, u"--print-reply"_s, u"--dest=org.freedesktop.secrets"_s, u"/"_s,
-                                       u"org.larkspan.Test."_s + QString::fromUtf8(word)});
+            (void)runProgram(u"dbus-send"_s, {u"--session"_s, u"--print-reply"_s, u"--dest=org.freedesktop.secrets"_s,
+                                              u"/"_s, u"org.larkspan.Test."_s + QString::fromUtf8(word)});
             m_monitor.waitForReadyRead(100);
             m_heard += m_monitor.readAllStandardOutput();
             return m_heard.contains("member=" + word);
@@ -117,42 +72,42 @@ private:
 
 TEST_F(CloudKey, IsTheSecretUnderItsServiceAndAccount)
 {
-    ASSERT_TRUE(store("sk-tést"));
-    ASSERT_TRUE(store("other", {u"service"_s, u"com.ostrel.binnacle"_s, u"account"_s, u"other"_s}));
+    ASSERT_TRUE(keyring->store("sk-tést"));
+    ASSERT_TRUE(keyring->store("other", {u"service"_s, u"com.ostrel.binnacle"_s, u"account"_s, u"other"_s}));
     EXPECT_EQ(loadCloudKey(), u"sk-tést"_s);
 }
 
 TEST_F(CloudKey, IsFoundWhateverSchemaAndFurtherAttributesItWasStoredWith)
 {
-    ASSERT_TRUE(store("sk-test", {u"service"_s, u"com.ostrel.binnacle"_s, u"account"_s, u"cloudAPIKey"_s, u"team"_s,
-                                  u"editors"_s, u"xdg:schema"_s, u"org.example.Password"_s}));
+    ASSERT_TRUE(keyring->store("sk-test", Keyring::cloudKey() + QStringList{u"team"_s, u"editors"_s, u"xdg:schema"_s,
+                                                                            u"org.example.Password"_s}));
     EXPECT_EQ(loadCloudKey(), u"sk-test"_s);
 }
 
 TEST_F(CloudKey, LosesTheLineEndThatTypingItInLeft)
 {
-    ASSERT_TRUE(store(" sk-test\r\n"));
+    ASSERT_TRUE(keyring->store(" sk-test\r\n"));
     EXPECT_EQ(loadCloudKey(), u"sk-test"_s);
 }
 
 TEST_F(CloudKey, IsEmptyWhereNoneWasStored)
 {
-    ASSERT_TRUE(store("other", {u"service"_s, u"com.ostrel.binnacle"_s, u"account"_s, u"other"_s}));
-    ASSERT_TRUE(store("other", {u"service"_s, u"com.example"_s, u"account"_s, u"cloudAPIKey"_s}));
+    ASSERT_TRUE(keyring->store("other", {u"service"_s, u"com.ostrel.binnacle"_s, u"account"_s, u"other"_s}));
+    ASSERT_TRUE(keyring->store("other", {u"service"_s, u"com.example"_s, u"account"_s, u"cloudAPIKey"_s}));
     EXPECT_EQ(loadCloudKey(), u""_s);
 }
 
 TEST_F(CloudKey, IsEmptyWhenItIsNoUtf8)
 {
-    ASSERT_TRUE(store("sk-\xff\xfe"));
+    ASSERT_TRUE(keyring->store("sk-\xff\xfe"));
     EXPECT_EQ(loadCloudKey(), u""_s);
 }
 
 TEST_F(CloudKey, IsEmptyWhileTheKeyringIsLockedAndNobodyIsAskedToUnlockIt)
 {
-    ASSERT_TRUE(store("sk-test"));
+    ASSERT_TRUE(keyring->store("sk-test"));
     ASSERT_EQ(loadCloudKey(), u"sk-test"_s);
-    ASSERT_TRUE(lock());
+    ASSERT_TRUE(keyring->lock());
     Listener listener;
     EXPECT_EQ(loadCloudKey(), u""_s);
     const std::string heard = listener.heard();
@@ -163,8 +118,8 @@ TEST_F(CloudKey, IsEmptyWhileTheKeyringIsLockedAndNobodyIsAskedToUnlockIt)
 
 TEST_F(CloudKey, AStopEndsTheWaitForAKeyringThatHangs)
 {
-    ASSERT_TRUE(store("sk-test"));
-    ASSERT_EQ(kill(static_cast<pid_t>(keyring.processId()), SIGSTOP), 0);
+    ASSERT_TRUE(keyring->store("sk-test"));
+    keyring->freeze();
     std::stop_source stop;
     std::atomic<bool> ended = false;
     QString key = u"never set"_s;
@@ -176,7 +131,7 @@ TEST_F(CloudKey, AStopEndsTheWaitForAKeyringThatHangs)
     stop.request_stop();
     EXPECT_TRUE(waitUntil([&] { return ended.load(); }, std::chrono::seconds(15)));
     EXPECT_EQ(key, u""_s);
-    ASSERT_EQ(kill(static_cast<pid_t>(keyring.processId()), SIGCONT), 0);
+    keyring->thaw();
 }
 
 TEST(CloudKeyDeathTest, IsEmptyWithoutASessionBus)
