@@ -3,7 +3,9 @@
 #include <system_error>
 #include <utility>
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QStandardPaths>
 
 #include "core/AtomicFile.h"
 #include "core/Diagnostics.h"
@@ -32,6 +34,12 @@ DiagnosticsExport::DiagnosticsExport(const SortEngine &engine, std::function<std
     : m_engine(engine)
     , m_vocabulary(std::move(vocabulary))
 {}
+
+QUrl DiagnosticsExport::suggestion(const QString &name)
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QUrl::fromLocalFile(QDir(QFileInfo::exists(folder) ? folder : QDir::homePath()).filePath(name));
+}
 
 QString DiagnosticsExport::writeClips(const QUrl &file) const
 {

@@ -22,6 +22,8 @@ public:
     // engine outlives it. vocabulary: all that the classifier can name; none where it can't be asked.
     DiagnosticsExport(const SortEngine &engine, std::function<std::vector<QString>()> vocabulary);
 
+    // Where a file of this name is proposed to go.
+    Q_INVOKABLE static QUrl suggestion(const QString &name);
     // Each gives "", or why nothing was written.
     Q_INVOKABLE QString writeClips(const QUrl &file) const;
     Q_INVOKABLE QString writeVocabulary(const QUrl &file) const;

@@ -64,10 +64,15 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
     , m_engine(std::make_unique<SortEngine>(seams()))
     , m_volumeWatcher(std::move(volumes))
     , m_diagnostics(*m_engine, [this] { return localClassifier().supportedIdentifiers(); })
+    , m_notice(*m_engine, [this] { return window() && window()->isActive(); })
 {
     QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
     followState();
     watchForCards();
+    connect(&m_notice, &WorkNotice::pressed, this, [this] {
+        window()->raise();
+        window()->requestActivate();
+    });
     adoptCloudSettings();
     m_qml.addImportPath(u"qrc:/qt/qml"_s);
     m_qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(*m_engine)); // owned by m_qml

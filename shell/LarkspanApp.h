@@ -15,6 +15,7 @@
 #include "shell/AppState.h"
 #include "shell/DiagnosticsExport.h"
 #include "shell/FolderRequest.h"
+#include "shell/WorkNotice.h"
 
 class QQuickWindow;
 
@@ -67,6 +68,7 @@ private:
     std::unique_ptr<SortEngine> m_engine;
     VolumeWatcher m_volumeWatcher;
     DiagnosticsExport m_diagnostics;
+    WorkNotice m_notice;
     QQmlApplicationEngine m_qml; // last: what it shows goes before what is shown
 };
 

@@ -1,4 +1,194 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+import Larkspan.Screens
+import Larkspan.Shell
 
-Item {
+// All settings, in four tabs. What is changed holds at once.
+FocusScope {
+    id: sheet
+
+    required property AppState app
+    required property SortEngine engine
+    required property int buildNumber
+
+    readonly property var tabs: ["General", "Account", "Sorting", "Import"]
+    readonly property string currentTab: tabs.includes(app.preferencesTab) ? app.preferencesTab : tabs[0]
+    readonly property string title: app.isSortToolOpen ? qsTr("Binnacle Preferences") : qsTr("Larkspan Preferences")
+
+    implicitWidth: 640
+    implicitHeight: 52 + 430
+    Accessible.role: Accessible.Dialog
+    Accessible.name: title
+
+    SortPreferences {
+        id: sorting
+
+        engine: sheet.engine
+    }
+
+    Repeater {
+        model: LK.palette.shadowModal
+
+        LKDropShadow {
+            required property lkShadow modelData
+
+            anchors.fill: parent
+            cornerRadius: 10
+            shadow: modelData
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 10
+        color: LK.palette.surfaceWindow
+        border.width: 1
+        border.color: LK.palette.borderSubtle
+    }
+
+    Text {
+        x: 20
+        height: 52
+        text: sheet.title
+        font: LK.font(13, Font.DemiBold)
+        color: LK.palette.textPrimary
+        verticalAlignment: Text.AlignVCenter
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+
+    IconButton {
+        anchors.right: parent.right
+        anchors.rightMargin: 15
+        y: 15
+        name: "xmark"
+        help: qsTr("Close")
+        hoverTint: LK.palette.textPrimary
+        onActivated: sheet.app.showPreferences = false
+    }
+
+    Rectangle {
+        y: 52
+        width: parent.width
+        height: 1
+        color: LK.palette.borderSubtle
+    }
+
+    Column {
+        id: sidebar
+
+        x: 10
+        y: 52 + 12
+        width: 150
+        spacing: 2
+        Accessible.role: Accessible.PageTabList
+        Accessible.name: qsTr("Preferences")
+
+        Repeater {
+            id: rows
+
+            model: sheet.tabs
+
+            LKSidebarRow {
+                required property int index
+                required property string modelData
+
+                width: sidebar.width
+                label: modelData
+                selected: sheet.currentTab === modelData
+                focus: selected
+                focusPolicy: selected ? Qt.StrongFocus : Qt.ClickFocus
+                Accessible.role: Accessible.PageTab
+                onActivated: sheet.app.preferencesTab = modelData
+                Keys.onUpPressed: choose(index - 1)
+                Keys.onDownPressed: choose(index + 1)
+
+                function choose(other: int) {
+                    if (other >= 0 && other < rows.count) {
+                        sheet.app.preferencesTab = sheet.tabs[other];
+                        rows.itemAt(other).forceActiveFocus(Qt.TabFocusReason);
+                    }
+                }
+            }
+        }
+    }
+
+    Text {
+        x: 18
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 16
+        width: sidebar.width - 16
+        text: sheet.app.isSortToolOpen ? qsTr("Changes apply to the next sort.") : qsTr("Settings apply across every tool.")
+        font: LK.font(10.5)
+        color: LK.palette.textTertiary
+        wrapMode: Text.Wrap
+    }
+
+    Rectangle {
+        x: 170
+        y: 52
+        width: 1
+        height: parent.height - 52
+        color: LK.palette.borderSubtle
+    }
+
+    Flickable {
+        id: body
+
+        x: 171
+        y: 53
+        width: parent.width - x
+        height: parent.height - y - 1
+        contentHeight: general.visible ? general.height + 12 : sortingTab.visible ? sortingTab.height + 12 : importTab.visible ? importTab.height + 12 : height
+        interactive: contentHeight > height
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.Pane
+        Accessible.name: sheet.currentTab
+
+        T.ScrollBar.vertical: LKScrollBar {
+        }
+
+        GeneralPreferences {
+            id: general
+
+            x: 20
+            y: 4
+            width: body.width - 40
+            visible: sheet.currentTab === "General"
+            app: sheet.app
+            buildNumber: sheet.buildNumber
+        }
+
+        AccountPreferences {
+            x: 20
+            y: 4
+            width: body.width - 40
+            visible: sheet.currentTab === "Account"
+            app: sheet.app
+        }
+
+        SortingPreferences {
+            id: sortingTab
+
+            x: 20
+            y: 4
+            width: body.width - 40
+            visible: sheet.currentTab === "Sorting"
+            preferences: sorting
+        }
+
+        ImportPreferences {
+            id: importTab
+
+            x: 20
+            y: 4
+            width: body.width - 40
+            visible: sheet.currentTab === "Import"
+            engine: sheet.engine
+            preferences: sorting
+        }
+    }
 }

@@ -24,6 +24,8 @@ Window {
             engine.closePreview();
         else if (app.showPreferences)
             app.showPreferences = false;
+        else if (volumeWatcher.hasCandidate)
+            volumeWatcher.decline();
     }
 
     title: root.active || !root.isAtWork ? qsTr("Larkspan") : qsTr("%1% – Larkspan").arg(Math.floor(100 * engine.progress))
@@ -45,7 +47,7 @@ Window {
     FocusScope {
         id: stage
 
-        readonly property bool isCovered: preferences.shown || closeGuard.shown
+        readonly property bool isCovered: cardPrompt.shown || preferences.shown || closeGuard.shown || diagnosticsPanels.shown
 
         anchors.fill: parent
         focus: true
@@ -104,6 +106,16 @@ Window {
         anchors.fill: parent
     }
 
+    AppMenuButton {
+        x: 94
+        y: 11
+        visible: root.app.phase === AppState.App
+        app: root.app
+        engine: root.engine
+        onExportClips: diagnosticsPanels.exportClips()
+        onExportVocabulary: diagnosticsPanels.exportVocabulary()
+    }
+
     ModalOverlay {
         id: preferences
 
@@ -111,13 +123,42 @@ Window {
         shown: root.app.showPreferences && root.app.phase === AppState.App
         scrimOpacity: 0.4
         z: 3
+        onAboutToShow: sheet.setSource("PreferencesSheet.qml", {
+                "app": root.app,
+                "engine": root.engine,
+                "buildNumber": root.buildNumber,
+                "focus": true
+            })
+        onClosed: sheet.source = ""
         onScrimTapped: root.app.showPreferences = false
         onEscaped: root.closeTopmost()
 
         Loader {
-            active: preferences.visible
+            id: sheet
+
             focus: true
-            source: "PreferencesSheet.qml"
+        }
+    }
+
+    ModalOverlay {
+        id: cardPrompt
+
+        objectName: "importPromptOverlay"
+        shown: root.volumeWatcher.hasCandidate
+        scrimOpacity: 0.45
+        z: 1
+        onScrimTapped: root.volumeWatcher.decline()
+        onEscaped: root.closeTopmost()
+
+        ImportPromptView {
+            focus: true
+            engine: root.engine
+            displayName: root.volumeWatcher.displayName
+            isCounted: root.volumeWatcher.isCounted
+            clipCount: root.volumeWatcher.clipCount
+            onAccept: root.volumeWatcher.accept()
+            onDecline: root.volumeWatcher.decline()
+            onOpenPreferences: root.app.openPreferences()
         }
     }
 
@@ -125,6 +166,12 @@ Window {
         id: closeGuard
 
         engine: root.engine
+    }
+
+    DiagnosticsPanels {
+        id: diagnosticsPanels
+
+        diagnostics: root.diagnostics
     }
 
     Connections {

@@ -10,4 +10,11 @@ BinnacleView {
 
     focus: true
     classifierProblem: ""
+    // A component that is bound to its file can't be loaded by another.
+    header: Component {
+        HeaderRow {
+            app: tool.app // qmllint disable
+            engine: tool.engine // qmllint disable
+        }
+    }
 }

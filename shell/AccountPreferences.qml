@@ -1,0 +1,24 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Shell
+
+// Whose program it is.
+Column {
+    id: tab
+
+    required property AppState app
+
+    LKSettingsRow {
+        width: parent.width
+        isLast: true
+        label: qsTr("Account name")
+
+        LKTextField {
+            width: 200
+            label: qsTr("Account name")
+            placeholderText: qsTr("My Account")
+            text: tab.app.accountName
+            onTextEdited: tab.app.accountName = text
+        }
+    }
+}

@@ -1,0 +1,52 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+import Larkspan.Shell
+
+// What a menu bar would hold. F10 opens it.
+IconButton {
+    id: control
+
+    required property AppState app
+    required property SortEngine engine
+
+    signal exportClips
+    signal exportVocabulary
+
+    name: "line.3.horizontal"
+    help: qsTr("Menu")
+    hoverTint: LK.palette.textPrimary
+    Accessible.role: Accessible.ButtonMenu
+    onActivated: menu.visible = !menu.visible
+
+    Shortcut {
+        sequence: "F10"
+        onActivated: menu.open()
+    }
+
+    LKMenu {
+        id: menu
+
+        y: control.height + 4
+
+        LKMenuItem {
+            text: qsTr("Preferences…")
+            onTriggered: control.app.openPreferences()
+        }
+
+        LKMenu {
+            title: qsTr("Diagnostics")
+
+            LKMenuItem {
+                text: qsTr("Export Clip Diagnostics (CSV)…")
+                enabled: control.engine.clipCount > 0
+                onTriggered: control.exportClips()
+            }
+
+            LKMenuItem {
+                text: qsTr("Export Vision Vocabulary…")
+                onTriggered: control.exportVocabulary()
+            }
+        }
+    }
+}

@@ -1,0 +1,82 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Larkspan.Design
+
+// A word of the header that opens a popover.
+T.AbstractButton {
+    id: control
+
+    property alias title: control.text
+    property string help
+    property bool isOpen: false
+
+    // By mouse, by keyboard or by assistive technology.
+    signal activated
+
+    implicitWidth: Math.min(implicitContentWidth + leftPadding + rightPadding, 220)
+    implicitHeight: 26
+    leftPadding: 8
+    rightPadding: 6
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+
+    onClicked: control.activated()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            control.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            control.clicked();
+    }
+
+    Accessible.role: Accessible.ButtonDropDown
+    Accessible.name: title
+    Accessible.description: help
+    Accessible.onPressAction: control.clicked()
+
+    contentItem: RowLayout {
+        spacing: 4
+
+        Text {
+            Layout.fillWidth: true
+            text: control.text
+            font: LK.font(12.5)
+            color: control.hovered || control.isOpen ? LK.palette.textPrimary : LK.palette.textSecondary
+            elide: Text.ElideRight
+            maximumLineCount: 1
+            textFormat: Text.PlainText
+
+            Behavior on color  {
+                LKColorMotion {
+                }
+            }
+        }
+
+        LKIcon {
+            name: "chevron.up.chevron.down"
+            size: 11
+            color: LK.palette.textTertiary
+        }
+    }
+
+    background: Rectangle {
+        radius: 5
+        color: control.down ? LK.palette.surfacePressed : control.hovered || control.isOpen ? LK.palette.surfaceHover : "transparent"
+
+        Behavior on color  {
+            LKColorMotion {
+            }
+        }
+
+        LKFocusRing {
+            visible: control.visualFocus
+        }
+    }
+
+    LKToolTip {
+        text: control.help
+        wanted: (control.hovered || control.visualFocus) && !control.isOpen
+    }
+}

@@ -1,0 +1,151 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+import Larkspan.Screens
+import Larkspan.Shell
+
+// The switcher: starts a new project, and reopens, renames and removes the sorted ones.
+LKPopover {
+    id: menu
+
+    required property SortEngine engine
+
+    property string editingID
+
+    readonly property ProjectListModel projects: ProjectListModel {
+        engine: menu.engine
+    }
+
+    padding: 8
+    onClosed: editingID = ""
+
+    // Lets the popover close first.
+    Timer {
+        id: opening
+
+        property string projectID
+
+        interval: 0
+        onTriggered: menu.engine.openProject(projectID)
+    }
+
+    Column {
+        width: 300
+
+        Text {
+            text: qsTr("Projects")
+            font: LK.font(13, Font.DemiBold)
+            color: LK.palette.textPrimary
+            leftPadding: 8
+            topPadding: 4
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        Text {
+            width: parent.width
+            text: qsTr("Reopen a sorted shoot, or start a new one.")
+            font: LK.font(11)
+            color: LK.palette.textTertiary
+            leftPadding: 8
+            topPadding: 2
+            bottomPadding: 8
+            wrapMode: Text.Wrap
+        }
+
+        MenuActionRow {
+            width: parent.width
+            focus: true
+            symbol: "plus"
+            title: qsTr("New Project")
+            detail: qsTr("Clear the workspace and start fresh")
+            onActivated: {
+                menu.engine.reset();
+                menu.close();
+            }
+        }
+
+        Text {
+            visible: rows.count > 0
+            text: qsTr("RECENT")
+            font: LK.font(10, Font.DemiBold)
+            color: LK.palette.textTertiary
+            leftPadding: 8
+            topPadding: 10
+            bottomPadding: 4
+        }
+
+        ListView {
+            id: rows
+
+            width: parent.width
+            height: Math.min(contentHeight, 244)
+            visible: count > 0
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: contentHeight > height
+            model: menu.projects
+            Accessible.role: Accessible.List
+            Accessible.name: qsTr("Sorted shoots")
+
+            T.ScrollBar.vertical: LKScrollBar {
+            }
+
+            delegate: ProjectRow {
+                required property int index
+                required property string projectId
+
+                width: rows.width
+                isEditing: menu.editingID === projectId
+
+                onActiveFocusChanged: {
+                    if (activeFocus)
+                        rows.positionViewAtIndex(index, ListView.Contain);
+                }
+                Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+                Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+                onOpen: {
+                    opening.projectID = projectId;
+                    menu.close();
+                    opening.start();
+                }
+                onBeginEdit: menu.editingID = projectId
+                onCancelEdit: menu.editingID = ""
+                onCommitEdit: name => {
+                    menu.engine.renameProject(projectId, name);
+                    menu.editingID = "";
+                }
+                onRemove: menu.engine.deleteProject(projectId)
+            }
+        }
+
+        Text {
+            visible: rows.count === 0
+            width: parent.width
+            text: qsTr("Sorted shoots are saved here so you can reopen them without re-running.")
+            font: LK.font(11)
+            color: LK.palette.textSecondary
+            padding: 8
+            wrapMode: Text.Wrap
+        }
+
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: LK.palette.borderSubtle
+        }
+
+        Text {
+            width: parent.width
+            text: qsTr("Sort results are cached on this Mac. Footage and thumbnails are not.")
+            font: LK.font(10.5)
+            color: LK.palette.textTertiary
+            leftPadding: 8
+            rightPadding: 8
+            topPadding: 8
+            bottomPadding: 2
+            wrapMode: Text.Wrap
+        }
+    }
+}

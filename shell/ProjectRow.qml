@@ -1,0 +1,134 @@
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+
+// One sorted shoot: opened by a press, renamed and removed by the buttons that show under the pointer or the keyboard.
+T.AbstractButton {
+    id: row
+
+    required property string name
+    required property string detail
+    required property bool isCurrent
+    property bool isEditing: false
+
+    readonly property bool showsButtons: hovered || activeFocus || rename.hovered || remove.hovered || rename.activeFocus || remove.activeFocus
+
+    signal open
+    signal beginEdit
+    signal commitEdit(string name)
+    signal cancelEdit
+    signal remove
+
+    text: name
+    implicitWidth: 260
+    implicitHeight: 42
+    leftPadding: 8
+    rightPadding: 8
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+
+    onClicked: {
+        if (!row.isEditing)
+            row.open();
+    }
+    Keys.onReturnPressed: row.clicked()
+    Keys.onEnterPressed: row.clicked()
+    Keys.onDeletePressed: row.remove()
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_F2) {
+            row.beginEdit();
+            event.accepted = true;
+        }
+    }
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name
+    Accessible.description: detail
+    Accessible.selectable: true
+    Accessible.selected: isCurrent
+    Accessible.onPressAction: row.clicked()
+
+    onIsEditingChanged: {
+        if (isEditing) {
+            editName.text = row.name;
+            editName.forceActiveFocus(Qt.PopupFocusReason);
+            editName.selectAll();
+        }
+    }
+
+    contentItem: ProjectLines {
+        symbol: row.isCurrent ? "checkmark.circle.fill" : "rectangle.stack"
+        tint: row.isCurrent ? LK.palette.accent : LK.palette.textSecondary
+        title: row.name
+        showsTitle: !row.isEditing
+        detail: row.detail
+        trailing: 52
+    }
+
+    background: Rectangle {
+        radius: 6
+        color: row.down ? LK.palette.surfacePressed : row.hovered ? LK.palette.surfaceHover : "transparent"
+
+        Behavior on color  {
+            LKColorMotion {
+            }
+        }
+
+        LKFocusRing {
+            anchors.margins: -1
+            visible: row.visualFocus
+            cornerRadius: 6
+        }
+    }
+
+    LKTextField {
+        id: editName
+
+        x: row.leftPadding + 22
+        y: 2
+        width: row.width - x - 60
+        implicitHeight: 22
+        visible: row.isEditing
+        font: LK.font(12, Font.Medium)
+        label: qsTr("Project name")
+        placeholderText: qsTr("Project name")
+        onAccepted: row.commitEdit(text)
+        Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
+        Keys.onEscapePressed: row.cancelEdit()
+    }
+
+    Row {
+        anchors.right: parent.right
+        anchors.rightMargin: 6
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        IconButton {
+            visible: row.isEditing
+            name: "checkmark"
+            help: qsTr("Save name")
+            onActivated: row.commitEdit(editName.text)
+        }
+
+        IconButton {
+            id: rename
+
+            visible: !row.isEditing
+            opacity: row.showsButtons ? 1 : 0
+            name: "pencil"
+            help: qsTr("Rename")
+            onActivated: row.beginEdit()
+        }
+
+        IconButton {
+            id: remove
+
+            visible: !row.isEditing
+            opacity: row.showsButtons ? 1 : 0
+            name: "trash"
+            help: qsTr("Remove from recents")
+            hoverTint: LK.palette.danger
+            onActivated: row.remove()
+        }
+    }
+}
