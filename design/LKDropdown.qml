@@ -3,54 +3,175 @@ import QtQuick
 import QtQuick.Templates as T
 import Larkspan.Design
 
-// A choice of one among a few, shown as its label.
+// A choice of one among many, shown as its label. A click, Space or Return opens the list; arrows and typed letters
+// choose at once while it is closed, and walk it while it is open.
 T.ComboBox {
     id: control
 
+    enum Tone {
+        Standard,
+        Caution,
+        Attention,
+        Ai
+    }
+
+    // Of {value, label}. Plain texts, given as the model, stand for themselves.
+    property var options: []
+    // The value of one of them; activated tells that the user has written it. With anything else the label is empty.
+    property var selection
+    property var disabledValues: []
+    property int size: LKButton.Md
+    property int tone: LKDropdown.Standard
     // What the choice is about, for assistive technology.
     property string label
 
-    implicitWidth: Math.max(120, implicitContentWidth + implicitIndicatorWidth + leftPadding + rightPadding + 6)
-    implicitHeight: 26
-    leftPadding: 9
-    rightPadding: 9
-    font: LK.font(12.5)
+    readonly property var entries: (model ?? []).map(entry => typeof entry === "string" ? ({
+                    "value": entry,
+                    "label": entry
+                }) : entry)
+    readonly property int selectedIndex: entries.findIndex(entry => entry.value === selection)
+    readonly property string shownLabel: entries[currentIndex]?.label ?? ""
+    readonly property LKTypeAhead typeAhead: LKTypeAhead {
+    }
+
+    readonly property color restFill: [LK.palette.surfaceCard, faint(LK.palette.warningSubtle), faint(LK.palette.dangerSubtle), LK.palette.surfaceCard][tone]
+    readonly property color hoverFill: [LK.palette.surfaceHover, LK.palette.warningSubtle, LK.palette.dangerSubtle, LK.palette.surfaceHover][tone]
+    readonly property color borderColor: [LK.palette.borderStrong, LK.palette.warning, LK.palette.danger, "transparent"][tone]
+
+    function faint(fill: color): color {
+        return Qt.alpha(fill, fill.a * 0.55);
+    }
+
+    function isDisabled(row: int): bool {
+        return disabledValues.includes(entries[row].value);
+    }
+
+    function widestLabel(): real {
+        return entries.reduce((widest, entry) => Math.max(widest, metrics.advanceWidth(entry.label)), 0);
+    }
+
+    // The next row from there that can be chosen, or -1.
+    function next(from: int, step: int): int {
+        let row = from + step;
+        while (row >= 0 && row < entries.length && isDisabled(row))
+            row += step;
+        return row >= 0 && row < entries.length ? row : -1;
+    }
+
+    // Walks the open list there, or chooses in the closed one.
+    function reach(row: int) {
+        if (row < 0)
+            return;
+        if (popup.visible) {
+            for (let i = highlightedIndex; i < row; ++i)
+                incrementCurrentIndex();
+            for (let i = highlightedIndex; i > row; --i)
+                decrementCurrentIndex();
+        } else if (row !== currentIndex) {
+            LK.put(control, "currentIndex", row);
+            activated(row);
+        }
+    }
+
+    function takeKey(event: var) {
+        const here = popup.visible ? highlightedIndex : currentIndex;
+        if (event.key === Qt.Key_Down && event.modifiers & Qt.AltModifier)
+            popup.open();
+        else if (event.key === Qt.Key_Down)
+            reach(next(here, 1));
+        else if (event.key === Qt.Key_Up)
+            reach(here < 0 ? -1 : next(here, -1));
+        else if (event.key === Qt.Key_Home)
+            reach(next(-1, 1));
+        else if (event.key === Qt.Key_End)
+            reach(next(entries.length, -1));
+        else if (typeAhead.takes(event))
+            reach(typeAhead.find(entries.map((entry, row) => isDisabled(row) ? null : entry.label), here, event.text));
+        else
+            return;
+        event.accepted = true;
+    }
+
+    onActivated: row => LK.put(control, "selection", entries[row].value)
+    // The template begins a new list at its first row.
+    onModelChanged: {
+        if (selection !== undefined)
+            LK.put(control, "currentIndex", selectedIndex);
+    }
+
+    model: options
+    currentIndex: selectedIndex
+    textRole: "label"
+    displayText: shownLabel
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: 22 + 4 * size
+    leftPadding: 9 + (mirrored ? implicitIndicatorWidth + spacing : 0)
+    rightPadding: 9 + (mirrored ? 0 : implicitIndicatorWidth + spacing)
+    spacing: 6
+    font: LK.font([11.5, 12.5, 13][size], tone === LKDropdown.Standard ? Font.Normal : Font.Medium)
+    opacity: enabled ? 1 : 0.45
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
-    Accessible.role: Accessible.ComboBox
-    Accessible.name: label
+    FontMetrics {
+        id: metrics
 
-    Keys.onReturnPressed: control.popup.open()
-    Keys.onEnterPressed: control.popup.open()
+        font: LK.font([11.5, 12.5, 13][control.size])
+    }
+
+    Keys.onPressed: event => control.takeKey(event)
+    // At the release, for the template takes the release of Return for the choice in an open list.
+    Keys.onReleased: event => {
+        if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !popup.visible) {
+            popup.open();
+            event.accepted = true;
+        }
+    }
+
+    Accessible.name: label !== "" ? label : shownLabel
+    Accessible.description: label !== "" ? shownLabel : ""
+    Accessible.onPressAction: popup.open()
 
     contentItem: Text {
-        text: control.displayText
+        text: control.shownLabel
         font: control.font
         color: LK.palette.textPrimary
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
         maximumLineCount: 1
         textFormat: Text.PlainText
+
+        LKToolTip {
+            text: control.shownLabel
+            wanted: control.contentItem.truncated && control.hovered && !control.popup.visible // qmllint disable
+        }
     }
 
     indicator: Text {
-        x: control.mirrored ? control.leftPadding : control.width - width - control.rightPadding
-        anchors.verticalCenter: parent.verticalCenter
+        x: control.mirrored ? 9 : control.width - width - 9
+        height: control.height
+        verticalAlignment: Text.AlignVCenter
         text: "▾"
-        font: LK.font(11.5)
+        font: LK.font([10.5, 11.5, 12][control.size])
         color: LK.palette.textTertiary
     }
 
     background: Rectangle {
         radius: 5
-        color: control.hovered || control.popup.visible ? LK.palette.surfaceHover : LK.palette.surfaceCard
-        border.width: 1
-        border.color: LK.palette.borderStrong
+        color: control.hovered || control.popup.visible ? control.hoverFill : control.restFill
+        border.pixelAligned: false
+        border.width: [1, 1.5, 1.5, 0][control.tone]
+        border.color: control.borderColor
 
         Behavior on color  {
             LKColorMotion {
             }
+        }
+
+        LKGradientBorder {
+            anchors.fill: parent
+            visible: control.tone === LKDropdown.Ai
         }
 
         LKFocusRing {
@@ -59,54 +180,84 @@ T.ComboBox {
     }
 
     delegate: T.ItemDelegate {
-        id: option
+        id: row
 
         required property int index
-        required property string modelData
 
         width: ListView.view ? ListView.view.width : 0
-        implicitHeight: 26
+        implicitWidth: implicitContentWidth + leftPadding + rightPadding
+        implicitHeight: 24
         leftPadding: 9
         rightPadding: 9
-        text: modelData
+        text: control.entries[index]?.label ?? ""
+        enabled: !control.isDisabled(index)
         highlighted: control.highlightedIndex === index
 
-        Accessible.role: Accessible.ListItem
         Accessible.name: text
+        Accessible.selected: control.currentIndex === index
+        Accessible.onPressAction: row.clicked()
 
         contentItem: Text {
-            text: option.text
-            font: control.font
-            color: LK.palette.textPrimary
+            text: row.text
+            font: LK.font([11.5, 12.5, 13][control.size])
+            color: row.enabled ? LK.palette.textPrimary : LK.palette.textDisabled
+            horizontalAlignment: Text.AlignLeft
             verticalAlignment: Text.AlignVCenter
             elide: Text.ElideRight
+            maximumLineCount: 1
             textFormat: Text.PlainText
         }
 
         background: Rectangle {
             radius: 4
-            color: option.highlighted ? LK.palette.surfaceSelected : "transparent"
+            color: row.highlighted ? LK.palette.surfaceSelected : "transparent"
         }
     }
 
     popup: T.Popup {
-        y: -height - 4
-        width: Math.max(control.width, 160)
-        height: contentItem.implicitHeight + 8
+        readonly property real gap: 4
+        readonly property real top: visible ? control.mapToItem(null, 0, 0).y : 0
+        readonly property real roomAbove: top - gap - margins
+        readonly property real roomBelow: control.Window.height - top - control.height - gap - margins
+        readonly property bool opensBelow: roomBelow >= implicitHeight || roomBelow >= roomAbove
+
+        y: opensBelow ? control.height + gap : -height - gap
+        x: control.mirrored ? control.width - width : 0
+        width: Math.max(control.width, 140, Math.min(visible ? control.widestLabel() + 2 * (padding + 9) : 0, 360))
+        height: Math.min(implicitHeight, Math.max(opensBelow ? roomBelow : roomAbove, 60))
+        implicitHeight: implicitContentHeight + topPadding + bottomPadding
+        margins: 6
         padding: 4
+
+        enter: Transition {
+            LKNumberMotion {
+                property: "opacity"
+                from: 0
+                to: 1
+            }
+        }
+
+        exit: Transition {
+            LKNumberMotion {
+                property: "opacity"
+                to: 0
+            }
+        }
 
         contentItem: ListView {
             implicitHeight: contentHeight
             model: control.popup.visible ? control.delegateModel : null // qmllint disable
             currentIndex: control.highlightedIndex
-            interactive: false
+            highlightMoveDuration: 0
+            interactive: contentHeight > height
+            boundsBehavior: Flickable.StopAtBounds
+            clip: true
+
+            T.ScrollBar.vertical: LKScrollBar {
+            }
         }
 
-        background: Rectangle {
-            radius: 7
-            color: LK.palette.surfaceElevated
-            border.width: 1
-            border.color: LK.palette.borderSubtle
+        background: LKPanel {
         }
     }
 }

@@ -38,6 +38,7 @@ FocusScope {
             height: 28
             radius: 3
             color: "transparent"
+            border.pixelAligned: false
             border.width: 2.4
             border.color: state.tone === LKEmptyState.Error ? LK.palette.danger : LK.palette.textTertiary
             antialiasing: true

@@ -11,11 +11,11 @@ QtObject {
         onTriggered: search.typed = ""
     }
 
-    // Whether the key is part of what is looked for. A space is only within a search.
+    // Whether the key is part of what is looked for. A space never is: it chooses.
     function takes(event: var): bool {
         const text = event.text;
         const plain = !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier));
-        return plain && text !== "" && text >= " " && text !== "\u007f" && (text !== " " || typed !== "");
+        return plain && text > " " && text !== "\u007f";
     }
 
     // The row to go to from current (-1: none), or -1. labels: a text per row, null for a row that can't be chosen.

@@ -15,7 +15,17 @@ GalleryPage {
 
             LKDropdown {
                 label: "Bin"
-                model: ["Kitchen", "Bathroom", "Pool"]
+                options: [{
+                        "value": "k",
+                        "label": "Kitchen"
+                    }, {
+                        "value": "b",
+                        "label": "Bathroom"
+                    }, {
+                        "value": "p",
+                        "label": "Pool"
+                    }]
+                selection: "k"
             }
         }
 
@@ -24,7 +34,6 @@ GalleryPage {
 
             LKDropdown {
                 label: "Bin"
-                model: []
             }
         }
     }
