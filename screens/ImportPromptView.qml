@@ -38,6 +38,11 @@ FocusScope {
     implicitWidth: 360
     implicitHeight: column.implicitHeight + 2 * 28
 
+    // Every card is asked about anew, whatever was pressed for the one before.
+    onVisibleChanged: {
+        if (visible)
+            primary.focus = true;
+    }
     Keys.onReturnPressed: prompt.answer()
     Keys.onEnterPressed: prompt.answer()
 
@@ -138,6 +143,8 @@ FocusScope {
             }
 
             LKButton {
+                id: primary
+
                 focus: true
                 kind: LKButton.Accent
                 size: LKButton.Lg

@@ -47,7 +47,7 @@ Window {
     FocusScope {
         id: stage
 
-        readonly property bool isCovered: cardPrompt.shown || preferences.shown || closeGuard.shown || diagnosticsPanels.shown
+        readonly property bool isCovered: cardOffer.shown || preferences.shown || closeGuard.shown || diagnosticsPanels.shown
 
         anchors.fill: parent
         focus: true
@@ -140,26 +140,16 @@ Window {
         }
     }
 
-    ModalOverlay {
-        id: cardPrompt
+    CardOffer {
+        id: cardOffer
 
         objectName: "importPromptOverlay"
-        shown: root.volumeWatcher.hasCandidate
-        scrimOpacity: 0.45
-        z: 1
-        onScrimTapped: root.volumeWatcher.decline()
-        onEscaped: root.closeTopmost()
 
-        ImportPromptView {
-            focus: true
-            engine: root.engine
-            displayName: root.volumeWatcher.displayName
-            isCounted: root.volumeWatcher.isCounted
-            clipCount: root.volumeWatcher.clipCount
-            onAccept: root.volumeWatcher.accept()
-            onDecline: root.volumeWatcher.decline()
-            onOpenPreferences: root.app.openPreferences()
-        }
+        app: root.app
+        engine: root.engine
+        volumeWatcher: root.volumeWatcher
+        z: 1
+        onEscaped: root.closeTopmost()
     }
 
     CloseGuard {
