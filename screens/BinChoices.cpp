@@ -1,6 +1,13 @@
 #include "screens/BinChoices.h"
 
+#include "core/RoomLabel.h"
+
 namespace larkspan {
+
+QString BinChoices::unsorted()
+{
+    return unsortedBin();
+}
 
 void BinChoices::follow(SortEngine &engine)
 {

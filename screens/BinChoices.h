@@ -12,11 +12,14 @@ class BinChoices : public larkspan::EngineObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QStringList names READ names NOTIFY namesChanged)
+    Q_PROPERTY(QList<QString> names READ names NOTIFY namesChanged)
+    // Where a clip lies of which nothing was read.
+    Q_PROPERTY(QString unsorted READ unsorted CONSTANT)
 
 public:
     using EngineObject::EngineObject;
 
+    static QString unsorted();
     const QStringList &names() const { return m_names; }
 
 Q_SIGNALS:

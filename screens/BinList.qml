@@ -14,6 +14,8 @@ T.Control {
         engine: control.engine
     }
 
+    readonly property bool reviewShown: bins.reviewShown
+
     focusPolicy: Qt.StrongFocus
     Keys.onUpPressed: bins.select(bins.selectedRow - 1)
     Keys.onDownPressed: bins.select(bins.selectedRow + 1)

@@ -83,6 +83,11 @@ void BinListModel::followSelection()
         m_selectedRow = row;
         Q_EMIT selectedRowChanged();
     }
+    const bool reviewShown = m_engine && m_engine->selectedBin() == reviewKey();
+    if (m_reviewShown != reviewShown) {
+        m_reviewShown = reviewShown;
+        Q_EMIT reviewShownChanged();
+    }
 }
 
 } // namespace larkspan

@@ -14,6 +14,8 @@ class BinListModel : public larkspan::SyncedListModel
     QML_ELEMENT
     // The row that is on show, -1 if none is.
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
+    // Whether the clips under review are on show.
+    Q_PROPERTY(bool reviewShown READ reviewShown NOTIFY reviewShownChanged)
     Q_PROPERTY(bool showsCounts READ showsCounts NOTIFY showsCountsChanged)
 
 public:
@@ -27,6 +29,7 @@ public:
     using SyncedListModel::SyncedListModel;
 
     int selectedRow() const { return m_selectedRow; }
+    bool reviewShown() const { return m_reviewShown; }
     bool showsCounts() const;
 
     // Shows a row's clips; a row that isn't there changes nothing.
@@ -38,6 +41,7 @@ public:
 
 Q_SIGNALS:
     void selectedRowChanged();
+    void reviewShownChanged();
     void showsCountsChanged();
 
 private:
@@ -56,6 +60,7 @@ private:
 
     std::vector<Row> m_rows;
     int m_selectedRow = -1;
+    bool m_reviewShown = false;
 };
 
 } // namespace larkspan

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Larkspan.Design
 import Larkspan.Screens
 
-// The program's build, and what can be done with the sorted shoot.
+// The program's build, the model of the next sort, and what can be done with the sorted shoot.
 Item {
     id: footer
 
@@ -11,11 +11,12 @@ Item {
     required property int buildNumber
 
     readonly property bool hasActions: engine.stage === SortEngine.Results || engine.stage === SortEngine.Done
+    readonly property bool modelNoteOpen: note.visible
 
     implicitHeight: 44
 
-    ExportChoices {
-        id: choices
+    ModelChoice {
+        id: model
 
         engine: footer.engine
     }
@@ -39,23 +40,44 @@ Item {
             text: qsTr("Binnacle · build %1").arg(footer.buildNumber)
             font: LK.font(11)
             color: LK.palette.textTertiary
+            elide: Text.ElideRight
         }
 
-        LKButton {
-            visible: footer.hasActions && choices.organizes
-            Layout.maximumWidth: 260
-            kind: LKButton.Ghost
-            title: qsTr("Shoots folder: %1").arg(choices.shootsFolder)
-            onActivated: footer.engine.chooseImportRoot()
+        Text {
+            text: qsTr("Model")
+            font: LK.font(11)
+            color: LK.palette.textSecondary
         }
 
-        LKDropdown {
+        LKSegmented {
+            label: qsTr("Model")
+            size: LKButton.Sm
+            options: model.options
+            selection: model.tier
+            aiValues: ["cloud"]
+            onActivated: value => model.tier = value
+        }
+
+        IconButton {
+            name: "info.circle"
+            size: 18
+            help: qsTr("What this model does")
+            onActivated: note.visible ? note.close() : note.open()
+
+            LKPopover {
+                id: note
+
+                contentItem: ModelNoteCard {
+                    model: model
+                }
+            }
+        }
+
+        Rectangle {
+            Layout.preferredWidth: 1
+            Layout.preferredHeight: 18
             visible: footer.hasActions
-            Layout.preferredWidth: 150
-            label: qsTr("File handling")
-            model: choices.handlingLabels
-            currentIndex: choices.handling
-            onActivated: row => choices.handling = row
+            color: LK.palette.borderSubtle
         }
 
         LKButton {

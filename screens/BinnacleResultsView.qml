@@ -2,11 +2,16 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// What the editor sees of a finished sort: the bins down the side, the clips of the chosen one beside them.
+// What the editor sees of a finished sort: the bins down the side, and beside them the clips of the chosen one, or
+// those to look at.
 FocusScope {
     id: view
 
     required property SortEngine engine
+
+    readonly property BinChoices choices: BinChoices {
+        engine: view.engine
+    }
 
     focus: true
 
@@ -27,6 +32,8 @@ FocusScope {
     }
 
     Rectangle {
+        id: rule
+
         anchors.top: parent.top
         anchors.bottom: parent.bottom
         anchors.left: bins.right
@@ -34,12 +41,19 @@ FocusScope {
         color: LK.palette.borderSubtle
     }
 
-    ClipGridView {
+    // Whichever of the two is shown keeps the keyboard where it was when the other takes its place.
+    Loader {
+        id: detail
+
+        readonly property url detailView: bins.reviewShown ? "ReviewListView.qml" : "ClipGridView.qml"
+
         anchors.top: parent.top
         anchors.bottom: parent.bottom
-        anchors.left: bins.right
-        anchors.leftMargin: 1
+        anchors.left: rule.right
         anchors.right: parent.right
-        engine: view.engine
+        onDetailViewChanged: detail.setSource(detailView, {
+                "engine": view.engine,
+                "choices": view.choices
+            })
     }
 }

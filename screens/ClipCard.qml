@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Layouts
 import QtQuick.Templates as T
 import Larkspan.Design
 
-// One clip in the grid: its first frame, its name and length, and why to look at it if there is a reason.
+// One clip in the grid: its first frame, its name, its second bin, and a way to move it while the pointer is there.
 T.AbstractButton {
     id: card
 
@@ -12,106 +11,50 @@ T.AbstractButton {
     required property string fileName
     required property string duration
     required property url thumbnail
+    required property string primaryBin
     required property string extraBin
-    required property string reviewReason
-    property bool showsReason: false
+    required property list<string> extraBins
     property bool showsFocus: visualFocus
 
+    readonly property bool hovering: hover.hovered
+
     signal activated
+    // The choice of another bin, or of anything at all, is asked for; at places in the card's coordinates.
+    signal moveAsked(point at)
+    signal menuAsked(point at)
 
     implicitWidth: 168
     implicitHeight: 124
     hoverEnabled: true
     focusPolicy: Qt.NoFocus
+    text: name
     onClicked: card.activated()
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: !showsReason ? qsTr("%1, %2").arg(fileName).arg(duration) : qsTr("%1, %2, %3").arg(fileName).arg(duration).arg(reviewReason)
+    Accessible.name: extraBin === "" ? qsTr("%1, %2").arg(fileName).arg(duration) : qsTr("%1, %2, also %3").arg(fileName).arg(duration).arg(extraBin)
+    Accessible.selectable: true
+    Accessible.selected: showsFocus
 
-    contentItem: ColumnLayout {
-        spacing: 0
+    HoverHandler {
+        id: hover
+    }
 
-        ClipPicture {
-            Layout.fillWidth: true
-            Layout.preferredHeight: 95
-            picture: card.thumbnail
-            cornerRadius: 8
-            roundsBottom: false
-
-            Text {
-                anchors.left: parent.left
-                anchors.bottom: parent.bottom
-                anchors.margins: 6
-                width: Math.min(implicitWidth, parent.width - 12)
-                visible: card.extraBin !== ""
-                text: card.extraBin
-                font: LK.font(9.5)
-                color: "white"
-                elide: Text.ElideRight
-                leftPadding: 6
-                rightPadding: 6
-                topPadding: 2
-                bottomPadding: 2
-                textFormat: Text.PlainText
-
-                Rectangle {
-                    anchors.fill: parent
-                    z: -1
-                    radius: 4
-                    color: Qt.rgba(0, 0, 0, 0.35)
-                }
-            }
-        }
-
-        RowLayout {
-            Layout.fillWidth: true
-            Layout.topMargin: 6
-            Layout.leftMargin: 8
-            Layout.rightMargin: 8
-            spacing: 6
-
-            Text {
-                Layout.fillWidth: true
-                text: card.name
-                font: LK.font(10.5)
-                color: LK.palette.textPrimary
-                elide: Text.ElideMiddle
-                maximumLineCount: 1
-                textFormat: Text.PlainText
-            }
-
-            Text {
-                text: card.duration
-                font: LK.font(10.5)
-                color: LK.palette.textTertiary
-            }
-        }
-
-        Text {
-            Layout.fillWidth: true
-            Layout.leftMargin: 8
-            Layout.rightMargin: 8
-            Layout.topMargin: 2
-            visible: card.showsReason
-            text: card.reviewReason
-            font: LK.font(9.5)
-            color: LK.palette.textSecondary
-            wrapMode: Text.Wrap
-            maximumLineCount: 2
-            elide: Text.ElideRight
-            textFormat: Text.PlainText
-        }
-
-        Item {
-            Layout.fillHeight: true
-        }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: event => card.menuAsked(event.position)
     }
 
     background: Rectangle {
         radius: 8
-        color: LK.palette.surfaceCard
+        color: card.down ? Qt.tint(LK.palette.surfaceCard, LK.palette.surfacePressed) : card.hovering ? Qt.tint(LK.palette.surfaceCard, LK.palette.surfaceHover) : LK.palette.surfaceCard
         border.width: 1
-        border.color: card.hovered ? LK.palette.borderStrong : LK.palette.borderSubtle
+        border.color: card.hovering ? LK.palette.borderStrong : LK.palette.borderSubtle
+
+        Behavior on color  {
+            LKColorMotion {
+                duration: card.down ? LK.motion.press : LK.motion.hover
+            }
+        }
 
         Behavior on border.color  {
             LKColorMotion {
@@ -122,5 +65,98 @@ T.AbstractButton {
             visible: card.showsFocus
             cornerRadius: 8
         }
+    }
+
+    ClipPicture {
+        id: picture
+
+        width: parent.width
+        height: 95
+        picture: card.thumbnail
+        cornerRadius: 8
+        roundsBottom: false
+    }
+
+    Text {
+        anchors.left: picture.left
+        anchors.bottom: picture.bottom
+        anchors.margins: 6
+        width: Math.min(implicitWidth, picture.width - 12)
+        visible: card.extraBin !== ""
+        text: card.extraBin
+        font: LK.font(9.5)
+        color: "white"
+        elide: Text.ElideRight
+        leftPadding: 6
+        rightPadding: 6
+        topPadding: 2
+        bottomPadding: 2
+        textFormat: Text.PlainText
+
+        Rectangle {
+            anchors.fill: parent
+            z: -1
+            radius: 4
+            color: Qt.rgba(0, 0, 0, 0.35)
+        }
+    }
+
+    T.AbstractButton {
+        id: move
+
+        anchors.right: picture.right
+        anchors.top: picture.top
+        anchors.margins: 6
+        implicitWidth: implicitContentWidth + leftPadding + rightPadding
+        implicitHeight: 18
+        leftPadding: 7
+        rightPadding: 7
+        visible: card.hovering
+        focusPolicy: Qt.NoFocus
+        hoverEnabled: true
+        text: qsTr("Move")
+        onClicked: card.moveAsked(move.mapToItem(card, 0, move.height + 4))
+
+        Accessible.role: Accessible.ButtonMenu
+        Accessible.name: qsTr("Move %1").arg(card.name)
+
+        contentItem: Text {
+            text: move.text
+            font: LK.font(9.5, Font.Medium)
+            color: "white"
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+        }
+
+        background: Rectangle {
+            radius: 4
+            color: Qt.rgba(0, 0, 0, move.down ? 0.75 : move.hovered ? 0.6 : 0.45)
+
+            Behavior on color  {
+                LKColorMotion {
+                }
+            }
+        }
+    }
+
+    Text {
+        anchors.top: picture.bottom
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: 8
+        anchors.rightMargin: 8
+        text: card.name
+        font: LK.font(10.5)
+        color: LK.palette.textPrimary
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideMiddle
+        maximumLineCount: 1
+        textFormat: Text.PlainText
+    }
+
+    LKToolTip {
+        text: card.name === "" ? "" : qsTr("%1 · %2").arg(card.fileName).arg(card.duration)
+        wanted: card.hovering && !move.hovered
     }
 }

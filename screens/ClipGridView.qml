@@ -3,28 +3,92 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// The clips of the chosen bin, as many beside each other as fit. Arrows walk it.
+// The clips of the chosen bin, as many beside each other as fit. Arrows walk it, Return and Space open the preview, M
+// moves a clip to another bin, and the menu key asks for anything else.
 GridView {
     id: grid
 
     required property SortEngine engine
+    required property BinChoices choices
 
     readonly property int gap: 12
     readonly property int leastWidth: 168
     readonly property int padding: 14
     readonly property int columns: Math.max(1, Math.floor((width - 2 * padding + gap) / (leastWidth + gap)))
+    readonly property ClipListModel clips: ClipListModel {
+        engine: grid.engine
+        source: ClipListModel.SelectedBin
+        // Another bin is looked at from its beginning.
+        onModelReset: {
+            grid.currentIndex = count > 0 ? 0 : -1;
+            grid.positionViewAtBeginning();
+        }
+    }
+    // The menus are made when they are first asked for.
+    property BinMenu moveMenu
+    property ClipMenu clipMenu
+
+    function openMoveMenu(card: ClipCard, at: point) {
+        if (!moveMenu)
+            moveMenu = moveMenuComponent.createObject(grid);
+        moveMenu.card = card;
+        moveMenu.popup(card, at);
+    }
+
+    function openClipMenu(card: ClipCard, at: point) {
+        if (!clipMenu)
+            clipMenu = clipMenuComponent.createObject(grid);
+        clipMenu.card = card;
+        clipMenu.popup(card, at);
+    }
+
+    // A menu that is done with gives the keyboard back, unless it has opened the preview.
+    function takeFocusBack() {
+        if (!engine.hasPreview)
+            grid.forceActiveFocus(Qt.PopupFocusReason);
+    }
+
+    function goTo(index: int) {
+        grid.currentIndex = Math.max(0, Math.min(index, grid.count - 1));
+    }
 
     objectName: "clips"
     topMargin: padding
     bottomMargin: padding - gap
     leftMargin: padding
     cellWidth: Math.floor((width - 2 * padding + gap) / columns)
-    cellHeight: (clips.isReview ? 152 : 124) + gap
+    cellHeight: 124 + gap
     clip: true
+    focus: true
     activeFocusOnTab: true
     keyNavigationEnabled: true
     boundsBehavior: Flickable.StopAtBounds
     highlightMoveDuration: LK.motion.hover
+
+    Keys.onPressed: event => {
+        grid.forceLayout(); // a clip may just have gone
+        const card = grid.currentItem as ClipCard;
+        const page = Math.max(1, Math.floor(grid.height / grid.cellHeight)) * grid.columns;
+        event.accepted = true;
+        if (event.key === Qt.Key_Home)
+            goTo(0);
+        else if (event.key === Qt.Key_End)
+            goTo(count - 1);
+        else if (event.key === Qt.Key_PageUp)
+            goTo(currentIndex - page);
+        else if (event.key === Qt.Key_PageDown)
+            goTo(currentIndex + page);
+        else if (!card || event.modifiers & (Qt.ControlModifier | Qt.AltModifier))
+            event.accepted = false;
+        else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter || event.key === Qt.Key_Space)
+            clips.open(currentIndex);
+        else if (event.key === Qt.Key_M)
+            openMoveMenu(card, Qt.point(8, 24));
+        else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)
+            openClipMenu(card, Qt.point(8, 24));
+        else
+            event.accepted = false;
+    }
 
     Accessible.role: Accessible.List
     Accessible.name: qsTr("Clips")
@@ -32,23 +96,51 @@ GridView {
     LKScrollBar.vertical: LKScrollBar {
     }
 
-    model: ClipListModel {
-        id: clips
-
-        engine: grid.engine
-        source: ClipListModel.SelectedBin
-    }
+    model: clips
 
     delegate: ClipCard {
         id: card
 
         width: grid.cellWidth - grid.gap
         height: grid.cellHeight - grid.gap
-        showsReason: clips.isReview
         showsFocus: card.GridView.isCurrentItem && grid.activeFocus
         onActivated: {
             grid.currentIndex = card.index;
             grid.forceActiveFocus(Qt.MouseFocusReason);
+            grid.clips.open(card.index);
+        }
+        onMoveAsked: at => {
+            grid.currentIndex = card.index;
+            grid.forceActiveFocus(Qt.MouseFocusReason);
+            grid.openMoveMenu(card, at);
+        }
+        onMenuAsked: at => {
+            grid.currentIndex = card.index;
+            grid.forceActiveFocus(Qt.MouseFocusReason);
+            grid.openClipMenu(card, at);
+        }
+    }
+
+    Component {
+        id: moveMenuComponent
+
+        BinMenu {
+            property ClipCard card
+
+            choices: grid.choices
+            holding: card ? [card.primaryBin] : []
+            onChosen: bin => grid.clips.reassign(card.index, bin)
+            onClosed: grid.takeFocusBack()
+        }
+    }
+
+    Component {
+        id: clipMenuComponent
+
+        ClipMenu {
+            clips: grid.clips
+            choices: grid.choices
+            onClosed: grid.takeFocusBack()
         }
     }
 }

@@ -1,24 +1,11 @@
 #include "screens/ClipListModel.h"
 
-#include <cmath>
-
-#include "core/RoomLabel.h"
 #include "screens/ClipThumbnails.h"
+#include "screens/DurationText.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace larkspan {
-
-QString durationText(double seconds)
-{
-    constexpr double longest = 360000.0 * 1000; // a broken header may claim any length
-    const auto whole = std::isfinite(seconds) ? std::llround(std::clamp(seconds, 0.0, longest)) : 0LL;
-    const auto twoDigits = [](long long value) { return u"%1"_s.arg(value, 2, 10, QLatin1Char('0')); };
-    const QString tail = twoDigits(whole % 60);
-    const auto minutes = whole / 60;
-    return minutes < 60 ? u"%1:%2"_s.arg(minutes).arg(tail)
-                        : u"%1:%2:%3"_s.arg(QString::number(minutes / 60), twoDigits(minutes % 60), tail);
-}
 
 void ClipListModel::follow(SortEngine &engine)
 {
@@ -149,11 +136,6 @@ void ClipListModel::refresh()
         for (const ClipPtr &clip : clips) {
             wanted.push_back(rowOf(clip));
         }
-    }
-    const bool isReview = m_source == SelectedBin && m_engine && m_engine->selectedBin() == reviewKey();
-    if (m_isReview != isReview) {
-        m_isReview = isReview;
-        Q_EMIT isReviewChanged();
     }
     sync(m_rows, std::move(wanted));
 }

@@ -14,8 +14,6 @@ class ClipListModel : public larkspan::SyncedListModel
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(Source source READ source WRITE setSource NOTIFY sourceChanged)
-    // Whether these are the clips under review, shown for the reason why.
-    Q_PROPERTY(bool isReview READ isReview NOTIFY isReviewChanged)
 
 public:
     enum Source {
@@ -40,7 +38,6 @@ public:
 
     Source source() const { return m_source; }
     void setSource(Source source);
-    bool isReview() const { return m_isReview; }
 
     // What is done to the clip of a row; a row that isn't there changes nothing.
     Q_INVOKABLE void open(int row);
@@ -57,7 +54,6 @@ public:
 
 Q_SIGNALS:
     void sourceChanged();
-    void isReviewChanged();
 
 private:
     // A clip, and what of it may change, as it was at the last refresh: the clip itself publishes no change.
@@ -81,10 +77,6 @@ private:
 
     Source m_source = SelectedBin;
     std::vector<Row> m_rows;
-    bool m_isReview = false;
 };
-
-// "0:07", "12:05", "1:02:03"; seconds are rounded to whole ones, and no number of them counts as 0.
-QString durationText(double seconds);
 
 } // namespace larkspan

@@ -9,6 +9,8 @@
 
 #include <mpv/client.h>
 
+#include "screens/DurationText.h"
+
 namespace larkspan {
 
 namespace {
@@ -139,6 +141,16 @@ void ClipPlayer::pictureReady(bool canDraw)
     const std::string path = std::filesystem::absolute(m_file.path()).string();
     const char *load[] = {"loadfile", path.c_str(), nullptr};
     mpv_command_async(m_mpv.get(), 0, load);
+}
+
+QString ClipPlayer::positionText() const
+{
+    return larkspan::durationText(m_position);
+}
+
+QString ClipPlayer::durationText() const
+{
+    return larkspan::durationText(m_duration);
 }
 
 void ClipPlayer::setVolume(double volume)

@@ -21,8 +21,10 @@ class ClipPlayer : public QObject
     QML_ELEMENT
     // Whether it plays; false as well at the clip's end.
     Q_PROPERTY(bool playing READ isPlaying NOTIFY playingChanged)
-    Q_PROPERTY(double position READ position NOTIFY positionChanged)           // seconds
-    Q_PROPERTY(double duration READ duration NOTIFY durationChanged)           // seconds, 0 while it isn't known
+    Q_PROPERTY(double position READ position NOTIFY positionChanged)          // seconds
+    Q_PROPERTY(double duration READ duration NOTIFY durationChanged)          // seconds, 0 while it isn't known
+    Q_PROPERTY(QString positionText READ positionText NOTIFY positionChanged) // "0:07"
+    Q_PROPERTY(QString durationText READ durationText NOTIFY durationChanged)
     Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged) // 0 to 1, as it is heard
     Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY volumeChanged)
     // Why the clip can't be played, for people; "" while it can, or while nobody has tried.
@@ -46,6 +48,8 @@ public:
     [[nodiscard]] bool isPlaying() const { return m_playing; }
     [[nodiscard]] double position() const { return m_position; }
     [[nodiscard]] double duration() const { return m_duration; }
+    [[nodiscard]] QString positionText() const;
+    [[nodiscard]] QString durationText() const;
     [[nodiscard]] double volume() const { return m_volume; }
     void setVolume(double volume);
     [[nodiscard]] bool isMuted() const { return m_muted; }

@@ -64,8 +64,9 @@ QImage ClipThumbnails::requestImage(const QString &id, QSize *size, const QSize 
         return m_thumbnails.value(path.startsWith(framePath) ? path.mid(framePath.size()).toULongLong() : 0);
     }();
 
-    const QSize wanted = requestedSize.isEmpty() ? usualSize : requestedSize;
-    const QImage frame = thumbnail.filling(wanted);
+    // A frame that is asked for in no size is given as it is.
+    const QImage frame = thumbnail.filling(requestedSize);
+    const QSize wanted = !requestedSize.isEmpty() ? requestedSize : frame.isNull() ? usualSize : frame.size();
     if (size) {
         *size = wanted;
     }

@@ -75,6 +75,7 @@ void PreviewClip::followClip()
         m_clip = m_engine->previewClip();
     }
     Q_EMIT changed();
+    Q_EMIT presentChanged();
 }
 
 } // namespace larkspan

@@ -13,7 +13,7 @@ class PreviewClip : public larkspan::EngineObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(bool present READ isPresent NOTIFY changed)
+    Q_PROPERTY(bool present READ isPresent NOTIFY presentChanged)
     Q_PROPERTY(QString name READ name NOTIFY changed)
     Q_PROPERTY(QString details READ details NOTIFY changed)  // "12.3s · 3840 × 2160 · 59.94 fps"
     Q_PROPERTY(QUrl thumbnail READ thumbnail NOTIFY changed) // empty if it has none
@@ -34,6 +34,9 @@ public:
     // "" for none.
     Q_INVOKABLE void setSecondBin(const QString &bin);
     Q_INVOKABLE void playWith(larkspan::ClipPlayer *player);
+
+Q_SIGNALS:
+    void presentChanged();
 
 private:
     void follow(SortEngine &engine) override;

@@ -7,7 +7,7 @@
 #include "screens/BinListModel.h"
 #include "screens/ClipListModel.h"
 #include "screens/ClipThumbnails.h"
-#include "screens/ExportChoices.h"
+#include "screens/DurationText.h"
 #include "screens/ExportTexts.h"
 #include "screens/PreviewClip.h"
 #include "screens/ProjectListModel.h"
@@ -71,7 +71,6 @@ using ClipListModelTest = ModelsTest;
 using ClipThumbnailsTest = ModelsTest;
 using ExportTextsTest = ModelsTest;
 using ProjectListModelTest = ModelsTest;
-using ExportChoicesTest = ModelsTest;
 using PreviewClipTest = ModelsTest;
 using BinChoicesTest = ModelsTest;
 
@@ -421,19 +420,4 @@ TEST_F(ProjectListModelTest, ListsTheShootsTheLatestFirstAndWithNothingToReviewI
                 ElementsAre(u"3 clips · 3 bins · 1 to review"_s, u"1 clips · 1 bins"_s));
     engine.deleteProject(projectID(shoot));
     EXPECT_THAT(column(projects, ProjectListModel::NameRole), ElementsAre(u"second"_s));
-}
-
-TEST_F(ExportChoicesTest, ARowThatIsNotThereChangesNothing)
-{
-    ExportChoices choices;
-    choices.setEngine(&engine);
-    EXPECT_THAT(choices.handlingLabels(),
-                ElementsAre(u"Leave in place"_s, u"Copy into folders"_s, u"Move into folders"_s));
-    choices.setHandling(1);
-    for (const int row : {-1, 3}) {
-        choices.setHandling(row);
-        EXPECT_EQ(choices.handling(), 1);
-    }
-    EXPECT_EQ(engine.options().fileHandling, FileHandling::copy);
-    EXPECT_TRUE(choices.organizes());
 }

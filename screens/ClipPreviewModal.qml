@@ -1,0 +1,194 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Larkspan.Design
+import Larkspan.Screens
+
+// One clip large: to play it, and to change its bins. Nothing of it is decoded before play is pressed, and closing the
+// preview, by whatever way, ends the playing at once.
+FocusScope {
+    id: modal
+
+    required property SortEngine engine
+
+    readonly property bool playing: wantsPlaying && clip.present
+    property bool wantsPlaying: false
+
+    readonly property PreviewClip clip: PreviewClip {
+        engine: modal.engine
+        onPresentChanged: modal.wantsPlaying = false
+    }
+    readonly property BinChoices choices: BinChoices {
+        engine: modal.engine
+    }
+
+    onPlayingChanged: {
+        if (playing)
+            player.setSource("PreviewPlayer.qml", {
+                    "clip": modal.clip
+                });
+        else
+            player.setSource("");
+    }
+
+    implicitWidth: 760
+    implicitHeight: 428 + 66
+    focus: true
+
+    Keys.onSpacePressed: {
+        if (modal.playing)
+            (player.item as PreviewPlayer).toggle();
+        else
+            modal.wantsPlaying = true;
+    }
+
+    Accessible.role: Accessible.Dialog
+    Accessible.name: clip.name
+    Accessible.description: clip.details
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 6
+        color: LK.palette.surfaceElevated
+    }
+
+    Rectangle {
+        id: media
+
+        width: parent.width
+        height: 428
+        radius: 6
+        color: "black"
+
+        Rectangle {
+            anchors.bottom: parent.bottom
+            width: parent.width
+            height: parent.radius
+            color: "black"
+        }
+
+        Image {
+            anchors.fill: parent
+            source: modal.clip.thumbnail
+            fillMode: Image.PreserveAspectFit
+            cache: false
+            visible: !modal.playing
+        }
+
+        T.AbstractButton {
+            id: play
+
+            anchors.centerIn: parent
+            width: 44
+            height: 44
+            visible: !modal.playing
+            focus: true
+            hoverEnabled: true
+            focusPolicy: Qt.StrongFocus
+            text: qsTr("Play")
+            onClicked: modal.wantsPlaying = true
+            Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
+
+            Accessible.role: Accessible.Button
+            Accessible.name: text
+
+            contentItem: Item {
+                LKIcon {
+                    anchors.centerIn: parent
+                    name: "play.fill"
+                    size: 20
+                    color: "white"
+                }
+            }
+
+            background: Rectangle {
+                radius: height / 2
+                color: Qt.rgba(0, 0, 0, play.down ? 0.75 : play.hovered ? 0.6 : 0.45)
+                border.width: 1
+                border.color: Qt.rgba(1, 1, 1, 0.4)
+
+                Behavior on color  {
+                    LKColorMotion {
+                    }
+                }
+
+                LKFocusRing {
+                    visible: play.visualFocus
+                    cornerRadius: 22
+                }
+            }
+        }
+
+        Loader {
+            id: player
+
+            anchors.fill: parent
+            onLoaded: player.forceActiveFocus(Qt.OtherFocusReason)
+        }
+    }
+
+    RowLayout {
+        anchors.top: media.bottom
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: 16
+        anchors.rightMargin: 16
+        spacing: 10
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 3
+
+            Text {
+                Layout.fillWidth: true
+                text: modal.clip.name
+                font: LK.font(12.5)
+                color: LK.palette.textPrimary
+                elide: Text.ElideMiddle
+                maximumLineCount: 1
+                textFormat: Text.PlainText
+            }
+
+            Text {
+                Layout.fillWidth: true
+                text: modal.clip.details
+                font: LK.font(11)
+                color: LK.palette.textSecondary
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
+            }
+        }
+
+        BinDropdown {
+            Layout.preferredWidth: 168
+            label: qsTr("Bin")
+            names: modal.choices.names
+            bin: modal.clip.primaryBin
+            onChosen: bin => modal.clip.reassign(bin)
+        }
+
+        BinDropdown {
+            Layout.preferredWidth: 168
+            label: qsTr("Second bin")
+            noneText: qsTr("No second bin")
+            names: modal.choices.names
+            bin: modal.clip.secondBin
+            onChosen: bin => modal.clip.setSecondBin(bin)
+        }
+
+        LKButton {
+            title: qsTr("Done")
+            onActivated: modal.engine.closePreview()
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 6
+        color: "transparent"
+        border.width: 1
+        border.color: LK.palette.borderSubtle
+    }
+}

@@ -1,0 +1,41 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// What the chosen model does, where, and how well.
+Column {
+    id: card
+
+    required property ModelChoice model
+
+    width: 260
+    spacing: 8
+
+    Accessible.role: Accessible.Note
+    Accessible.name: model.title
+    Accessible.description: qsTr("%1 %2").arg(model.description).arg(model.accuracy)
+
+    Text {
+        width: parent.width
+        text: card.model.title
+        font: LK.font(12, Font.DemiBold)
+        color: LK.palette.textPrimary
+        wrapMode: Text.Wrap
+    }
+
+    Text {
+        width: parent.width
+        text: card.model.description
+        font: LK.font(11)
+        color: LK.palette.textSecondary
+        wrapMode: Text.Wrap
+    }
+
+    Text {
+        width: parent.width
+        text: card.model.accuracy
+        font: LK.font(10.5)
+        color: LK.palette.textTertiary
+        wrapMode: Text.Wrap
+    }
+}

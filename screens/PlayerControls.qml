@@ -1,0 +1,85 @@
+import QtQuick
+import QtQuick.Layouts
+import Larkspan.Design
+import Larkspan.Screens
+
+// Over a playing clip: play and pause, where it is and how long, and how loud.
+FocusScope {
+    id: controls
+
+    required property ClipPlayer player
+
+    implicitHeight: 40
+
+    Rectangle {
+        anchors.fill: parent
+        color: Qt.rgba(0, 0, 0, 0.55)
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: 10
+        anchors.rightMargin: 14
+        spacing: 10
+
+        IconButton {
+            focus: true
+            name: controls.player.playing ? "pause.fill" : "play.fill"
+            help: controls.player.playing ? qsTr("Pause") : qsTr("Play")
+            tint: "white"
+            size: 26
+            onActivated: controls.player.toggle()
+        }
+
+        Text {
+            text: controls.player.positionText
+            font: LK.font(11)
+            color: "white"
+        }
+
+        PlayerSlider {
+            id: scrub
+
+            Layout.fillWidth: true
+            label: qsTr("Position")
+            to: Math.max(0.01, controls.player.duration)
+            stepSize: 1
+            onMoved: controls.player.seek(value, false)
+            onPressedChanged: {
+                if (!pressed)
+                    controls.player.seek(value, true);
+            }
+
+            // Follows the clip, but not out of a hand that moves it.
+            Binding on value  {
+                when: !scrub.pressed
+                value: controls.player.position
+                restoreMode: Binding.RestoreNone
+            }
+        }
+
+        Text {
+            text: controls.player.durationText
+            font: LK.font(11)
+            color: "white"
+        }
+
+        IconButton {
+            name: controls.player.muted || controls.player.volume === 0 ? "speaker.slash.fill" : "speaker.fill"
+            help: controls.player.muted ? qsTr("Sound on") : qsTr("Sound off")
+            tint: "white"
+            onActivated: controls.player.muted = !controls.player.muted
+        }
+
+        PlayerSlider {
+            Layout.preferredWidth: 70
+            label: qsTr("Volume")
+            stepSize: 0.1
+            value: controls.player.volume
+            onMoved: {
+                controls.player.muted = false;
+                controls.player.volume = value;
+            }
+        }
+    }
+}

@@ -1,0 +1,66 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Screens
+
+// A clip that is being played: its picture, and controls over it while the pointer is there or it stands still.
+FocusScope {
+    id: view
+
+    required property PreviewClip clip
+
+    readonly property alias player: player
+
+    function toggle() {
+        player.toggle();
+    }
+
+    focus: true
+    Component.onCompleted: clip.playWith(player)
+
+    HoverHandler {
+        id: hover
+    }
+
+    ClipPlayer {
+        id: player
+    }
+
+    PlayerView {
+        anchors.fill: parent
+        visible: player.problem === ""
+        player: player
+        Accessible.role: Accessible.Graphic
+        Accessible.name: view.clip.name
+    }
+
+    Text {
+        anchors.centerIn: parent
+        width: Math.min(implicitWidth, parent.width - 80)
+        visible: player.problem !== ""
+        text: player.problem
+        font: LK.font(12.5)
+        color: "white"
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        textFormat: Text.PlainText
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
+    }
+
+    PlayerControls {
+        id: controls
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        focus: true
+        visible: player.problem === ""
+        opacity: hover.hovered || !player.playing ? 1 : 0
+        player: player
+
+        Behavior on opacity  {
+            LKNumberMotion {
+            }
+        }
+    }
+}

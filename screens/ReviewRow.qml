@@ -1,0 +1,135 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Larkspan.Design
+import Larkspan.Screens
+
+// A clip that the tool wasn't sure of: what it looks like, why it is here, and one control to settle it.
+Item {
+    id: row
+
+    required property int index
+    required property string fileName
+    required property url thumbnail
+    required property string primaryBin
+    required property string reviewReason
+    required property BinChoices choices
+    property bool showsFocus: false
+
+    readonly property bool isUnsorted: primaryBin === choices.unsorted
+
+    signal previewAsked
+    signal reassigned(string bin)
+    signal confirmed
+
+    function chooseBin() {
+        bins.forceActiveFocus(Qt.TabFocusReason);
+        bins.popup.open();
+    }
+
+    implicitHeight: 54 + 2 * 8
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: qsTr("%1, %2, %3").arg(fileName).arg(primaryBin).arg(reviewReason)
+    Accessible.selectable: true
+    Accessible.selected: showsFocus
+
+    HoverHandler {
+        id: hover
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: row.showsFocus ? LK.palette.surfaceSelected : hover.hovered ? LK.palette.surfaceHover : "transparent"
+
+        Behavior on color  {
+            LKColorMotion {
+            }
+        }
+
+        Rectangle {
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            height: 1
+            color: LK.palette.borderSubtle
+        }
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: 14
+        anchors.rightMargin: 14
+        spacing: 12
+
+        T.AbstractButton {
+            id: still
+
+            Layout.preferredWidth: 96
+            Layout.preferredHeight: 54
+            hoverEnabled: true
+            focusPolicy: Qt.NoFocus
+            onClicked: row.previewAsked()
+
+            Accessible.role: Accessible.Button
+            Accessible.name: qsTr("Open preview of %1").arg(row.fileName)
+
+            contentItem: ClipPicture {
+                picture: row.thumbnail
+                cornerRadius: 4
+                opacity: still.down ? 0.7 : still.hovered ? 0.85 : 1
+
+                Behavior on opacity  {
+                    LKNumberMotion {
+                    }
+                }
+            }
+
+            LKToolTip {
+                text: qsTr("Open preview")
+                wanted: still.hovered
+            }
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 3
+
+            Text {
+                Layout.fillWidth: true
+                text: row.fileName
+                font: LK.font(11.5)
+                color: LK.palette.textPrimary
+                elide: Text.ElideMiddle
+                maximumLineCount: 1
+                textFormat: Text.PlainText
+            }
+
+            Text {
+                Layout.fillWidth: true
+                text: row.reviewReason
+                font: LK.font(11)
+                color: row.isUnsorted ? LK.palette.warning : LK.palette.textSecondary
+                elide: Text.ElideRight
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+                textFormat: Text.PlainText
+            }
+        }
+
+        BinDropdown {
+            id: bins
+
+            Layout.preferredWidth: 190
+            label: qsTr("Bin of %1").arg(row.fileName)
+            names: row.choices.names
+            bin: row.primaryBin
+            onChosen: bin => row.reassigned(bin)
+        }
+
+        LKButton {
+            title: qsTr("Confirm")
+            onActivated: row.confirmed()
+        }
+    }
+}

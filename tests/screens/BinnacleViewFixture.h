@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QtTest/QTest>
+
+#include "screens/ClipThumbnails.h"
+#include "tests/core/SortEngineFixture.h"
+#include "tests/support/Scene.h"
+
+namespace larkspan::test {
+
+using namespace Qt::Literals::StringLiterals;
+
+// The screen with an engine on made clips, driven as an editor would.
+class BinnacleViewTest : public SortEngineTest
+{
+protected:
+    static constexpr const char *screen = R"(
+        import QtQuick
+        import Larkspan.Screens
+        BinnacleView {
+            width: 980; height: 640; buildNumber: 7; focus: true
+            property string problem
+            classifierProblem: problem
+            ClipPreviewModal { engine: parent.engine; anchors.centerIn: parent; visible: engine.hasPreview }
+        })";
+
+    explicit BinnacleViewTest(SortSeams with) : engine(std::move(with)) {}
+    BinnacleViewTest() : engine(seams()) {}
+
+    void show()
+    {
+        scene.emplace(screen, QVariantMap{{u"engine"_s, QVariant::fromValue(&engine)}}, QSize(980, 640));
+        scene->engine().addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(engine));
+    }
+
+    void sortAndShow()
+    {
+        show();
+        engine.sortFolder(shoot);
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+
+    [[nodiscard]] bool shows(const QString &text) const
+    {
+        return QTest::qWaitFor([&] { return findShown(scene->root(), text) != nullptr; }, 2000);
+    }
+    [[nodiscard]] bool hides(const QString &text) const
+    {
+        return QTest::qWaitFor([&] { return findShown(scene->root(), text) == nullptr; }, 2000);
+    }
+
+    [[nodiscard]] QString focusedText() const
+    {
+        const QQuickItem *item = scene->window().activeFocusItem();
+        return item ? item->property("text").toString() : QString();
+    }
+
+    SortEngine engine;
+    std::optional<Scene> scene;
+};
+
+// The same with clips that land only when they are let through.
+class GatedViewTest : public BinnacleViewTest
+{
+protected:
+    GatedViewTest() : BinnacleViewTest(gatedSeams()) {}
+
+    SortSeams gatedSeams()
+    {
+        SortSeams gated = seams();
+        gated.sampleFrames = [this](const MediaClip &clip, int, double) {
+            gate.pass();
+            return sample(clip);
+        };
+        return gated;
+    }
+
+    Gate gate;
+};
+
+} // namespace larkspan::test
