@@ -152,6 +152,28 @@ Window {
         onEscaped: root.closeTopmost()
     }
 
+    ModalOverlay {
+        id: preview
+
+        objectName: "previewOverlay"
+        shown: root.engine.hasPreview && root.app.phase === AppState.App
+        scrimOpacity: 0.5
+        z: 2
+        onAboutToShow: clipPreview.setSource("qrc:/qt/qml/Larkspan/Screens/ClipPreviewModal.qml", {
+                "engine": root.engine,
+                "focus": true
+            })
+        onClosed: clipPreview.source = ""
+        onScrimTapped: root.engine.closePreview()
+        onEscaped: root.closeTopmost()
+
+        Loader {
+            id: clipPreview
+
+            focus: true
+        }
+    }
+
     CloseGuard {
         id: closeGuard
 

@@ -169,7 +169,7 @@ TEST_F(SortShootTest, TheKeyboardAloneReachesTheBinsTheClipsAndExport)
     const auto selected = program.engine().selectedBin();
     Desktop::key(u"Down"_s);
     EXPECT_TRUE(waitUntil([&] { return program.engine().selectedBin() != selected; }));
-    for (int i = 0; i < 4; ++i) { // to the clips, the file handling, "Sort Again", "Export"
+    for (int i = 0; i < 5; ++i) { // to the clips, the model and its note, "Sort Again", "Export"
         Desktop::key(u"Tab"_s);
     }
     Desktop::key(u"Return"_s);
