@@ -2,6 +2,10 @@
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtNetwork/QSslCertificate>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "classify/CloudRequest.h"
 #include "classify/HttpClient.h"
@@ -16,6 +20,17 @@ using testing::Not;
 using testing::SizeIs;
 
 namespace {
+
+bool mayMount()
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        _exit(unshare(CLONE_NEWNS) == 0 ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
 
 // An authority of the test's own, and servers with certificates by it or by nobody.
 class CloudTls : public testing::Test
@@ -66,6 +81,18 @@ protected:
         return configuration;
     }
 
+    // Puts a folder with the test's authority in the place of the system's store, for this thread and those that it
+    // starts. False where that fails.
+    [[nodiscard]] bool becomeTheSystemsStore() const
+    {
+        const auto store = folder / "store";
+        std::filesystem::create_directory(store);
+        std::filesystem::copy(folder / "ca.pem", store / "ca.pem");
+        openssl(u"rehash store"_s);
+        return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+               mount(store.c_str(), "/etc/ssl/certs", nullptr, MS_BIND, nullptr) == 0;
+    }
+
     // The description of the failure; none if there was a verdict. What reached the server is in its requests.
     static std::optional<QString> failure(const HttpServer &server, const HttpClient &client)
     {
@@ -84,6 +111,25 @@ TEST_F(CloudTls, ACertificateOfATrustedAuthorityForTheHostIsAccepted)
     const HttpServer server(pool, certified(u"IP:127.0.0.1"_s));
     EXPECT_EQ(failure(server, HttpClient({}, trusting())), std::nullopt);
     EXPECT_THAT(server.requests(), SizeIs(1));
+}
+
+TEST_F(CloudTls, AnAuthorityThatTheSystemTrustsIsTrusted)
+{
+    constexpr int accepted = 0;
+    constexpr int refused = 1;
+    constexpr int notMounted = 2;
+    if (!mayMount()) {
+        GTEST_SKIP() << "only root may mount another store, and not everywhere";
+    }
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process whose TLS hasn't looked at the store yet
+    const auto answer = [this] {
+        if (!becomeTheSystemsStore()) {
+            return notMounted;
+        }
+        const HttpServer server(pool, certified(u"IP:127.0.0.1"_s));
+        return failure(server, HttpClient()) ? refused : accepted;
+    };
+    EXPECT_EXIT(std::_Exit(answer()), testing::ExitedWithCode(accepted), "");
 }
 
 TEST_F(CloudTls, AConnectionIsKeptOpenBetweenRequests)
