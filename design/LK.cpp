@@ -83,6 +83,14 @@ void LK::setBoringMode(bool boring)
     }
 }
 
+void LK::setReducedMotion(bool reduced)
+{
+    if (m_reducedMotion != reduced) {
+        m_reducedMotion = reduced;
+        Q_EMIT reducedMotionChanged();
+    }
+}
+
 QFont LK::font(double points, int weight) const
 {
     QFont font = QGuiApplication::font();

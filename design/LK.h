@@ -14,7 +14,8 @@ class QQmlEngine;
 
 namespace larkspan {
 
-// How long things take to move, in milliseconds, by what they are for. All of it runs on the house curve.
+// How long things take to move, in milliseconds, by what they are for. It runs on the house curve where nothing
+// else is said.
 struct LKMotionScale
 {
     Q_GADGET
@@ -29,7 +30,14 @@ struct LKMotionScale
     Q_PROPERTY(int toolOut MEMBER toolOut CONSTANT)
     Q_PROPERTY(int afterIntro MEMBER afterIntro CONSTANT)
     Q_PROPERTY(int toolTipDelay MEMBER toolTipDelay CONSTANT)
+    Q_PROPERTY(int breath MEMBER breath CONSTANT)
+    Q_PROPERTY(int cellPulse MEMBER cellPulse CONSTANT)
+    Q_PROPERTY(QVariantList chevron MEMBER chevron CONSTANT)
+    Q_PROPERTY(int shimmer MEMBER shimmer CONSTANT)
+    Q_PROPERTY(int message MEMBER message CONSTANT)
+    Q_PROPERTY(int messageStay MEMBER messageStay CONSTANT)
     Q_PROPERTY(QVariantList curve MEMBER curve CONSTANT)
+    Q_PROPERTY(QVariantList easeInOut MEMBER easeInOut CONSTANT)
 
 public:
     int press = 100;        // the fill of a pressed button
@@ -42,8 +50,17 @@ public:
     int toolOut = 280;      // and goes
     int afterIntro = 650;   // the program comes out from behind the intro
     int toolTipDelay = 600; // from resting on a thing to being told about it
+    int breath = 2600;      // a halo's way up, and its way down
+    int cellPulse = 325;    // a waiting cell's way up, and its way down
+    // When each cell of the waiting mark starts, row by row: the pulse runs from the middle of the left edge outward.
+    QVariantList chevron{90, 180, 270, 0, 90, 180, 90, 180, 270};
+    int shimmer = 1400;     // a gleam's way across a text
+    int message = 350;      // one waiting message gives way to the next
+    int messageStay = 2400; // how long each of them stays
     // As Easing.bezierCurve takes it: the two control points, then the end.
     QVariantList curve{0.2, 0.8, 0.2, 1.0, 1.0, 1.0};
+    // For what swings to and fro by itself: breath, cellPulse, message. The house curve would jerk at each turn.
+    QVariantList easeInOut{0.42, 0.0, 0.58, 1.0, 1.0, 1.0};
 };
 
 // The design values that every view reads: the palette of the current theme, whether decoration moves, the motion
@@ -53,9 +70,12 @@ class LK : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
+    // Theme and Appearance share names: QML writes LK.Theme.Dark.
+    Q_CLASSINFO("RegisterEnumClassesUnscoped", "false")
     Q_PROPERTY(larkspan::LKPalette palette READ palette NOTIFY themeChanged)
     Q_PROPERTY(larkspan::LK::Theme theme READ theme NOTIFY themeChanged)
     Q_PROPERTY(bool boringMode READ boringMode NOTIFY boringModeChanged)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
     Q_PROPERTY(larkspan::LKMotionScale motion READ motion CONSTANT)
 
 public:
@@ -80,6 +100,9 @@ public:
     void setTheme(Theme theme);
     [[nodiscard]] bool boringMode() const { return m_boringMode; }
     void setBoringMode(bool boring);
+    // Whether the desktop asks for less motion; whoever runs the program tells it, from SystemMotion.
+    [[nodiscard]] bool reducedMotion() const { return m_reducedMotion; }
+    void setReducedMotion(bool reduced);
     [[nodiscard]] LKMotionScale motion() const { return {}; }
 
     // The house face. points: of the type scale, the same length as a point of the layout whatever the display's text
@@ -93,12 +116,14 @@ public:
 Q_SIGNALS:
     void themeChanged();
     void boringModeChanged();
+    void reducedMotionChanged();
 
 private:
     LK(); // not public: QML would make one of its own instead of asking create()
 
     Theme m_theme = Theme::Dark;
     bool m_boringMode = false;
+    bool m_reducedMotion = false;
     QString m_family; // empty for the desktop's own
 };
 

@@ -147,6 +147,7 @@ void LarkspanApp::followState()
     const auto followBoringMode = [this] { LK::instance().setBoringMode(m_state.boringMode()); };
     connect(&m_state, &AppState::themeChanged, this, followTheme);
     connect(&m_state, &AppState::boringModeChanged, this, followBoringMode);
+    connect(&m_motion, &SystemMotion::changed, this, [this] { LK::instance().setReducedMotion(m_motion.isReduced()); });
     followTheme();
     followBoringMode();
 }

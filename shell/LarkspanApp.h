@@ -11,6 +11,7 @@
 #include "classify/VisionClassifier.h"
 #include "classify/VisionModels.h"
 #include "core/SortEngine.h"
+#include "design/SystemMotion.h"
 #include "output/VolumeWatcher.h"
 #include "shell/AppState.h"
 #include "shell/DiagnosticsExport.h"
@@ -63,6 +64,7 @@ private:
     FolderRequest m_folderRequest;
     SettingsStore m_settings;
     SystemAppearance m_system;
+    SystemMotion m_motion;
     AppState m_state;
     ProjectCache m_projects;
     std::unique_ptr<SortEngine> m_engine;

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtQml/qqmlregistration.h>
+#include <QtQuick/QQuickItem>
+
+namespace larkspan {
+
+// Attached to an item: whether it can be seen at all, that is, it and all it lies in are visible, and its window is on
+// the screen and neither hidden nor minimized. What moves by itself runs only then:
+//   running: LKShown.now
+class LKShown : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("LKShown is attached to an item")
+    QML_ATTACHED(larkspan::LKShown)
+    Q_PROPERTY(bool now READ now NOTIFY nowChanged)
+
+public:
+    static LKShown *qmlAttachedProperties(QObject *object);
+
+    explicit LKShown(QQuickItem *item);
+
+    [[nodiscard]] bool now() const { return m_now; }
+
+Q_SIGNALS:
+    void nowChanged();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void watch(QQuickWindow *window);
+    void update();
+
+    QQuickItem *m_item; // the parent; null when attached to something else
+    QPointer<QQuickWindow> m_window;
+    bool m_now = false;
+};
+
+} // namespace larkspan

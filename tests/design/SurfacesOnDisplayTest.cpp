@@ -1,0 +1,281 @@
+// The surfaces on a real display with real shaders: what is drawn, and when nothing is.
+#include <atomic>
+#include <cmath>
+
+#include <QtGui/QCursor>
+#include <QtTest/QTest>
+
+#include "design/LK.h"
+#include "design/SurfaceMath.h"
+#include "tests/support/Scene.h"
+#include "tests/support/WaitUntil.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+class OnDisplay : public testing::Test
+{
+protected:
+    ~OnDisplay() override
+    {
+        LK::instance().setTheme(LK::Theme::Dark);
+        LK::instance().setBoringMode(false);
+        LK::instance().setReducedMotion(false);
+    }
+};
+
+using Drawing = OnDisplay;
+using Frames = OnDisplay;
+
+std::string document(const std::string &body)
+{
+    return "import QtQuick\nimport Larkspan.Design\nRectangle { width: 600; height: 400;"
+           "color: LK.palette.surfaceWindow\n" +
+           body + "\n}";
+}
+
+const std::string card = document("LKSpotlightCard { objectName: 'card'; x: 100; y: 100; width: 280; height: 180 }");
+constexpr QPointF cardCorner(100, 100);
+constexpr QSizeF cardSize(280, 180);
+
+// Counts what a window draws.
+class FrameCount
+{
+public:
+    explicit FrameCount(QQuickWindow &window)
+    {
+        QObject::connect(
+            &window, &QQuickWindow::frameSwapped, &window, [this] { ++m_count; }, Qt::DirectConnection);
+    }
+
+    int during(std::chrono::milliseconds time)
+    {
+        const int before = m_count;
+        QTest::qWait(static_cast<int>(time.count()));
+        return m_count - before;
+    }
+
+    // What was under way has ended.
+    bool comesToRest()
+    {
+        return waitUntil([this] { return during(400ms) == 0; });
+    }
+
+private:
+    std::atomic<int> m_count = 0;
+};
+
+QRgb over(QColor below, QColor above, double opacity)
+{
+    const auto blend = [opacity](float a, float b) { return static_cast<float>(std::lerp(a, b, opacity)); };
+    return QColor::fromRgbF(blend(below.redF(), above.redF()), blend(below.greenF(), above.greenF()),
+                            blend(below.blueF(), above.blueF()))
+        .rgba();
+}
+
+QRgb added(QColor below, QColor above, double opacity)
+{
+    const auto add = [opacity](float a, float b) { return std::min(1.0f, a + static_cast<float>(opacity) * b); };
+    return QColor::fromRgbF(add(below.redF(), above.redF()), add(below.greenF(), above.greenF()),
+                            add(below.blueF(), above.blueF()))
+        .rgba();
+}
+
+void expectNear(QRgb drawn, QRgb expected, const std::string &where)
+{
+    EXPECT_LE(std::max({std::abs(qRed(drawn) - qRed(expected)), std::abs(qGreen(drawn) - qGreen(expected)),
+                        std::abs(qBlue(drawn) - qBlue(expected))}),
+              3)
+        << where << ": drawn " << QColor(drawn).name().toStdString() << ", expected "
+        << QColor(expected).name().toStdString();
+}
+
+// The display's own pointer: one that is only played would be overtaken by what the real one does.
+void movePointer(const Scene &scene, QPoint place)
+{
+    QCursor::setPos(scene.window().mapToGlobal(place));
+}
+
+// The card, lit with the pointer at this place of it, and drawn to the end of its motion.
+QImage litCard(Scene &scene, QPointF pointer)
+{
+    const QQuickItem *spotlit = findNamed(scene.root(), u"card"_s);
+    FrameCount frames(scene.window());
+    movePointer(scene, (cardCorner + pointer).toPoint());
+    EXPECT_TRUE(waitUntil([&] { return spotlit->property("strength").toDouble() == 1; }));
+    EXPECT_TRUE(frames.comesToRest());
+    return scene.window().grabWindow();
+}
+
+// How strong the light is there, as drawn: at the middle of a pixel.
+double falloff(QPoint pixel, QPointF pointer)
+{
+    const QPointF place = QPointF(pixel) + QPointF(0.5, 0.5) - cardCorner;
+    return std::max(0.0,
+                    1.0 - std::hypot(place.x() - pointer.x(), place.y() - pointer.y()) / spotlightRadius(cardSize));
+}
+
+} // namespace
+
+TEST_F(Drawing, ASpotlightAddsToADarkCardAndCoversALightOne)
+{
+    constexpr QPointF pointer(70, 90);
+    for (const LK::Theme theme : {LK::Theme::Dark, LK::Theme::Light}) {
+        LK::instance().setTheme(theme);
+        const LKPalette &palette = LK::instance().palette();
+        Scene scene(card);
+        const QImage drawn = litCard(scene, pointer);
+        const QColor light = mixed(palette.accent, palette.info, spotlightCentre(pointer, cardSize).x());
+        for (const QPoint pixel : {QPoint(170, 190), QPoint(200, 190), QPoint(250, 150), QPoint(360, 260)}) {
+            const double strength = falloff(pixel, pointer);
+            expectNear(drawn.pixel(pixel),
+                       theme == LK::Theme::Dark ? added(palette.surfaceCard, light, 0.24 * strength)
+                                                : over(palette.surfaceCard, light, 0.15 * strength),
+                       "at " + std::to_string(pixel.x()) + ", " + std::to_string(pixel.y()));
+        }
+    }
+}
+
+TEST_F(Drawing, ASpotlightLightsTheBorderOverItsOwnColour)
+{
+    LK::instance().setTheme(LK::Theme::Light);
+    const LKPalette &palette = LK::instance().palette();
+    constexpr QPointF pointer(70, 90);
+    Scene scene(card);
+    const QImage drawn = litCard(scene, pointer);
+    const QColor light = mixed(palette.accent, palette.info, 0.25);
+    const QPoint edge(100, 190);
+    expectNear(drawn.pixel(edge), over(palette.borderSubtle, light, 0.7 * falloff(edge, pointer)), "on the edge");
+}
+
+TEST_F(Drawing, ASpotlightGlowsAroundTheCardAsABlurOfIt)
+{
+    const LKPalette &palette = LK::instance().palette();
+    constexpr QPointF pointer(140, 90);
+    Scene scene(card);
+    const QImage drawn = litCard(scene, pointer);
+    const QColor light = mixed(palette.accent, palette.info, 0.5);
+    for (const int distance : {3, 12, 30}) {
+        const double fromEdge = distance - 0.5 - (1.015 - 1) * cardSize.width() / 2;
+        const double share = 0.5 * std::erfc(fromEdge / (16 * std::sqrt(2.0)));
+        const QPoint pixel(100 - distance, 190);
+        expectNear(drawn.pixel(pixel), over(palette.surfaceWindow, light, 0.22 * share),
+                   std::to_string(distance) + " beside the card");
+    }
+}
+
+TEST_F(Drawing, ACardWithoutLightIsPlain)
+{
+    LK::instance().setBoringMode(true);
+    const LKPalette &palette = LK::instance().palette();
+    Scene scene(card);
+    movePointer(scene, {170, 190});
+    QTest::qWait(300);
+    const QImage drawn = scene.window().grabWindow();
+    EXPECT_EQ(drawn.pixel(170, 190), palette.surfaceCard.rgb());
+    EXPECT_EQ(drawn.pixel(101, 190), palette.surfaceCard.rgb());
+    expectNear(drawn.pixel(100, 190), over(palette.surfaceCard, Qt::white, 0.14), "on the edge");
+    EXPECT_EQ(drawn.pixel(97, 190), palette.surfaceWindow.rgb());
+}
+
+TEST_F(Drawing, AHaloTintsWhatIsAroundAndEndsSoon)
+{
+    LK::instance().setBoringMode(true); // still
+    Scene scene(document("LKAIGlowModifier { x: 100; y: 100; width: 200; height: 60; active: true"
+                         "\nRectangle { anchors.fill: parent; color: 'black' } }"));
+    QTest::qWait(300);
+    const QImage drawn = scene.window().grabWindow();
+    const QColor window = LK::instance().palette().surfaceWindow;
+    EXPECT_EQ(drawn.pixel(200, 130), QColor(Qt::black).rgb());
+    EXPECT_GT(qBlue(drawn.pixel(200, 97)), window.blue() + 8);
+    EXPECT_GT(qBlue(drawn.pixel(200, 162)), window.blue() + 8);
+    EXPECT_GT(qBlue(drawn.pixel(96, 130)), window.blue() + 8);
+    EXPECT_EQ(drawn.pixel(200, 70), window.rgb());
+    EXPECT_EQ(drawn.pixel(200, 190), window.rgb());
+}
+
+TEST_F(Drawing, AGleamCrossesTheMessageUnlessMotionIsReduced)
+{
+    const int secondary = LK::instance().palette().textSecondary.red();
+    for (const bool reduced : {false, true}) {
+        LK::instance().setReducedMotion(reduced);
+        Scene scene(document("LKLoadingState { x: 50; y: 50; messages: ['Telling the rooms apart'] }"));
+        // In the message alone: the mark's cells are as bright.
+        const auto isBright = [&] {
+            const QImage drawn = scene.window().grabWindow();
+            for (int y = 45; y < 68; ++y) {
+                for (int x = 80; x < 300; ++x) {
+                    if (qRed(drawn.pixel(x, y)) > secondary + 20) {
+                        return true;
+                    }
+                }
+            }
+            return false;
+        };
+        if (reduced) {
+            for (int i = 0; i < 20; ++i) {
+                EXPECT_FALSE(isBright());
+                QTest::qWait(50);
+            }
+        } else {
+            EXPECT_TRUE(waitUntil(isBright));
+        }
+    }
+}
+
+TEST_F(Frames, AreDrawnByALoadingStateThatIsSeenAndByNoneThatIsHidden)
+{
+    Scene scene(document("Item { objectName: 'place'; LKLoadingState { messages: ['one', 'two'] } }"));
+    FrameCount frames(scene.window());
+    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+    EXPECT_FALSE(frames.during(1s) == 0);
+    findNamed(scene.root(), u"place"_s)->setVisible(false);
+    EXPECT_TRUE(frames.comesToRest());
+    EXPECT_EQ(frames.during(1s), 0);
+    findNamed(scene.root(), u"place"_s)->setVisible(true);
+    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+}
+
+TEST_F(Frames, AreDrawnByAHaloThatIsSeenAndByNoneThatIsHiddenOrBored)
+{
+    Scene scene(document("LKAIGlowModifier { objectName: 'glow'; width: 200; height: 60; active: true }"));
+    FrameCount frames(scene.window());
+    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+    findNamed(scene.root(), u"glow"_s)->setVisible(false);
+    EXPECT_TRUE(frames.comesToRest());
+    EXPECT_EQ(frames.during(1s), 0);
+    findNamed(scene.root(), u"glow"_s)->setVisible(true);
+    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+    LK::instance().setBoringMode(true);
+    EXPECT_TRUE(frames.comesToRest());
+    EXPECT_EQ(frames.during(1s), 0);
+}
+
+TEST_F(Frames, EndOnceACardsLightHasArrived)
+{
+    Scene scene(card);
+    FrameCount frames(scene.window());
+    static_cast<void>(litCard(scene, {70, 90}));
+    EXPECT_TRUE(frames.comesToRest());
+    EXPECT_EQ(frames.during(1s), 0);
+}
+
+TEST_F(Frames, AreNotDrawnForAMinimizedWindow)
+{
+    Scene scene(document("LKAIGlowModifier { objectName: 'glow'; width: 200; height: 60; active: true }"
+                         "LKLoadingState { y: 100; objectName: 'loading'; messages: ['one', 'two'] }"));
+    const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
+    FrameCount frames(scene.window());
+    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+    scene.window().showMinimized();
+    EXPECT_TRUE(waitUntil([&] { return !loading->property("animating").toBool(); }));
+    EXPECT_TRUE(frames.comesToRest());
+    EXPECT_EQ(frames.during(1s), 0);
+    scene.window().showNormal();
+    EXPECT_TRUE(waitUntil([&] { return loading->property("animating").toBool(); }));
+    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+}
