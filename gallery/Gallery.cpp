@@ -2,6 +2,7 @@
 
 #include <QtQml/QQmlEngine>
 
+#include "design/Symbols.h"
 #include "sound/SoundEngine.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -22,8 +23,15 @@ Gallery *Gallery::create(QQmlEngine *, QJSEngine *)
 
 QStringList Gallery::pages()
 {
-    return {u"Colours"_s,      u"Type"_s,          u"LKButton"_s,     u"LKDropdown"_s,
-            u"LKSidebarRow"_s, u"LKProgressBar"_s, u"LKEmptyState"_s, u"Sound"_s};
+    return {u"Colours"_s,          u"Type"_s,           u"Icons"_s,        u"LKButton"_s,    u"LKBadge"_s,
+            u"LKDropdown"_s,       u"LKToggle"_s,       u"LKSegmented"_s,  u"LKTextField"_s, u"LKSettingsRow"_s,
+            u"LKSidebarRow"_s,     u"LKProgressBar"_s,  u"LKEmptyState"_s, u"LKMenu"_s,      u"LKSpotlightCard"_s,
+            u"LKAIGlowModifier"_s, u"LKLoadingState"_s, u"Sound"_s};
+}
+
+QStringList Gallery::symbols()
+{
+    return symbolNames();
 }
 
 QUrl Gallery::urlOf(const QString &page)
@@ -35,6 +43,7 @@ void Gallery::show(const GalleryOptions &options)
 {
     setDark(options.theme == LK::Theme::Dark);
     setBoring(options.boring);
+    setReducedMotion(options.still);
     if (!options.page.isEmpty()) {
         setPage(options.page);
     }
@@ -57,6 +66,12 @@ void Gallery::setDark(bool dark)
 void Gallery::setBoring(bool boring)
 {
     LK::instance().setBoringMode(boring);
+    Q_EMIT lookChanged();
+}
+
+void Gallery::setReducedMotion(bool reduced)
+{
+    LK::instance().setReducedMotion(reduced);
     Q_EMIT lookChanged();
 }
 

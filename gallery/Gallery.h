@@ -19,9 +19,11 @@ class Gallery : public QObject
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(QStringList pages READ pages CONSTANT)
+    Q_PROPERTY(QStringList symbols READ symbols CONSTANT)
     Q_PROPERTY(QString page READ page WRITE setPage NOTIFY pageChanged)
     Q_PROPERTY(QUrl pageUrl READ pageUrl NOTIFY pageChanged)
     Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY lookChanged)
+    Q_PROPERTY(bool reducedMotion READ isReducedMotion WRITE setReducedMotion NOTIFY lookChanged)
     Q_PROPERTY(bool boring READ isBoring WRITE setBoring NOTIFY lookChanged)
 
 public:
@@ -31,6 +33,7 @@ public:
 
     // The names of all pages, in the order of the side list.
     [[nodiscard]] static QStringList pages();
+    [[nodiscard]] static QStringList symbols();
     [[nodiscard]] static QUrl urlOf(const QString &page);
 
     // Takes the looks and the page; size and scale are the window's business.
@@ -41,6 +44,8 @@ public:
     [[nodiscard]] QUrl pageUrl() const { return urlOf(m_page); }
     [[nodiscard]] bool isDark() const { return LK::instance().theme() == LK::Theme::Dark; }
     void setDark(bool dark);
+    [[nodiscard]] bool isReducedMotion() const { return LK::instance().reducedMotion(); }
+    void setReducedMotion(bool reduced);
     [[nodiscard]] bool isBoring() const { return LK::instance().boringMode(); }
     void setBoring(bool boring);
 

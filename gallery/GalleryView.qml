@@ -66,6 +66,13 @@ Rectangle {
             onActivated: Gallery.boring = !Gallery.boring
         }
 
+        LKButton {
+            size: LKButton.Sm
+            kind: Gallery.reducedMotion ? LKButton.Accent : LKButton.Standard
+            title: "Reduced motion"
+            onActivated: Gallery.reducedMotion = !Gallery.reducedMotion
+        }
+
         Item {
             Layout.fillWidth: true
         }

@@ -6,6 +6,7 @@
 #include <QtQml/QQmlExtensionPlugin>
 #include <QtQuick/QQuickView>
 
+#include "design/SystemMotion.h"
 #include "gallery/Gallery.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -29,7 +30,11 @@ int main(int argc, char **argv)
     QGuiApplication application(argc, argv);
     QGuiApplication::setOrganizationName(u"Larkspan"_s);
     QGuiApplication::setApplicationName(u"Larkspan gallery"_s);
-    larkspan::Gallery::instance().show(*options);
+    auto &gallery = larkspan::Gallery::instance();
+    gallery.show(*options);
+    const larkspan::SystemMotion motion;
+    QObject::connect(&motion, &larkspan::SystemMotion::changed, &gallery,
+                     [&] { gallery.setReducedMotion(motion.isReduced() || options->still); });
     QQuickView view;
     view.engine()->addImportPath(u"qrc:/qt/qml"_s);
     view.setTitle(u"Gallery"_s);
