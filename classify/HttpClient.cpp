@@ -29,18 +29,25 @@ public:
     }
 };
 
-// A body that is sent once. Qt would send it anew over a fresh connection when the server closes without an answer;
-// but what was sent may have been worked on, and paid for.
-class SentOnce : public QIODevice
+// A body that is sent once over a fresh connection. Qt would send it anew whenever the server closes without an answer;
+// but what was sent may have been worked on, and paid for. Over a connection that was kept open it most likely met the
+// server's closing it for being idle, and gets its chance on a fresh one.
+class Upload : public QIODevice
 {
 public:
-    explicit SentOnce(QByteArray bytes) : m_bytes(std::move(bytes))
-    {
-        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-    }
+    explicit Upload(QByteArray bytes) : m_bytes(std::move(bytes)) { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
 
     qint64 size() const override { return m_bytes.size(); }
-    bool seek(qint64 position) override { return m_taken == 0 && QIODevice::seek(position); }
+    void noteFreshConnection() { m_isOnFreshConnection = true; }
+
+    bool seek(qint64 position) override
+    {
+        if (position != 0 || (m_taken > 0 && m_isOnFreshConnection) || !QIODevice::seek(0)) {
+            return false;
+        }
+        m_taken = 0;
+        return true;
+    }
 
 protected:
     qint64 readData(char *data, qint64 most) override
@@ -55,6 +62,7 @@ protected:
 private:
     const QByteArray m_bytes;
     qint64 m_taken = 0;
+    bool m_isOnFreshConnection = false;
 };
 
 // A status that says "no" counts as an error with Qt, though the reply is all there.
@@ -179,9 +187,11 @@ HttpClient::Answer HttpClient::post(const QNetworkRequest &request, const QByteA
     const auto start = [manager = m_manager, hardened = hardened(request, m_tls), limits = m_limits, body, promise,
                         exchange] {
         const bool isHttp = hardened.url().scheme().startsWith(u"http"_s);
-        auto *upload = new SentOnce(body);
+        auto *upload = new Upload(body);
         QNetworkReply *reply = isHttp ? manager->post(hardened, upload) : manager->get(hardened);
         upload->setParent(reply);
+        QObject::connect(reply, &QNetworkReply::socketStartedConnecting, upload,
+                         [upload] { upload->noteFreshConnection(); });
         *exchange = new Exchange(reply, limits, promise); // deletes itself, and with it what it owns
     };
     QMetaObject::invokeMethod(m_manager, start, Qt::QueuedConnection);

@@ -92,6 +92,34 @@ TEST(HttpClient, ARequestThatWasReadAndNotAnsweredIsNotSentAgain)
     EXPECT_THAT(server.requests(), SizeIs(1)) << "each costs the editor money";
 }
 
+TEST(HttpClient, ARequestThatMetTheEndOfAKeptConnectionIsSentOnceMoreOverAFreshOne)
+{
+    int number = 0; // on the server's thread
+    const HttpServer server([&number](const HttpServer::Request &) {
+        return ++number == 2 ? HttpServer::Response{.closes = true} : HttpServer::respond(200, "{}");
+    });
+    const HttpClient client;
+    EXPECT_TRUE(client.post(requestTo(server), "first"));
+    EXPECT_TRUE(client.post(requestTo(server), "second"));
+    const auto asSeen = [](int connection, const QByteArray &body) {
+        return testing::AllOf(testing::Field(&HttpServer::Request::connection, connection),
+                              testing::Field(&HttpServer::Request::body, body));
+    };
+    EXPECT_THAT(server.requests(), testing::ElementsAre(asSeen(1, "first"), asSeen(1, "second"), asSeen(2, "second")));
+}
+
+TEST(HttpClient, ARequestIsSentOnceMoreAndNoOftener)
+{
+    int number = 0; // on the server's thread
+    const HttpServer server([&number](const HttpServer::Request &) {
+        return ++number > 1 ? HttpServer::Response{.closes = true} : HttpServer::respond(200, "{}");
+    });
+    const HttpClient client;
+    EXPECT_TRUE(client.post(requestTo(server), "x"));
+    EXPECT_FALSE(client.post(requestTo(server), "x"));
+    EXPECT_THAT(server.requests(), SizeIs(3));
+}
+
 TEST(HttpClient, AStopEndsTheWait)
 {
     const HttpServer server(always(HttpServer::silence()));
