@@ -33,6 +33,7 @@ FocusScope {
     }
 
     Rectangle {
+        objectName: "dropFrame"
         anchors.fill: parent
         color: "transparent"
         border.width: 2
@@ -46,24 +47,12 @@ FocusScope {
     }
 
     LKEmptyState {
-        id: invitation
-
-        anchors.horizontalCenter: parent.horizontalCenter
-        y: Math.max(16, (parent.height - height - (shoots.visible ? shoots.height + 24 : 0)) / 2)
+        anchors.centerIn: parent
         focus: true
         title: qsTr("Drop a shoot folder here")
         description: qsTr("Binnacle reads every clip in place, builds your bins, and sorts each shot by room and type. Footage isn't uploaded or moved.")
         actionTitle: qsTr("Choose Folder")
         footnote: qsTr("Or drag a folder from Finder onto this window")
         onActivated: landing.engine.chooseFolder()
-    }
-
-    ProjectList {
-        id: shoots
-
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.top: invitation.bottom
-        anchors.topMargin: 24
-        engine: landing.engine
     }
 }

@@ -41,6 +41,7 @@ FocusScope {
             GridView {
                 id: peek
 
+                objectName: "peek"
                 anchors.horizontalCenter: parent.horizontalCenter
                 // The last column's gap lies outside what is shown.
                 width: 3 * view.tile.width + 2 * view.gap

@@ -41,7 +41,7 @@ constexpr Option options[] = {
     {"vo", "libmpv"},
     {"force-window", "no"},
     {"osd-level", "0"},
-    {"hwdec", "auto-copy-safe"},
+    {"hwdec", "vaapi-copy"}, // others say on standard error that they are missing
     {"ao", "pulse,alsa,null"},
     {"audio-client-name", "Larkspan"},
     {"keep-open", "yes"},

@@ -121,6 +121,7 @@ Item {
             id: bins
 
             Layout.preferredWidth: 190
+            tone: row.isUnsorted ? LKDropdown.Caution : LKDropdown.Standard
             label: qsTr("Bin of %1").arg(row.fileName)
             names: row.choices.names
             bin: row.primaryBin
