@@ -18,7 +18,13 @@ FocusScope {
 
     Column {
         anchors.centerIn: parent
+        padding: 34
         spacing: 13
+
+        LKLoadingState {
+            anchors.horizontalCenter: parent.horizontalCenter
+            messages: texts.steps
+        }
 
         LKProgressBar {
             anchors.horizontalCenter: parent.horizontalCenter

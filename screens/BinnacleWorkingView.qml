@@ -20,6 +20,7 @@ FocusScope {
 
     readonly property size tile: Qt.size(160, 90)
     readonly property int gap: 10
+    readonly property list<string> statusLines: [qsTr("Reading the frames…"), qsTr("Walking every room…"), qsTr("Kitchen or bathroom?…"), qsTr("Sniffing out drone shots…"), qsTr("Finding the agent in frame…"), qsTr("Peeking through doorways…"), qsTr("Untangling the open-plan…"), qsTr("Sorting wides from details…"), qsTr("Weighing the close calls…"), qsTr("Tallying up the bins…"), qsTr("Almost got it…")]
 
     Column {
         anchors.centerIn: parent
@@ -29,6 +30,11 @@ FocusScope {
         Column {
             anchors.horizontalCenter: parent.horizontalCenter
             spacing: 13
+
+            LKLoadingState {
+                anchors.horizontalCenter: parent.horizontalCenter
+                messages: view.statusLines
+            }
 
             LKProgressBar {
                 anchors.horizontalCenter: parent.horizontalCenter

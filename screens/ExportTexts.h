@@ -12,11 +12,11 @@ class ExportTexts : public larkspan::EngineObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString title READ title NOTIFY changed)       // "Moving House into folders"
-    Q_PROPERTY(QString progress READ progress NOTIFY changed) // "Moving House"
-    Q_PROPERTY(QStringList steps READ steps NOTIFY changed)   // what goes on meanwhile, in turn
-    Q_PROPERTY(QString promise READ promise NOTIFY changed)   // what becomes of the originals
-    Q_PROPERTY(QString outcome READ outcome NOTIFY changed)   // what became of the footage
+    Q_PROPERTY(QString title READ title NOTIFY changed)        // "Moving House into folders"
+    Q_PROPERTY(QString progress READ progress NOTIFY changed)  // "Moving House"
+    Q_PROPERTY(QList<QString> steps READ steps NOTIFY changed) // what goes on meanwhile, in turn
+    Q_PROPERTY(QString promise READ promise NOTIFY changed)    // what becomes of the originals
+    Q_PROPERTY(QString outcome READ outcome NOTIFY changed)    // what became of the footage
 
 public:
     using EngineObject::EngineObject;
