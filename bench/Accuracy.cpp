@@ -59,6 +59,7 @@ QJsonObject accuracyReport(const std::vector<Filed> &items)
     std::map<QString, Tally> tallies;
     std::map<QString, std::map<QString, int>> confusion;
     double right = 0.0;
+    double rightOfTwo = 0.0;
     double sure = 0.0;
     double sureAndRight = 0.0;
     for (const Filed &item : items) {
@@ -69,6 +70,7 @@ QJsonObject accuracyReport(const std::vector<Filed> &items)
         tallies[filed].filed += 1.0;
         ++confusion[item.bin][filed];
         right += hit;
+        rightOfTwo += item.runnerUp == item.bin ? 1.0 : hit;
         sure += item.needsReview ? 0.0 : 1.0;
         sureAndRight += item.needsReview ? 0.0 : hit;
     }
@@ -88,6 +90,7 @@ QJsonObject accuracyReport(const std::vector<Filed> &items)
     }
     const auto count = static_cast<double>(items.size());
     return {{u"accuracy"_s, ratio(right, count)},
+            {u"topTwo"_s, ratio(rightOfTwo, count)},
             {u"perBin"_s, perBin},
             {u"confusion"_s, confused},
             {u"filedPrecision"_s, ratio(sureAndRight, sure)},

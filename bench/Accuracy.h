@@ -12,12 +12,13 @@ struct Filed
 {
     QString bin;   // the truth
     QString filed; // a split name counts as its room: "Kitchen 2" is right for "Kitchen"
+    QString runnerUp;
     double confidence = 0.0;
     bool needsReview = false;
 };
 
-// "accuracy", "perBin" (items, recall, precision), "confusion" (truth → filed → count), "filedPrecision" (of what goes
-// to no review), "reviewShare", "calibrationError".
+// "accuracy", "topTwo" (the bin or the runner-up is right), "perBin" (items, recall, precision), "confusion" (truth →
+// filed → count), "filedPrecision" (of what goes to no review), "reviewShare", "calibrationError".
 QJsonObject accuracyReport(const std::vector<Filed> &items);
 
 // "Agent / Talent (portrait)" tells a portrait from a person in a scene; both are filed as "Agent / Talent".

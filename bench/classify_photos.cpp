@@ -59,6 +59,7 @@ void file(Photo &photo, const VisionClassifier &classifier)
     clip.runnerUpScore = decision.runnerUpScore;
     applyReviewFlags(clip, options);
     photo.filed = clip.primaryBin;
+    photo.runnerUp = clip.runnerUp;
     photo.confidence = clip.confidence;
     photo.needsReview = clip.needsReview;
 }

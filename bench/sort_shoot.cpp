@@ -203,6 +203,7 @@ int main(int argc, char **argv)
         if (const auto known = truth.find(clip->url.lastPathComponent()); known != truth.end()) {
             filed.push_back({.bin = known->second,
                              .filed = clip->primaryBin,
+                             .runnerUp = clip->runnerUp,
                              .confidence = clip->confidence,
                              .needsReview = clip->needsReview});
         }
