@@ -19,7 +19,7 @@ constexpr double sameObject = 0.5;
 constexpr std::array outputNames{
     InferenceSession::Expected{"heat", ObjectDetector::kindCount},
     InferenceSession::Expected{"reach", 4},
-    InferenceSession::Expected{"features", ObjectDetector::featureCount},
+    InferenceSession::Expected{"pooled", ObjectDetector::featureCount},
 };
 
 float logitOf(float probability)

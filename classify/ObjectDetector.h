@@ -22,15 +22,15 @@ class ObjectDetector
 {
 public:
     static constexpr int kindCount = 80;
-    static constexpr int featureCount = 1216;
+    static constexpr int featureCount = 2960;
     // Objects below this confidence are not looked for.
     static constexpr float minConfidence = 0.1f;
 
     struct Result
     {
         std::vector<DetectedObject> objects; // by kind, then by confidence, the surest first
-        // Mean and maximum over the picture of the last backbone layer (480 each) and of a middle layer (88 each),
-        // then the highest probability of each kind (80).
+        // Means over the picture of the widest layers of the network's last five blocks (384, 528, 528, 720, 720), then
+        // the highest probability of each kind (80).
         std::vector<float> features;
     };
 

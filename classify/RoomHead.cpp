@@ -18,7 +18,7 @@ namespace {
 static_assert(std::endian::native == std::endian::little, "the head's file is read as it lies");
 
 constexpr std::string_view magic = "LKROOMS\n";
-constexpr std::uint32_t knownVersion = 1;
+constexpr std::uint32_t knownVersion = 2;  // 1 was read from other features
 constexpr std::size_t checksumLength = 32; // SHA-256 of all before it
 // Features are clipped to so many spreads; what lies beyond says no more.
 constexpr float farthestFeature = 5.0f;

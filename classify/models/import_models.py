@@ -13,29 +13,25 @@ import onnx
 from onnx_export import OnnxExport
 from tfjs_graph import read_graph
 
+LAST_BLOCKS = range(10, 15)
+
 
 def objects(folder: Path):
     """80 kinds of everyday objects and persons. The picture holds 0...255, its sides are multiples of 32.
 
     heat: one logit per class and cell of 4 by 4 pixels.
     reach: how far the object at a cell reaches to the left, up, right and down, in pixels.
-    features: what the network saw, for whole pictures: mean and maximum over the picture of the last
-    backbone layer (480) and of a middle layer (88), then the highest probability of each class (80).
+    pooled: what the network saw, for whole pictures: the means over the picture of the widest layers of the last
+    five blocks (384, 528, 528, 720, 720), then the highest probability of each class (80).
     """
     export = OnnxExport(read_graph(folder / "centernet.json"), "tower_0/images", "objects")
-    last = export.tensor("tower_0/extern1/hard_swish/mul_1")
-    middle = export.tensor("tower_0/MobilenetV3/expanded_conv_11/add")
     heat = export.tensor("tower_0/CenternetHead/centernet_cls_output/BiasAdd")
     export.output("tower_0/CenternetHead/centernet_cls_output/BiasAdd", "heat", [1, 80, "rows", "columns"])
     export.output("tower_0/mul", "reach", [1, 4, "rows", "columns"])
-    pooled = [
-        export.add("GlobalAveragePool", [last], "last:mean"),
-        export.add("GlobalMaxPool", [last], "last:max"),
-        export.add("GlobalAveragePool", [middle], "middle:mean"),
-        export.add("GlobalMaxPool", [middle], "middle:max"),
-        export.add("Sigmoid", [export.add("GlobalMaxPool", [heat], "heat:max")], "classes:max"),
-    ]
-    export.result("features", "Flatten", [export.add("Concat", pooled, "pooled", axis=1)], [1, 1216])
+    # Each block weighs its channels by these means, so that they cost nothing.
+    pooled = [export.tensor(f"tower_0/MobilenetV3/expanded_conv_{block}/squeeze_excite/Mean") for block in LAST_BLOCKS]
+    pooled.append(export.add("Sigmoid", [export.add("GlobalMaxPool", [heat], "heat:max")], "classes:max"))
+    export.result("pooled", "Flatten", [export.add("Concat", pooled, "pooled:channels", axis=1)], [1, 2960])
     return export.model(32)
 
 

@@ -1,6 +1,6 @@
 // photo_features OUT < LIST: what the object detector sees in views of photos, for training. Each line of the list is a
 // path and the number of a view (PhotoViews.h), apart by a tab; "made:" in place of a path is a frame that shows
-// nothing. OUT gets a record of 1296 floats for each line, in order: the 1216 features, then the evidence of each of
+// nothing. OUT gets a record of 3040 floats for each line, in order: the 2960 features, then the evidence of each of
 // the 80 kinds of objects. A photo that can't be read is a record of NaN. The same list gives the same file.
 #include <atomic>
 #include <cmath>

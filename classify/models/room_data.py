@@ -5,7 +5,7 @@ import subprocess
 
 import numpy
 
-FEATURES = 1216
+FEATURES = 2960
 KINDS = 80
 RECORD = FEATURES + KINDS
 EMPTY_FRAMES = 480

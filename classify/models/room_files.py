@@ -7,7 +7,7 @@ import numpy
 from room_data import BINS
 
 MAGIC = b"LKROOMS\n"
-VERSION = 1
+VERSION = 2  # 1 was read from other features
 
 
 def _layer(weights, bias):

@@ -5,7 +5,7 @@ import torch
 from room_data import BINS, FEATURES, NOTHING
 
 OUTPUTS = len(BINS) + 1
-HIDDEN = 256
+HIDDEN = 128
 CLIP = 5.0  # standard deviations; what lies beyond says no more
 
 

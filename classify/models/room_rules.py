@@ -41,6 +41,15 @@ def file(probabilities, objects, least_sure):
     return filed, share, (filed < 0) | (share < LITTLE_TO_GO_ON)
 
 
+def least_sure(probabilities, objects, bins, filed_right):
+    """The lowest threshold at which so many of what isn't sent to review are right."""
+    for threshold in numpy.arange(0.4, 0.96, 0.01):
+        filed, _, review = file(probabilities, objects, threshold)
+        if (filed == bins)[~review].mean() >= filed_right:
+            return float(threshold)
+    raise SystemExit("no threshold makes so many right")
+
+
 def trade_off(probabilities, objects, bins):
     """Markdown: for several thresholds what goes to review, and how much of the rest is right."""
     lines = ["| sure from | to review | of the rest right |", "|---|---|---|"]

@@ -148,9 +148,11 @@ TEST(RoomHead, AFileWithAnyByteChangedOrAddedIsBroken)
 
 TEST(RoomHead, AHeadOfAnotherVersionIsToldAsSuch)
 {
-    auto other = bytesOf(Shipped);
-    other[8] = 2;
-    EXPECT_EQ(reasonFor(other), ModelError::Reason::OtherModel);
+    for (const char version : {1, 3}) {
+        auto other = bytesOf(Shipped);
+        other[8] = version;
+        EXPECT_EQ(reasonFor(other), ModelError::Reason::OtherModel);
+    }
 }
 
 TEST(RoomHead, SizesThatAskForMoreThanTheFileHoldsAreBroken)
@@ -161,7 +163,7 @@ TEST(RoomHead, SizesThatAskForMoreThanTheFileHoldsAreBroken)
             QCryptographicHash::hash(QByteArrayView(bytes.data(), qsizetype(bytes.size())), QCryptographicHash::Sha256);
         return bytes + sum.toStdString();
     };
-    const std::string start("LKROOMS\n\1\0\0\0", 12);
+    const std::string start("LKROOMS\n\2\0\0\0", 12);
     EXPECT_EQ(reasonFor(summed(start)), ModelError::Reason::Broken);
     EXPECT_EQ(reasonFor(summed(start + std::string(16, '\xff'))), ModelError::Reason::Broken);
     EXPECT_EQ(reasonFor(summed(start + std::string(16, '\0'))), ModelError::Reason::Broken);

@@ -53,10 +53,10 @@ TEST(VisionModels, AMissingADamagedAndANewerHeadForRoomsAreToldApart)
     const auto head = folder / "rooms.head";
     {
         std::fstream stream(head, std::ios::in | std::ios::out | std::ios::binary);
-        stream.seekp(8).put(2); // its version
+        stream.seekp(8).put(3); // its version
     }
     EXPECT_EQ(loadError(folder).reason, ModelError::Reason::OtherModel);
-    folder.write("rooms.head", "LKROOMS\n\1");
+    folder.write("rooms.head", "LKROOMS\n\2");
     EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Broken);
     std::filesystem::remove(head);
     EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Missing);

@@ -25,8 +25,7 @@ _CASES = {
         {
             "heat": "tower_0/CenternetHead/centernet_cls_output/BiasAdd",
             "reach": "tower_0/mul",
-            "last": "tower_0/extern1/hard_swish/mul_1",
-            "middle": "tower_0/MobilenetV3/expanded_conv_11/add",
+            **{f"block{i}": f"tower_0/MobilenetV3/expanded_conv_{i}/depthwise/hard_swish/mul_1" for i in range(10, 15)},
             "probabilities": "tower_0/keypoints",
         },
     ),
@@ -200,9 +199,8 @@ def main(arguments: list[str]) -> int:
         interpreter = _Interpreter(read_graph(package / source), {fed: picture})
         written = {name: interpreter.value(node) for name, node in outputs.items()}
         if model == "objects":
-            last, middle = written.pop("last"), written.pop("middle")
-            pooled = [last.mean((0, 1)), last.max((0, 1)), middle.mean((0, 1)), middle.max((0, 1))]
-            written["features"] = np.concatenate([*pooled, written.pop("probabilities").max((0, 1))])
+            pooled = [written.pop(f"block{i}").mean((0, 1)) for i in range(10, 15)]
+            written["pooled"] = np.concatenate([*pooled, written.pop("probabilities").max((0, 1))])
         for name, value in {"image": picture, **written}.items():
             planes = value.transpose(2, 0, 1) if value.ndim == 3 else value
             (output / f"{model}.{name}.f32").write_bytes(np.ascontiguousarray(planes, np.float32).tobytes())
