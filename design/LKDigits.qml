@@ -41,6 +41,8 @@ Row {
             color: digits.color
             horizontalAlignment: Text.AlignHCenter
             textFormat: Text.PlainText
+
+            Accessible.ignored: true // read as a whole
         }
     }
 }
