@@ -1,6 +1,7 @@
 #include "core/ClipListing.h"
 
 #include <algorithm>
+#include <array>
 #include <system_error>
 
 #include <QtCore/QCollator>
@@ -14,8 +15,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Adds one folder's clips, and the folders to look into next.
-void listOneFolder(const fs::path &folder, std::vector<FileUrl> &clips, std::vector<fs::path> &folders)
+// Adds one folder's clips, and the folders to look into next. What kept it from being read to its end, if anything did.
+std::error_code listOneFolder(const fs::path &folder, std::vector<FileUrl> &clips, std::vector<fs::path> &folders)
 {
     std::error_code error;
     fs::directory_iterator entry(folder, error);
@@ -32,6 +33,15 @@ void listOneFolder(const fs::path &folder, std::vector<FileUrl> &clips, std::vec
             folders.push_back(entry->path());
         }
     }
+    return error;
+}
+
+// Not one that is merely closed to us or gone, the likes of which every disk has.
+bool isDamage(const std::error_code &error)
+{
+    constexpr std::array harmless{std::errc::permission_denied, std::errc::operation_not_permitted,
+                                  std::errc::no_such_file_or_directory, std::errc::not_a_directory};
+    return error && std::ranges::none_of(harmless, [&error](std::errc known) { return error == known; });
 }
 
 QCollator naturalOrder()
@@ -46,14 +56,17 @@ QCollator naturalOrder()
 
 } // namespace
 
-std::vector<FileUrl> listClips(const FileUrl &folder, const std::stop_token &stop)
+CardListing listCard(const FileUrl &card, const std::stop_token &stop)
 {
-    std::vector<FileUrl> clips;
-    std::vector<fs::path> folders{folder.path()};
+    CardListing listing;
+    std::vector<FileUrl> &clips = listing.clips;
+    std::vector<fs::path> folders{card.path()};
     while (!folders.empty() && !stop.stop_requested()) {
         const fs::path next = std::move(folders.back());
         folders.pop_back();
-        listOneFolder(next, clips, folders);
+        if (isDamage(listOneFolder(next, clips, folders)) && !listing.damaged) {
+            listing.damaged = FileUrl(next);
+        }
     }
 
     struct Keyed
@@ -73,7 +86,12 @@ std::vector<FileUrl> listClips(const FileUrl &folder, const std::stop_token &sto
         return byKey != 0 ? byKey < 0 : a.url.path().native() < b.url.path().native();
     });
     std::transform(keyed.begin(), keyed.end(), clips.begin(), [](Keyed &entry) { return std::move(entry.url); });
-    return clips;
+    return listing;
+}
+
+std::vector<FileUrl> listClips(const FileUrl &folder, const std::stop_token &stop)
+{
+    return listCard(folder, stop).clips;
 }
 
 } // namespace larkspan

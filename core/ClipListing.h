@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <stop_token>
 #include <vector>
 
@@ -12,5 +13,14 @@ namespace larkspan {
 // and links to folders aren't followed. What can't be read is passed over; an unreadable folder yields nothing. A
 // folder named like a clip counts as one. Polls the token between folders and then returns what it has.
 std::vector<FileUrl> listClips(const FileUrl &folder, const std::stop_token &stop = {});
+
+// The same of a card, whose clips are about to be copied and may then be wiped from it: a folder that the medium fails
+// to deliver is told rather than passed over.
+struct CardListing
+{
+    std::vector<FileUrl> clips;
+    std::optional<FileUrl> damaged; // the first such folder
+};
+CardListing listCard(const FileUrl &card, const std::stop_token &stop);
 
 } // namespace larkspan

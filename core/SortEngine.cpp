@@ -194,7 +194,15 @@ void SortEngine::finishSort(const SortOptions &options)
 void SortEngine::importThenSort(const Run &run, const FileUrl &source, const FileUrl &destination,
                                 const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options)
 {
-    const std::vector<FileUrl> urls = listClips(source, run.stop);
+    const auto [urls, damaged] = listCard(source, run.stop);
+    if (damaged && !urls.empty()) {
+        // A copy that lacks clips would pass for the whole card, which may be wiped next.
+        const QString text = damaged->lastPathComponent() +
+                             u" on the card can't be read, so nothing was copied — the card may be damaged."_s;
+        post([this] { countCopies(-1); });
+        land(run, [this, text] { setStage({.kind = StageKind::failed, .text = text}); });
+        return;
+    }
     if (urls.empty()) {
         post([this] { countCopies(-1); });
         land(run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });

@@ -156,6 +156,29 @@ TEST_F(CardImportMountsTest, ACardThatBreaksWhileItIsCopiedFailsInWordsAndLeaves
               (std::map<std::string, std::string>{{"kitchen 1.mov", footage(1, 2 * megabyte)}}));
 }
 
+TEST_F(CardImportMountsTest, ACardThatDeliversOnlySomeOfItsFoldersIsNotTakenForACopiedOne)
+{
+    Mount card(Mount::Kind::ext4, 24 * megabyte);
+    REQUIRE_MOUNTED(card);
+    fs::remove(card.path() / "lost+found");
+    fs::create_directories(card.path() / "DCIM/100MEDIA");
+    fs::create_directories(card.path() / "DCIM/101MEDIA");
+    writeContent(card.path() / "DCIM/100MEDIA/kitchen 1.mov", "film");
+    writeContent(card.path() / "DCIM/101MEDIA/pool 2.mov", "film");
+    ASSERT_TRUE(card.unmount());
+    card.mountAgain();
+    EXPECT_THAT(namesBeneath(card.path() / "DCIM/100MEDIA"), SizeIs(1)); // in memory from here on
+    EXPECT_TRUE(fs::is_directory(card.path() / "DCIM/101MEDIA"));
+    fs::resize_file(card.image(), 65536); // the device answers with I/O errors for all the rest
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(FileUrl(shoots));
+    engine.importCard(FileUrl(card.path()), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::failed));
+    EXPECT_EQ(engine.stage().text,
+              u"101MEDIA on the card can't be read, so nothing was copied — the card may be damaged."_s);
+    EXPECT_THAT(filesBeneath(shoots), IsEmpty());
+}
+
 TEST_F(CardImportMountsTest, AFullShootsFolderIsSaidBeforeAnythingIsCopied)
 {
     const Mount card(Mount::Kind::ext4, 24 * megabyte);
