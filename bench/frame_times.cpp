@@ -60,9 +60,25 @@ void sweepPointer(QQuickWindow &window, int frame)
     QTest::mouseMove(&window, QPoint(x, y));
 }
 
+// As many ripples as five clicks in a ripple's lifetime keep alive.
+void sweepAndClick(QQuickWindow &window, int frame)
+{
+    constexpr int framesBetweenClicks = 10;
+    sweepPointer(window, frame);
+    if (frame % framesBetweenClicks == 0) {
+        QTest::mouseClick(&window, Qt::LeftButton, {},
+                          QPoint(frame * 37 % window.width(), frame * 53 % window.height()));
+    }
+}
+
 std::vector<View> views()
 {
-    std::vector<View> all;
+    std::vector<View> all{
+        {.name = u"kinetic_grid"_s, .qml = u"import Larkspan.Design\nLKKineticGrid {}"_s, .stir = sweepAndClick},
+        {.name = u"starlight"_s,
+         .qml = u"import Larkspan.Design\nLKStarlightBackground {}"_s,
+         .stir = [](QQuickWindow &, int) {}},
+    };
     for (const QString &page : Gallery::pages()) {
         all.push_back({.name = u"gallery/"_s + page,
                        .qml = u"import Larkspan.Gallery\nGalleryView {}"_s,
