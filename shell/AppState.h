@@ -27,8 +27,8 @@ class AppState : public QObject
     // The tool's screen is on its way out.
     Q_PROPERTY(bool closing READ closing NOTIFY closingChanged)
     // Where the launcher's carousel stands, and how far it is dragged from there, in points.
-    Q_PROPERTY(int toolIndex MEMBER m_toolIndex NOTIFY toolIndexChanged)
-    Q_PROPERTY(double dragX MEMBER m_dragX NOTIFY dragXChanged)
+    Q_PROPERTY(int toolIndex READ toolIndex WRITE setToolIndex NOTIFY toolIndexChanged)
+    Q_PROPERTY(double dragX READ dragX WRITE setDragX NOTIFY dragXChanged)
     Q_PROPERTY(larkspan::LK::Appearance appearance READ appearance WRITE setAppearance NOTIFY appearanceChanged)
     Q_PROPERTY(larkspan::LK::Theme theme READ theme NOTIFY themeChanged)
     Q_PROPERTY(larkspan::LKPalette palette READ palette NOTIFY themeChanged)
@@ -75,6 +75,10 @@ public:
     const QString &toolID() const { return m_toolID; }
     bool isSortToolOpen() const;
     bool closing() const { return m_closing; }
+    int toolIndex() const { return m_toolIndex; }
+    void setToolIndex(int index) { change(m_toolIndex, index, &AppState::toolIndexChanged); }
+    double dragX() const { return m_dragX; }
+    void setDragX(double offset) { change(m_dragX, offset, &AppState::dragXChanged); }
     LK::Appearance appearance() const { return m_appearance; }
     void setAppearance(LK::Appearance appearance);
     LK::Theme theme() const { return m_theme; }

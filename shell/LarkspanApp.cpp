@@ -18,6 +18,7 @@
 #include "output/MediaImporter.h"
 #include "screens/ClipThumbnails.h"
 #include "shell/DesktopFiles.h"
+#include "sound/SoundCue.h"
 #include "sound/SoundEngine.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)
@@ -99,8 +100,14 @@ bool LarkspanApp::open()
     if (!window()) {
         return false;
     }
+    connect(window(), SIGNAL(introChimeDue()), this, SLOT(playIntroChime())); // declared in QML
     reportModels();
     return true;
+}
+
+void LarkspanApp::playIntroChime()
+{
+    SoundEngine::shared().play(SoundCue::introChime());
 }
 
 QQuickWindow *LarkspanApp::window() const

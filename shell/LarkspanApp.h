@@ -44,6 +44,7 @@ public:
     QQuickWindow *window() const;
 
 private:
+    Q_SLOT void playIntroChime();
     using LoadedModels = tl::expected<std::shared_ptr<const VisionModels>, ModelError>;
 
     // Waits for the models.

@@ -18,6 +18,9 @@ Window {
 
     readonly property bool isAtWork: engine.stage === SortEngine.Working || engine.stage === SortEngine.Organizing
 
+    // To be answered with the chime.
+    signal introChimeDue
+
     // Closes one thing at a time.
     function closeTopmost() {
         if (engine.hasPreview)
@@ -83,6 +86,7 @@ Window {
             engine: root.engine
             buildNumber: root.buildNumber
             classifierProblem: root.classifierProblem
+            isCovered: stage.isCovered
 
             Behavior on opacity  {
                 LKNumberMotion {
@@ -91,13 +95,14 @@ Window {
             }
         }
 
-        // There is no intro yet, and no launcher to open the tool from.
-        Timer {
-            interval: 0
-            running: root.app.phase === AppState.Intro
-            onTriggered: {
-                root.app.finishIntro();
-                root.app.openTool("binnacle");
+        // Leaves by itself: its last moment is an empty window.
+        Loader {
+            anchors.fill: parent
+            active: root.app.phase === AppState.Intro
+
+            sourceComponent: IntroView {
+                onChimeDue: root.introChimeDue() // qmllint disable
+                onFinished: root.app.finishIntro() // qmllint disable
             }
         }
     }

@@ -11,6 +11,7 @@ FocusScope {
     required property SortEngine engine
     required property int buildNumber
     required property string classifierProblem
+    property bool isCovered: false // by what is asked or shown for a moment
 
     readonly property bool hasTool: app.view === AppState.Tool
 
@@ -28,14 +29,11 @@ FocusScope {
             }
         }
 
-        // Until there is a launcher.
-        LKButton {
-            anchors.centerIn: parent
+        HomeView {
+            anchors.fill: parent
             focus: true
-            kind: LKButton.Accent
-            size: LKButton.Lg
-            title: qsTr("Open Binnacle")
-            onActivated: stage.app.openTool("binnacle")
+            app: stage.app
+            isCovered: stage.isCovered
         }
     }
 
@@ -97,6 +95,22 @@ FocusScope {
             target: binnacle.item
             property: "classifierProblem"
             value: stage.classifierProblem
+        }
+
+        Loader {
+            anchors.fill: parent
+            active: stage.hasTool && !stage.app.isSortToolOpen
+            focus: active
+
+            sourceComponent: InDevelopmentView {
+                focus: true
+                app: stage.app // qmllint disable
+                tool: ToolCatalogue.current(stage.app.toolID) // qmllint disable
+                header: HeaderRow {
+                    app: stage.app // qmllint disable
+                    engine: stage.engine // qmllint disable
+                }
+            }
         }
     }
 }

@@ -1,5 +1,6 @@
 #include <QtGui/QGuiApplication>
 
+#include "design/AppIcon.h"
 #include "shell/LarkspanApp.h"
 
 int main(int argc, char **argv)
@@ -9,6 +10,8 @@ int main(int argc, char **argv)
     QGuiApplication::setApplicationName(QStringLiteral("Larkspan"));
     QGuiApplication::setApplicationVersion(QStringLiteral(LARKSPAN_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("larkspan"));
+
+    QGuiApplication::setWindowIcon(larkspan::appIcon()); // where there is no desktop file to take it from
 
     larkspan::LarkspanApp program;
     if (!program.open()) {

@@ -1,0 +1,234 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+import Larkspan.Shell
+
+// The launcher: one card for each tool on the kinetic grid, the active one in the middle.
+FocusScope {
+    id: home
+
+    required property AppState app
+
+    // While something lies above, scrolling belongs to that.
+    property bool isCovered: false
+
+    readonly property real cardWidth: 660
+
+    function open(index: int) {
+        app.openTool(ToolCatalogue.at(index).id);
+    }
+
+    Keys.onLeftPressed: carousel.step(-1)
+    Keys.onRightPressed: carousel.step(1)
+    Keys.onReturnPressed: home.open(app.toolIndex)
+    Keys.onEnterPressed: home.open(app.toolIndex)
+    Keys.onSpacePressed: home.open(app.toolIndex)
+
+    Carousel {
+        id: carousel
+
+        app: home.app
+    }
+
+    LKKineticGrid {
+        anchors.fill: parent
+
+        // Drawn along by hand, but not at the top, by which the window is moved.
+        Item {
+            anchors.fill: parent
+            anchors.topMargin: 44
+
+            DragHandler {
+                id: drag
+
+                property real translated: 0
+
+                target: null
+                dragThreshold: 10
+                yAxis.enabled: false
+                onActiveTranslationChanged: {
+                    if (active) {
+                        translated = activeTranslation.x;
+                        carousel.drag(translated);
+                    }
+                }
+                onActiveChanged: {
+                    if (!active)
+                        carousel.endDrag(translated);
+                    translated = 0;
+                }
+                onCanceled: translated = 0
+            }
+
+            Item {
+                id: cards
+
+                // Where the row of cards stands, in points to the left.
+                property real shift: home.app.toolIndex * carousel.cardStep - home.app.dragX
+
+                objectName: "cards"
+                anchors.fill: parent
+                anchors.topMargin: -parent.anchors.topMargin
+                layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
+                layer.effect: EdgeFade {
+                }
+
+                Behavior on shift  {
+                    enabled: carousel.isAnimated
+                    LKNumberMotion {
+                        duration: LK.motion.step
+                    }
+                }
+
+                Repeater {
+                    model: ToolCatalogue.count
+
+                    // Larger than the card, so that its shadow isn't cut off where the card is blurred.
+                    Item {
+                        id: place
+
+                        required property int index
+
+                        readonly property bool isActive: index === home.app.toolIndex
+                        readonly property real offset: index * carousel.cardStep - cards.shift
+                        property real blur: isActive ? 0 : 2
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        x: (parent.width - width) / 2 + offset
+                        z: isActive ? 1 : 0
+                        width: home.cardWidth + 64
+                        height: card.height + 64
+                        visible: Math.abs(offset) < (parent.width + home.cardWidth) / 2
+                        scale: isActive ? 1 : 0.9
+                        opacity: isActive ? 1 : 0.55
+                        layer.enabled: blur > 0 && GraphicsInfo.api !== GraphicsInfo.Software
+                        layer.effect: LKBlur {
+                            radius: 2 * place.blur // qmllint disable
+                        }
+
+                        Behavior on scale  {
+                            LKNumberMotion {
+                                duration: LK.motion.step
+                            }
+                        }
+                        Behavior on opacity  {
+                            LKNumberMotion {
+                                duration: LK.motion.step
+                            }
+                        }
+                        Behavior on blur  {
+                            LKNumberMotion {
+                                duration: LK.motion.step
+                            }
+                        }
+
+                        ToolCard {
+                            id: card
+
+                            anchors.centerIn: parent
+                            objectName: "card-" + tool.id
+                            tool: ToolCatalogue.at(place.index)
+                            isActive: place.isActive
+                            onActivated: home.open(place.index)
+                        }
+                    }
+                }
+            }
+        }
+
+        CarouselScrollCatcher {
+            anchors.fill: parent
+            enabled: !home.isCovered
+            onDrift: offset => carousel.drag(offset)
+            onCommit: direction => carousel.commit(direction)
+            onCancel: carousel.cancel()
+        }
+
+        ProfileDropdown {
+            anchors.right: parent.right
+            anchors.rightMargin: 12
+            anchors.top: parent.top
+            anchors.topMargin: (44 - height) / 2
+            app: home.app
+        }
+
+        CarouselChevron {
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.left: parent.left
+            anchors.leftMargin: 26
+            text: "‹"
+            enabled: home.app.toolIndex > 0
+            Accessible.name: qsTr("Previous tool")
+            onClicked: carousel.step(-1)
+        }
+
+        CarouselChevron {
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.right: parent.right
+            anchors.rightMargin: 26
+            text: "›"
+            enabled: home.app.toolIndex < ToolCatalogue.count - 1
+            Accessible.name: qsTr("Next tool")
+            onClicked: carousel.step(1)
+        }
+
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 18
+
+            Repeater {
+                model: ToolCatalogue.count
+
+                T.AbstractButton {
+                    id: dot
+
+                    required property int index
+
+                    readonly property bool isActive: index === home.app.toolIndex
+
+                    objectName: "dot-" + index
+                    implicitWidth: 20
+                    implicitHeight: 20
+                    text: ToolCatalogue.at(index).name
+                    hoverEnabled: true
+                    focusPolicy: Qt.TabFocus
+                    onClicked: carousel.show(index)
+                    Keys.onReturnPressed: dot.clicked()
+                    Keys.onEnterPressed: dot.clicked()
+
+                    Accessible.role: Accessible.PageTab
+                    Accessible.name: text
+
+                    contentItem: Item {
+                        Rectangle {
+                            anchors.centerIn: parent
+                            width: 5
+                            height: 5
+                            radius: 2.5
+                            color: dot.isActive ? LK.palette.accent : LK.palette.borderStrong
+
+                            Behavior on color  {
+                                LKColorMotion {
+                                    duration: LK.motion.step
+                                }
+                            }
+                        }
+                    }
+
+                    background: Item {
+                        LKFocusRing {
+                            visible: dot.visualFocus
+                        }
+                    }
+
+                    LKToolTip {
+                        text: dot.text
+                        wanted: dot.hovered
+                    }
+                }
+            }
+        }
+    }
+}

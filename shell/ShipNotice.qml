@@ -1,0 +1,64 @@
+import QtQuick
+import Larkspan.Design
+import Larkspan.Shell
+
+// Offers to tell when a tool ships. The address is kept while the program runs and sent nowhere.
+Column {
+    id: notice
+
+    required property AppState app
+    required property string toolName
+
+    spacing: 14
+
+    Text {
+        anchors.horizontalCenter: parent.horizontalCenter
+        visible: notice.app.shipSent
+        text: qsTr("Noted. We'll email %1 when %2 ships.").arg(notice.app.shipEmail).arg(notice.toolName)
+        font: LK.font(12.5)
+        color: LK.palette.textSecondary
+        textFormat: Text.PlainText
+    }
+
+    Row {
+        anchors.horizontalCenter: parent.horizontalCenter
+        visible: notice.app.shipOpen && !notice.app.shipSent
+        spacing: 8
+        onVisibleChanged: if (visible)
+            address.forceActiveFocus()
+
+        LKTextField {
+            id: address
+
+            width: 240
+            placeholderText: qsTr("name@example.com")
+            label: qsTr("E-mail address")
+            text: notice.app.shipEmail
+            onTextEdited: notice.app.shipEmail = text
+            onAccepted: notice.app.shipSent = true
+        }
+
+        LKButton {
+            kind: LKButton.Accent
+            title: qsTr("Notify me")
+            onActivated: notice.app.shipSent = true
+        }
+    }
+
+    Row {
+        anchors.horizontalCenter: parent.horizontalCenter
+        spacing: 8
+
+        LKButton {
+            visible: !notice.app.shipOpen && !notice.app.shipSent
+            kind: LKButton.Accent
+            title: qsTr("Tell me when it ships")
+            onActivated: notice.app.shipOpen = true
+        }
+
+        LKButton {
+            title: qsTr("Return to Larkspan")
+            onActivated: notice.app.closeTool()
+        }
+    }
+}

@@ -1,0 +1,118 @@
+import QtQuick
+import QtQuick.Templates as T
+import Larkspan.Design
+import Larkspan.Shell
+
+// A tool's card in the launcher. Only the active one can be pressed, anywhere on it.
+T.AbstractButton {
+    id: card
+
+    required property lkTool tool
+    required property bool isActive
+
+    signal activated
+
+    width: 660
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    verticalPadding: 34
+    horizontalPadding: 40
+    enabled: isActive
+    focusPolicy: Qt.NoFocus // its button has the keyboard
+
+    onClicked: card.activated()
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: tool.name
+    Accessible.description: tool.tagline
+
+    background: Item {
+        LKDropShadow {
+            anchors.fill: parent
+            shadow: LK.palette.shadowCard
+            cornerRadius: 14
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            radius: 14
+            color: LK.palette.surfaceCard
+            border.width: 1
+            border.color: LK.palette.borderSubtle
+        }
+    }
+
+    contentItem: Column {
+
+        ToolTile {
+            anchors.horizontalCenter: parent.horizontalCenter
+            tool: card.tool
+            size: 96
+        }
+
+        Item {
+            width: 1
+            height: 18
+        }
+
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 9
+
+            Text {
+                text: card.tool.name
+                font: LK.font(21, Font.DemiBold)
+                color: LK.palette.textPrimary
+                textFormat: Text.PlainText
+            }
+
+            LKBadge {
+                anchors.verticalCenter: parent.verticalCenter
+                tone: card.tool.ready ? LKBadge.Accent : LKBadge.Neutral
+                text: card.tool.ready ? qsTr("Ready") : qsTr("In development")
+            }
+        }
+
+        Item {
+            width: 1
+            height: 8
+        }
+
+        Text {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            text: card.tool.tagline
+            font: LK.font(12.5)
+            color: LK.palette.textSecondary
+            textFormat: Text.PlainText
+        }
+
+        Item {
+            width: 1
+            height: 20
+        }
+
+        LKButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            kind: LKButton.Accent
+            title: card.tool.ready ? qsTr("Open %1").arg(card.tool.name) : qsTr("Preview")
+            opacity: 1 // the card at the side is dimmed as a whole
+            onActivated: card.activated()
+        }
+
+        Item {
+            width: 1
+            height: 16
+        }
+
+        Text {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            text: card.tool.meta
+            font: LK.font(11)
+            color: LK.palette.textTertiary
+            textFormat: Text.PlainText
+        }
+    }
+}

@@ -1,0 +1,31 @@
+#include "shell/ToolTileSurface.h"
+
+#include <QtGui/QLinearGradient>
+#include <QtGui/QPainter>
+
+namespace larkspan {
+
+ToolTileSurface::ToolTileSurface(QQuickItem *parent) : QQuickPaintedItem(parent)
+{
+    connect(this, &ToolTileSurface::changed, this, [this] { update(); });
+}
+
+void ToolTileSurface::paint(QPainter *painter)
+{
+    painter->setRenderHint(QPainter::Antialiasing);
+    const QRectF area = boundingRect();
+    QLinearGradient fill(area.topLeft(), area.bottomRight());
+    fill.setColorAt(0, m_from);
+    fill.setColorAt(1, m_to);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(fill);
+    painter->drawRoundedRect(area, m_cornerRadius, m_cornerRadius);
+
+    constexpr double halfEdge = 0.5;
+    painter->setPen(QPen(QColor::fromRgbF(1, 1, 1, 0.1f), 1.0));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRoundedRect(area.adjusted(halfEdge, halfEdge, -halfEdge, -halfEdge), m_cornerRadius - halfEdge,
+                             m_cornerRadius - halfEdge);
+}
+
+} // namespace larkspan

@@ -1,0 +1,81 @@
+#include <QtTest/QTest>
+
+#include "shell/LKTool.h"
+#include "tests/shell/LauncherState.h"
+#include "tests/support/Scene.h"
+#include "tests/support/WaitUntil.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class InDevelopmentViewTest : public testing::Test
+{
+protected:
+    InDevelopmentViewTest() { app.openTool(u"huelock"_s); }
+
+    LauncherState state;
+    AppState &app = state.app;
+    Scene scene{
+        "import Larkspan.Shell\nInDevelopmentView { anchors.fill: parent }",
+        {{u"app"_s, QVariant::fromValue(&app)}, {u"tool"_s, QVariant::fromValue(LKTool::current(u"huelock"_s))}},
+        {980, 640}};
+
+    // Once everything has found its place.
+    void click(const QString &text)
+    {
+        (void)scene.window().grabWindow();
+        scene.click(text);
+    }
+    void write(std::string_view text)
+    {
+        for (const char letter : text) {
+            QTest::keyClick(&scene.window(), letter);
+        }
+    }
+    bool shows(const QString &text) { return findShown(scene.root(), text) != nullptr; }
+};
+
+} // namespace
+
+TEST_F(InDevelopmentViewTest, SaysWhatIsComing)
+{
+    const LKTool &tool = LKTool::current(u"huelock"_s);
+    EXPECT_TRUE(shows(u"In development"_s));
+    EXPECT_TRUE(shows(tool.name));
+    EXPECT_TRUE(shows(tool.blurb));
+    for (const QString &bullet : tool.bullets) {
+        EXPECT_TRUE(shows(bullet)) << bullet.toStdString();
+    }
+}
+
+TEST_F(InDevelopmentViewTest, StartsClosedOpensItsFormAndThanksByTheToolsName)
+{
+    EXPECT_FALSE(shows(u"Notify me"_s));
+    click(u"Tell me when it ships"_s);
+    EXPECT_TRUE(app.property("shipOpen").toBool());
+    EXPECT_FALSE(shows(u"Tell me when it ships"_s));
+    EXPECT_TRUE(shows(u"Notify me"_s));
+    EXPECT_TRUE(shows(u"Return to Larkspan"_s));
+    write("ann@example.com");
+    EXPECT_EQ(app.property("shipEmail"), u"ann@example.com"_s);
+    click(u"Notify me"_s);
+    EXPECT_TRUE(app.property("shipSent").toBool());
+    EXPECT_TRUE(shows(u"Noted. We'll email ann@example.com when Huelock ships."_s));
+    EXPECT_FALSE(shows(u"Notify me"_s));
+}
+
+TEST_F(InDevelopmentViewTest, ComingBackShowsItClosedAgain)
+{
+    click(u"Tell me when it ships"_s);
+    write("ann@example.com");
+    click(u"Notify me"_s);
+    click(u"Return to Larkspan"_s);
+    EXPECT_TRUE(app.closing());
+    EXPECT_TRUE(waitUntil([&] { return app.view() == AppState::ViewMode::Landing; }));
+    app.openTool(u"huelock"_s);
+    EXPECT_TRUE(shows(u"Tell me when it ships"_s));
+    EXPECT_EQ(app.property("shipEmail"), QString());
+}
