@@ -9,19 +9,25 @@ T.AbstractButton {
     property string name // of the symbol
     property color tint: LK.palette.textSecondary
     property color hoverTint: tint
-    property alias help: control.text
+    property string help
     // The side of the square that answers to the pointer, in points.
     property real size: 22
 
     // By mouse, by keyboard or by assistive technology.
     signal activated
 
+    text: help.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
     implicitWidth: size
     implicitHeight: size
     opacity: enabled ? 1 : 0.45
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
+    // As of a button.
+    property int fillMotion: LK.motion.hover
+
+    onDownChanged: fillMotion = LK.motion.press
+    onHoveredChanged: fillMotion = LK.motion.hover
     onClicked: control.activated()
     Keys.onReturnPressed: event => {
         if (!event.isAutoRepeat)
@@ -33,7 +39,10 @@ T.AbstractButton {
     }
 
     Accessible.name: help
-    Accessible.onPressAction: control.clicked()
+    Accessible.onPressAction: {
+        if (control.enabled)
+            control.clicked();
+    }
 
     contentItem: LKIcon {
         name: control.name
@@ -52,7 +61,7 @@ T.AbstractButton {
 
         Behavior on color  {
             LKColorMotion {
-                duration: control.down ? LK.motion.press : LK.motion.hover
+                duration: control.fillMotion
             }
         }
 

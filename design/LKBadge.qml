@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // A word or two about the thing beside it.
-T.Label {
+LKText {
     id: badge
 
     enum Tone {
@@ -20,23 +19,15 @@ T.Label {
     bottomPadding: 3
     font: LK.font(10, Font.DemiBold)
     color: [LK.palette.accent, LK.palette.warning, LK.palette.textSecondary][tone]
-    elide: Text.ElideRight
-    maximumLineCount: 1
-    textFormat: Text.PlainText
 
+    Accessible.role: Accessible.StaticText
     Accessible.name: text
 
-    background: Rectangle {
+    Rectangle {
+        objectName: "fill"
+        anchors.fill: parent
+        z: -1
         radius: 4
         color: [LK.palette.accentSubtle, LK.palette.warningSubtle, LK.palette.surfaceHover][badge.tone]
-    }
-
-    LKToolTip {
-        text: badge.text
-        wanted: badge.truncated && pointer.hovered
-    }
-
-    HoverHandler {
-        id: pointer
     }
 }

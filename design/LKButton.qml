@@ -88,6 +88,11 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
+    // A press and its release move faster than the pointer's coming and going.
+    property int fillMotion: LK.motion.hover
+
+    onDownChanged: fillMotion = LK.motion.press
+    onHoveredChanged: fillMotion = LK.motion.hover
     onClicked: control.activated()
     Keys.onReturnPressed: event => {
         if (!event.isAutoRepeat)
@@ -99,16 +104,17 @@ T.Button {
     }
 
     Accessible.name: title
-    Accessible.onPressAction: control.clicked()
+    Accessible.onPressAction: {
+        if (control.enabled)
+            control.clicked();
+    }
 
-    contentItem: Text {
+    contentItem: LKText {
         text: control.title
         font: control.font
         color: control.textColor
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
-        maximumLineCount: 1
     }
 
     background: Rectangle {
@@ -119,7 +125,7 @@ T.Button {
 
         Behavior on color  {
             LKColorMotion {
-                duration: control.down ? LK.motion.press : LK.motion.hover
+                duration: control.fillMotion
             }
         }
 

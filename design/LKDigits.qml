@@ -1,48 +1,63 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Templates as T
 import Larkspan.Design
 
-// A number, or a text about one, whose digits all take the same room, so that it doesn't tremble while it counts.
-Row {
+// A text that counts: its digits are all as wide, so that it keeps its place while it runs.
+T.Control {
     id: digits
 
     property string text
-    property font font: LK.font(11)
     property color color: LK.palette.textTertiary
+    // Of the tag that it stands on, if any.
+    property color fill: "transparent"
 
-    readonly property real digitWidth: {
-        let widest = 0;
-        for (let digit = 0; digit < 10; ++digit)
-            widest = Math.max(widest, metrics.advanceWidth(String(digit)));
-        return widest;
-    }
+    readonly property var runs: text.match(/\d|\D+/g) ?? []
 
-    baselineOffset: metrics.ascent
+    // Numbers run from left to right everywhere.
+    LayoutMirroring.enabled: false
+    LayoutMirroring.childrenInherit: true
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    baselineOffset: topPadding + widest.baselineOffset
+    font: LK.font(11)
 
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 
-    FontMetrics {
-        id: metrics
+    // In a face of our kind none is wider than this one.
+    Text {
+        id: widest
 
+        visible: false
+        text: "0"
         font: digits.font
     }
 
-    Repeater {
-        model: digits.text.length
+    contentItem: Row {
+        Repeater {
+            model: digits.runs.length
 
-        Text {
-            required property int index
-            readonly property string letter: digits.text.charAt(index)
+            Text {
+                required property int index
 
-            width: letter >= "0" && letter <= "9" ? digits.digitWidth : implicitWidth
-            text: letter
-            font: digits.font
-            color: digits.color
-            horizontalAlignment: Text.AlignHCenter
-            textFormat: Text.PlainText
+                readonly property string run: digits.runs[index] ?? ""
 
-            Accessible.ignored: true // read as a whole
+                width: run >= "0" && run <= "9" ? widest.implicitWidth : implicitWidth
+                text: run
+                font: digits.font
+                color: digits.color
+                horizontalAlignment: Text.AlignHCenter
+                textFormat: Text.PlainText
+
+                Accessible.ignored: true // read as a whole
+            }
         }
+    }
+
+    background: Rectangle {
+        radius: 4
+        color: digits.fill
     }
 }

@@ -130,7 +130,16 @@ T.ComboBox {
 
     Accessible.name: label !== "" ? label : shownLabel
     Accessible.description: label !== "" ? shownLabel : ""
-    Accessible.onPressAction: popup.open()
+    Accessible.onPressAction: {
+        if (control.enabled)
+            popup.open();
+    }
+
+    // The template keeps the pointer from its label.
+    LKToolTip {
+        text: control.shownLabel
+        wanted: control.hovered && (control.contentItem as Text).truncated && !control.popup.visible
+    }
 
     contentItem: Text {
         text: control.shownLabel
@@ -141,11 +150,6 @@ T.ComboBox {
         elide: Text.ElideRight
         maximumLineCount: 1
         textFormat: Text.PlainText
-
-        LKToolTip {
-            text: control.shownLabel
-            wanted: control.contentItem.truncated && control.hovered && !control.popup.visible // qmllint disable
-        }
     }
 
     indicator: Text {
@@ -189,23 +193,24 @@ T.ComboBox {
         implicitHeight: 24
         leftPadding: 9
         rightPadding: 9
-        text: control.entries[index]?.label ?? ""
+        readonly property string label: control.entries[index]?.label ?? ""
+
+        text: label.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
         enabled: !control.isDisabled(index)
         highlighted: control.highlightedIndex === index
 
-        Accessible.name: text
+        Accessible.name: label
         Accessible.selected: control.currentIndex === index
-        Accessible.onPressAction: row.clicked()
+        Accessible.onPressAction: {
+            if (row.enabled)
+                row.clicked();
+        }
 
-        contentItem: Text {
-            text: row.text
+        contentItem: LKText {
+            text: row.label
             font: LK.font([11.5, 12.5, 13][control.size])
             color: row.enabled ? LK.palette.textPrimary : LK.palette.textDisabled
-            horizontalAlignment: Text.AlignLeft
             verticalAlignment: Text.AlignVCenter
-            elide: Text.ElideRight
-            maximumLineCount: 1
-            textFormat: Text.PlainText
         }
 
         background: Rectangle {

@@ -27,12 +27,23 @@ FocusScope {
     Accessible.name: title
     Accessible.description: description
 
+    // As high as a line of the description by itself.
+    Text {
+        id: oneLine
+
+        visible: false
+        text: " "
+        font: LK.font(12.5)
+    }
+
     Column {
         id: column
 
         width: parent.width
 
         Rectangle {
+            objectName: "mark"
+
             anchors.horizontalCenter: parent.horizontalCenter
             width: 44
             height: 28
@@ -44,33 +55,37 @@ FocusScope {
             antialiasing: true
         }
 
-        Text {
+        LKText {
             width: parent.width
             topPadding: 18
             text: state.title
             font: LK.font(15, Font.DemiBold)
-            color: LK.palette.textPrimary
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
-            textFormat: Text.PlainText
+            maximumLineCount: 3
         }
 
-        Text {
-            width: parent.width
-            topPadding: 8
-            text: state.description
-            font: LK.font(12.5)
-            color: LK.palette.textSecondary
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            lineHeight: fontMetrics.lineSpacing + 3
-            lineHeightMode: Text.FixedHeight
-            textFormat: Text.PlainText
+        Item {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: state.description !== ""
+            width: Math.min(parent.width, 420)
+            height: about.implicitHeight - about.spacing // which is between lines, and not below the last
 
-            FontMetrics {
-                id: fontMetrics
+            LKText {
+                id: about
 
+                readonly property real spacing: 3
+
+                width: parent.width
+                topPadding: 8
+                text: state.description
                 font: LK.font(12.5)
+                color: LK.palette.textSecondary
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                maximumLineCount: 12
+                lineHeight: oneLine.implicitHeight + spacing
+                lineHeightMode: Text.FixedHeight
             }
         }
 
@@ -93,7 +108,7 @@ FocusScope {
             onActivated: state.activated()
         }
 
-        Text {
+        LKText {
             visible: state.footnote !== ""
             width: parent.width
             topPadding: 14
@@ -101,7 +116,8 @@ FocusScope {
             font: LK.font(11)
             color: LK.palette.textTertiary
             horizontalAlignment: Text.AlignHCenter
-            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            maximumLineCount: 4
         }
     }
 }

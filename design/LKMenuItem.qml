@@ -19,17 +19,16 @@ T.MenuItem {
     Accessible.name: text
     Accessible.checkable: marked
     Accessible.checked: marked
-    Accessible.onPressAction: item.clicked()
+    Accessible.onPressAction: {
+        if (item.enabled)
+            item.clicked();
+    }
 
-    contentItem: Text {
+    contentItem: LKText {
         text: (item.marked ? "✓ " : "") + item.text
         font: item.font
         color: item.enabled ? LK.palette.textPrimary : LK.palette.textDisabled
-        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
-        maximumLineCount: 1
-        textFormat: Text.PlainText
     }
 
     arrow: LKIcon {

@@ -15,44 +15,41 @@ T.ProgressBar {
     implicitHeight: 30
     from: 0
     to: 1
-    value: total > 0 ? Math.min(done / total, 1) : 0
+    value: total > 0 ? Math.max(0, Math.min(done / total, 1)) : 0
 
     readonly property string counter: qsTr("%1 of %2").arg(done).arg(total)
 
-    Accessible.role: Accessible.ProgressBar
     Accessible.name: label
     Accessible.description: counter
 
-    contentItem: GridLayout {
-        columns: 2
-        columnSpacing: 8
-        rowSpacing: 8
+    contentItem: Item {
+        RowLayout {
+            width: parent.width
+            height: 18
+            spacing: 8
 
-        Text {
-            Layout.fillWidth: true
-            text: control.label
-            font: LK.font(12.5, Font.Medium)
-            color: LK.palette.textPrimary
-            elide: Text.ElideMiddle
-            maximumLineCount: 1
-            textFormat: Text.PlainText
-        }
+            LKText {
+                Layout.fillWidth: true
+                text: control.label
+                font: LK.font(12.5, Font.Medium)
+                elide: Text.ElideMiddle
+            }
 
-        Text {
-            Layout.alignment: Qt.AlignBaseline
-            text: control.counter
-            font: LK.font(11)
-            color: LK.palette.textTertiary
+            LKDigits {
+                text: control.counter
+            }
         }
 
         Rectangle {
-            Layout.columnSpan: 2
-            Layout.fillWidth: true
-            Layout.preferredHeight: 4
+            y: 26
+            width: parent.width
+            height: 4
             radius: 2
             color: LK.palette.surfacePressed
 
             Rectangle {
+                objectName: "fill"
+                x: control.mirrored ? parent.width - width : 0
                 width: parent.width * control.value
                 height: 4
                 radius: 2

@@ -81,7 +81,7 @@ T.Pane {
                 implicitHeight: 18 + 4 * control.size
                 leftPadding: 10
                 rightPadding: 10
-                text: modelData.label
+                text: modelData.label.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
                 font: LK.font([10.5, 11.5, 12][control.size], isSelected ? Font.DemiBold : Font.Normal)
                 enabled: !control.disabledValues.includes(modelData.value)
                 opacity: enabled ? 1 : 0.4
@@ -101,8 +101,11 @@ T.Pane {
                     }
                 }
 
-                Accessible.name: text
-                Accessible.onPressAction: control.choose(index)
+                Accessible.name: modelData.label
+                Accessible.onPressAction: {
+                    if (segment.enabled)
+                        control.choose(index);
+                }
                 Accessible.selectable: true
                 Accessible.selected: isSelected
 
@@ -111,20 +114,17 @@ T.Pane {
                     id: widest
 
                     visible: false
-                    text: segment.text
+                    text: segment.modelData.label
                     textFormat: Text.PlainText
                     font: LK.font([10.5, 11.5, 12][control.size], Font.DemiBold)
                 }
 
-                contentItem: Text {
-                    text: segment.text
+                contentItem: LKText {
+                    text: segment.modelData.label
                     font: segment.font
                     color: segment.isSelected ? LK.palette.textPrimary : LK.palette.textSecondary
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
-                    maximumLineCount: 1
-                    elide: Text.ElideRight
-                    textFormat: Text.PlainText
 
                     Behavior on color  {
                         LKColorMotion {

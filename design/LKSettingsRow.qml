@@ -31,29 +31,22 @@ T.Control {
             Layout.fillWidth: true
             spacing: 3
 
-            Text {
+            LKText {
                 width: parent.width
                 text: row.label
                 font: LK.font(13)
-                color: LK.palette.textPrimary
-                horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 maximumLineCount: 3
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
             }
 
-            Text {
+            LKText {
                 visible: row.sublabel !== ""
                 width: parent.width
                 text: row.sublabel
                 font: LK.font(11)
                 color: LK.palette.textTertiary
-                horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 maximumLineCount: 6
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
             }
         }
 

@@ -12,7 +12,7 @@ T.AbstractButton {
         Warning
     }
 
-    property alias label: control.text
+    property string label
     property int count: -1 // below 0: none
     property bool selected: false
     property int tone: LKSidebarRow.Neutral
@@ -26,37 +26,46 @@ T.AbstractButton {
     // By mouse, by keyboard or by assistive technology.
     signal activated
 
+    text: label.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
     implicitWidth: 220
     implicitHeight: 26
     leftPadding: 8
     rightPadding: 8
     spacing: 6
+    opacity: enabled ? 1 : 0.45
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
     onClicked: control.activated()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            control.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            control.clicked();
+    }
 
-    Accessible.role: Accessible.ListItem
     Accessible.name: hasCount ? qsTr("%1, %2").arg(label).arg(count) : label
     Accessible.selectable: true
     Accessible.selected: selected
+    Accessible.onPressAction: {
+        if (control.enabled)
+            control.clicked();
+    }
 
     contentItem: RowLayout {
         spacing: control.spacing
 
-        Text {
+        LKText {
             Layout.fillWidth: true
-            text: control.text
+            text: control.label
             font: LK.font(11.5, control.selected ? Font.Medium : Font.Normal)
             color: control.selected ? LK.palette.textPrimary : LK.palette.textSecondary
-            elide: Text.ElideRight
-            maximumLineCount: 1
-            textFormat: Text.PlainText
         }
 
-        Text {
+        LKDigits {
             visible: control.hasCount
-            horizontalAlignment: Text.AlignRight
             leftPadding: control.isWarning ? 6 : 0
             rightPadding: leftPadding
             topPadding: control.isWarning ? 2 : 0
@@ -64,14 +73,7 @@ T.AbstractButton {
             text: control.count
             font: control.isWarning ? LK.font(10, Font.DemiBold) : LK.font(11)
             color: control.isWarning ? LK.palette.warning : LK.palette.textTertiary
-
-            Rectangle {
-                anchors.fill: parent
-                z: -1
-                radius: 4
-                color: LK.palette.warningSubtle
-                visible: control.isWarning
-            }
+            fill: control.isWarning ? LK.palette.warningSubtle : "transparent"
         }
     }
 

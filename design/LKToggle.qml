@@ -35,7 +35,10 @@ T.AbstractButton {
     Accessible.name: label
     Accessible.checkable: true
     Accessible.checked: isOn
-    Accessible.onPressAction: control.flip()
+    Accessible.onPressAction: {
+        if (control.enabled)
+            control.flip();
+    }
 
     indicator: Rectangle {
         implicitWidth: 34

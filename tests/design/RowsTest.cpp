@@ -4,6 +4,15 @@ using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+QColor fillOfBadge(const QQuickItem *badge)
+{
+    return colorOf(findNamed(const_cast<QQuickItem *>(badge), u"fill"_s));
+}
+
+} // namespace
+
 TEST(LKSettingsRow, HasItsTextsLeadingAndItsControlTrailing)
 {
     Scene scene(document("LKSettingsRow { objectName: 'row'; width: 400; label: 'Sounds'; "
@@ -64,11 +73,11 @@ TEST(LKBadge, HasThePaddingFontAndColoursOfItsTone)
         const QQuickItem *warning = findShown(scene.root(), u"check"_s);
         const QQuickItem *neutral = findShown(scene.root(), u"plain"_s);
         EXPECT_EQ(colorOf(accent), palette.accent);
-        EXPECT_EQ(fillOf(accent), palette.accentSubtle);
+        EXPECT_EQ(fillOfBadge(accent), palette.accentSubtle);
         EXPECT_EQ(colorOf(warning), palette.warning);
-        EXPECT_EQ(fillOf(warning), palette.warningSubtle);
+        EXPECT_EQ(fillOfBadge(warning), palette.warningSubtle);
         EXPECT_EQ(colorOf(neutral), palette.textSecondary);
-        EXPECT_EQ(fillOf(neutral), palette.surfaceHover);
+        EXPECT_EQ(fillOfBadge(neutral), palette.surfaceHover);
         for (const QQuickItem *badge : {accent, warning, neutral}) {
             EXPECT_TRUE(hasFont(badge, 10, QFont::DemiBold));
             EXPECT_NEAR(badge->width(), badge->property("contentWidth").toDouble() + 14, 1);
