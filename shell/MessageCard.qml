@@ -74,7 +74,7 @@ FocusScope {
 
                     readonly property int answer: card.answers.length - 1 - index
 
-                    title: card.answers[answer]
+                    title: card.answers[answer] ?? ""
                     kind: index === 0 ? LKButton.Accent : LKButton.Standard
                     focus: index === 0
                     onActivated: card.answered(answer)

@@ -43,6 +43,22 @@ void Desktop::click(const QQuickItem &item)
     xdotool(QStringList{u"mousemove"_s} + placeOf(item) + QStringList{u"sleep"_s, u"0.05"_s, u"click"_s, u"1"_s});
 }
 
+void Desktop::doubleClick(const QQuickItem &item)
+{
+    xdotool(QStringList{u"mousemove"_s} + placeOf(item) +
+            QStringList{u"sleep"_s, u"0.05"_s, u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"60"_s, u"1"_s});
+}
+
+void Desktop::drag(QPoint from, QPoint to)
+{
+    const auto at = [](QPoint point) {
+        return QStringList{u"mousemove"_s, QString::number(point.x()), QString::number(point.y()), u"sleep"_s,
+                           u"0.15"_s};
+    };
+    xdotool(at(from) + QStringList{u"mousedown"_s, u"1"_s, u"sleep"_s, u"0.15"_s} + at(from + (to - from) / 4) +
+            at(from + (to - from) / 2) + at(to) + at(to) + QStringList{u"mouseup"_s, u"1"_s});
+}
+
 void Desktop::key(const QString &name)
 {
     xdotool({u"key"_s, name});

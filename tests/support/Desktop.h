@@ -19,6 +19,9 @@ public:
 
     static void moveTo(const QQuickItem &item);
     static void click(const QQuickItem &item);
+    static void doubleClick(const QQuickItem &item);
+    // Presses at one point of the screen, moves to another as a hand does, and lets go.
+    static void drag(QPoint from, QPoint to);
     // Keys by xdotool's names: "Tab", "Return", "shift+Tab".
     static void key(const QString &name);
     // Drags items from another program's window and drops them on an item.

@@ -1,0 +1,79 @@
+// The window closed while footage is copied.
+#include "tests/shell/ShellWindow.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class ClosingTest : public ShellWindowTest
+{
+protected:
+    void startCopy()
+    {
+        open();
+        SortOptions options = engine.options();
+        options.fileHandling = FileHandling::copy;
+        engine.setOptions(options);
+        sort();
+        engine.exportEvent();
+        copying.awaitArrival();
+        window->close();
+        (void)shown(question);
+    }
+
+    const QString question = u"Footage is still being copied"_s;
+};
+
+} // namespace
+
+TEST_F(ClosingTest, AWindowWithNothingToCopyClosesAtOnce)
+{
+    open();
+    sort();
+    window->close();
+    EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(ClosingTest, FinishingClosesOnceTheEventIsWritten)
+{
+    startCopy();
+    Desktop::click(shown(u"Finish, Then Close"_s));
+    (void)shown(u"Closing when the copy is done…"_s);
+    EXPECT_TRUE(window->isVisible());
+    copying.open();
+    EXPECT_TRUE(waitUntil([this] { return !window->isVisible(); }));
+    EXPECT_EQ(copied, 1);
+    EXPECT_EQ(engine.stage().kind, StageKind::done);
+}
+
+TEST_F(ClosingTest, StoppingClosesOnceTheFileInWorkIsDone)
+{
+    startCopy();
+    Desktop::click(shown(u"Stop and Close"_s));
+    (void)shown(u"Stopping the copy…"_s);
+    EXPECT_TRUE(window->isVisible());
+    copying.open();
+    EXPECT_TRUE(waitUntil([this] { return !window->isVisible(); }));
+    EXPECT_EQ(copied, 1);
+    EXPECT_FALSE(engine.isCopying());
+}
+
+TEST_F(ClosingTest, KeepingItOpenLetsTheCopyGoOn)
+{
+    startCopy();
+    Desktop::click(shown(u"Keep Open"_s));
+    ASSERT_TRUE(goes(question));
+    copying.open();
+    EXPECT_TRUE(reaches(engine, StageKind::done));
+    EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(ClosingTest, TheQuestionGoesWhenTheCopyEndsBeforeItsAnswer)
+{
+    startCopy();
+    copying.open();
+    EXPECT_TRUE(goes(question));
+    EXPECT_TRUE(window->isVisible());
+}

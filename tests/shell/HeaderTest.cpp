@@ -1,0 +1,111 @@
+// The header's popovers.
+#include "tests/shell/ShellWindow.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using testing::SizeIs;
+
+namespace {
+
+class HeaderTest : public ShellWindowTest
+{
+protected:
+    void openSwitcher()
+    {
+        Desktop::click(shown(u"Projects"_s));
+        (void)shown(u"Reopen a sorted shoot, or start a new one."_s);
+    }
+
+    QString name() const { return shoot.lastPathComponent(); }
+};
+
+} // namespace
+
+TEST_F(HeaderTest, TheSwitcherSaysWhenThereIsNothingToReopen)
+{
+    open();
+    openSwitcher();
+    (void)shown(u"Sorted shoots are saved here so you can reopen them without re-running."_s);
+    (void)shown(u"Sort results are cached on this Mac. Footage and thumbnails are not."_s);
+    EXPECT_FALSE(isShown(u"RECENT"_s));
+    Desktop::key(u"Escape"_s);
+    EXPECT_TRUE(goes(u"New Project"_s));
+}
+
+TEST_F(HeaderTest, NewProjectClearsTheWorkspaceAndTheProjectIsReopenedFromTheSwitcher)
+{
+    open();
+    sort();
+    openSwitcher();
+    (void)shown(u"2 clips · 2 bins · 1 to review"_s);
+    Desktop::key(u"Return"_s); // New Project has the keyboard at once
+    EXPECT_TRUE(waitUntil([this] { return engine.stage().kind == StageKind::empty; }));
+    ASSERT_TRUE(goes(u"New Project"_s));
+    openSwitcher();
+    Desktop::click(shown(name()));
+    EXPECT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(engine.clips(), SizeIs(2));
+}
+
+TEST_F(HeaderTest, AProjectWithNothingToReviewShowsTwoPartsOnly)
+{
+    open();
+    sort();
+    engine.confirmAll();
+    openSwitcher();
+    (void)shown(u"2 clips · 2 bins"_s);
+}
+
+TEST_F(HeaderTest, AProjectIsRenamedAndARenameToBlanksLeavesTheName)
+{
+    open();
+    sort();
+    openSwitcher();
+    Desktop::click(shown(u"Rename"_s));
+    Desktop::key(u"ctrl+a"_s);
+    Desktop::key(u"V"_s);
+    Desktop::click(shown(u"Save name"_s));
+    EXPECT_TRUE(waitUntil([this] { return engine.projects().front().name == u"V"_s; }));
+    ASSERT_TRUE(goes(u"Save name"_s));
+    Desktop::click(shown(u"Rename"_s));
+    Desktop::key(u"ctrl+a"_s);
+    Desktop::key(u"space"_s);
+    Desktop::key(u"Return"_s);
+    ASSERT_TRUE(goes(u"Save name"_s));
+    EXPECT_EQ(engine.projects().front().name, u"V"_s);
+}
+
+TEST_F(HeaderTest, DeletingTheCurrentProjectLeavesTheClipsOnScreen)
+{
+    open();
+    sort();
+    openSwitcher();
+    Desktop::click(shown(u"Remove from recents"_s));
+    EXPECT_TRUE(waitUntil([this] { return engine.projects().empty(); }));
+    EXPECT_THAT(engine.clips(), SizeIs(2));
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+}
+
+TEST_F(HeaderTest, TheFirstClickOnTheProfilesRowOpensPreferences)
+{
+    open();
+    Desktop::click(shown(u"My Account"_s));
+    Desktop::click(shown(u"General App Settings"_s));
+    EXPECT_TRUE(waitUntil([this] { return app.property("showPreferences").toBool(); }));
+    EXPECT_TRUE(goes(u"General App Settings"_s));
+}
+
+TEST_F(HeaderTest, AnEmptyAccountNameShowsAnEmptyLabelThatStillOpens)
+{
+    app.setAccountName(QString());
+    open();
+    EXPECT_FALSE(isShown(u"My Account"_s));
+}
+
+TEST_F(HeaderTest, BackLeadsToTheLauncher)
+{
+    open();
+    Desktop::click(shown(u"Back to Larkspan"_s));
+    EXPECT_TRUE(waitUntil([this] { return app.view() == AppState::ViewMode::Landing; }));
+}

@@ -1,0 +1,97 @@
+// What a menu bar would hold, and the diagnostics that it writes.
+#include "tests/shell/ShellWindow.h"
+#include "tests/support/FfmpegMedia.h"
+#include "tests/support/Unprivileged.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class MenuTest : public ShellWindowTest
+{
+protected:
+    MenuTest() { qputenv("HOME", QByteArray::fromStdString(desk.path().string())); }
+    ~MenuTest() override { qputenv("HOME", home); }
+
+    void openDiagnostics()
+    {
+        Desktop::key(u"F10"_s);
+        (void)shown(u"Preferences…"_s);
+        Desktop::click(shown(u"Diagnostics"_s));
+        (void)shown(u"Export Vision Vocabulary…"_s);
+    }
+
+    QObject &panel(const QString &name) const
+    {
+        auto *found = window->findChild<QObject *>(name);
+        EXPECT_NE(found, nullptr);
+        EXPECT_TRUE(waitUntil([&] { return found->property("visible").toBool(); }));
+        return *found;
+    }
+
+    // As if the editor had pressed Save.
+    static void accept(QObject &panel) { QMetaObject::invokeMethod(&panel, "accept"); }
+
+    const QByteArray home = qgetenv("HOME");
+};
+
+} // namespace
+
+TEST_F(MenuTest, PreferencesAreReachedByTheKeyboardAlone)
+{
+    open();
+    Desktop::key(u"F10"_s);
+    (void)shown(u"Preferences…"_s);
+    Desktop::key(u"Down"_s);
+    Desktop::key(u"Return"_s);
+    EXPECT_TRUE(waitUntil([this] { return app.property("showPreferences").toBool(); }));
+}
+
+TEST_F(MenuTest, WithoutClipsOnlyTheVocabularyCanBeExported)
+{
+    open();
+    openDiagnostics();
+    EXPECT_FALSE(shown(u"Export Clip Diagnostics (CSV)…"_s).isEnabled());
+    Desktop::click(shown(u"Export Vision Vocabulary…"_s));
+    QObject &save = panel(u"vocabularyPanel"_s);
+    accept(save);
+    const fs::path file = desk / "vision-vocabulary.txt";
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(file); }));
+    EXPECT_EQ(bytesOf(file), "bed\nsofa");
+}
+
+TEST_F(MenuTest, TheDiagnosticsOfTheClipsAreWrittenWhereTheEditorSays)
+{
+    open();
+    sort();
+    openDiagnostics();
+    Desktop::click(shown(u"Export Clip Diagnostics (CSV)…"_s));
+    QObject &save = panel(u"clipDiagnosticsPanel"_s);
+    accept(save);
+    const fs::path file = desk / "binnacle-diagnostics.csv";
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(file); }));
+    EXPECT_THAT(bytesOf(file),
+                testing::StartsWith("clip,primary_bin,extra_bins,confidence,human_fraction,vertical,identifier,"
+                                    "identifier_confidence\n"));
+}
+
+TEST_F(MenuTest, AFileThatCannotBeWrittenIsSaidAndNothingIsLeft)
+{
+    open();
+    openDiagnostics();
+    Desktop::click(shown(u"Export Vision Vocabulary…"_s));
+    QObject &save = panel(u"vocabularyPanel"_s);
+    {
+        const Unprivileged user; // who may not write there
+        accept(save);
+    }
+    (void)shown(u"The file couldn't be written"_s);
+    (void)shown(u"Permission denied"_s);
+    Desktop::click(shown(u"OK"_s));
+    EXPECT_TRUE(goes(u"The file couldn't be written"_s));
+    EXPECT_FALSE(fs::exists(desk / "vision-vocabulary.txt"));
+}

@@ -1,0 +1,163 @@
+// Preferences, by mouse and keyboard.
+#include "tests/shell/ShellWindow.h"
+#include "tests/support/Unprivileged.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class PreferencesTest : public ShellWindowTest
+{
+protected:
+    // The control at the end of the row with this label.
+    QQuickItem &controlOf(const QString &label)
+    {
+        (void)shown(label);
+        QQuickItem *row = findLabelled(window->contentItem(), label);
+        if (row == nullptr) {
+            throw std::runtime_error("no control: " + label.toStdString());
+        }
+        return *row;
+    }
+
+    static QQuickItem *findField(QQuickItem *root)
+    {
+        for (QQuickItem *child : root->childItems()) {
+            if (child->isVisible() && child->property("placeholderText") == u"My Account"_s) {
+                return child;
+            }
+            if (QQuickItem *found = findField(child)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    static QQuickItem *findLabelled(QQuickItem *root, const QString &label)
+    {
+        for (QQuickItem *child : root->childItems()) {
+            if (child->isVisible() && child->property("label") == label && child->property("isOn").isValid() &&
+                child->property("sublabel").isNull()) {
+                return child;
+            }
+            if (QQuickItem *found = findLabelled(child, label)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+};
+
+} // namespace
+
+TEST_F(PreferencesTest, OpenOnSortingInTheSortToolAndHoldEachChangeAtOnce)
+{
+    open();
+    Desktop::key(u"ctrl+comma"_s);
+    (void)shown(u"Binnacle Preferences"_s);
+    (void)shown(u"Changes apply to the next sort."_s);
+    Desktop::click(controlOf(u"Split repeated rooms"_s));
+    EXPECT_TRUE(waitUntil([this] { return !engine.options().splitRepeatedRooms; }));
+    EXPECT_EQ(store.boolean(u"lkSplitRooms"_s), false);
+    EXPECT_EQ(store.boolean(u"lkOpenPlan"_s), true); // all keys, whichever changed
+    // Of the sheet: the footer below has one too.
+    Desktop::click(*findShown(shown(u"Binnacle Preferences"_s).parentItem(), u"Cloud AI"_s));
+    EXPECT_TRUE(waitUntil([this] { return engine.modelTier() == ModelTier::cloud; }));
+    EXPECT_EQ(store.string(u"modelTier"_s), u"cloud"_s);
+    (void)shown(u"Sends a few downscaled still frames to a vision model. Much better on hard shots — doorways, open "
+                "plan, staged vs. empty rooms. Source footage never leaves this Mac."_s);
+}
+
+TEST_F(PreferencesTest, OpenOnGeneralFromTheLauncher)
+{
+    open();
+    app.closeTool();
+    ASSERT_TRUE(waitUntil([this] { return app.view() == AppState::ViewMode::Landing; }));
+    Desktop::key(u"ctrl+comma"_s);
+    (void)shown(u"Larkspan Preferences"_s);
+    (void)shown(u"Settings apply across every tool."_s);
+    (void)shown(u"Version 1.0 (build 7) · Sort model 1.0"_s);
+    Desktop::click(shown(u"Light"_s));
+    EXPECT_TRUE(waitUntil([this] { return app.theme() == LK::Theme::Light; }));
+    EXPECT_EQ(store.string(u"lkAppearance"_s), u"light"_s);
+}
+
+TEST_F(PreferencesTest, ATabThatIsUnknownShowsGeneral)
+{
+    open();
+    app.openPreferences();
+    app.setProperty("preferencesTab", u"Nonsense"_s);
+    (void)shown(u"Sound Effects"_s);
+}
+
+TEST_F(PreferencesTest, GoWithTheirCloseControlOrAPressOnTheScrimAndStayForOneOnTheSheet)
+{
+    open();
+    app.openPreferences();
+    QQuickItem &title = shown(u"Binnacle Preferences"_s);
+    Desktop::click(title);
+    drain();
+    EXPECT_EQ(app.property("showPreferences"), true);
+    const QPoint scrim = window->mapToGlobal(QPoint(60, 700));
+    Desktop::drag(scrim, scrim);
+    EXPECT_TRUE(waitUntil([this] { return !app.property("showPreferences").toBool(); }));
+    ASSERT_TRUE(goes(u"Binnacle Preferences"_s));
+}
+
+TEST_F(PreferencesTest, LaunchAtLoginGoesThroughTheDesktopAndARefusalSnapsTheToggleBack)
+{
+    open();
+    app.openPreferences();
+    app.setProperty("preferencesTab", u"General"_s);
+    QQuickItem &toggle = controlOf(u"Launch Larkspan at login"_s);
+    Desktop::click(toggle);
+    EXPECT_TRUE(waitUntil([this] { return fs::exists(desk / "autostart/larkspan.desktop"); }));
+    EXPECT_EQ(toggle.property("isOn"), true);
+    Desktop::click(toggle);
+    EXPECT_TRUE(waitUntil([this] { return !fs::exists(desk / "autostart/larkspan.desktop"); }));
+    EXPECT_EQ(toggle.property("isOn"), false);
+
+    fs::permissions(desk / "autostart",
+                    fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read | fs::perms::others_exec);
+    int changes = 0;
+    QObject::connect(&app, &AppState::launchAtLoginChanged, [&changes] { ++changes; });
+    {
+        const Unprivileged user;
+        Desktop::click(toggle);
+        EXPECT_TRUE(waitUntil([&changes] { return changes == 2; }));
+    }
+    fs::permissions(desk / "autostart", fs::perms::owner_all);
+    EXPECT_EQ(toggle.property("isOn"), false);
+    EXPECT_FALSE(app.launchAtLogin());
+}
+
+TEST_F(PreferencesTest, TheShootsFolderReadsNotSetUntilItIsChosen)
+{
+    open();
+    app.openPreferences();
+    app.setProperty("preferencesTab", u"Import"_s);
+    (void)shown(u"Not set"_s);
+    folderToChoose = FileUrl(desk.path());
+    Desktop::click(shown(u"Choose…"_s));
+    EXPECT_TRUE(waitUntil([this] { return engine.importRoot() == FileUrl(desk.path()); }));
+    (void)shown(QString::fromStdString(desk.path().string()));
+}
+
+TEST_F(PreferencesTest, TheAccountNameIsStoredAsItIsWritten)
+{
+    open();
+    app.openPreferences();
+    app.setProperty("preferencesTab", u"Account"_s);
+    QQuickItem *field = nullptr;
+    ASSERT_TRUE(waitUntil([&] { return (field = findField(window->contentItem())) != nullptr; }));
+    drain();
+    Desktop::click(*field);
+    ASSERT_TRUE(waitUntil([&] { return field->hasActiveFocus(); }));
+    Desktop::key(u"ctrl+a"_s);
+    Desktop::key(u"V"_s);
+    EXPECT_TRUE(waitUntil([this] { return store.string(u"lkAccountName"_s) == u"V"_s; }));
+}

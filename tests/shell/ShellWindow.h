@@ -1,0 +1,109 @@
+#pragma once
+
+#include <QtQml/QQmlApplicationEngine>
+#include <QtQuick/QQuickWindow>
+
+#include "screens/ClipThumbnails.h"
+#include "shell/AppState.h"
+#include "shell/DiagnosticsExport.h"
+#include "shell/FolderRequest.h"
+#include "shell/VolumeWatcherForeign.h"
+#include "tests/core/SortEngineFixture.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/Items.h"
+
+namespace larkspan::test {
+
+// The program's window on a display, over an engine whose media and copies are made by hand.
+class ShellWindowTest : public SortEngineTest
+{
+protected:
+    ShellWindowTest()
+    {
+        qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
+        qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(engine)); // owned by qml
+    }
+
+    // Shows the window, past the intro and with the sort tool open unless told otherwise.
+    void open()
+    {
+        openInIntro();
+        app.finishIntro();
+        app.openTool(QStringLiteral("binnacle"));
+        (void)shown(QStringLiteral("Choose Folder"));
+    }
+
+    void openInIntro()
+    {
+        qml.setInitialProperties({
+            {QStringLiteral("app"), QVariant::fromValue(&app)},
+            {QStringLiteral("engine"), QVariant::fromValue(&engine)},
+            {QStringLiteral("volumeWatcher"), QVariant::fromValue(&watcher)},
+            {QStringLiteral("folderRequest"), QVariant::fromValue(&folders)},
+            {QStringLiteral("diagnostics"), QVariant::fromValue(&diagnostics)},
+            {QStringLiteral("buildNumber"), 7},
+        });
+        qml.load(QStringLiteral("qrc:/qt/qml/Larkspan/Shell/RootView.qml"));
+        ASSERT_FALSE(qml.rootObjects().isEmpty());
+        window = qobject_cast<QQuickWindow *>(qml.rootObjects().first());
+        ASSERT_TRUE(Desktop::awaitWindow(*window));
+    }
+
+    // What is shown with this text and at rest; the test fails when it doesn't come up.
+    QQuickItem &shown(const QString &text)
+    {
+        QQuickItem *item = nullptr;
+        QPointF last;
+        if (!waitUntil([&] {
+                item = findShown(window->contentItem(), text);
+                const QPointF now = item ? item->mapToScene({}) : QPointF();
+                return std::exchange(last, now) == now && item != nullptr;
+            })) {
+            throw std::runtime_error("not shown: " + text.toStdString());
+        }
+        return *item;
+    }
+
+    bool isShown(const QString &text) const { return findShown(window->contentItem(), text) != nullptr; }
+    [[nodiscard]] bool goes(const QString &text)
+    {
+        return waitUntil([&] { return !isShown(text); });
+    }
+
+    // Sorts a shoot of a kitchen and a clip without frames.
+    void sort()
+    {
+        makeClips({"kitchen 1", "dark 2"});
+        engine.sortFolder(shoot);
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+
+    SortSeams windowSeams()
+    {
+        auto parts = seams();
+        parts.organizeByBin = [this](const auto &...) -> OrganizeAnswer {
+            copying.pass();
+            ++copied;
+            return {};
+        };
+        parts.settings = &store;
+        return parts;
+    }
+
+    Gate copying;
+    std::atomic<int> copied = 0;
+    const TempFolder desk; // the user's own folders
+    SettingsStore store{QString::fromStdString((desk / "settings.ini").string())};
+    SystemAppearance system;
+    AppState app{store, system, LoginItem(desk / "autostart", "/usr/bin/larkspan"), [](bool) {}};
+    SortEngine engine{windowSeams()};
+    VolumeWatcher watcher{VolumeWatcher::System{.mountTable = desk.write("mounts"), .deviceTree = desk.path()}};
+    FolderRequest folders;
+    DiagnosticsExport diagnostics{engine, [] {
+                                      return std::vector<QString>{QStringLiteral("sofa"), QStringLiteral("bed")};
+                                  }};
+    QQmlApplicationEngine qml; // last: what it shows goes before what is shown
+    QQuickWindow *window = nullptr;
+};
+
+} // namespace larkspan::test

@@ -1,0 +1,119 @@
+// The window itself: its frame, what it shows when, and what lies above.
+#include <QtQml/QQmlExtensionPlugin>
+
+#include "tests/shell/ShellWindow.h"
+
+Q_IMPORT_QML_PLUGIN(Larkspan_ShellPlugin)
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class WindowTest : public ShellWindowTest
+{};
+
+} // namespace
+
+TEST_F(WindowTest, OpensInItsIdealSizeWithoutATitleBar)
+{
+    open();
+    EXPECT_EQ(window->size(), QSize(1180, 790));
+    EXPECT_EQ(window->frameMargins(), QMargins());
+    EXPECT_EQ(window->title(), u"Larkspan"_s);
+}
+
+TEST_F(WindowTest, CannotBeMadeSmallerThanItsContentByItsCorner)
+{
+    open();
+    const QPoint corner = window->mapToGlobal(QPoint(window->width() - 3, window->height() - 3));
+    Desktop::drag(corner, corner - QPoint(100, 60));
+    EXPECT_TRUE(waitUntil([this] { return window->width() < 1180 && window->height() < 790; }));
+    const QPoint nextCorner = window->mapToGlobal(QPoint(window->width() - 3, window->height() - 3));
+    Desktop::drag(nextCorner, nextCorner - QPoint(600, 500));
+    EXPECT_TRUE(waitUntil([this] { return window->size() == QSize(980, 640); }))
+        << window->width() << " x " << window->height();
+}
+
+TEST_F(WindowTest, IsMovedByItsHeaderAndFillsTheScreenOnADoubleClick)
+{
+    open();
+    const QPoint before = window->position();
+    const QPoint hold = window->mapToGlobal(QPoint(590, 20));
+    Desktop::drag(hold, hold + QPoint(60, 40));
+    // Less the way that it takes to tell a drag from a press.
+    EXPECT_TRUE(waitUntil([&] { return window->x() > before.x() + 20 && window->y() > before.y() + 10; }));
+    QQuickItem &title = shown(u"Larkspan"_s); // of the header: no control
+    Desktop::doubleClick(title);
+    EXPECT_TRUE(waitUntil([this] { return window->visibility() == QWindow::Maximized; }));
+    EXPECT_TRUE(waitUntil([this] { return window->width() == 1600; }));
+    Desktop::doubleClick(title);
+    EXPECT_TRUE(waitUntil([this] { return window->visibility() == QWindow::Windowed; }));
+    EXPECT_TRUE(waitUntil([this] { return window->size() == QSize(1180, 790); }));
+}
+
+TEST_F(WindowTest, PreferencesAskedForDuringTheIntroShowAfterIt)
+{
+    app.openPreferences();
+    openInIntro();
+    app.finishIntro();
+    (void)shown(u"General"_s);
+}
+
+TEST_F(WindowTest, EscapeClosesThePreviewThenPreferencesThenNothing)
+{
+    open();
+    sort();
+    app.openPreferences();
+    (void)shown(u"Binnacle Preferences"_s);
+    engine.setPreviewClip(engine.clips().front());
+    Desktop::key(u"Escape"_s);
+    EXPECT_TRUE(waitUntil([this] { return !engine.hasPreview(); }));
+    EXPECT_EQ(app.property("showPreferences"), true);
+    Desktop::key(u"Escape"_s);
+    EXPECT_TRUE(waitUntil([this] { return !app.property("showPreferences").toBool(); }));
+    ASSERT_TRUE(goes(u"Binnacle Preferences"_s));
+    Desktop::key(u"Escape"_s);
+    drain();
+    EXPECT_TRUE(app.isSortToolOpen());
+    EXPECT_FALSE(app.closing());
+}
+
+TEST_F(WindowTest, BackShowsTheLauncherAndTheToolComesBackAsItWas)
+{
+    open();
+    sort();
+    (void)shown(u"Sort Again"_s);
+    app.closeTool();
+    ASSERT_TRUE(goes(u"Sort Again"_s));
+    EXPECT_TRUE(waitUntil([this] { return app.view() == AppState::ViewMode::Landing; }));
+    app.openTool(u"binnacle"_s);
+    (void)shown(u"Sort Again"_s);
+}
+
+TEST_F(WindowTest, TheTitleTellsTheProgressOnlyWhileTheWindowIsNotInFront)
+{
+    open();
+    makeClips({"kitchen 1", "pool 2"});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.setOptions([this] {
+        SortOptions options = engine.options();
+        options.fileHandling = FileHandling::copy;
+        return options;
+    }());
+    engine.exportEvent();
+    copying.awaitArrival();
+    EXPECT_EQ(window->title(), u"Larkspan"_s);
+    QWindow other;
+    other.resize(200, 200);
+    other.show();
+    other.requestActivate();
+    EXPECT_TRUE(waitUntil([this] { return window->title() == u"0% – Larkspan"_s; })) << window->title().toStdString();
+    other.hide();
+    window->requestActivate();
+    EXPECT_TRUE(waitUntil([this] { return window->title() == u"Larkspan"_s; }));
+    copying.open();
+    EXPECT_TRUE(reaches(engine, StageKind::done));
+}
