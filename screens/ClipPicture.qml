@@ -8,9 +8,10 @@ Image {
     property int cornerRadius: 4
     property bool roundsBottom: true
 
-    readonly property bool hasSize: width >= 1 && height >= 1
+    // Neither holds while a delegate is made or let go.
+    readonly property bool isShown: width >= 1 && height >= 1 && picture.toString() !== ""
 
-    source: hasSize ? picture + "?radius=" + cornerRadius * Screen.devicePixelRatio + (roundsBottom ? "" : "&top") : ""
+    source: isShown ? picture + "?radius=" + cornerRadius * Screen.devicePixelRatio + (roundsBottom ? "" : "&top") : ""
     sourceSize.width: width * Screen.devicePixelRatio
     sourceSize.height: height * Screen.devicePixelRatio
     fillMode: Image.Stretch
