@@ -12,6 +12,7 @@
 // A view is added by a line in views(): its name, the QML that makes it, and how it is stirred before each frame.
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -31,10 +32,13 @@
 #include <QtTest/QTest>
 
 #include "bench/FrameClock.h"
+#include "bench/MadeUpShoot.h"
 #include "gallery/Gallery.h"
+#include "screens/ClipThumbnails.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)
 Q_IMPORT_QML_PLUGIN(Larkspan_GalleryPlugin)
+Q_IMPORT_QML_PLUGIN(Larkspan_ScreensPlugin)
 
 using namespace larkspan;
 using namespace larkspan::bench;
@@ -48,6 +52,8 @@ struct View
     QString qml; // one object that fills the window
     std::function<void(QQuickWindow &window, int frame)> stir;
     std::function<void()> prepare = {};
+    // Gives the engine what the view needs, and says the view's properties.
+    std::function<QVariantMap(QQmlEngine &qml)> equip = {};
 };
 
 // From left to right and back, slowly down: over everything that a view shows, sooner or later.
@@ -71,6 +77,35 @@ void sweepAndClick(QQuickWindow &window, int frame)
     }
 }
 
+// The grid of a large shoot's one bin, from its beginning to its end and back.
+View clipGrid()
+{
+    constexpr int clips = 2000;
+    auto shoot = std::make_shared<MadeUpShoot>(clips, 1);
+    return {.name = u"clip_grid"_s,
+            .qml = u"import QtQuick\nimport Larkspan.Screens\nimport Larkspan.Design\n"
+                   u"Rectangle { id: view; required property SortEngine engine; color: LK.palette.surfaceWindow\n"
+                   u"BinChoices { id: bins; engine: view.engine }\n"
+                   u"ClipGridView { anchors.fill: parent; engine: view.engine; choices: bins } }"_s,
+            .stir =
+                [](QQuickWindow &window, int frame) {
+                    constexpr double step = 24; // points a frame: a brisk flick of the wheel
+                    auto *grid = window.contentItem()->childItems().first()->findChild<QQuickItem *>(u"clips"_s);
+                    const double range = grid->property("contentHeight").toDouble() - grid->height();
+                    const double way = std::fmod(frame * step, 2 * range);
+                    grid->setProperty("contentY", way < range ? way : 2 * range - way);
+                },
+            .equip =
+                [shoot](QQmlEngine &qml) {
+                    qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(shoot->engine()));
+                    shoot->open();
+                    while (!shoot->hasAllPictures()) {
+                        QTest::qWait(20);
+                    }
+                    return QVariantMap{{u"engine"_s, QVariant::fromValue(&shoot->engine())}};
+                }};
+}
+
 std::vector<View> views()
 {
     std::vector<View> all{
@@ -85,6 +120,7 @@ std::vector<View> views()
                        .stir = sweepPointer,
                        .prepare = [page] { Gallery::instance().setPage(page); }});
     }
+    all.push_back(clipGrid());
     return all;
 }
 
@@ -108,7 +144,8 @@ public:
         m_engine.addImportPath(u"qrc:/qt/qml"_s);
         QQmlComponent component(&m_engine);
         component.setData(m_view.qml.toUtf8(), QUrl(u"qrc:/qt/qml/View.qml"_s));
-        m_root.reset(qobject_cast<QQuickItem *>(component.create()));
+        const QVariantMap properties = m_view.equip ? m_view.equip(m_engine) : QVariantMap();
+        m_root.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties)));
         if (!m_root) {
             qFatal("%s", qPrintable(component.errorString()));
         }
