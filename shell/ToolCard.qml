@@ -32,12 +32,10 @@ T.AbstractButton {
             cornerRadius: 14
         }
 
-        Rectangle {
+        LKSpotlightCard {
             anchors.fill: parent
-            radius: 14
-            color: LK.palette.surfaceCard
-            border.width: 1
-            border.color: LK.palette.borderSubtle
+            cornerRadius: 14
+            active: card.isActive
         }
     }
 

@@ -1,5 +1,6 @@
 // The launcher as a display shows it.
 #include <QtQml/QQmlExtensionPlugin>
+#include <QtGui/QCursor>
 #include <QtTest/QTest>
 
 #include "tests/shell/LauncherState.h"
@@ -52,11 +53,15 @@ INSTANTIATE_TEST_SUITE_P(Themes, HomePictures, testing::Values(LK::Theme::Dark, 
 TEST_P(HomePictures, EachToolStandsInTheMiddleOnTheGridWithItsNeighboursFadingOut)
 {
     const QColor card = LK::instance().palette().surfaceCard;
+    QCursor::setPos(scene.window().mapToGlobal(QPoint(590, 780))); // below the cards
     for (int index = 0; index < 4; ++index) {
         app.setToolIndex(index);
         ASSERT_TRUE(rests(index * 656.0));
-        const QImage shown = picture(u"tool-%1"_s.arg(index));
-        EXPECT_EQ(shown.pixelColor(300, 395), card) << index;
+        QImage shown;
+        EXPECT_TRUE(waitUntil([&] { // until the light of the pointer has left the card
+            shown = picture(u"tool-%1"_s.arg(index));
+            return shown.pixelColor(300, 395) == card;
+        })) << index;
         // At the window's sides nothing of a neighbour is left.
         EXPECT_EQ(shown.pixelColor(1179, 395), shown.pixelColor(1179, 132)) << index;
         if (index < 3) { // where there is one, it shines through between
