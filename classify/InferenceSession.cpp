@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 
+#include <QtCore/QtGlobal>
 #include <onnxruntime_cxx_api.h>
 
 #include "classify/PictureTensor.h"
@@ -13,6 +14,10 @@ namespace larkspan {
 namespace {
 
 constexpr const char *inputName = "image";
+
+// The engine would write an identifier of the machine into its user's cache, and report over the network. It asks this
+// variable when it starts; set before main, since other threads may be reading the environment later on.
+[[maybe_unused]] const bool reportsNothing = qputenv("ORT_DISABLE_TELEMETRY", "1");
 
 // The engine wants one environment for the process.
 Ort::Env &environment()
