@@ -159,6 +159,8 @@ TEST_F(CardTest, WithoutAShootsFolderThePreferencesComeUpAndTheOfferWaits)
     program->engine().setImportRoot(FileUrl(shoots));
     Desktop::key(u"Escape"_s); // leaves the preferences, and only them
     EXPECT_TRUE(waitUntil([&] { return !program->state().property("showPreferences").toBool(); }));
+    const QObject *preferences = program->window()->findChild<QObject *>(u"preferencesOverlay"_s);
+    EXPECT_TRUE(waitUntil([&] { return !preferences->property("visible").toBool(); })); // faded, and out of the way
     (void)shown(offered);
     Desktop::click(shown(u"Import & Sort"_s));
     ASSERT_TRUE(reaches(StageKind::results));
