@@ -4,8 +4,8 @@
 #include <fstream>
 #include <iterator>
 
-#include <QtCore/QtGlobal>
 #include <onnxruntime_cxx_api.h>
+#include <QtCore/QtGlobal>
 
 #include "classify/PictureTensor.h"
 

@@ -1,6 +1,6 @@
 // The launcher as a display shows it.
-#include <QtQml/QQmlExtensionPlugin>
 #include <QtGui/QCursor>
+#include <QtQml/QQmlExtensionPlugin>
 #include <QtTest/QTest>
 
 #include "tests/shell/LauncherState.h"
