@@ -27,7 +27,7 @@ QByteArray encodedWithin(QImage frame, qsizetype mostBytes)
     constexpr int qualities[] = {85, 70, 50, 30};
     while (!frame.isNull()) {
         for (const int quality : qualities) {
-            const QByteArray bytes = encoded(frame, quality);
+            QByteArray bytes = encoded(frame, quality);
             if (bytes.size() <= mostBytes) {
                 return bytes;
             }
