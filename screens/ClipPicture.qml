@@ -9,7 +9,7 @@ Image {
     property bool roundsBottom: true
 
     // Neither holds while a delegate is made or let go.
-    readonly property bool isShown: width >= 1 && height >= 1 && picture.toString() !== ""
+    readonly property bool isShown: width >= 1 && height >= 1 && String(picture) !== ""
 
     source: isShown ? picture + "?radius=" + cornerRadius * Screen.devicePixelRatio + (roundsBottom ? "" : "&top") : ""
     sourceSize.width: width * Screen.devicePixelRatio
