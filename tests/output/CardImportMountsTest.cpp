@@ -21,14 +21,7 @@ using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
-#define REQUIRE_MOUNTED(mount)                                                                                         \
-    if (!(mount).whyNot().empty()) {                                                                                   \
-        GTEST_SKIP() << (mount).whyNot();                                                                              \
-    }
-
 namespace {
-
-constexpr std::size_t megabyte = 1024 * 1024;
 
 class CardImportMountsTest : public SortEngineTest
 {

@@ -17,14 +17,7 @@ using testing::Pair;
 
 namespace fs = std::filesystem;
 
-#define REQUIRE_MOUNTED(mount)                                                                                         \
-    if (!(mount).whyNot().empty()) {                                                                                   \
-        GTEST_SKIP() << (mount).whyNot();                                                                              \
-    }
-
 namespace {
-
-constexpr std::size_t megabyte = 1024 * 1024;
 
 std::int64_t freeBytes(const fs::path &path)
 {

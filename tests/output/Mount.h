@@ -3,9 +3,19 @@
 #include <filesystem>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "tests/support/TempFolder.h"
 
+// Leaves the test, with the reason, where the machine lets nothing be mounted.
+#define REQUIRE_MOUNTED(mount)                                                                                         \
+    if (!(mount).whyNot().empty()) {                                                                                   \
+        GTEST_SKIP() << (mount).whyNot();                                                                              \
+    }
+
 namespace larkspan::test {
+
+inline constexpr std::size_t megabyte = 1024 * 1024;
 
 // A file system of a test's own, mounted while the object lives. Only root may mount, and not everywhere: a test asks
 // first, and is skipped with the reason where there is none.

@@ -20,14 +20,7 @@ using testing::SizeIs;
 
 namespace fs = std::filesystem;
 
-#define REQUIRE_MOUNTED(mount)                                                                                         \
-    if (!(mount).whyNot().empty()) {                                                                                   \
-        GTEST_SKIP() << (mount).whyNot();                                                                              \
-    }
-
 namespace {
-
-constexpr std::size_t megabyte = 1024 * 1024;
 
 // The mounts of this program are its own: nobody else's disturb it, and none outlives it.
 class OwnMounts : public testing::Environment
@@ -69,6 +62,13 @@ protected:
         tree.addCardReader(mount.deviceNumber());
     }
 
+    // The same, and takes it out, to be put in while the watcher looks.
+    void makeCardForLater(const Mount &mount) const
+    {
+        makeCard(mount);
+        ASSERT_TRUE(mount.unmount());
+    }
+
     [[nodiscard]] bool isOffered(const fs::path &path) const
     {
         return waitUntil([&] {
@@ -89,8 +89,7 @@ protected:
     // Of a card that is put in, and can be taken out as soon as it is counted.
     void expectOfferOf(Mount &card)
     {
-        makeCard(card);
-        ASSERT_TRUE(card.unmount());
+        makeCardForLater(card);
         watcher.startWatching();
         card.mountAgain();
         EXPECT_TRUE(isOffered(card.path()));
@@ -124,8 +123,7 @@ TEST_F(VolumeMountsTest, AMountPointWithBlanksUtf8AndBackslashesIsFound)
 {
     Mount card(Mount::Kind::ext4, 16 * megabyte, folder / "Größe \\040\t東京");
     REQUIRE_MOUNTED(card);
-    makeCard(card);
-    ASSERT_TRUE(card.unmount());
+    makeCardForLater(card);
     watcher.startWatching();
     card.mountAgain();
     EXPECT_TRUE(isOffered(card.path()));
@@ -138,8 +136,7 @@ TEST_F(VolumeMountsTest, ACardThatWasThereBeforeIsNotOffered)
     REQUIRE_MOUNTED(before);
     makeCard(before);
     Mount after(Mount::Kind::ext4, 16 * megabyte);
-    makeCard(after);
-    ASSERT_TRUE(after.unmount());
+    makeCardForLater(after);
     watcher.startWatching();
     settle(after);
     EXPECT_THAT(offers, ElementsAre(Offer{after.path(), u"mount"_s}));
@@ -149,11 +146,9 @@ TEST_F(VolumeMountsTest, ACardThatIsEjectedAndReinsertedIsNotOfferedAgain)
 {
     Mount card(Mount::Kind::ext4, 16 * megabyte);
     REQUIRE_MOUNTED(card);
-    makeCard(card);
-    ASSERT_TRUE(card.unmount());
+    makeCardForLater(card);
     Mount other(Mount::Kind::ext4, 16 * megabyte);
-    makeCard(other);
-    ASSERT_TRUE(other.unmount());
+    makeCardForLater(other);
     watcher.startWatching();
     card.mountAgain();
     ASSERT_TRUE(isOffered(card.path()));
@@ -168,8 +163,7 @@ TEST_F(VolumeMountsTest, ACardThatIsPulledWhileItIsOnOfferIsWithdrawn)
 {
     Mount card(Mount::Kind::ext4, 16 * megabyte);
     REQUIRE_MOUNTED(card);
-    makeCard(card);
-    ASSERT_TRUE(card.unmount());
+    makeCardForLater(card);
     watcher.startWatching();
     card.mountAgain();
     ASSERT_TRUE(isOffered(card.path()));
@@ -183,8 +177,7 @@ TEST_F(VolumeMountsTest, ACardThatVanishesDuringTheCheckIsNotOffered)
     REQUIRE_MOUNTED(card);
     makeCard(card);
     Mount other(Mount::Kind::ext4, 16 * megabyte);
-    makeCard(other);
-    ASSERT_TRUE(other.unmount());
+    makeCardForLater(other);
     watcher.handleMount(FileUrl(card.path()));
     card.detach(); // whatever the check holds open by now
     watcher.startWatching();
@@ -196,11 +189,9 @@ TEST_F(VolumeMountsTest, ABindMountOfACardAndASecondMountOfItAreNoFurtherCards)
 {
     Mount card(Mount::Kind::ext4, 16 * megabyte);
     REQUIRE_MOUNTED(card);
-    makeCard(card);
-    ASSERT_TRUE(card.unmount());
+    makeCardForLater(card);
     Mount other(Mount::Kind::ext4, 16 * megabyte);
-    makeCard(other);
-    ASSERT_TRUE(other.unmount());
+    makeCardForLater(other);
     watcher.startWatching();
     card.mountAgain();
     ASSERT_TRUE(isOffered(card.path()));
@@ -222,8 +213,7 @@ TEST_F(VolumeMountsTest, ACardInsideACardIsOneOfItsOwn)
     makeCard(outer);
     Mount inner(Mount::Kind::ext4, 16 * megabyte, outer.path() / "inner");
     REQUIRE_MOUNTED(inner);
-    makeCard(inner);
-    ASSERT_TRUE(inner.unmount());
+    makeCardForLater(inner);
     watcher.startWatching();
     inner.mountAgain();
     EXPECT_TRUE(isOffered(inner.path()));
@@ -234,11 +224,9 @@ TEST_F(VolumeMountsTest, OfTwoCardsAtOnceTheLaterStaysAndTheOtherIsNotForgottenM
 {
     Mount first(Mount::Kind::ext4, 16 * megabyte);
     REQUIRE_MOUNTED(first);
-    makeCard(first);
-    ASSERT_TRUE(first.unmount());
+    makeCardForLater(first);
     Mount second(Mount::Kind::ext4, 16 * megabyte);
-    makeCard(second);
-    ASSERT_TRUE(second.unmount());
+    makeCardForLater(second);
     watcher.startWatching();
     first.mountAgain();
     second.mountAgain();
@@ -252,11 +240,9 @@ TEST_F(VolumeMountsTest, NothingIsSeenOnceTheWatchIsStoppedAndItCanBeginAgain)
 {
     Mount card(Mount::Kind::ext4, 16 * megabyte);
     REQUIRE_MOUNTED(card);
-    makeCard(card);
-    ASSERT_TRUE(card.unmount());
+    makeCardForLater(card);
     Mount other(Mount::Kind::ext4, 16 * megabyte);
-    makeCard(other);
-    ASSERT_TRUE(other.unmount());
+    makeCardForLater(other);
     watcher.startWatching();
     watcher.stopWatching();
     card.mountAgain();
@@ -269,8 +255,7 @@ TEST_F(VolumeMountsTest, ByTheRealDeviceTreeALoopDeviceAndMemoryAreNoCards)
 {
     Mount image(Mount::Kind::ext4, 16 * megabyte);
     REQUIRE_MOUNTED(image);
-    makeCard(image);
-    ASSERT_TRUE(image.unmount());
+    makeCardForLater(image);
     Mount memory(Mount::Kind::memory, megabyte);
     VolumeWatcher real;
     real.startWatching();
