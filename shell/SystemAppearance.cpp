@@ -34,6 +34,7 @@ SystemAppearance::SystemAppearance(QDBusConnection bus) : m_bus(std::move(bus))
 void SystemAppearance::settingChanged(const QString &group, const QString &key, const QDBusVariant &value)
 {
     if (group == appearanceGroup && key == colorSchemeKey) {
+        m_hasChanged = true;
         take(value.variant());
     }
 }
@@ -44,7 +45,8 @@ void SystemAppearance::ask()
     question << appearanceGroup << colorSchemeKey;
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        if (const QDBusPendingReply<QDBusVariant> reply = *watcher; !reply.isError()) {
+        // An answer can be delivered later than a change that came after it.
+        if (const QDBusPendingReply<QDBusVariant> reply = *watcher; !reply.isError() && !m_hasChanged) {
             take(reply.value().variant());
         }
         watcher->deleteLater();

@@ -27,6 +27,7 @@ private:
 
     QDBusConnection m_bus;
     bool m_isDark = false;
+    bool m_hasChanged = false; // since the portal was asked
 };
 
 } // namespace larkspan

@@ -1,5 +1,8 @@
 #include "design/SystemMotion.h"
 
+#include <QtDBus/QDBusPendingCallWatcher>
+
+#include "tests/support/LatePortal.h"
 #include "tests/support/MockService.h"
 #include "tests/support/WaitUntil.h"
 
@@ -74,6 +77,18 @@ TEST(SystemMotion, FollowsTheDesktopsChangesAndNoOtherSetting)
     portal.change(appearance, u"reduced-motion"_s, QVariant::fromValue(0u));
     EXPECT_TRUE(waitUntil([&] { return !motion.isReduced(); }));
     EXPECT_EQ(changes, 2);
+}
+
+TEST(SystemMotion, AnAnswerThatComesAfterAChangeDoesNotUndoIt)
+{
+    LatePortal portal;
+    const SystemMotion motion;
+    ASSERT_TRUE(portal.isAsked(3));
+    portal.change(appearance, u"reduced-motion"_s, QVariant::fromValue(1u));
+    ASSERT_TRUE(waitUntil([&] { return motion.isReduced(); }));
+    portal.answer(QVariant::fromValue(0u));
+    EXPECT_TRUE(waitUntil([&] { return motion.findChild<QDBusPendingCallWatcher *>() == nullptr; }));
+    EXPECT_TRUE(motion.isReduced());
 }
 
 TEST(SystemMotion, IsFullWithoutAPortalAndWithoutABus)

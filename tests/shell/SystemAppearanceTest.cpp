@@ -1,6 +1,9 @@
 #include "shell/SystemAppearance.h"
 
+#include <QtDBus/QDBusPendingCallWatcher>
+
 #include "tests/shell/DesktopPortal.h"
+#include "tests/support/LatePortal.h"
 #include "tests/support/WaitUntil.h"
 
 using namespace larkspan;
@@ -28,6 +31,28 @@ TEST(SystemAppearance, FollowsTheDesktopsChangesAndNoOtherSetting)
     portal.change(DesktopPortal::NoPreference);
     EXPECT_TRUE(waitUntil([&] { return !system.isDark(); }));
     EXPECT_EQ(changes, 2);
+}
+
+TEST(SystemAppearance, AnAnswerThatComesAfterAChangeDoesNotUndoIt)
+{
+    LatePortal portal;
+    const SystemAppearance system;
+    ASSERT_TRUE(portal.isAsked(1));
+    portal.change(u"org.freedesktop.appearance"_s, u"color-scheme"_s, QVariant::fromValue(uint(DesktopPortal::Dark)));
+    ASSERT_TRUE(waitUntil([&] { return system.isDark(); }));
+    portal.answer(QVariant::fromValue(uint(DesktopPortal::Light)));
+    EXPECT_TRUE(waitUntil([&] { return system.findChild<QDBusPendingCallWatcher *>() == nullptr; }));
+    EXPECT_TRUE(system.isDark());
+}
+
+TEST(SystemAppearance, AnAnswerThatComesAfterAChangeOfAnotherSettingIsTaken)
+{
+    LatePortal portal;
+    const SystemAppearance system;
+    ASSERT_TRUE(portal.isAsked(1));
+    portal.change(u"org.freedesktop.appearance"_s, u"contrast"_s, QVariant::fromValue(1u));
+    portal.answer(QVariant::fromValue(uint(DesktopPortal::Dark)));
+    EXPECT_TRUE(waitUntil([&] { return system.isDark(); }));
 }
 
 TEST(SystemAppearance, IsLightWithoutAPortalAndWithoutABus)
