@@ -15,7 +15,7 @@ T.ComboBox {
         Ai
     }
 
-    // Of {value, label}. Plain texts, given as the model, stand for themselves.
+    // Of {value, label}.
     property var options: []
     // The value of one of them; activated tells that the user has written it. With anything else the label is empty.
     property var selection
@@ -25,12 +25,8 @@ T.ComboBox {
     // What the choice is about, for assistive technology.
     property string label
 
-    readonly property var entries: (model ?? []).map(entry => typeof entry === "string" ? ({
-                    "value": entry,
-                    "label": entry
-                }) : entry)
-    readonly property int selectedIndex: entries.findIndex(entry => entry.value === selection)
-    readonly property string shownLabel: entries[currentIndex]?.label ?? ""
+    readonly property int selectedIndex: options.findIndex(entry => entry.value === selection)
+    readonly property string shownLabel: options[currentIndex]?.label ?? ""
     readonly property LKTypeAhead typeAhead: LKTypeAhead {
     }
 
@@ -43,19 +39,19 @@ T.ComboBox {
     }
 
     function isDisabled(row: int): bool {
-        return disabledValues.includes(entries[row].value);
+        return disabledValues.includes(options[row]?.value);
     }
 
     function widestLabel(): real {
-        return entries.reduce((widest, entry) => Math.max(widest, metrics.advanceWidth(entry.label)), 0);
+        return options.reduce((widest, entry) => Math.max(widest, metrics.advanceWidth(entry.label)), 0);
     }
 
     // The next row from there that can be chosen, or -1.
     function next(from: int, step: int): int {
         let row = from + step;
-        while (row >= 0 && row < entries.length && isDisabled(row))
+        while (row >= 0 && row < options.length && isDisabled(row))
             row += step;
-        return row >= 0 && row < entries.length ? row : -1;
+        return row >= 0 && row < options.length ? row : -1;
     }
 
     // Walks the open list there, or chooses in the closed one.
@@ -84,20 +80,17 @@ T.ComboBox {
         else if (event.key === Qt.Key_Home)
             reach(next(-1, 1));
         else if (event.key === Qt.Key_End)
-            reach(next(entries.length, -1));
+            reach(next(options.length, -1));
         else if (typeAhead.takes(event))
-            reach(typeAhead.find(entries.map((entry, row) => isDisabled(row) ? null : entry.label), here, event.text));
+            reach(typeAhead.find(options.map((entry, row) => isDisabled(row) ? null : entry.label), here, event.text));
         else
             return;
         event.accepted = true;
     }
 
-    onActivated: row => LK.put(control, "selection", entries[row].value)
+    onActivated: row => LK.put(control, "selection", options[row].value)
     // The template begins a new list at its first row.
-    onModelChanged: {
-        if (selection !== undefined)
-            LK.put(control, "currentIndex", selectedIndex);
-    }
+    onModelChanged: LK.put(control, "currentIndex", selectedIndex)
 
     model: options
     currentIndex: selectedIndex
@@ -193,7 +186,7 @@ T.ComboBox {
         implicitHeight: 24
         leftPadding: 9
         rightPadding: 9
-        readonly property string label: control.entries[index]?.label ?? ""
+        readonly property string label: control.options[index]?.label ?? ""
 
         text: label.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
         enabled: !control.isDisabled(index)

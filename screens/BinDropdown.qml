@@ -8,11 +8,19 @@ LKDropdown {
     property string noneText
     property string bin // "" for none
 
-    readonly property int shift: noneText === "" ? 0 : 1
-
     signal chosen(string bin)
 
-    model: noneText === "" ? names : [noneText, ...names]
-    currentIndex: bin === "" && shift === 1 ? 0 : names.indexOf(bin) + (names.includes(bin) ? shift : 0)
-    onActivated: row => control.chosen(row < shift ? "" : names[row - shift])
+    function option(value: string, label: string): var {
+        return {
+            "value": value,
+            "label": label
+        };
+    }
+
+    options: (noneText === "" ? [] : [option("", noneText)]).concat(Array.from(names, name => option(name, name)))
+    selection: bin
+    onActivated: row => {
+        control.chosen(options[row].value);
+        LK.put(control, "selection", control.bin); // a choice may be refused
+    }
 }

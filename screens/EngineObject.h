@@ -8,7 +8,6 @@ namespace larkspan {
 
 // What a screen knows or does beside its QML, on the engine that it is given. Main thread.
 // Classes made of it name it with its namespace: the tools of QML know it by that name alone.
-// Classes made of it name it with its namespace: the tools of QML know it by that name alone.
 class EngineObject : public QObject
 {
     Q_OBJECT

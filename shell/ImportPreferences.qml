@@ -46,9 +46,9 @@ Column {
         LKDropdown {
             width: 160
             label: qsTr("File handling")
-            model: tab.preferences.handlingLabels
-            currentIndex: tab.preferences.handling
-            onActivated: row => tab.preferences.handling = row
+            options: tab.preferences.handlings
+            selection: tab.preferences.handling
+            onActivated: tab.preferences.handling = selection
         }
     }
 
@@ -60,9 +60,9 @@ Column {
         LKDropdown {
             width: 190
             label: qsTr("Send to")
-            model: tab.preferences.targetLabels
-            currentIndex: tab.preferences.target
-            onActivated: row => tab.preferences.target = row
+            options: tab.preferences.targets
+            selection: tab.preferences.target
+            onActivated: tab.preferences.target = selection
         }
     }
 

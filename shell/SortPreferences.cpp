@@ -1,32 +1,14 @@
 #include "shell/SortPreferences.h"
 
-#include <algorithm>
-#include <array>
-#include <optional>
+using namespace Qt::Literals::StringLiterals;
 
 namespace larkspan {
 
 namespace {
 
-template <typename Case, std::size_t count>
-int rowOf(const std::array<Case, count> &cases, Case wanted)
+QVariant choiceOf(const QString &value, const QString &label)
 {
-    return static_cast<int>(std::ranges::find(cases, wanted) - cases.begin());
-}
-
-template <typename Case, std::size_t count>
-std::optional<Case> atRow(const std::array<Case, count> &cases, int row)
-{
-    return row >= 0 && row < static_cast<int>(count) ? std::optional(cases[static_cast<std::size_t>(row)])
-                                                     : std::nullopt;
-}
-
-template <typename Case, std::size_t count>
-QStringList labelsOf(const std::array<Case, count> &cases, QString (*label)(Case))
-{
-    QStringList labels;
-    std::ranges::transform(cases, std::back_inserter(labels), label);
-    return labels;
+    return QVariantMap{{u"value"_s, value}, {u"label"_s, label}};
 }
 
 } // namespace
@@ -34,72 +16,50 @@ QStringList labelsOf(const std::array<Case, count> &cases, QString (*label)(Case
 void SortPreferences::follow(SortEngine &engine)
 {
     connect(&engine, &SortEngine::optionsChanged, this, &SortPreferences::changed);
-    connect(&engine, &SortEngine::modelTierChanged, this, &SortPreferences::changed);
     connect(&engine, &SortEngine::targetChanged, this, &SortPreferences::changed);
     connect(&engine, &SortEngine::importRootChanged, this, &SortPreferences::changed);
     connect(&engine, &SortEngine::folderChanged, this, &SortPreferences::changed);
 }
 
-QStringList SortPreferences::tierLabels()
+QVariantList SortPreferences::handlings()
 {
-    return labelsOf(allModelTiers, modelTierLabel);
-}
-
-int SortPreferences::tier() const
-{
-    return rowOf(allModelTiers, m_engine ? m_engine->modelTier() : ModelTier::local);
-}
-
-void SortPreferences::setTier(int row)
-{
-    if (const auto tier = atRow(allModelTiers, row); tier && m_engine) {
-        m_engine->setModelTier(*tier);
+    QVariantList options;
+    for (const FileHandling handling : allFileHandlings) {
+        options.append(choiceOf(fileHandlingRawValue(handling), fileHandlingLabel(handling)));
     }
+    return options;
 }
 
-QStringList SortPreferences::handlingLabels()
+QString SortPreferences::handling() const
 {
-    return labelsOf(allFileHandlings, fileHandlingLabel);
+    return fileHandlingRawValue(options().fileHandling);
 }
 
-int SortPreferences::handling() const
+void SortPreferences::setHandling(const QString &handling)
 {
-    return rowOf(allFileHandlings, options().fileHandling);
+    setOption(&SortOptions::fileHandling, fileHandlingFromRawValue(handling));
 }
 
-void SortPreferences::setHandling(int row)
+QVariantList SortPreferences::targets()
 {
-    if (const auto handling = atRow(allFileHandlings, row)) {
-        setOption(&SortOptions::fileHandling, *handling);
+    QVariantList options;
+    for (const NLE editor : allNLEs) {
+        const QString soon = editor == NLE::premiere ? tr(" — soon") : QString();
+        options.append(choiceOf(nleRawValue(editor), nleLabel(editor) + soon));
     }
+    return options;
 }
 
-QStringList SortPreferences::targetLabels()
+QString SortPreferences::target() const
 {
-    QStringList labels = labelsOf(allNLEs, nleLabel);
-    labels[rowOf(allNLEs, NLE::premiere)] += tr(" — soon");
-    return labels;
+    return nleRawValue(m_engine ? m_engine->target() : NLE::finalCut);
 }
 
-int SortPreferences::target() const
+void SortPreferences::setTarget(const QString &target)
 {
-    return rowOf(allNLEs, m_engine ? m_engine->target() : NLE::finalCut);
-}
-
-void SortPreferences::setTarget(int row)
-{
-    if (const auto target = atRow(allNLEs, row); target && m_engine) {
-        m_engine->setTarget(*target);
+    if (m_engine) {
+        m_engine->setTarget(nleFromRawValue(target));
     }
-}
-
-QString SortPreferences::tierDetail() const
-{
-    return m_engine && m_engine->modelTier() == ModelTier::cloud
-               ? tr("Sends a few downscaled still frames to a vision model. Much better on hard shots — doorways, open "
-                    "plan, staged vs. empty rooms. Source footage never leaves this Mac.")
-               : tr("Runs entirely on this Mac with Apple's built-in vision. Works offline, costs nothing, and no "
-                    "frames leave the machine.");
 }
 
 QString SortPreferences::handlingDetail() const

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <QtCore/QStringList>
+#include <QtCore/QVariant>
 #include <QtQml/qqmlregistration.h>
 
 #include "screens/EngineObject.h"
 
 namespace larkspan {
 
-// How the engine sorts and exports, as the rows of the preferences: switches, and choices as rows of their lists. A
-// row that isn't there changes nothing.
+// How the engine sorts and exports, as the rows of the preferences: switches, and choices by the values of their
+// options.
 class SortPreferences : public larkspan::EngineObject
 {
     Q_OBJECT
@@ -20,15 +20,11 @@ class SortPreferences : public larkspan::EngineObject
     Q_PROPERTY(bool keepDroneExclusive READ keepDroneExclusive WRITE setKeepDroneExclusive NOTIFY changed)
     Q_PROPERTY(bool openEditorAfterExport READ openEditorAfterExport WRITE setOpenEditorAfterExport NOTIFY changed)
     Q_PROPERTY(bool writeNextToFootage READ writeNextToFootage WRITE setWriteNextToFootage NOTIFY changed)
-    Q_PROPERTY(QStringList tierLabels READ tierLabels CONSTANT)
-    Q_PROPERTY(int tier READ tier WRITE setTier NOTIFY changed)
-    Q_PROPERTY(QStringList handlingLabels READ handlingLabels CONSTANT)
-    Q_PROPERTY(int handling READ handling WRITE setHandling NOTIFY changed)
-    Q_PROPERTY(QStringList targetLabels READ targetLabels CONSTANT)
-    Q_PROPERTY(int target READ target WRITE setTarget NOTIFY changed)
-    // What is said of the tier and of the file handling as they stand.
-    Q_PROPERTY(QString tierDetail READ tierDetail NOTIFY changed)
-    Q_PROPERTY(QString handlingDetail READ handlingDetail NOTIFY changed)
+    Q_PROPERTY(QVariantList handlings READ handlings CONSTANT) // of {value, label}
+    Q_PROPERTY(QString handling READ handling WRITE setHandling NOTIFY changed)
+    Q_PROPERTY(QVariantList targets READ targets CONSTANT) // of {value, label}
+    Q_PROPERTY(QString target READ target WRITE setTarget NOTIFY changed)
+    Q_PROPERTY(QString handlingDetail READ handlingDetail NOTIFY changed) // what is to be said of it as it stands
     Q_PROPERTY(QString shootsFolder READ shootsFolder NOTIFY changed)
 
 public:
@@ -49,16 +45,12 @@ public:
     bool writeNextToFootage() const { return option(&SortOptions::writeNextToFootage); }
     void setWriteNextToFootage(bool on) { setOption(&SortOptions::writeNextToFootage, on); }
 
-    static QStringList tierLabels();
-    int tier() const;
-    void setTier(int row);
-    static QStringList handlingLabels();
-    int handling() const;
-    void setHandling(int row);
-    static QStringList targetLabels();
-    int target() const;
-    void setTarget(int row);
-    QString tierDetail() const;
+    static QVariantList handlings();
+    QString handling() const;
+    void setHandling(const QString &handling);
+    static QVariantList targets();
+    QString target() const;
+    void setTarget(const QString &target);
     QString handlingDetail() const;
     QString shootsFolder() const;
 

@@ -1,5 +1,6 @@
 import QtQuick
 import Larkspan.Design
+import Larkspan.Screens
 import Larkspan.Shell
 
 // What a sort does with the clips.
@@ -8,23 +9,21 @@ Column {
 
     required property SortPreferences preferences
 
+    readonly property ModelChoice model: ModelChoice {
+        engine: tab.preferences.engine
+    }
+
     LKSettingsRow {
         width: parent.width
         label: qsTr("Model")
-        sublabel: tab.preferences.tierDetail
+        sublabel: tab.model.description
 
         LKSegmented {
             label: qsTr("Model")
-            options: [{
-                    "value": 0,
-                    "label": tab.preferences.tierLabels[0]
-                }, {
-                    "value": 1,
-                    "label": tab.preferences.tierLabels[1]
-                }]
-            aiValues: [1]
-            selection: tab.preferences.tier
-            onActivated: row => tab.preferences.tier = row
+            options: tab.model.options
+            aiValues: ["cloud"]
+            selection: tab.model.tier
+            onActivated: value => tab.model.tier = value
         }
     }
 
