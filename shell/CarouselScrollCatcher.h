@@ -39,7 +39,7 @@ private:
 
     CarouselScroll m_scroll;
     QPointer<QQuickWindow> m_watched;
-    QTimer m_pause; // runs while a gesture goes on of which the display tells neither begin nor end
+    QTimer m_pause{this}; // runs while a gesture goes on of which the display tells neither begin nor end
 };
 
 } // namespace larkspan

@@ -42,11 +42,11 @@ protected:
 
     [[nodiscard]] bool shows(const QString &text) const
     {
-        return QTest::qWaitFor([&] { return findShown(scene->root(), text) != nullptr; }, 2000);
+        return waitUntil([&] { return findShown(scene->root(), text) != nullptr; });
     }
     [[nodiscard]] bool hides(const QString &text) const
     {
-        return QTest::qWaitFor([&] { return findShown(scene->root(), text) == nullptr; }, 2000);
+        return waitUntil([&] { return findShown(scene->root(), text) == nullptr; });
     }
 
     [[nodiscard]] QString focusedText() const

@@ -2,6 +2,7 @@
 #include <QtQml/QQmlExtensionPlugin>
 #include <QtTest/QTest>
 
+#include "shell/CarouselScrollCatcher.h"
 #include "tests/shell/LauncherState.h"
 #include "tests/support/Scene.h"
 #include "tests/support/WaitUntil.h"
@@ -173,8 +174,9 @@ TEST_F(HomeViewTest, FingersThatTheDisplayTellsNoPhasesOfStepOnceToo)
         wheel({-7, 0}, {-50, 0}, Qt::NoScrollPhase);
     }
     EXPECT_EQ(app.toolIndex(), 1);
-    // After they have rested a while it is another swipe.
-    QTest::qWait(400);
+    // Once they have rested it is another swipe.
+    const auto *pause = scene.root()->findChild<CarouselScrollCatcher *>()->findChild<QTimer *>();
+    EXPECT_TRUE(waitUntil([&] { return !pause->isActive(); }));
     wheel({-7, 0}, {-50, 0}, Qt::NoScrollPhase);
     EXPECT_LT(app.dragX(), 0);
     EXPECT_TRUE(waitUntil([&] { return app.dragX() == 0; })); // and springs back by itself

@@ -30,6 +30,13 @@ QQuickItem *findShown(QQuickItem *root, const QString &text)
     });
 }
 
+QQuickItem *findLabelled(QQuickItem *root, const QString &label)
+{
+    return findItem(root, [&label](const QQuickItem *item) {
+        return item->isVisible() && item->property("label").toString() == label;
+    });
+}
+
 QQuickItem *findNamed(QQuickItem *root, const QString &objectName)
 {
     return findItem(root, [&objectName](const QQuickItem *item) { return item->objectName() == objectName; });

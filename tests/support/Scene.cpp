@@ -5,6 +5,8 @@
 #include <QtQml/QQmlExtensionPlugin>
 #include <QtTest/QTest>
 
+#include "tests/support/WaitUntil.h"
+
 Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)
 Q_IMPORT_QML_PLUGIN(Larkspan_ScreensPlugin)
 
@@ -47,6 +49,18 @@ void Scene::click(const QString &text)
 void Scene::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     QTest::keyClick(m_window.get(), key, modifiers);
+}
+
+void Scene::drawFrames(int count)
+{
+    int drawn = 0;
+    QObject counter;
+    QObject::connect(m_window.get(), &QQuickWindow::frameSwapped, &counter, [&] {
+        ++drawn;
+        m_window->update();
+    });
+    m_window->update();
+    EXPECT_TRUE(waitUntil([&] { return drawn >= count; }));
 }
 
 } // namespace larkspan::test

@@ -25,6 +25,8 @@ public:
     // By mouse, in the middle of the control or text that reads so; by key, to what has the focus.
     void click(const QString &text);
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+    // Until so many frames have been drawn, whether anything changes in them or not.
+    void drawFrames(int count);
 
 private:
     QQmlEngine m_engine;

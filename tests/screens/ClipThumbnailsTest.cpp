@@ -1,0 +1,83 @@
+#include "screens/ClipThumbnails.h"
+
+#include "screens/BinColors.h"
+#include "tests/screens/ModelFixture.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using ClipThumbnailsTest = ModelTest;
+
+QImage filled(QSize size, const QColor &color)
+{
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(color);
+    return picture;
+}
+
+bool isNear(const QColor &a, const QColor &b)
+{
+    return std::abs(a.red() - b.red()) < 4 && std::abs(a.green() - b.green()) < 4 && std::abs(a.blue() - b.blue()) < 4;
+}
+
+} // namespace
+
+TEST_F(ClipThumbnailsTest, GivesAClipsFirstFrameFillingTheSizeAskedFor)
+{
+    makeClips({"kitchen 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const ClipPtr clip = engine.clips().front();
+    clip->thumbnail = Thumbnail(filled({40, 20}, Qt::red));
+    Q_EMIT engine.clipsChanged();
+    QSize size;
+    const QImage picture = pictures.requestImage(ClipThumbnails::urlOf(*clip).path().mid(1), &size, {16, 9});
+    EXPECT_EQ(size, QSize(16, 9));
+    EXPECT_EQ(picture.size(), QSize(16, 9));
+    EXPECT_TRUE(isNear(picture.pixelColor(0, 0), Qt::red));
+    EXPECT_TRUE(isNear(picture.pixelColor(15, 8), Qt::red));
+}
+
+TEST_F(ClipThumbnailsTest, RoundsTheCornersAskedFor)
+{
+    makeClips({"kitchen 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const QString path = ClipThumbnails::urlOf(*engine.clips().front()).path().mid(1);
+    const QImage all = pictures.requestImage(path + u"?radius=8"_s, nullptr, {100, 50});
+    EXPECT_EQ(all.pixelColor(0, 0).alpha(), 0);
+    EXPECT_EQ(all.pixelColor(99, 49).alpha(), 0);
+    EXPECT_EQ(all.pixelColor(50, 0).alpha(), 255);
+    const QImage top = pictures.requestImage(path + u"?radius=8&top"_s, nullptr, {100, 50});
+    EXPECT_EQ(top.pixelColor(99, 0).alpha(), 0);
+    EXPECT_EQ(top.pixelColor(0, 49).alpha(), 255);
+}
+
+TEST_F(ClipThumbnailsTest, StandsInTheBinsColoursForAClipWithoutAFrame)
+{
+    makeClips({"dark 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const QString path = ClipThumbnails::urlOf(*engine.clips().front()).path().mid(1);
+    const QImage picture = pictures.requestImage(path, nullptr, {160, 90});
+    const auto [first, second] = binGradientColors(u"Unsorted"_s);
+    EXPECT_TRUE(isNear(picture.pixelColor(0, 0), first));
+    EXPECT_TRUE(isNear(picture.pixelColor(159, 89), second));
+}
+
+TEST_F(ClipThumbnailsTest, ForgetsThePicturesOfClipsThatAreGone)
+{
+    makeClips({"kitchen 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const ClipPtr clip = engine.clips().front();
+    clip->thumbnail = Thumbnail(filled({4, 4}, Qt::red));
+    Q_EMIT engine.clipsChanged();
+    const QString path = ClipThumbnails::urlOf(*clip).path().mid(1);
+    ASSERT_TRUE(isNear(pictures.requestImage(path, nullptr, {8, 8}).pixelColor(4, 4), Qt::red));
+    engine.reset();
+    EXPECT_FALSE(isNear(pictures.requestImage(path, nullptr, {8, 8}).pixelColor(4, 4), Qt::red));
+}
