@@ -87,7 +87,7 @@ def main():
                 mark_of(source).touch()
             return ""
         if len(group) == 1:
-            return run.stdout + run.stderr
+            return f"{group[0]}:\n{run.stdout}{run.stderr}\n"
         middle = len(group) // 2
         return findings(group[:middle]) + findings(group[middle:])
 
