@@ -1,12 +1,9 @@
 #pragma once
 
-#include <bitset>
-#include <cstddef>
-
 #include <QtCore/QObject>
-#include <QtCore/QVariant>
 #include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusVariant>
+
+#include "design/DesktopSetting.h"
 
 namespace larkspan {
 
@@ -17,20 +14,21 @@ class SystemMotion : public QObject
     Q_OBJECT
 
 public:
-    explicit SystemMotion(QDBusConnection bus = QDBusConnection::sessionBus());
+    explicit SystemMotion(const QDBusConnection &bus = QDBusConnection::sessionBus());
 
-    [[nodiscard]] bool isReduced() const;
+    [[nodiscard]] bool isReduced() const { return m_isReduced; }
 
 Q_SIGNALS:
     void changed();
 
 private:
-    Q_SLOT void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
-    void take(std::size_t setting, const QVariant &value);
+    void update();
 
-    QDBusConnection m_bus;
-    std::bitset<8> m_asks;    // which of the desktops' settings ask for less
-    std::bitset<8> m_changed; // which have been told of a change
+    // The setting that all desktops are to share is young: the two large ones still have their own.
+    DesktopSetting m_shared;
+    DesktopSetting m_gnome;
+    DesktopSetting m_kde;
+    bool m_isReduced = false;
 };
 
 } // namespace larkspan

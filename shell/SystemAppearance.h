@@ -2,7 +2,8 @@
 
 #include <QtCore/QObject>
 #include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusVariant>
+
+#include "design/DesktopSetting.h"
 
 namespace larkspan {
 
@@ -13,7 +14,7 @@ class SystemAppearance : public QObject
     Q_OBJECT
 
 public:
-    explicit SystemAppearance(QDBusConnection bus = QDBusConnection::sessionBus());
+    explicit SystemAppearance(const QDBusConnection &bus = QDBusConnection::sessionBus());
 
     [[nodiscard]] bool isDark() const { return m_isDark; }
 
@@ -21,13 +22,8 @@ Q_SIGNALS:
     void changed();
 
 private:
-    Q_SLOT void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
-    void ask();
-    void take(const QVariant &colorScheme);
-
-    QDBusConnection m_bus;
+    DesktopSetting m_colorScheme;
     bool m_isDark = false;
-    bool m_hasChanged = false; // since the portal was asked
 };
 
 } // namespace larkspan
