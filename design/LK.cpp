@@ -110,4 +110,14 @@ void LK::put(QObject *control, const QString &property, const QVariant &value) c
     control->setProperty(property.toUtf8().constData(), value);
 }
 
+double LK::layerOf(const QQuickItem *item) const
+{
+    for (; item != nullptr; item = item->parentItem()) {
+        if (item->parentItem() != nullptr && item->parentItem()->inherits("QQuickOverlay")) {
+            return item->z();
+        }
+    }
+    return 0;
+}
+
 } // namespace larkspan

@@ -6,6 +6,7 @@
 #include <QtCore/QVariant>
 #include <QtGui/QFont>
 #include <QtQml/qqmlregistration.h>
+#include <QtQuick/QQuickItem>
 
 #include "design/LKPalette.h"
 
@@ -112,6 +113,9 @@ public:
     // Writes a control's property as the user's doing. Unlike an assignment in QML it leaves a binding of the property
     // in place, so that what is bound both ways stays bound.
     Q_INVOKABLE void put(QObject *control, const QString &property, const QVariant &value) const;
+
+    // Where a popup that belongs to an item stands in the stack: the z of the popup that the item lies in, 0 outside.
+    Q_INVOKABLE double layerOf(const QQuickItem *item) const;
 
 Q_SIGNALS:
     void themeChanged();

@@ -226,6 +226,7 @@ T.ComboBox {
         implicitHeight: implicitContentHeight + topPadding + bottomPadding
         margins: 6
         padding: 4
+        onAboutToShow: z = LK.layerOf(control)
 
         enter: Transition {
             LKNumberMotion {

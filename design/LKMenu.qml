@@ -57,6 +57,7 @@ T.Menu {
         for (let row = 0; row < count; ++row)
             width = Math.max(width, itemAt(row).implicitWidth);
         contentWidth = Math.min(width, widest);
+        z = LK.layerOf(parent);
     }
 
     implicitWidth: contentWidth + leftPadding + rightPadding

@@ -29,7 +29,10 @@ T.Popup {
     // By itself it would take the keyboard only at the end of its entering, and then not know whom to give it back to.
     property Item keyboardBefore: null
 
-    onAboutToShow: keyboardBefore = parent ? parent.Window.activeFocusItem : null
+    onAboutToShow: {
+        z = LK.layerOf(parent);
+        keyboardBefore = parent ? parent.Window.activeFocusItem : null;
+    }
     onVisibleChanged: {
         if (visible)
             forceActiveFocus(Qt.PopupFocusReason);

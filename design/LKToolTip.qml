@@ -35,6 +35,7 @@ Item {
 
             parent: help
             visible: true
+            z: LK.layerOf(help)
             text: help.text
             x: (help.width - width) / 2
             y: help.height + 6

@@ -72,6 +72,16 @@ TEST_F(PreferencesTest, OpenOnSortingInTheSortToolAndHoldEachChangeAtOnce)
                 "plan, staged vs. empty rooms. Source footage never leaves this Mac."_s);
 }
 
+TEST_F(PreferencesTest, TheListOfADropdownOpensAboveThem)
+{
+    open();
+    app.openPreferences();
+    app.setProperty("preferencesTab", u"Import"_s);
+    Desktop::click(shown(fileHandlingLabel(FileHandling::inPlace)));
+    Desktop::click(shown(fileHandlingLabel(FileHandling::copy)));
+    EXPECT_TRUE(waitUntil([this] { return engine.options().fileHandling == FileHandling::copy; }));
+}
+
 TEST_F(PreferencesTest, OpenOnGeneralFromTheLauncher)
 {
     open();
