@@ -67,7 +67,9 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
     , m_diagnostics(*m_engine, [this] { return localClassifier().supportedIdentifiers(); })
     , m_notice(*m_engine, [this] { return window() && window()->isActive(); })
 {
-    QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
+    if (QQuickStyle::name().isEmpty()) {
+        QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
+    }
     followState();
     watchForCards();
     connect(&m_notice, &WorkNotice::pressed, this, [this] {

@@ -1,15 +1,11 @@
 // A card is put in while the program runs. Its image lies in a loop device, which a device tree of the test's own tells
 // to be a card in a reader. Without the right to mount the tests are skipped, and say why.
 #include <QtCore/QDate>
-#include <QtQuick/QQuickWindow>
 
-#include "shell/LarkspanApp.h"
+#include "tests/end_to_end/ProgramWindow.h"
 #include "tests/output/DeviceTree.h"
 #include "tests/output/Mount.h"
-#include "tests/support/Desktop.h"
 #include "tests/support/FfmpegMedia.h"
-#include "tests/support/Items.h"
-#include "tests/support/WaitUntil.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -32,11 +28,9 @@ std::vector<std::string> namesIn(const fs::path &folder)
     return names;
 }
 
-class CardTest : public testing::Test
+class CardTest : public ProgramWindow
 {
 protected:
-    using StageKind = SortEngine::StageKind;
-
     void SetUp() override
     {
         if (!card.whyNot().empty()) {
@@ -52,42 +46,14 @@ protected:
         ASSERT_TRUE(card.unmount());
     }
 
-    // The program with a Shoots folder, past its intro.
-    void start()
-    {
-        program.emplace(std::nullopt, VolumeWatcher::System{.deviceTree = tree.path(), .byLabel = tree.byLabel()});
-        program->engine().setImportRoot(FileUrl(shoots));
-        ASSERT_TRUE(program->open());
-        ASSERT_TRUE(Desktop::awaitWindow(*program->window()));
-        program->state().finishIntro();
-    }
+    VolumeWatcher::System volumes() const { return {.deviceTree = tree.path(), .byLabel = tree.byLabel()}; }
 
     void startAndInsertCard()
     {
-        start();
+        start(volumes());
+        engine().setImportRoot(FileUrl(shoots));
         card.mountAgain();
         ASSERT_EQ(card.whyNot(), "");
-    }
-
-    // What is shown with this text, at rest; the test fails when it doesn't come up.
-    QQuickItem &shown(const QString &text)
-    {
-        QQuickItem *item = nullptr;
-        if (!waitUntil([&] { return (item = findShown(program->window()->contentItem(), text)) != nullptr; })) {
-            throw std::runtime_error("not shown: " + text.toStdString());
-        }
-        return *item;
-    }
-    [[nodiscard]] bool goes(const QString &text)
-    {
-        return waitUntil([&] { return findShown(program->window()->contentItem(), text) == nullptr; });
-    }
-
-    [[nodiscard]] bool reaches(StageKind stage)
-    {
-        const bool reached = waitUntil([&] { return program->engine().stage().kind == stage; });
-        EXPECT_TRUE(reached) << program->engine().stage().text.toStdString();
-        return reached;
     }
 
     const TempFolder folder;
@@ -95,7 +61,6 @@ protected:
     const QString offered = u"mount · 3 clips found. Import and sort it into your Shoots folder?"_s;
     const DeviceTree tree;
     Mount card{Mount::Kind::exfat, cardSize, folder / "mount"};
-    std::optional<LarkspanApp> program;
 };
 
 } // namespace
@@ -109,10 +74,10 @@ TEST_F(CardTest, OneClickBringsACardInAndSortsIt)
     ASSERT_TRUE(reaches(StageKind::results));
     EXPECT_TRUE(goes(offered));
     const fs::path dated = shoots / ("mount — " + QDate::currentDate().toString(Qt::ISODate).toStdString());
-    EXPECT_EQ(program->engine().folder(), FileUrl(dated));
+    EXPECT_EQ(engine().folder(), FileUrl(dated));
     EXPECT_THAT(namesIn(dated), UnorderedElementsAre("C0001.MP4", "C0002.MP4", "DJI_0001.MP4"));
-    EXPECT_THAT(program->engine().clips(), SizeIs(3));
-    EXPECT_THAT(program->engine().clipsInBin(u"Aerial / Drone"_s), SizeIs(1));
+    EXPECT_THAT(engine().clips(), SizeIs(3));
+    EXPECT_THAT(engine().clipsInBin(u"Aerial / Drone"_s), SizeIs(1));
     EXPECT_EQ(program->state().toolID(), u"binnacle"_s);
     (void)shown(u"Aerial / Drone"_s);
     EXPECT_TRUE(card.unmount());
@@ -124,7 +89,7 @@ TEST_F(CardTest, ReturnBringsACardIn)
     (void)shown(offered);
     Desktop::key(u"Return"_s);
     ASSERT_TRUE(reaches(StageKind::results));
-    EXPECT_THAT(program->engine().clips(), SizeIs(3));
+    EXPECT_THAT(engine().clips(), SizeIs(3));
 }
 
 TEST_F(CardTest, EscapeDeclinesAndNothingIsCopied)
@@ -134,7 +99,7 @@ TEST_F(CardTest, EscapeDeclinesAndNothingIsCopied)
     Desktop::key(u"Escape"_s);
     EXPECT_TRUE(goes(offered));
     EXPECT_EQ(program->volumeWatcher().pendingCandidate(), std::nullopt);
-    EXPECT_EQ(program->engine().stage().kind, StageKind::empty);
+    EXPECT_EQ(engine().stage().kind, StageKind::empty);
     EXPECT_TRUE(fs::is_empty(shoots));
     EXPECT_TRUE(card.unmount());
 }
@@ -145,18 +110,18 @@ TEST_F(CardTest, NotNowDeclines)
     (void)shown(offered);
     Desktop::click(shown(u"Not Now"_s));
     EXPECT_TRUE(goes(offered));
-    EXPECT_EQ(program->engine().stage().kind, StageKind::empty);
+    EXPECT_EQ(engine().stage().kind, StageKind::empty);
 }
 
 TEST_F(CardTest, WithoutAShootsFolderThePreferencesComeUpAndTheOfferWaits)
 {
-    start();
-    program->engine().setImportRoot(std::nullopt);
+    start(volumes());
+    engine().setImportRoot(std::nullopt);
     card.mountAgain();
     (void)shown(u"Set a Shoots folder first"_s);
     Desktop::click(shown(u"Open Preferences"_s));
     EXPECT_TRUE(waitUntil([&] { return program->state().property("showPreferences").toBool(); }));
-    program->engine().setImportRoot(FileUrl(shoots));
+    engine().setImportRoot(FileUrl(shoots));
     Desktop::key(u"Escape"_s); // leaves the preferences, and only them
     EXPECT_TRUE(waitUntil([&] { return !program->state().property("showPreferences").toBool(); }));
     const QObject *preferences = program->window()->findChild<QObject *>(u"preferencesOverlay"_s);
@@ -168,7 +133,7 @@ TEST_F(CardTest, WithoutAShootsFolderThePreferencesComeUpAndTheOfferWaits)
 
 TEST_F(CardTest, ACardThatIsMountedDuringTheIntroIsNotSeen)
 {
-    program.emplace(std::nullopt, VolumeWatcher::System{.deviceTree = tree.path(), .byLabel = tree.byLabel()});
+    program.emplace(std::nullopt, volumes());
     ASSERT_EQ(program->state().phase(), AppState::Phase::Intro);
     card.mountAgain();
     program->state().finishIntro();

@@ -1,17 +1,10 @@
 #include <fstream>
 #include <sstream>
 
-#include <libxml/parser.h>
-#include <libxml/xpath.h>
-
-#include <QtQuick/QQuickWindow>
-
-#include "shell/LarkspanApp.h"
-#include "tests/support/Desktop.h"
+#include "tests/end_to_end/ProgramWindow.h"
+#include "tests/end_to_end/XmlTexts.h"
 #include "tests/support/FfmpegMedia.h"
-#include "tests/support/Items.h"
 #include "tests/support/TempFolder.h"
-#include "tests/support/WaitUntil.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -24,28 +17,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// What an XPath finds in a well-formed file, each as its text. Fails the test when it isn't well-formed.
-std::vector<std::string> inXml(const fs::path &file, const char *path)
-{
-    const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(xmlReadFile(file.c_str(), nullptr, XML_PARSE_NONET),
-                                                                  xmlFreeDoc);
-    if (!document) {
-        ADD_FAILURE() << file << " is not well-formed";
-        return {};
-    }
-    const std::unique_ptr<xmlXPathContext, decltype(&xmlXPathFreeContext)> context(xmlXPathNewContext(document.get()),
-                                                                                   xmlXPathFreeContext);
-    const std::unique_ptr<xmlXPathObject, decltype(&xmlXPathFreeObject)> found(
-        xmlXPathEvalExpression(reinterpret_cast<const xmlChar *>(path), context.get()), xmlXPathFreeObject);
-    std::vector<std::string> texts;
-    for (int i = 0; found && found->nodesetval && i < found->nodesetval->nodeNr; ++i) {
-        xmlChar *text = xmlNodeGetContent(found->nodesetval->nodeTab[i]);
-        texts.emplace_back(reinterpret_cast<const char *>(text));
-        xmlFree(text);
-    }
-    return texts;
-}
-
 std::string contentOf(const fs::path &file)
 {
     std::ostringstream content;
@@ -53,12 +24,10 @@ std::string contentOf(const fs::path &file)
     return content.str();
 }
 
-// The whole program with its real parts on a real display, used by mouse and keyboard alone.
-class SortShootTest : public testing::Test
+// The whole program, used by mouse and keyboard alone.
+class SortShootTest : public ProgramWindow
 {
 protected:
-    using StageKind = SortEngine::StageKind;
-
     // Instead of the program that this machine has for events, a note of what it was to open. Qt looks for it once.
     static void SetUpTestSuite()
     {
@@ -83,35 +52,7 @@ protected:
         }
     }
 
-    void SetUp() override
-    {
-        ASSERT_TRUE(program.open());
-        ASSERT_TRUE(Desktop::awaitWindow(*program.window()));
-        program.state().finishIntro();
-        program.state().openTool(u"binnacle"_s);
-    }
-
-    // What is shown with this text; the test fails when it doesn't come up.
-    QQuickItem &shown(const QString &text)
-    {
-        QQuickItem *item = nullptr;
-        if (!waitUntil([&] { return (item = findShown(program.window()->contentItem(), text)) != nullptr; },
-                       std::chrono::seconds(20))) {
-            throw std::runtime_error("not shown: " + text.toStdString());
-        }
-        return *item;
-    }
-
-    [[nodiscard]] bool reaches(StageKind stage)
-    {
-        const bool reached =
-            waitUntil([&] { return program.engine().stage().kind == stage; }, std::chrono::seconds(20));
-        if (!reached) {
-            ADD_FAILURE() << "still at stage " << static_cast<int>(program.engine().stage().kind) << ' '
-                          << program.engine().stage().text.toStdString();
-        }
-        return reached;
-    }
+    void SetUp() override { startSorting(); }
 
     void expectTheEvent() const
     {
@@ -128,7 +69,6 @@ protected:
     const TempFolder scratch;
     const fs::path shoot = scratch / "Villa & Söhne";
     const fs::path event = shoot / "Villa & Söhne.fcpxml";
-    LarkspanApp program;
 };
 
 } // namespace
@@ -138,7 +78,7 @@ TEST_F(SortShootTest, DropAFolderWaitForTheBinsExportAndFindTheEventByMouse)
     Desktop::dragFiles({shoot}, shown(u"Drop a shoot folder here"_s));
     ASSERT_TRUE(reaches(StageKind::results));
     Desktop::click(shown(u"Aerial / Drone"_s));
-    EXPECT_TRUE(waitUntil([&] { return program.engine().selectedBin() == u"Aerial / Drone"_s; }));
+    EXPECT_TRUE(waitUntil([&] { return engine().selectedBin() == u"Aerial / Drone"_s; }));
     (void)shown(u"DJI_0001"_s);
     Desktop::click(shown(u"Export"_s));
     ASSERT_TRUE(reaches(StageKind::done));
@@ -157,18 +97,18 @@ TEST_F(SortShootTest, ADroppedClipSortsTheFolderThatItLiesIn)
 {
     Desktop::dragFiles({shoot / "clip 2.mp4"}, shown(u"Drop a shoot folder here"_s));
     ASSERT_TRUE(reaches(StageKind::results));
-    EXPECT_EQ(program.engine().folder(), FileUrl(shoot));
-    EXPECT_THAT(program.engine().clips(), SizeIs(3));
+    EXPECT_EQ(engine().folder(), FileUrl(shoot));
+    EXPECT_THAT(engine().clips(), SizeIs(3));
 }
 
 TEST_F(SortShootTest, TheKeyboardAloneReachesTheBinsTheClipsAndExport)
 {
-    program.engine().sortFolder(FileUrl(shoot));
+    engine().sortFolder(FileUrl(shoot));
     ASSERT_TRUE(reaches(StageKind::results));
     (void)shown(u"Export"_s);
-    const auto selected = program.engine().selectedBin();
+    const auto selected = engine().selectedBin();
     Desktop::key(u"Down"_s);
-    EXPECT_TRUE(waitUntil([&] { return program.engine().selectedBin() != selected; }));
+    EXPECT_TRUE(waitUntil([&] { return engine().selectedBin() != selected; }));
     for (int i = 0; i < 5; ++i) { // to the clips, the model and its note, "Sort Again", "Export"
         Desktop::key(u"Tab"_s);
     }
@@ -181,12 +121,12 @@ TEST_F(SortShootTest, ReturnOpensTheFolderPanelAndEscapeLeavesTheLanding)
 {
     (void)shown(u"Choose Folder"_s);
     Desktop::key(u"Return"_s);
-    QObject *panel = program.window()->findChild<QObject *>(u"folderPanel"_s);
+    auto *panel = program->window()->findChild<QObject *>(u"folderPanel"_s);
     ASSERT_NE(panel, nullptr);
     EXPECT_TRUE(waitUntil([&] { return panel->property("visible").toBool(); }));
     EXPECT_EQ(panel->property("title").toString(), u"Choose the folder holding this shoot's raw clips."_s);
     EXPECT_EQ(panel->property("acceptLabel").toString(), u"Sort This Folder"_s);
     Desktop::key(u"Escape"_s);
     EXPECT_TRUE(waitUntil([&] { return !panel->property("visible").toBool(); }));
-    EXPECT_EQ(program.engine().stage().kind, StageKind::empty);
+    EXPECT_EQ(engine().stage().kind, StageKind::empty);
 }

@@ -33,7 +33,7 @@ QQuickItem *findShown(QQuickItem *root, const QString &text)
 QQuickItem *findLabelled(QQuickItem *root, const QString &label)
 {
     return findItem(root, [&label](const QQuickItem *item) {
-        return item->isVisible() && item->property("label").toString() == label;
+        return item->isVisible() && item->activeFocusOnTab() && item->property("label").toString() == label;
     });
 }
 

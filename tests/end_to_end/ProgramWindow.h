@@ -1,0 +1,94 @@
+#pragma once
+
+#include <optional>
+
+#include <gmock/gmock.h>
+#include <QtQuick/QQuickWindow>
+
+#include "shell/LarkspanApp.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/Items.h"
+#include "tests/support/WaitUntil.h"
+
+namespace larkspan::test {
+
+// The whole program with its real parts on a real display, and what a person sees of it.
+class ProgramWindow : public testing::Test
+{
+protected:
+    using StageKind = SortEngine::StageKind;
+
+    void TearDown() override { program.reset(); } // before the footage that it shows
+
+    // Opens the program at the launcher.
+    void start(const VolumeWatcher::System &volumes = {})
+    {
+        program.emplace(std::nullopt, volumes);
+        ASSERT_TRUE(program->open());
+        ASSERT_TRUE(Desktop::awaitWindow(*program->window()));
+        program->state().finishIntro();
+    }
+
+    // Opens the program at the sort tool.
+    void startSorting()
+    {
+        start();
+        program->state().openTool(QStringLiteral("binnacle"));
+    }
+
+    SortEngine &engine() { return program->engine(); }
+    QQuickItem *content() const { return program->window()->contentItem(); }
+
+    // What is shown with this text and at rest; the test fails when it doesn't come up.
+    QQuickItem &shown(const QString &text)
+    {
+        return atRest([&] { return findShown(content(), text); }, text);
+    }
+    // The control with this label that the keyboard can reach, as of a row of settings.
+    QQuickItem &control(const QString &label)
+    {
+        return atRest([&] { return findLabelled(content(), label); }, label);
+    }
+    [[nodiscard]] bool goes(const QString &text)
+    {
+        return waitUntil([&] { return findShown(content(), text) == nullptr; });
+    }
+
+    [[nodiscard]] bool reaches(StageKind stage)
+    {
+        const bool reached = waitUntil([&] { return engine().stage().kind == stage; });
+        EXPECT_TRUE(reached) << "still at stage " << static_cast<int>(engine().stage().kind) << ' '
+                             << engine().stage().text.toStdString();
+        return reached;
+    }
+
+    std::optional<LarkspanApp> program;
+
+private:
+    // Where it is counts from one frame to the next: what has just come up is laid out with a frame.
+    template <typename Find>
+    QQuickItem &atRest(const Find &find, const QString &name)
+    {
+        QQuickWindow &window = *program->window();
+        bool isDrawn = false;
+        const auto drawn = QObject::connect(&window, &QQuickWindow::afterAnimating, [&isDrawn] { isDrawn = true; });
+        QQuickItem *item = nullptr;
+        std::optional<QPointF> last;
+        const bool rests = waitUntil([&] {
+            window.update();
+            if (!std::exchange(isDrawn, false)) {
+                return false;
+            }
+            item = find();
+            const auto now = item ? std::optional(item->mapToScene({})) : std::nullopt;
+            return std::exchange(last, now) == now && item != nullptr;
+        });
+        QObject::disconnect(drawn);
+        if (!rests) {
+            throw std::runtime_error("not shown: " + name.toStdString());
+        }
+        return *item;
+    }
+};
+
+} // namespace larkspan::test
