@@ -101,9 +101,10 @@ int main(int argc, char **argv)
     const std::vector<float> features(ObjectDetector::featureCount, 1.0f);
     const QJsonObject each{
         {QStringLiteral("objects"), timesOf(rounds, [&] { return nets.objects().detect(frame).has_value(); })},
+        {QStringLiteral("closer"), timesOf(rounds, [&] { return nets.objects().lookCloser(frame).has_value(); })},
         {QStringLiteral("pose"), timesOf(rounds, [&] { return nets.pose().read(frame, whole).has_value(); })},
         {QStringLiteral("face"), timesOf(rounds, [&] { return nets.face().detect(frame, 0.5f).has_value(); })},
-        {QStringLiteral("rooms"), timesOf(rounds, [&] { return nets.rooms().read(features).has_value(); })},
+        {QStringLiteral("rooms"), timesOf(rounds, [&] { return nets.rooms().read(features, features).has_value(); })},
         {QStringLiteral("frame"), timesOf(rounds, [&] { return requests.perform(frame).has_value(); })},
     };
     const unsigned cores = std::max(1u, std::thread::hardware_concurrency());

@@ -74,7 +74,12 @@ std::optional<FrameObservations> ModelRequests::perform(const QImage &frame) con
     if (!seen) {
         return std::nullopt;
     }
-    const auto place = timed(m_timings, &VisionTimings::rooms, [&] { return m_models->rooms().read(seen->features); });
+    const auto closer = timed(m_timings, &VisionTimings::closer, [&] { return m_models->objects().lookCloser(frame); });
+    if (!closer) {
+        return std::nullopt;
+    }
+    const auto place =
+        timed(m_timings, &VisionTimings::rooms, [&] { return m_models->rooms().read(seen->features, *closer); });
     if (!place) {
         return std::nullopt;
     }

@@ -17,13 +17,15 @@ struct VisionTimings
     };
 
     Sum objects;
+    Sum closer;
     Sum pose;
     Sum face;
     Sum rooms;
 };
 
-// The five requests, answered by the networks: one pass of the object detector gives the classification, the print
-// and the human rectangles; the two that confirm a person look only where it holds a person to be possible.
+// The five requests, answered by the networks: the object detector's pass over a frame gives the classification, the
+// print and the human rectangles, and its closer look at the middle makes the classification surer; the two that
+// confirm a person look only where it holds a person to be possible.
 class ModelRequests : public VisionRequests
 {
 public:

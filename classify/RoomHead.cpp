@@ -177,7 +177,7 @@ std::vector<float> RoomHead::Layer::apply(std::span<const float> values) const
     return result;
 }
 
-std::optional<RoomHead::Reading> RoomHead::read(std::span<const float> features) const
+std::optional<std::vector<float>> RoomHead::standardised(std::span<const float> features) const
 {
     if (features.size() != m_mean.size() || !std::ranges::all_of(features, [](float f) { return std::isfinite(f); })) {
         return std::nullopt;
@@ -189,12 +189,31 @@ std::optional<RoomHead::Reading> RoomHead::read(std::span<const float> features)
         const float root = std::copysign(std::sqrt(std::abs(features[i])), features[i]);
         inputs.push_back(std::clamp((root - m_mean[i]) / m_spread[i], -farthestFeature, farthestFeature));
     }
+    return inputs;
+}
 
+std::vector<float> RoomHead::logits(std::span<const float> inputs) const
+{
     auto hidden = m_hidden.apply(inputs);
     for (float &value : hidden) {
         value = std::max(0.0f, value);
     }
-    const auto probabilities = softmax(m_out.apply(hidden));
+    return m_out.apply(hidden);
+}
+
+std::optional<RoomHead::Reading> RoomHead::read(std::span<const float> features, std::span<const float> closer) const
+{
+    const auto inputs = standardised(features);
+    const auto closerInputs = standardised(closer);
+    if (!inputs || !closerInputs) {
+        return std::nullopt;
+    }
+    auto said = logits(*inputs);
+    const auto saidCloser = logits(*closerInputs);
+    for (std::size_t i = 0; i < said.size(); ++i) {
+        said[i] = (said[i] + saidCloser[i]) / 2;
+    }
+    const auto probabilities = softmax(std::move(said));
     const auto places = std::span(probabilities).first(m_identifiers.size());
     const bool isSure = *std::ranges::max_element(places) >= m_caution.leastSure;
 
@@ -207,7 +226,7 @@ std::optional<RoomHead::Reading> RoomHead::read(std::span<const float> features)
         reading.trust.push_back(isSure ? places[i] : places[i] * m_caution.unsureShare);
     }
 
-    auto print = m_print.apply(inputs);
+    auto print = m_print.apply(*inputs);
     double squares = 0.0;
     for (const float value : print) {
         squares += static_cast<double>(value) * value;

@@ -30,9 +30,10 @@ public:
     // The error tells a file that is missing from one that is damaged and one of another version.
     [[nodiscard]] static tl::expected<RoomHead, ModelError> load(const std::filesystem::path &file);
 
-    // Nothing if the features are not as many as the head was trained on, or no numbers. The same features give the
-    // same reading, bit for bit.
-    [[nodiscard]] std::optional<Reading> read(std::span<const float> features) const;
+    // What the features of a frame, and those of a closer look at its middle, say of the place; the print is of the
+    // frame alone. Nothing if either are not as many as the head was trained on, or no numbers. The same features give
+    // the same reading, bit for bit.
+    [[nodiscard]] std::optional<Reading> read(std::span<const float> features, std::span<const float> closer) const;
 
     [[nodiscard]] const std::vector<QString> &identifiers() const { return m_identifiers; }
 
@@ -56,6 +57,10 @@ private:
 
     class File;
     RoomHead() = default;
+
+    [[nodiscard]] std::optional<std::vector<float>> standardised(std::span<const float> features) const;
+    // For each identifier, and that the frame shows nothing.
+    [[nodiscard]] std::vector<float> logits(std::span<const float> inputs) const;
 
     std::vector<QString> m_identifiers;
     std::vector<float> m_mean;

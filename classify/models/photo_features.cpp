@@ -1,7 +1,8 @@
 // photo_features OUT < LIST: what the object detector sees in views of photos, for training. Each line of the list is a
 // path and the number of a view (PhotoViews.h), apart by a tab; "made:" in place of a path is a frame that shows
-// nothing. OUT gets a record of 3040 floats for each line, in order: the 2960 features, then the evidence of each of
-// the 80 kinds of objects. A photo that can't be read is a record of NaN. The same list gives the same file.
+// nothing, and a number of -1 - n is a closer look at the view n, without objects. OUT gets a record of 3040 floats for
+// each line, in order: the 2960 features, then the evidence of each of the 80 kinds of objects. A photo that can't be
+// read is a record of NaN. The same list gives the same file.
 #include <atomic>
 #include <cmath>
 #include <iostream>
@@ -63,6 +64,15 @@ QImage frameOf(const View &view)
 
 Record look(const ObjectDetector &detector, const std::vector<QString> &kinds, const View &view)
 {
+    if (view.number < 0) {
+        const auto frame = frameOf({view.path, -1 - view.number});
+        auto record = frame.isNull() ? std::nullopt : detector.lookCloser(frame);
+        if (!record) {
+            return Record(recordLength, NAN);
+        }
+        record->resize(recordLength, 0.0f);
+        return *record;
+    }
     const auto frame = frameOf(view);
     const auto seen = frame.isNull() ? std::nullopt : detector.detect(frame);
     if (!seen) {

@@ -85,21 +85,39 @@ def _folds(sources, sites, bins):
 
 
 class Views:
-    """One row per view of a photo (or of an empty frame, photo -1)."""
+    """One row per view of a photo (or of an empty frame, photo -1).
+
+    The number -1 - n is a closer look at the middle of the view n.
+    """
 
     def __init__(self, photo, number):
         self.photo = photo
         self.number = number
 
+    def closer(self, rows):
+        """The rows of the closer looks at the views in rows."""
+        row_of = {view: row for row, view in enumerate(zip(self.photo.tolist(), self.number.tolist()))}
+        return numpy.array([row_of[photo, -1 - number] for photo, number in
+                            zip(self.photo[rows].tolist(), self.number[rows].tolist())], dtype=int)
+
 
 def list_views(photos):
-    """The views to look at, the plain ones first; every empty frame among them."""
+    """The views to look at, the plain ones first; every empty frame among them. What is measured on is looked at more
+    closely as well."""
     rows = []
     for index, source in enumerate(photos.sources):
         rows += [(number, index) for number in range(VIEWS.get(source, OTHER_VIEWS))]
     rows.sort()
     rows += [(number, -1) for number in range(EMPTY_FRAMES)]
+    measured = numpy.isin(photos.sources, ["sites", HELD_OUT_SOURCE])
+    rows += [(-1, int(index)) for index in numpy.nonzero(measured)[0]]
+    rows += [(-1 - number, -1) for number in range(EMPTY_FRAMES) if is_kept_for_measuring(number)]
     return Views(numpy.array([row[1] for row in rows]), numpy.array([row[0] for row in rows]))
+
+
+def is_kept_for_measuring(number):
+    """Whether an empty frame isn't trained on."""
+    return number >= 0 and number % 4 == 3
 
 
 def look(photos, views, program, cache):

@@ -74,6 +74,22 @@ TEST(ModelRequests, AnswerBitForBitAlikeWhateverTheNumberOfThreads)
     }
 }
 
+TEST(ModelRequests, ACloserLookIsAtTheSquareInTheMiddleAlone)
+{
+    const auto models = VisionModels::load(LARKSPAN_MODELS).value();
+    for (const QSize size : {QSize(448, 252), QSize(252, 448)}) {
+        const auto frame = drawn(size, 4);
+        auto framed = frame;
+        auto spotted = frame;
+        QPainter(&framed).fillRect(size.width() > size.height() ? QRect(0, 0, 98, 252) : QRect(0, 0, 252, 98), Qt::red);
+        QPainter(&spotted).fillRect(QRect(QPoint(size.width() / 2, size.height() / 2), QSize(60, 60)), Qt::red);
+        const auto seen = models->objects().lookCloser(frame).value();
+        EXPECT_EQ(seen.size(), static_cast<std::size_t>(ObjectDetector::featureCount));
+        EXPECT_EQ(seen, models->objects().lookCloser(framed).value());
+        EXPECT_NE(seen, models->objects().lookCloser(spotted).value());
+    }
+}
+
 TEST(ModelRequests, AnEmptyImageIsAFailedFrame)
 {
     EXPECT_FALSE(requests()->perform(QImage()));
@@ -113,6 +129,8 @@ TEST(ModelRequests, TellsWhereTheTimeGoesWhenAsked)
     ASSERT_TRUE(requests(&timings)->perform(drawn({448, 252}, 3)));
     EXPECT_EQ(timings.objects.runs, 1);
     EXPECT_GT(timings.objects.nanoseconds, 0);
+    EXPECT_EQ(timings.closer.runs, 1);
+    EXPECT_EQ(timings.rooms.runs, 1);
 }
 
 TEST(ModelRequests, TheClassifierListsWhatTheModelsCanName)

@@ -77,7 +77,7 @@ TEST(RoomHead, ShipsInLessThanFourMegabytes)
 TEST(RoomHead, SaysEverythingBetweenZeroAndOne)
 {
     for (int number = 0; number < 20; ++number) {
-        const auto reading = shipped().read(features(number)).value();
+        const auto reading = shipped().read(features(number), features(number + 1)).value();
         ASSERT_EQ(reading.scenes.size(), shipped().identifiers().size());
         for (const auto &scene : reading.scenes) {
             EXPECT_GE(scene.confidence, 0.0f);
@@ -91,26 +91,41 @@ TEST(RoomHead, ReadsTheSameFeaturesAlikeBitForBit)
 {
     const auto again = RoomHead::load(Shipped).value();
     for (int number = 0; number < 5; ++number) {
-        const auto a = shipped().read(features(number)).value();
-        const auto b = again.read(features(number)).value();
+        const auto a = shipped().read(features(number), features(number + 1)).value();
+        const auto b = again.read(features(number), features(number + 1)).value();
         EXPECT_EQ(a.trust, b.trust);
         EXPECT_EQ(a.print->values(), b.print->values());
     }
 }
 
+TEST(RoomHead, TheWholeAndTheMiddleSayThePlaceAlikeButThePrintIsOfTheWhole)
+{
+    const auto whole = shipped().read(features(1), features(1)).value();
+    const auto both = shipped().read(features(1), features(2)).value();
+    const auto swapped = shipped().read(features(2), features(1)).value();
+    EXPECT_NE(both.trust, whole.trust);
+    EXPECT_EQ(both.trust, swapped.trust);
+    EXPECT_EQ(both.print->values(), whole.print->values());
+    EXPECT_NE(both.print->values(), swapped.print->values());
+}
+
 TEST(RoomHead, RefusesFeaturesThatItWasNotTrainedOn)
 {
-    EXPECT_FALSE(shipped().read({}));
-    EXPECT_FALSE(shipped().read(std::vector<float>(ObjectDetector::featureCount - 1, 1.0f)));
-    EXPECT_FALSE(shipped().read(std::vector<float>(ObjectDetector::featureCount, NAN)));
-    auto features = std::vector<float>(ObjectDetector::featureCount, 1.0f);
-    features.back() = INFINITY;
-    EXPECT_FALSE(shipped().read(features));
+    const auto good = features(1);
+    auto infinite = good;
+    infinite.back() = INFINITY;
+    for (const auto &bad : {std::vector<float>(), std::vector<float>(ObjectDetector::featureCount - 1, 1.0f),
+                            std::vector<float>(ObjectDetector::featureCount, NAN), infinite}) {
+        EXPECT_FALSE(shipped().read(bad, good));
+        EXPECT_FALSE(shipped().read(good, bad));
+    }
+    EXPECT_TRUE(shipped().read(good, good));
 }
 
 TEST(RoomHead, TakesFeaturesFarBeyondAnythingSeen)
 {
-    const auto reading = shipped().read(std::vector<float>(ObjectDetector::featureCount, 1e30f));
+    const std::vector<float> far(ObjectDetector::featureCount, 1e30f);
+    const auto reading = shipped().read(far, far);
     ASSERT_TRUE(reading);
     for (const auto &scene : reading->scenes) {
         EXPECT_TRUE(std::isfinite(scene.confidence));
