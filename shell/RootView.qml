@@ -42,15 +42,24 @@ Window {
 
     onClosing: close => close.accepted = closeGuard.allowsClosing()
 
+    // As a menu bar's it is there whatever lies above the screens.
     Shortcut {
         sequence: "Ctrl+,"
+        context: Qt.ApplicationShortcut
         onActivated: root.app.openPreferences()
+    }
+
+    // Each overlay has its own, which none is there for yet.
+    Shortcut {
+        enabled: root.app.phase === AppState.Intro
+        sequence: "Escape"
+        onActivated: root.closeTopmost()
     }
 
     FocusScope {
         id: stage
 
-        readonly property bool isCovered: cardOffer.shown || preferences.shown || closeGuard.shown || diagnosticsPanels.shown
+        readonly property bool isCovered: cardOffer.shown || preview.shown || preferences.shown || closeGuard.shown || diagnosticsPanels.shown
 
         anchors.fill: parent
         focus: true
@@ -58,6 +67,7 @@ Window {
         layer.enabled: haze.radius > 0
         layer.effect: LKBlur {
             radius: haze.radius // qmllint disable
+            cached: true // qmllint disable
         }
 
         QtObject {

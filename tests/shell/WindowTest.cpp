@@ -1,6 +1,7 @@
 // The window itself: its frame, what it shows when, and what lies above.
 #include <QtQml/QQmlExtensionPlugin>
 
+#include "design/IntroSequence.h"
 #include "tests/shell/ShellWindow.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_ShellPlugin)
@@ -12,7 +13,16 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 class WindowTest : public ShellWindowTest
-{};
+{
+protected:
+    // So that it lasts until the test ends it.
+    void holdIntro() const
+    {
+        auto *intro = window->findChild<IntroSequence *>();
+        ASSERT_NE(intro, nullptr);
+        QObject::disconnect(intro, &IntroSequence::finished, nullptr, nullptr);
+    }
+};
 
 } // namespace
 
@@ -53,24 +63,55 @@ TEST_F(WindowTest, IsMovedByItsHeaderAndFillsTheScreenOnADoubleClick)
     EXPECT_TRUE(waitUntil([this] { return window->size() == QSize(1180, 790); }));
 }
 
-TEST_F(WindowTest, PreferencesAskedForDuringTheIntroShowAfterIt)
+TEST_F(WindowTest, CommandCommaDuringTheIntroSetsPreferencesWhichShowWhenItIsOver)
 {
-    app.openPreferences();
     openInIntro();
+    holdIntro();
+    const auto *overlay = window->findChild<QObject *>(u"preferencesOverlay"_s);
+    Desktop::key(u"ctrl+comma"_s);
+    ASSERT_TRUE(waitUntil([this] { return app.property("showPreferences").toBool(); }));
+    drain();
+    EXPECT_EQ(app.phase(), AppState::Phase::Intro);
+    EXPECT_FALSE(overlay->property("visible").toBool());
     app.finishIntro();
     (void)shown(u"General"_s);
+    EXPECT_TRUE(overlay->property("visible").toBool());
 }
 
-TEST_F(WindowTest, EscapeClosesThePreviewThenPreferencesThenNothing)
+TEST_F(WindowTest, NoOverlayIsShownDuringTheIntro)
+{
+    openInIntro();
+    holdIntro();
+    makeClips({"kitchen 1"});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.setPreviewClip(engine.clips().front());
+    app.openPreferences();
+    drain();
+    for (const QString &overlay : {u"importPromptOverlay"_s, u"previewOverlay"_s, u"preferencesOverlay"_s}) {
+        EXPECT_FALSE(window->findChild<QObject *>(overlay)->property("visible").toBool()) << overlay.toStdString();
+    }
+    Desktop::key(u"Escape"_s); // the same order as ever
+    EXPECT_TRUE(waitUntil([this] { return !engine.hasPreview(); }));
+    EXPECT_EQ(app.property("showPreferences"), true);
+    Desktop::key(u"Escape"_s);
+    EXPECT_TRUE(waitUntil([this] { return !app.property("showPreferences").toBool(); }));
+}
+
+TEST_F(WindowTest, TheFirstEscapeClosesThePreviewTheSecondPreferencesAndAThirdLeavesNoTool)
 {
     open();
     sort();
-    app.openPreferences();
+    engine.setSelectedBin(u"Kitchen"_s);
+    Desktop::click(shown(u"kitchen 1"_s));
+    ASSERT_TRUE(waitUntil([this] { return engine.hasPreview(); }));
+    (void)shown(u"Done"_s);
+    Desktop::key(u"ctrl+comma"_s);
     (void)shown(u"Binnacle Preferences"_s);
-    engine.setPreviewClip(engine.clips().front());
     Desktop::key(u"Escape"_s);
     EXPECT_TRUE(waitUntil([this] { return !engine.hasPreview(); }));
     EXPECT_EQ(app.property("showPreferences"), true);
+    ASSERT_TRUE(goes(u"Done"_s));
     Desktop::key(u"Escape"_s);
     EXPECT_TRUE(waitUntil([this] { return !app.property("showPreferences").toBool(); }));
     ASSERT_TRUE(goes(u"Binnacle Preferences"_s));
@@ -78,6 +119,33 @@ TEST_F(WindowTest, EscapeClosesThePreviewThenPreferencesThenNothing)
     drain();
     EXPECT_TRUE(app.isSortToolOpen());
     EXPECT_FALSE(app.closing());
+}
+
+TEST_F(WindowTest, WhatLiesBelowAnOverlayIsSeenAsThroughFrostedGlass)
+{
+    open();
+    sort();
+    engine.setSelectedBin(u"Kitchen"_s);
+    QQuickItem &card = shown(u"kitchen 1"_s);
+    const auto sharpness = [&] { // of what stands left of the overlays' cards
+        const QImage picture = window->grabWindow().copy(60, 60, 150, 600).convertToFormat(QImage::Format_Grayscale8);
+        int steepest = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            const uchar *line = picture.constScanLine(y);
+            for (int x = 1; x < picture.width(); ++x) {
+                steepest = std::max(steepest, std::abs(line[x] - line[x - 1]));
+            }
+        }
+        return steepest;
+    };
+    EXPECT_GT(sharpness(), 40);
+    Desktop::click(card);
+    (void)shown(u"Done"_s);
+    EXPECT_TRUE(waitUntil([&] { return sharpness() < 15; }));
+    engine.closePreview();
+    EXPECT_TRUE(waitUntil([&] { return sharpness() > 40; }));
+    app.openPreferences();
+    EXPECT_TRUE(waitUntil([&] { return sharpness() < 15; }));
 }
 
 TEST_F(WindowTest, BackShowsTheLauncherAndTheToolComesBackAsItWas)
