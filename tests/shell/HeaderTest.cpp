@@ -18,6 +18,19 @@ protected:
     }
 
     QString name() const { return shoot.lastPathComponent(); }
+
+    static QQuickItem *findByHelp(QQuickItem *root, const QString &help)
+    {
+        for (QQuickItem *child : root->childItems()) {
+            if (child->isVisible() && child->property("help").toString() == help) {
+                return child;
+            }
+            if (QQuickItem *found = findByHelp(child, help)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
 };
 
 } // namespace
@@ -101,6 +114,12 @@ TEST_F(HeaderTest, AnEmptyAccountNameShowsAnEmptyLabelThatStillOpens)
     app.setAccountName(QString());
     open();
     EXPECT_FALSE(isShown(u"My Account"_s));
+    QQuickItem *profile = findByHelp(window->contentItem(), u"Settings and account"_s);
+    ASSERT_NE(profile, nullptr);
+    EXPECT_EQ(profile->property("title"), QString());
+    Desktop::click(*profile);
+    Desktop::click(shown(u"General App Settings"_s));
+    EXPECT_TRUE(waitUntil([this] { return app.property("showPreferences").toBool(); }));
 }
 
 TEST_F(HeaderTest, BackLeadsToTheLauncher)

@@ -96,6 +96,75 @@ TEST_F(PreferencesTest, OpenOnGeneralFromTheLauncher)
     EXPECT_EQ(store.string(u"lkAppearance"_s), u"light"_s);
 }
 
+TEST_F(PreferencesTest, OpenedWhileAPlaceholderToolIsOpenShowGeneral)
+{
+    open();
+    app.openTool(u"huelock"_s);
+    (void)shown(u"Tell me when it ships"_s);
+    Desktop::key(u"ctrl+comma"_s);
+    (void)shown(u"Larkspan Preferences"_s);
+    (void)shown(u"Launch Larkspan at login"_s);
+}
+
+TEST_F(PreferencesTest, WithPremiereAsTheTargetExportIsGreyedOutAndSortAgainIsNot)
+{
+    open();
+    sort();
+    app.openPreferences();
+    Desktop::click(shown(u"Import"_s));
+    (void)shown(u"Final Cut and Resolve read FCPXML. Premiere needs XMEML — not written yet."_s);
+    choose(u"Send to"_s, u"Premiere Pro — soon"_s);
+    EXPECT_EQ(engine.target(), NLE::premiere);
+    EXPECT_EQ(store.string(u"defaultNLE"_s), u"premiere"_s);
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Binnacle Preferences"_s));
+    EXPECT_FALSE(shown(u"Export"_s).isEnabled());
+    EXPECT_EQ(shown(u"Export"_s).opacity(), 0.45);
+    EXPECT_TRUE(shown(u"Sort Again"_s).isEnabled());
+    Desktop::click(shown(u"Export"_s));
+    drain();
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+    bool works = false;
+    QObject::connect(&engine, &SortEngine::stageChanged, &engine,
+                     [&] { works = works || engine.stage().kind == StageKind::working; });
+    Desktop::click(shown(u"Sort Again"_s));
+    EXPECT_TRUE(waitUntil([&] { return works; }));
+    EXPECT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(PreferencesTest, TheFileHandlingIsChosenAndStoredAndACardImportExplainsWhyNothingStaysInPlace)
+{
+    open();
+    app.openPreferences();
+    Desktop::click(shown(u"Import"_s));
+    (void)shown(u"Copy or move physically organizes footage into per-room folders at export. Leave in place only "
+                "touches the FCPXML."_s);
+    choose(u"File handling"_s, u"Move into folders"_s);
+    EXPECT_EQ(engine.options().fileHandling, FileHandling::move);
+    EXPECT_EQ(store.string(u"lkFileHandling"_s), u"move"_s);
+    choose(u"File handling"_s, u"Leave in place"_s);
+    engine.setImportRoot(FileUrl(desk.path()));
+    engine.importCard(shoot, u"CARD"_s);
+    (void)shown(u"Leave in place isn't available for an SD-card import — there's nowhere to leave it once the card's "
+                "ejected."_s);
+    EXPECT_EQ(dropdown(u"File handling"_s).property("shownLabel"), u"Copy into folders"_s);
+}
+
+TEST_F(PreferencesTest, EscapeClosesAnOpenListAndThenTheSheetThatItIsIn)
+{
+    open();
+    app.openPreferences();
+    Desktop::click(shown(u"Import"_s));
+    Desktop::click(dropdown(u"Send to"_s));
+    const auto *list = dropdown(u"Send to"_s).property("popup").value<QObject *>();
+    ASSERT_TRUE(waitUntil([&] { return list->property("opened").toBool(); }));
+    Desktop::key(u"Escape"_s);
+    EXPECT_TRUE(waitUntil([&] { return !list->property("visible").toBool(); }));
+    EXPECT_EQ(app.property("showPreferences"), true);
+    Desktop::key(u"Escape"_s);
+    EXPECT_TRUE(waitUntil([this] { return !app.property("showPreferences").toBool(); }));
+}
+
 TEST_F(PreferencesTest, ATabThatIsUnknownShowsGeneral)
 {
     open();

@@ -64,6 +64,30 @@ protected:
         return *item;
     }
 
+    // The same for a dropdown of this label.
+    QQuickItem &dropdown(const QString &label)
+    {
+        QQuickItem *item = nullptr;
+        if (!waitUntil([&] { return (item = findLabelled(window->contentItem(), label)) != nullptr; })) {
+            throw std::runtime_error("no dropdown: " + label.toStdString());
+        }
+        return *item;
+    }
+
+    // Chooses from a dropdown by mouse.
+    void choose(const QString &label, const QString &choice)
+    {
+        const QQuickItem &control = dropdown(label);
+        const QPointer popup = control.property("popup").value<QObject *>();
+        auto *list = popup->property("contentItem").value<QQuickItem *>();
+        Desktop::click(control);
+        ASSERT_TRUE(
+            waitUntil([&] { return popup->property("opened").toBool() && findShown(list, choice) != nullptr; }));
+        Desktop::click(*findShown(list, choice));
+        // It may go with what it was the choice for.
+        ASSERT_TRUE(waitUntil([&] { return popup.isNull() || !popup->property("visible").toBool(); }));
+    }
+
     bool isShown(const QString &text) const { return findShown(window->contentItem(), text) != nullptr; }
     [[nodiscard]] bool goes(const QString &text)
     {
@@ -81,6 +105,10 @@ protected:
     SortSeams windowSeams()
     {
         auto parts = seams();
+        parts.copyFiles = [this](const auto &...) {
+            ++imported;
+            return std::vector<CopyResult>();
+        };
         parts.organizeByBin = [this](const auto &...) -> OrganizeAnswer {
             copying.pass();
             ++copied;
@@ -92,6 +120,7 @@ protected:
 
     Gate copying;
     std::atomic<int> copied = 0;
+    std::atomic<int> imported = 0;
     const TempFolder desk; // the user's own folders
     SettingsStore store{QString::fromStdString((desk / "settings.ini").string())};
     SystemAppearance system;

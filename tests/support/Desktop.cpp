@@ -43,6 +43,11 @@ void Desktop::click(const QQuickItem &item)
     xdotool(QStringList{u"mousemove"_s} + placeOf(item) + QStringList{u"sleep"_s, u"0.05"_s, u"click"_s, u"1"_s});
 }
 
+void Desktop::rightClick(const QQuickItem &item)
+{
+    xdotool(QStringList{u"mousemove"_s} + placeOf(item) + QStringList{u"sleep"_s, u"0.05"_s, u"click"_s, u"3"_s});
+}
+
 void Desktop::doubleClick(const QQuickItem &item)
 {
     xdotool(QStringList{u"mousemove"_s} + placeOf(item) +
@@ -64,15 +69,11 @@ void Desktop::key(const QString &name)
     xdotool({u"key"_s, name});
 }
 
-void Desktop::dragFiles(const QList<std::filesystem::path> &files, const QQuickItem &onto)
+bool Desktop::drop(const QStringList &what, const QQuickItem &onto)
 {
-    QStringList paths;
-    for (const auto &file : files) {
-        paths.push_back(QString::fromStdString(file.string()));
-    }
     QProcess source;
     source.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    source.start(QStringLiteral(LARKSPAN_DRAG_SOURCE), paths);
+    source.start(QStringLiteral(LARKSPAN_DRAG_SOURCE), what);
     // It says where its window is once that is shown.
     if (!waitUntil([&] { return source.canReadLine() || source.state() == QProcess::NotRunning; }) ||
         !source.canReadLine()) {
@@ -92,7 +93,19 @@ void Desktop::dragFiles(const QList<std::filesystem::path> &files, const QQuickI
             QStringList{u"sleep"_s, pause, u"mousemove"_s} + target +
             QStringList{u"sleep"_s, pause, u"mouseup"_s, u"1"_s});
     await(source); // it ends when its drag has
-    if (source.exitStatus() != QProcess::NormalExit || source.exitCode() != 0) {
+    if (source.exitStatus() != QProcess::NormalExit) {
+        throw std::runtime_error("the window to drag from crashed");
+    }
+    return source.exitCode() == 0;
+}
+
+void Desktop::dragFiles(const QList<std::filesystem::path> &files, const QQuickItem &onto)
+{
+    QStringList paths;
+    for (const auto &file : files) {
+        paths.push_back(QString::fromStdString(file.string()));
+    }
+    if (!drop(paths, onto)) {
         throw std::runtime_error("the drop was not taken");
     }
 }

@@ -19,12 +19,16 @@ public:
 
     static void moveTo(const QQuickItem &item);
     static void click(const QQuickItem &item);
+    static void rightClick(const QQuickItem &item);
     static void doubleClick(const QQuickItem &item);
     // Presses at one point of the screen, moves to another as a hand does, and lets go.
     static void drag(QPoint from, QPoint to);
     // Keys by xdotool's names: "Tab", "Return", "shift+Tab".
     static void key(const QString &name);
-    // Drags items from another program's window and drops them on an item.
+    // Drags files or addresses from another program's window, or a text after "--text", and drops them on an item.
+    // False if the drop was refused.
+    [[nodiscard]] static bool drop(const QStringList &what, const QQuickItem &onto);
+    // The same with files that are to be taken; throws if they aren't.
     static void dragFiles(const QList<std::filesystem::path> &files, const QQuickItem &onto);
 
 private:

@@ -1,4 +1,4 @@
-// A small window to drag files from, as a file manager has: drag_source FILE…
+// A small window to drag from, as a file manager or a browser has: drag_source FILE-OR-ADDRESS… | --text TEXT
 // Says on standard output where to take hold, and ends with the drag: 0 if the drop was taken, 1 if not.
 #include <cstdio>
 
@@ -15,10 +15,15 @@ namespace {
 class DragSource : public QRasterWindow
 {
 public:
-    explicit DragSource(const QStringList &files)
+    explicit DragSource(const QStringList &arguments)
     {
-        for (const QString &file : files) {
-            m_urls.push_back(QUrl::fromLocalFile(file));
+        if (arguments.value(0) == QStringLiteral("--text")) {
+            m_text = arguments.value(1);
+            return;
+        }
+        for (const QString &argument : arguments) {
+            const bool isAddress = argument.contains(QStringLiteral("://"));
+            m_urls.push_back(isAddress ? QUrl(argument) : QUrl::fromLocalFile(argument));
         }
     }
 
@@ -28,7 +33,7 @@ protected:
         QPainter painter(this);
         painter.fillRect(QRect(QPoint(), size()), Qt::darkGray);
         painter.setPen(Qt::white);
-        painter.drawText(QRect(QPoint(), size()), Qt::AlignCenter, m_urls.value(0).fileName());
+        painter.drawText(QRect(QPoint(), size()), Qt::AlignCenter, m_urls.value(0).fileName() + m_text);
         if (!m_said) {
             m_said = true;
             // The window manager may still move it; what counts is where it is when things are quiet.
@@ -47,16 +52,21 @@ protected:
         }
         m_dragged = true;
         auto *drag = new QDrag(this);
-        auto *files = new QMimeData;
-        files->setUrls(m_urls);
-        drag->setMimeData(files);
-        // The other program asks for the files after the drop; the drag goes when it has said that it is done.
+        auto *content = new QMimeData;
+        if (m_urls.isEmpty()) {
+            content->setText(m_text);
+        } else {
+            content->setUrls(m_urls);
+        }
+        drag->setMimeData(content);
+        // The other program asks for the content after the drop; the drag goes when it has said that it is done.
         connect(drag, &QObject::destroyed, this, [this] { QCoreApplication::exit(m_taken ? 0 : 1); });
         m_taken = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction) != Qt::IgnoreAction;
     }
 
 private:
     QList<QUrl> m_urls;
+    QString m_text; // instead of them
     bool m_said = false;
     bool m_dragged = false;
     bool m_taken = false;

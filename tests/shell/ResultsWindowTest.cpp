@@ -1,0 +1,150 @@
+// A sorted shoot in the window: its bins, the clips to look at, and one clip large.
+#include "core/RoomLabel.h"
+#include "tests/shell/ShellWindow.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using testing::ElementsAre;
+
+namespace {
+
+class ResultsWindowTest : public ShellWindowTest
+{
+protected:
+    void sortAll(std::initializer_list<const char *> names)
+    {
+        open();
+        makeClips(names);
+        engine.sortFolder(shoot);
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+
+    [[nodiscard]] ClipPtr clip(const QString &name) const
+    {
+        const auto found = std::ranges::find(engine.clips(), name, [](const ClipPtr &c) { return c->url.baseName(); });
+        return found == engine.clips().end() ? nullptr : *found;
+    }
+
+    // Opens a clip's context menu and one of its submenus.
+    void openSubmenu(const QString &card, const QString &entry)
+    {
+        Desktop::rightClick(shown(card));
+        Desktop::click(shown(entry));
+    }
+};
+
+} // namespace
+
+TEST_F(ResultsWindowTest, AClipIsMovedByMoveToOfItsContextMenu)
+{
+    sortAll({"kitchen 1", "kitchen 2"});
+    openSubmenu(u"kitchen 1"_s, u"Move to"_s);
+    (void)shown(u"✓ Kitchen"_s);
+    Desktop::click(shown(u"Bathroom"_s));
+    EXPECT_TRUE(waitUntil([this] { return clip(u"kitchen 1"_s)->primaryBin == u"Bathroom"_s; }));
+    ASSERT_TRUE(goes(u"kitchen 1"_s));
+    Desktop::click(shown(u"Bathroom"_s)); // its row
+    (void)shown(u"kitchen 1"_s);
+}
+
+TEST_F(ResultsWindowTest, ACardInTheGridOfItsExtraBinOpensTheSameClip)
+{
+    sortAll({"kitchen 1", "pool 2"});
+    openSubmenu(u"kitchen 1"_s, u"Also Tag"_s);
+    (void)shown(u"Garage"_s);
+    Desktop::click(shown(u"Garage"_s));
+    ASSERT_TRUE(waitUntil([this] { return !clip(u"kitchen 1"_s)->extraBins.empty(); }));
+    ASSERT_TRUE(goes(u"Also Tag"_s));
+    engine.setSelectedBin(u"Garage"_s);
+    Desktop::click(shown(u"kitchen 1"_s));
+    EXPECT_TRUE(waitUntil([this] { return engine.previewClip() == clip(u"kitchen 1"_s); }));
+}
+
+TEST_F(ResultsWindowTest, WhenTheLastClipLeavesABinItsRowGoesAndTheSelectionStays)
+{
+    sortAll({"kitchen 1", "kitchen 2", "pool 3"});
+    Desktop::click(shown(u"Pool"_s));
+    openSubmenu(u"pool 3"_s, u"Move to"_s);
+    (void)shown(u"✓ Pool"_s);
+    Desktop::key(u"k"_s);
+    Desktop::key(u"Return"_s);
+    EXPECT_TRUE(waitUntil([this] { return clip(u"pool 3"_s)->primaryBin == u"Kitchen"_s; }));
+    EXPECT_TRUE(goes(u"Pool"_s));
+    EXPECT_EQ(engine.selectedBin(), u"Pool"_s); // only the review list is left by itself
+}
+
+TEST_F(ResultsWindowTest, WithNoClipUnderReviewThereIsNoRowToLookAtAndWithCountsOffNamesStandAlone)
+{
+    sortAll({"kitchen 1", "kitchen 2", "kitchen 3"});
+    const QQuickItem &row = shown(u"Kitchen"_s);
+    EXPECT_FALSE(isShown(u"Needs a look"_s));
+    EXPECT_TRUE(isShown(u"3"_s));
+    SortOptions options = engine.options();
+    options.showClipCounts = false;
+    engine.setOptions(options);
+    EXPECT_TRUE(goes(u"3"_s));
+    EXPECT_TRUE(row.isVisible());
+}
+
+TEST_F(ResultsWindowTest, TheReviewListCountsItsClipsAndConfirmingTheLastShowsTheFirstBin)
+{
+    sortAll({"kitchen 1", "kitchen 2", "dark 3", "dark 4"});
+    (void)shown(u"2 clips Binnacle wasn't sure about"_s);
+    Desktop::click(shown(u"Confirm"_s));
+    (void)shown(u"1 clip Binnacle wasn't sure about"_s);
+    EXPECT_EQ(clip(u"dark 3"_s)->primaryBin, unsortedBin());
+    Desktop::click(shown(u"Confirm"_s));
+    EXPECT_TRUE(goes(u"Needs a look"_s));
+    EXPECT_EQ(engine.selectedBin(), u"Kitchen"_s);
+    (void)shown(u"kitchen 1"_s);
+}
+
+TEST_F(ResultsWindowTest, ConfirmAllEmptiesTheListInOneStepAndShowsTheFirstBin)
+{
+    sortAll({"kitchen 1", "kitchen 2", "kitchen 3", "dark 4", "dark 5"});
+    Desktop::click(shown(u"Confirm All"_s));
+    EXPECT_TRUE(goes(u"Needs a look"_s));
+    EXPECT_EQ(engine.reviewCount(), 0);
+    EXPECT_EQ(engine.selectedBin(), u"Kitchen"_s);
+}
+
+TEST_F(ResultsWindowTest, AClipOfWhichNoRoomWasReadShowsUnsortedAndLeavesTheListByItsDropdown)
+{
+    sortAll({"kitchen 1", "dark 2", "dark 3"});
+    clip(u"dark 2"_s)->reviewReason = u"no room read from the frames"_s;
+    Q_EMIT engine.clipsChanged();
+    (void)shown(u"no room read from the frames"_s);
+    EXPECT_EQ(dropdown(u"Bin of dark 2.mov"_s).property("shownLabel"), u"Unsorted"_s);
+    choose(u"Bin of dark 2.mov"_s, u"Bathroom"_s);
+    EXPECT_EQ(clip(u"dark 2"_s)->primaryBin, u"Bathroom"_s);
+    (void)shown(u"1 clip Binnacle wasn't sure about"_s);
+}
+
+TEST_F(ResultsWindowTest, ThePreviewMovesTheClipInTheGridBehindIt)
+{
+    sortAll({"kitchen 1", "kitchen 2"});
+    Desktop::click(shown(u"kitchen 2"_s));
+    (void)shown(u"0.0s · 0 × 0 · 59.94 fps"_s);
+    choose(u"Bin"_s, u"Bathroom"_s);
+    EXPECT_EQ(clip(u"kitchen 2"_s)->primaryBin, u"Bathroom"_s);
+    EXPECT_TRUE(goes(u"kitchen 2"_s)); // the card, without its extension
+    EXPECT_TRUE(isShown(u"kitchen 2.mov"_s));
+    choose(u"Second bin"_s, u"Bedroom"_s);
+    EXPECT_THAT(clip(u"kitchen 2"_s)->extraBins, ElementsAre(u"Bedroom"_s));
+    Desktop::click(shown(u"Done"_s));
+    EXPECT_TRUE(waitUntil([this] { return !engine.hasPreview(); }));
+    EXPECT_TRUE(goes(u"kitchen 2.mov"_s));
+}
+
+TEST_F(ResultsWindowTest, APressOnTheScrimClosesThePreviewAndOneOnTheCardDoesNot)
+{
+    sortAll({"kitchen 1"});
+    Desktop::click(shown(u"kitchen 1"_s));
+    Desktop::click(shown(u"kitchen 1.mov"_s));
+    drain();
+    EXPECT_TRUE(engine.hasPreview());
+    const QPoint scrim = window->mapToGlobal(QPoint(60, 700));
+    Desktop::drag(scrim, scrim);
+    EXPECT_TRUE(waitUntil([this] { return !engine.hasPreview(); }));
+}
