@@ -1,12 +1,9 @@
-#include <QtCore/QMimeData>
-
-#include "core/RoomLabel.h"
+// The screen in each of its stages.
 #include "tests/screens/BinnacleViewFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 TEST_F(BinnacleViewTest, LandsOnTheDropTarget)
@@ -56,22 +53,6 @@ TEST_F(BinnacleViewTest, AFailureBeforeAnySortLeadsBackToEmptyResults)
     EXPECT_EQ(engine.stage().kind, StageKind::results);
     EXPECT_FALSE(findShown(scene->root(), u"Export"_s)->isEnabled());
     EXPECT_FALSE(findShown(scene->root(), u"Sort Again"_s)->isEnabled());
-}
-
-TEST_F(GatedViewTest, ShowsHowFarTheSortIsAndCancelReturnsToTheLanding)
-{
-    makeClips({"kitchen 1", "pool 2", "garage 3", "bedroom 4"});
-    show();
-    engine.sortFolder(shoot);
-    EXPECT_TRUE(shows(u"Sorting "_s + shoot.lastPathComponent()));
-    gate.open(2);
-    EXPECT_TRUE(shows(u"2 of 4"_s));
-    EXPECT_TRUE(shows(u"A peek as they land — the full set is browsable when the sort finishes."_s));
-    scene->click(u"Cancel"_s);
-    gate.open(2);
-    EXPECT_EQ(engine.stage().kind, StageKind::empty);
-    EXPECT_TRUE(shows(u"Drop a shoot folder here"_s));
-    EXPECT_THAT(engine.clips(), IsEmpty());
 }
 
 TEST_F(BinnacleViewTest, ResultsNameTheShootItsBinsAndTheClipsOfTheChosenOne)
@@ -189,135 +170,6 @@ TEST_F(BinnacleViewTest, SaysWhatKeepsClipsFromBeingRecognised)
     EXPECT_TRUE(shows(u"no models"_s));
 }
 
-namespace {
-
-// Drops on the landing, as the display server would.
-class DropTest : public BinnacleViewTest
-{
-protected:
-    static QUrl local(const std::filesystem::path &path)
-    {
-        return QUrl::fromLocalFile(QString::fromStdString(path.string()));
-    }
-    // Whether it was taken.
-    bool drop(const QMimeData &mime)
-    {
-        const QPoint at = middleOf(scene->root());
-        QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
-        QGuiApplication::sendEvent(&scene->window(), &enter);
-        QDropEvent dropped(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
-        dropped.ignore();
-        QGuiApplication::sendEvent(&scene->window(), &dropped);
-        return dropped.isAccepted();
-    }
-    bool drop(const QList<QUrl> &urls)
-    {
-        QMimeData mime;
-        mime.setUrls(urls);
-        return drop(mime);
-    }
-};
-
-} // namespace
-
-TEST_F(DropTest, OfFiveFoldersOnlyTheFirstIsSorted)
-{
-    QList<QUrl> urls;
-    for (const char *name : {"c", "a", "e", "b", "d"}) {
-        (void)folder.write(std::filesystem::path(name) / "pool 1.mov");
-        urls.append(local(folder / name));
-    }
-    show();
-    EXPECT_TRUE(drop(urls));
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    EXPECT_EQ(engine.folder(), FileUrl(folder / "c"));
-    EXPECT_EQ(engine.recents().size(), 1u);
-}
-
-TEST_F(DropTest, OfAClipSortsItsFolder)
-{
-    makeClips({"kitchen 1", "pool 2"});
-    show();
-    EXPECT_TRUE(drop({local(folder / "pool 2.mov")}));
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    EXPECT_EQ(engine.clipCount(), 2);
-}
-
-TEST_F(DropTest, OfAPathThatVanishedSortsWhereItLay)
-{
-    show();
-    EXPECT_TRUE(drop({local(folder / "gone.mov")}));
-    EXPECT_TRUE(reaches(engine, StageKind::emptyFolder));
-    EXPECT_TRUE(shows(u"No video files found in "_s + shoot.lastPathComponent()));
-}
-
-TEST_F(DropTest, OfNothingAndOfTextIsRefused)
-{
-    show();
-    EXPECT_FALSE(drop(QMimeData()));
-    EXPECT_FALSE(drop(QList<QUrl>()));
-    QMimeData text;
-    text.setText(u"/home"_s);
-    EXPECT_FALSE(drop(text));
-    EXPECT_EQ(engine.stage().kind, StageKind::empty);
-}
-
-TEST_F(DropTest, OfARemoteUrlIsTakenAndLeavesTheLanding)
-{
-    show();
-    EXPECT_TRUE(drop({QUrl(u"https://127.0.0.1/shoot.mov"_s)}));
-    EXPECT_EQ(engine.stage().kind, StageKind::empty);
-    EXPECT_TRUE(shows(u"Drop a shoot folder here"_s));
-}
-
-TEST_F(DropTest, HoveringFramesTheLanding)
-{
-    show();
-    QMimeData mime;
-    mime.setUrls({local(folder.path())});
-    const QPoint at = middleOf(scene->root());
-    QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
-    QGuiApplication::sendEvent(&scene->window(), &enter);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return findNamed(scene->root(), u"dropFrame"_s)->opacity() == 1; }));
-    QDragLeaveEvent leave;
-    QGuiApplication::sendEvent(&scene->window(), &leave);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return findNamed(scene->root(), u"dropFrame"_s)->opacity() == 0; }));
-}
-
-TEST_F(GatedViewTest, ThePeekShowsATileForEveryClipThreeBesideEachOtherAndFollowsTheNewest)
-{
-    for (int i = 0; i < 12; ++i) {
-        (void)folder.write("kitchen " + std::to_string(i) + ".mov");
-    }
-    show();
-    engine.sortFolder(shoot);
-    ASSERT_TRUE(shows(u"Sorting "_s + shoot.lastPathComponent()));
-    const auto peek = [this] { return findNamed(scene->root(), u"peek"_s); };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return peek() != nullptr; }));
-    EXPECT_EQ(QSizeF(peek()->width(), peek()->height()), QSizeF(500, 300));
-    gate.open(8);
-    ASSERT_TRUE(waitUntil([&] { return engine.done() == 8; }));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return peek()->property("contentHeight").toDouble() == 300; })) << "three rows";
-    EXPECT_DOUBLE_EQ(peek()->property("contentY").toDouble(), 0);
-    gate.open(2);
-    ASSERT_TRUE(waitUntil([&] { return engine.done() == 10; }));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return peek()->property("contentY").toDouble() == 100; })) << "a fourth scrolls";
-    gate.open(2);
-    EXPECT_TRUE(reaches(engine, StageKind::results));
-}
-
-TEST_F(GatedViewTest, TheModelCanBeChosenDuringASort)
-{
-    makeClips({"kitchen 1", "pool 2"});
-    show();
-    engine.sortFolder(shoot);
-    ASSERT_TRUE(shows(u"Cancel"_s));
-    scene->click(u"Cloud AI"_s);
-    EXPECT_EQ(engine.modelTier(), ModelTier::cloud);
-    gate.open(2);
-    EXPECT_TRUE(reaches(engine, StageKind::results));
-}
-
 TEST_F(BinnacleViewTest, TheModelsNoteTellsOfTheChosenOne)
 {
     show();
@@ -335,12 +187,4 @@ TEST_F(BinnacleViewTest, TheModelsNoteTellsOfTheChosenOne)
         inWindow(u"Sends a few downscaled still frames to a vision model. Much better on hard shots — doorways, "
                  u"open plan, staged vs. empty rooms. Source footage never leaves this Mac."_s));
     EXPECT_TRUE(inWindow(u"95% accuracy on a typical listing shoot"_s));
-}
-
-TEST_F(DropTest, OfAFolderSortsIt)
-{
-    makeClips({"kitchen 1"});
-    show();
-    EXPECT_TRUE(drop({local(folder.path())}));
-    EXPECT_TRUE(reaches(engine, StageKind::results));
 }

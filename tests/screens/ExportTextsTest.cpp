@@ -13,6 +13,13 @@ using ExportTextsTest = ModelTest;
 
 } // namespace
 
+TEST_F(ExportTextsTest, BuildOneBinAtLeast)
+{
+    ExportTexts texts;
+    texts.setEngine(&engine);
+    EXPECT_EQ(texts.steps().at(1), u"Building 1 bins…"_s);
+}
+
 TEST_F(ExportTextsTest, SayWhatAnExportDoesWithTheFootageAndHaveNoSingular)
 {
     makeClips({"kitchen 1"});

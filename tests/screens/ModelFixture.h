@@ -16,7 +16,7 @@ protected:
         ASSERT_TRUE(reaches(engine, StageKind::results));
     }
 
-    SortEngine engine{seams()};
+    SortEngine engine{seams(), 4}; // two clips at a time, whatever the machine
 };
 
 // What a role of a model's rows reads, from the first row on.

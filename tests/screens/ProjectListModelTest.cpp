@@ -29,6 +29,9 @@ TEST_F(ProjectListModelTest, ListsTheShootsTheLatestFirstAndWithNothingToReviewI
     EXPECT_THAT(column(projects, ProjectListModel::NameRole), ElementsAre(shoot.lastPathComponent(), u"second"_s));
     EXPECT_THAT(column(projects, ProjectListModel::DetailRole),
                 ElementsAre(u"3 clips · 3 bins · 1 to review"_s, u"1 clips · 1 bins"_s));
+    const auto marked = [&](int row) { return projects.index(row).data(ProjectListModel::CurrentRole).toBool(); };
+    EXPECT_TRUE(marked(0));
+    EXPECT_FALSE(marked(1));
     engine.deleteProject(projectID(shoot));
     EXPECT_THAT(column(projects, ProjectListModel::NameRole), ElementsAre(u"second"_s));
 }

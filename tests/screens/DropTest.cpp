@@ -1,0 +1,111 @@
+// What is dropped on the landing.
+#include <QtCore/QMimeData>
+
+#include "tests/screens/BinnacleViewFixture.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// Drops on the landing, as the display server would.
+class DropTest : public BinnacleViewTest
+{
+protected:
+    static QUrl local(const std::filesystem::path &path)
+    {
+        return QUrl::fromLocalFile(QString::fromStdString(path.string()));
+    }
+    // Whether it was taken.
+    bool drop(const QMimeData &mime)
+    {
+        const QPoint at = middleOf(scene->root());
+        QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
+        QGuiApplication::sendEvent(&scene->window(), &enter);
+        QDropEvent dropped(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
+        dropped.ignore();
+        QGuiApplication::sendEvent(&scene->window(), &dropped);
+        return dropped.isAccepted();
+    }
+    bool drop(const QList<QUrl> &urls)
+    {
+        QMimeData mime;
+        mime.setUrls(urls);
+        return drop(mime);
+    }
+};
+
+} // namespace
+
+TEST_F(DropTest, OfFiveFoldersOnlyTheFirstIsSorted)
+{
+    QList<QUrl> urls;
+    for (const char *name : {"c", "a", "e", "b", "d"}) {
+        (void)folder.write(std::filesystem::path(name) / "pool 1.mov");
+        urls.append(local(folder / name));
+    }
+    show();
+    EXPECT_TRUE(drop(urls));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(engine.folder(), FileUrl(folder / "c"));
+    EXPECT_EQ(engine.recents().size(), 1u);
+}
+
+TEST_F(DropTest, OfAClipSortsItsFolder)
+{
+    makeClips({"kitchen 1", "pool 2"});
+    show();
+    EXPECT_TRUE(drop({local(folder / "pool 2.mov")}));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(engine.clipCount(), 2);
+}
+
+TEST_F(DropTest, OfAPathThatVanishedSortsWhereItLay)
+{
+    show();
+    EXPECT_TRUE(drop({local(folder / "gone.mov")}));
+    EXPECT_TRUE(reaches(engine, StageKind::emptyFolder));
+    EXPECT_TRUE(shows(u"No video files found in "_s + shoot.lastPathComponent()));
+}
+
+TEST_F(DropTest, OfNothingAndOfTextIsRefused)
+{
+    show();
+    EXPECT_FALSE(drop(QMimeData()));
+    EXPECT_FALSE(drop(QList<QUrl>()));
+    QMimeData text;
+    text.setText(u"/home"_s);
+    EXPECT_FALSE(drop(text));
+    EXPECT_EQ(engine.stage().kind, StageKind::empty);
+}
+
+TEST_F(DropTest, OfARemoteUrlIsTakenAndLeavesTheLanding)
+{
+    show();
+    EXPECT_TRUE(drop({QUrl(u"https://127.0.0.1/shoot.mov"_s)}));
+    EXPECT_EQ(engine.stage().kind, StageKind::empty);
+    EXPECT_TRUE(shows(u"Drop a shoot folder here"_s));
+}
+
+TEST_F(DropTest, HoveringFramesTheLanding)
+{
+    show();
+    QMimeData mime;
+    mime.setUrls({local(folder.path())});
+    const QPoint at = middleOf(scene->root());
+    QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
+    QGuiApplication::sendEvent(&scene->window(), &enter);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return findNamed(scene->root(), u"dropFrame"_s)->opacity() == 1; }));
+    QDragLeaveEvent leave;
+    QGuiApplication::sendEvent(&scene->window(), &leave);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return findNamed(scene->root(), u"dropFrame"_s)->opacity() == 0; }));
+}
+
+TEST_F(DropTest, OfAFolderSortsIt)
+{
+    makeClips({"kitchen 1"});
+    show();
+    EXPECT_TRUE(drop({local(folder.path())}));
+    EXPECT_TRUE(reaches(engine, StageKind::results));
+}
