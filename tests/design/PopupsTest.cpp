@@ -109,6 +109,65 @@ TEST(LKPopover, OpensBelowItsAnchorAboveItAtTheBottomAndStaysInTheWindow)
     }
 }
 
+TEST(Popups, OpenAboveTheHigherOneThatTheyComeFrom)
+{
+    Scene scene(R"(
+        import QtQuick
+        import QtQuick.Templates as T
+        import Larkspan.Design
+        Rectangle {
+            id: page
+            property var taken: []
+            property Component content: Component {
+                Column {
+                    spacing: 100
+                    LKDropdown {
+                        options: [{value: 0, label: "Kitchen"}, {value: 1, label: "Pool"}]
+                        selection: 0
+                        onActivated: row => page.taken = page.taken.concat("dropdown")
+                    }
+                    LKButton {
+                        title: "Popover"
+                        onActivated: popover.open()
+                        LKPopover {
+                            id: popover
+                            LKButton { title: "Inside"; onActivated: page.taken = page.taken.concat("popover") }
+                        }
+                    }
+                    LKButton {
+                        title: "Menu"
+                        onActivated: menu.popup()
+                        LKMenu {
+                            id: menu
+                            LKMenuItem { text: "Entry"; onTriggered: page.taken = page.taken.concat("menu") }
+                        }
+                    }
+                }
+            }
+            T.Popup {
+                width: 600; height: 400; z: 3; modal: true; visible: true; closePolicy: T.Popup.NoAutoClose
+                Loader { sourceComponent: page.content }
+            }
+        })");
+    const auto clickOnceShown = [&](const QString &text) {
+        QQuickItem *all = scene.window().contentItem();
+        EXPECT_TRUE(waitUntil([&] {
+            const QQuickItem *item = findShown(all, text);
+            return item != nullptr && item->width() > 0 && middleOf(item).y() > 0;
+        }));
+        scene.window().grabWindow(); // so that all has found its place
+        scene.click(text);
+    };
+    for (const QString &step : {u"Kitchen"_s, u"Pool"_s, u"Popover"_s, u"Inside"_s}) {
+        clickOnceShown(step);
+    }
+    scene.key(Qt::Key_Escape);
+    EXPECT_TRUE(waitUntil([&] { return findShown(scene.window().contentItem(), u"Inside"_s) == nullptr; }));
+    clickOnceShown(u"Menu"_s);
+    clickOnceShown(u"Entry"_s);
+    EXPECT_EQ(scene.root()->property("taken").toStringList(), (QStringList{u"dropdown"_s, u"popover"_s, u"menu"_s}));
+}
+
 TEST(LKMenu, TakesAChoiceByClickAndCloses)
 {
     Scene scene(menuDocument("LKMenuItem { text: 'Reveal'; onTriggered: page.chosen = text }"));
