@@ -49,7 +49,7 @@ Thumbnail::Thumbnail(const QImage &frame)
     }
 }
 
-QImage Thumbnail::filling(QSize size) const
+QImage Thumbnail::stretchedTo(QSize size) const
 {
     if (isNull()) {
         return {};
@@ -58,11 +58,7 @@ QImage Thumbnail::filling(QSize size) const
     QBuffer buffer(&bytes);
     QImageReader reader(&buffer, format);
     if (!size.isEmpty()) {
-        // The decoder itself leaves out most of what a smaller picture doesn't show.
-        const QSize whole = m_size.scaled(size, Qt::KeepAspectRatioByExpanding);
-        reader.setScaledSize(whole);
-        reader.setScaledClipRect(
-            QRect(QPoint((whole.width() - size.width()) / 2, (whole.height() - size.height()) / 2), size));
+        reader.setScaledSize(size); // the decoder itself leaves out most of what a smaller picture doesn't show
     }
     return reader.read();
 }

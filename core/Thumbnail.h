@@ -25,8 +25,8 @@ public:
     // Tells pictures apart within one run; 0 for none.
     [[nodiscard]] quint64 key() const { return m_key; }
 
-    // The picture filling this size, cut where its aspect is another; as it is for an empty size, null for none.
-    [[nodiscard]] QImage filling(QSize size) const;
+    // The picture stretched to this size, whatever its aspect; as it is for an empty size, null for none.
+    [[nodiscard]] QImage stretchedTo(QSize size) const;
 
 private:
     QByteArray m_jpeg;

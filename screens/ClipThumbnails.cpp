@@ -65,7 +65,7 @@ QImage ClipThumbnails::requestImage(const QString &id, QSize *size, const QSize 
     }();
 
     // A frame that is asked for in no size is given as it is.
-    const QImage frame = thumbnail.filling(requestedSize);
+    const QImage frame = thumbnail.stretchedTo(requestedSize);
     const QSize wanted = !requestedSize.isEmpty() ? requestedSize : frame.isNull() ? usualSize : frame.size();
     if (size) {
         *size = wanted;

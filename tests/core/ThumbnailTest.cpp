@@ -40,32 +40,36 @@ TEST(Thumbnail, OfNothingIsNoneAndGivesNothing)
     EXPECT_TRUE(Thumbnail().isNull());
     EXPECT_TRUE(Thumbnail(QImage()).isNull());
     EXPECT_EQ(Thumbnail().key(), 0u);
-    EXPECT_TRUE(Thumbnail().filling({16, 9}).isNull());
+    EXPECT_TRUE(Thumbnail().stretchedTo({16, 9}).isNull());
 }
 
 TEST(Thumbnail, ShowsItsFrameInTheSizeAskedFor)
 {
     const Thumbnail thumbnail(filled({448, 252}, Qt::blue));
-    EXPECT_EQ(thumbnail.filling({}).size(), QSize(448, 252));
+    EXPECT_EQ(thumbnail.stretchedTo({}).size(), QSize(448, 252));
     for (const QSize size : {QSize(168, 95), QSize(96, 54), QSize(760, 428)}) {
-        const QImage picture = thumbnail.filling(size);
+        const QImage picture = thumbnail.stretchedTo(size);
         EXPECT_EQ(picture.size(), size);
         EXPECT_TRUE(isNear(picture.pixelColor(size.width() / 2, size.height() / 2), Qt::blue));
     }
 }
 
-TEST(Thumbnail, OfATallFrameFillsAWideSizeWithItsMiddle)
+TEST(Thumbnail, OfATallFrameIsStretchedOverAWideSizeAndLosesNothing)
 {
     QImage frame = filled({252, 448}, Qt::red);
-    for (int y = 180; y < 268; ++y) {
+    for (int y = 224; y < frame.height(); ++y) {
         for (int x = 0; x < frame.width(); ++x) {
             frame.setPixelColor(x, y, Qt::green);
         }
     }
-    const QImage picture = Thumbnail(frame).filling({160, 40});
+    const QImage picture = Thumbnail(frame).stretchedTo({160, 40});
     ASSERT_EQ(picture.size(), QSize(160, 40));
-    EXPECT_TRUE(isNear(picture.pixelColor(2, 20), Qt::green));
-    EXPECT_TRUE(isNear(picture.pixelColor(157, 20), Qt::green));
+    for (const int x : {2, 80, 157}) {
+        EXPECT_TRUE(isNear(picture.pixelColor(x, 2), Qt::red));
+        EXPECT_TRUE(isNear(picture.pixelColor(x, 15), Qt::red));
+        EXPECT_TRUE(isNear(picture.pixelColor(x, 24), Qt::green));
+        EXPECT_TRUE(isNear(picture.pixelColor(x, 37), Qt::green));
+    }
 }
 
 TEST(Thumbnail, TakesNoMoreThanItsBoundWhateverItShows)
@@ -74,7 +78,7 @@ TEST(Thumbnail, TakesNoMoreThanItsBoundWhateverItShows)
         const Thumbnail thumbnail(noise(size));
         EXPECT_FALSE(thumbnail.isNull());
         EXPECT_LE(thumbnail.byteCount(), Thumbnail::mostBytes);
-        EXPECT_EQ(thumbnail.filling({16, 9}).size(), QSize(16, 9));
+        EXPECT_EQ(thumbnail.stretchedTo({16, 9}).size(), QSize(16, 9));
     }
 }
 
