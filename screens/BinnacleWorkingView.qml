@@ -15,8 +15,16 @@ FocusScope {
         id: ticks
     }
 
-    Component.onCompleted: ticks.start(view.engine)
-    Component.onDestruction: ticks.stop()
+    // The sort goes on while its screen is away, but is not heard.
+    function followVisibility() {
+        if (view.visible)
+            ticks.start(view.engine);
+        else
+            ticks.stop();
+    }
+
+    Component.onCompleted: followVisibility()
+    onVisibleChanged: followVisibility()
 
     readonly property size tile: Qt.size(160, 90)
     readonly property int gap: 10

@@ -1,5 +1,6 @@
 // A sort in progress.
 #include "design/LK.h"
+#include "screens/ScanTickScheduler.h"
 #include "tests/screens/BinnacleViewFixture.h"
 
 using namespace larkspan;
@@ -118,6 +119,23 @@ TEST_F(GatedViewTest, TheThemeMayChangeWhileASortRuns)
     EXPECT_TRUE(reaches(engine, StageKind::results));
     EXPECT_TRUE(shows(u"bedroom 4"_s));
     LK::instance().setTheme(LK::Theme::Dark);
+}
+
+TEST_F(GatedViewTest, TicksFromWhenItAppearsUntilItDisappearsAndAgainWhenItIsBack)
+{
+    makeClips({"kitchen 1", "pool 2"});
+    show();
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(shows(u"Cancel"_s));
+    const QPointer ticks = scene->root()->findChild<ScanTickScheduler *>();
+    EXPECT_TRUE(ticks->isRunning());
+    scene->root()->setVisible(false); // as in the launcher
+    EXPECT_FALSE(ticks->isRunning());
+    scene->root()->setVisible(true);
+    EXPECT_TRUE(ticks->isRunning());
+    gate.open(2);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_TRUE(waitUntil([&] { return ticks.isNull(); }));
 }
 
 TEST_F(GatedViewTest, TheModelCanBeChosenDuringASort)

@@ -105,6 +105,12 @@ protected:
     SortSeams windowSeams()
     {
         auto parts = seams();
+        parts.sampleFrames = [this](const MediaClip &clip, int, double) {
+            if (holdsClips) {
+                landing.pass();
+            }
+            return sample(clip);
+        };
         parts.copyFiles = [this](const auto &...) {
             ++imported;
             return std::vector<CopyResult>();
@@ -119,6 +125,8 @@ protected:
     }
 
     Gate copying;
+    Gate landing; // of clips, while they are held
+    std::atomic<bool> holdsClips = false;
     std::atomic<int> copied = 0;
     std::atomic<int> imported = 0;
     const TempFolder desk; // the user's own folders

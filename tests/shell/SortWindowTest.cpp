@@ -1,4 +1,5 @@
 // The sort tool in the window: what is dropped on it, and what it says when there is nothing to sort.
+#include "screens/ScanTickScheduler.h"
 #include "tests/shell/ShellWindow.h"
 
 using namespace larkspan;
@@ -100,4 +101,40 @@ TEST_F(SortWindowTest, AShootsFolderThatIsGoneBeforeAnySortLeadsBackToEmptyResul
     EXPECT_THAT(engine.clips(), IsEmpty());
     EXPECT_FALSE(shown(u"Export"_s).isEnabled());
     EXPECT_FALSE(shown(u"Sort Again"_s).isEnabled());
+}
+
+TEST_F(SortWindowTest, ASortGoesOnInTheLauncherWithoutItsTickAndShowsItsStageWhenTheToolIsBack)
+{
+    makeClips({"kitchen 1", "pool 2"});
+    open();
+    holdsClips = true;
+    engine.sortFolder(shoot);
+    (void)shown(u"Cancel"_s);
+    const auto *ticks = window->findChild<ScanTickScheduler *>();
+    EXPECT_TRUE(ticks->isRunning());
+    Desktop::click(shown(u"Back to Larkspan"_s));
+    EXPECT_TRUE(waitUntil([&] { return app.view() == AppState::ViewMode::Landing && !ticks->isRunning(); }));
+    EXPECT_EQ(engine.stage().kind, StageKind::working);
+    Desktop::click(shown(u"Open Binnacle"_s));
+    (void)shown(u"Cancel"_s);
+    EXPECT_TRUE(ticks->isRunning());
+    landing.open(2);
+    EXPECT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(SortWindowTest, CancelDuringASortThrowsTheTilesAwayAndReturnsToTheLanding)
+{
+    for (int i = 0; i < 12; ++i) {
+        (void)folder.write("kitchen " + std::to_string(i) + ".mov");
+    }
+    open();
+    holdsClips = true;
+    engine.sortFolder(shoot);
+    landing.open(engine.width());
+    EXPECT_TRUE(waitUntil([this] { return engine.clipCount() == engine.width(); }));
+    Desktop::click(shown(u"Cancel"_s));
+    (void)shown(u"Drop a shoot folder here"_s);
+    EXPECT_THAT(engine.clips(), IsEmpty());
+    EXPECT_EQ(engine.stage().kind, StageKind::empty);
+    landing.open(12);
 }
