@@ -1,22 +1,8 @@
 #include "classify/VisionModels.h"
 
+#include "core/ShippedFiles.h"
+
 namespace larkspan {
-
-namespace {
-
-std::filesystem::path modelFolder()
-{
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    for (const auto &folder : {program / "models", program / "../share/larkspan/models"}) {
-        if (!program.empty() && std::filesystem::exists(folder / "objects.onnx", error)) {
-            return folder;
-        }
-    }
-    return LARKSPAN_MODELS;
-}
-
-} // namespace
 
 VisionModels::VisionModels(ObjectDetector objects, PoseDetector pose, FaceDetector face, RoomHead rooms)
     : m_objects(std::move(objects))
@@ -49,7 +35,7 @@ tl::expected<std::shared_ptr<const VisionModels>, ModelError> VisionModels::load
 
 tl::expected<std::shared_ptr<const VisionModels>, ModelError> VisionModels::load()
 {
-    return load(modelFolder());
+    return load(shippedFiles() / "models");
 }
 
 } // namespace larkspan

@@ -12,8 +12,8 @@ if(NOT EXISTS "${larkspan_engine}" OR NOT EXISTS "${larkspan_detectors}/objects.
   message(FATAL_ERROR "The inference engine is not in ${LARKSPAN_DEPS}: run script/bootstrap or script/fetch-models")
 endif()
 
-# All models in one folder: the program looks for them in one place.
-set(LARKSPAN_MODELS "${PROJECT_BINARY_DIR}/models")
+# All models in one folder, where a program that was just built looks for them.
+set(LARKSPAN_MODELS "${PROJECT_BINARY_DIR}/share/larkspan/models")
 file(MAKE_DIRECTORY "${LARKSPAN_MODELS}")
 foreach(model objects pose face)
   file(CREATE_LINK "${larkspan_detectors}/${model}.onnx" "${LARKSPAN_MODELS}/${model}.onnx" SYMBOLIC)

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/ShippedFiles.h"
 #include "sound/SoundFile.h"
 #include "sound/Synthesis.h"
 
@@ -15,23 +16,11 @@ constexpr float tickVolume = 0.5F;
 constexpr double switchOffSeconds = 0.15;
 constexpr double longestFadeSeconds = 3600;
 
-std::filesystem::path resourceFolder()
-{
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    for (const auto &folder : {program / "resources", program / "../share/larkspan"}) {
-        if (!program.empty() && std::filesystem::exists(folder / "intro_chime.wav", error)) {
-            return folder;
-        }
-    }
-    return LARKSPAN_RESOURCES;
-}
-
 } // namespace
 
 SoundEngine &SoundEngine::shared()
 {
-    static SoundEngine engine(resourceFolder());
+    static SoundEngine engine(shippedFiles());
     return engine;
 }
 
