@@ -9,6 +9,7 @@
 #include <QtTest/QTest>
 
 #include "gallery/Gallery.h"
+#include "tests/support/Motion.h"
 #include "tests/support/Scene.h"
 #include "tests/support/WaitUntil.h"
 
@@ -34,16 +35,17 @@ std::string documentOf(const QString &page)
         .toStdString();
 }
 
-// What is drawn once nothing changes any more.
+// What is drawn once nothing moves any more. The window draws a few frames before: what the pointer is over is told
+// between frames, and what that moves is moved with them.
 QImage settled(const Scene &scene)
 {
-    QImage last;
-    QImage now = scene.window().grabWindow();
+    constexpr int few = 4;
+    const FrameCount frames(scene.window());
+    QImage now;
     EXPECT_TRUE(waitUntil([&] {
-        last = now;
-        QTest::qWait(60);
-        now = scene.window().grabWindow();
-        return now == last;
+        scene.window().update();
+        const QImage last = std::exchange(now, scene.window().grabWindow());
+        return frames.drawn() >= few && movingAnimations(scene.window()) == 0 && now == last;
     }));
     return now.convertToFormat(QImage::Format_RGB32);
 }

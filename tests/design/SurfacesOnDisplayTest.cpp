@@ -1,5 +1,4 @@
 // The surfaces on a real display with real shaders: what is drawn, and when nothing is.
-#include <atomic>
 #include <cmath>
 
 #include <QtGui/QCursor>
@@ -7,13 +6,13 @@
 
 #include "design/LK.h"
 #include "design/SurfaceMath.h"
+#include "tests/support/Motion.h"
 #include "tests/support/Scene.h"
 #include "tests/support/WaitUntil.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -41,33 +40,6 @@ std::string document(const std::string &body)
 const std::string card = document("LKSpotlightCard { objectName: 'card'; x: 100; y: 100; width: 280; height: 180 }");
 constexpr QPointF cardCorner(100, 100);
 constexpr QSizeF cardSize(280, 180);
-
-// Counts what a window draws.
-class FrameCount
-{
-public:
-    explicit FrameCount(QQuickWindow &window)
-    {
-        QObject::connect(
-            &window, &QQuickWindow::frameSwapped, &window, [this] { ++m_count; }, Qt::DirectConnection);
-    }
-
-    int during(std::chrono::milliseconds time)
-    {
-        const int before = m_count;
-        QTest::qWait(static_cast<int>(time.count()));
-        return m_count - before;
-    }
-
-    // What was under way has ended.
-    bool comesToRest()
-    {
-        return waitUntil([this] { return during(400ms) == 0; });
-    }
-
-private:
-    std::atomic<int> m_count = 0;
-};
 
 QRgb over(QColor below, QColor above, double opacity)
 {
@@ -104,10 +76,9 @@ void movePointer(const Scene &scene, QPoint place)
 QImage litCard(Scene &scene, QPointF pointer)
 {
     const QQuickItem *spotlit = findNamed(scene.root(), u"card"_s);
-    FrameCount frames(scene.window());
     movePointer(scene, (cardCorner + pointer).toPoint());
     EXPECT_TRUE(waitUntil([&] { return spotlit->property("strength").toDouble() == 1; }));
-    EXPECT_TRUE(frames.comesToRest());
+    EXPECT_TRUE(comesToRest());
     return scene.window().grabWindow();
 }
 
@@ -172,9 +143,12 @@ TEST_F(Drawing, ACardWithoutLightIsPlain)
 {
     LK::instance().setBoringMode(true);
     const LKPalette &palette = LK::instance().palette();
-    Scene scene(card);
+    Scene scene(document("LKSpotlightCard { x: 100; y: 100; width: 280; height: 180\n"
+                         "HoverHandler { objectName: 'hover' } }"));
     movePointer(scene, {170, 190});
-    QTest::qWait(300);
+    const auto *hover = scene.root()->findChild<QObject *>(u"hover"_s);
+    EXPECT_TRUE(waitUntil([&] { return hover->property("hovered").toBool(); }));
+    EXPECT_TRUE(comesToRest());
     const QImage drawn = scene.window().grabWindow();
     EXPECT_EQ(drawn.pixel(170, 190), palette.surfaceCard.rgb());
     EXPECT_EQ(drawn.pixel(101, 190), palette.surfaceCard.rgb());
@@ -187,7 +161,7 @@ TEST_F(Drawing, AHaloTintsWhatIsAroundAndEndsSoon)
     LK::instance().setBoringMode(true); // still
     Scene scene(document("LKAIGlowModifier { x: 100; y: 100; width: 200; height: 60; active: true"
                          "\nRectangle { anchors.fill: parent; color: 'black' } }"));
-    QTest::qWait(300);
+    EXPECT_EQ(runningAnimations(), 0);
     const QImage drawn = scene.window().grabWindow();
     const QColor window = LK::instance().palette().surfaceWindow;
     EXPECT_EQ(drawn.pixel(200, 130), QColor(Qt::black).rgb());
@@ -217,10 +191,8 @@ TEST_F(Drawing, AGleamCrossesTheMessageUnlessMotionIsReduced)
             return false;
         };
         if (reduced) {
-            for (int i = 0; i < 20; ++i) {
-                EXPECT_FALSE(isBright());
-                QTest::qWait(50);
-            }
+            EXPECT_EQ(runningAnimations(), 0);
+            EXPECT_FALSE(isBright());
         } else {
             EXPECT_TRUE(waitUntil(isBright));
         }
@@ -230,38 +202,32 @@ TEST_F(Drawing, AGleamCrossesTheMessageUnlessMotionIsReduced)
 TEST_F(Frames, AreDrawnByALoadingStateThatIsSeenAndByNoneThatIsHidden)
 {
     Scene scene(document("Item { objectName: 'place'; LKLoadingState { messages: ['one', 'two'] } }"));
-    FrameCount frames(scene.window());
-    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
-    EXPECT_FALSE(frames.during(1s) == 0);
+    const FrameCount frames(scene.window());
+    EXPECT_TRUE(frames.keepComing());
     findNamed(scene.root(), u"place"_s)->setVisible(false);
-    EXPECT_TRUE(frames.comesToRest());
-    EXPECT_EQ(frames.during(1s), 0);
+    EXPECT_TRUE(comesToRest());
     findNamed(scene.root(), u"place"_s)->setVisible(true);
-    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+    EXPECT_TRUE(frames.keepComing());
 }
 
 TEST_F(Frames, AreDrawnByAHaloThatIsSeenAndByNoneThatIsHiddenOrBored)
 {
     Scene scene(document("LKAIGlowModifier { objectName: 'glow'; width: 200; height: 60; active: true }"));
-    FrameCount frames(scene.window());
-    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+    const FrameCount frames(scene.window());
+    EXPECT_TRUE(frames.keepComing());
     findNamed(scene.root(), u"glow"_s)->setVisible(false);
-    EXPECT_TRUE(frames.comesToRest());
-    EXPECT_EQ(frames.during(1s), 0);
+    EXPECT_TRUE(comesToRest());
     findNamed(scene.root(), u"glow"_s)->setVisible(true);
-    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+    EXPECT_TRUE(frames.keepComing());
     LK::instance().setBoringMode(true);
-    EXPECT_TRUE(frames.comesToRest());
-    EXPECT_EQ(frames.during(1s), 0);
+    EXPECT_TRUE(comesToRest());
 }
 
 TEST_F(Frames, EndOnceACardsLightHasArrived)
 {
     Scene scene(card);
-    FrameCount frames(scene.window());
     static_cast<void>(litCard(scene, {70, 90}));
-    EXPECT_TRUE(frames.comesToRest());
-    EXPECT_EQ(frames.during(1s), 0);
+    EXPECT_EQ(runningAnimations(), 0);
 }
 
 TEST_F(Frames, AreNotDrawnForAMinimizedWindow)
@@ -269,13 +235,12 @@ TEST_F(Frames, AreNotDrawnForAMinimizedWindow)
     Scene scene(document("LKAIGlowModifier { objectName: 'glow'; width: 200; height: 60; active: true }"
                          "LKLoadingState { y: 100; objectName: 'loading'; messages: ['one', 'two'] }"));
     const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
-    FrameCount frames(scene.window());
-    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+    const FrameCount frames(scene.window());
+    EXPECT_TRUE(frames.keepComing());
     scene.window().showMinimized();
     EXPECT_TRUE(waitUntil([&] { return !loading->property("animating").toBool(); }));
-    EXPECT_TRUE(frames.comesToRest());
-    EXPECT_EQ(frames.during(1s), 0);
+    EXPECT_TRUE(comesToRest());
     scene.window().showNormal();
     EXPECT_TRUE(waitUntil([&] { return loading->property("animating").toBool(); }));
-    EXPECT_TRUE(waitUntil([&] { return frames.during(100ms) > 0; }));
+    EXPECT_TRUE(frames.keepComing());
 }

@@ -4,6 +4,7 @@
 #include <QtTest/QTest>
 
 #include "tests/shell/LauncherState.h"
+#include "tests/support/Motion.h"
 #include "tests/support/Scene.h"
 #include "tests/support/WaitUntil.h"
 
@@ -23,7 +24,8 @@ protected:
 
     LauncherState state;
     AppState &app = state.app;
-    Scene scene{"import Larkspan.Shell\nHomeView { anchors.fill: parent; focus: true }",
+    Scene scene{"import Larkspan.Shell\nHomeView { width: parent ? parent.width : 0; height: parent ? parent.height : "
+                "0; focus: true }",
                 {{u"app"_s, QVariant::fromValue(&app)}},
                 {1180, 790}};
 
@@ -57,17 +59,26 @@ TEST_P(HomePictures, EachToolStandsInTheMiddleOnTheGridWithItsNeighboursFadingOu
     for (int index = 0; index < 4; ++index) {
         app.setToolIndex(index);
         ASSERT_TRUE(rests(index * 656.0));
-        QImage shown;
-        EXPECT_TRUE(waitUntil([&] { // until the light of the pointer has left the card
-            shown = picture(u"tool-%1"_s.arg(index));
-            return shown.pixelColor(300, 395) == card;
-        })) << index;
+        ASSERT_TRUE(comesToRest()); // the light of the pointer has left the card
+        const QImage shown = picture(u"tool-%1"_s.arg(index));
+        EXPECT_EQ(shown.pixelColor(300, 395), card) << index;
         // At the window's sides nothing of a neighbour is left.
         EXPECT_EQ(shown.pixelColor(1179, 395), shown.pixelColor(1179, 132)) << index;
         if (index < 3) { // where there is one, it shines through between
             EXPECT_NE(shown.pixelColor(1000, 395), LK::instance().palette().surfaceWindow) << index;
         }
     }
+}
+
+TEST_P(HomePictures, TheLargestWindowIsDrawnToItsMiddle)
+{
+    // More than the display has; its middle is what the window shows.
+    scene.root()->setSize({7680, 4320});
+    scene.root()->setPosition({590 - 3840, 395 - 2160});
+    QCursor::setPos(scene.window().mapToGlobal(QPoint(590, 780)));
+    const QColor card = LK::instance().palette().surfaceCard;
+    ASSERT_TRUE(comesToRest());
+    EXPECT_EQ(picture(u"largest"_s).pixelColor(300, 395), card);
 }
 
 TEST_P(HomePictures, InTheMiddleOfADragTheCardsFollowTheHand)

@@ -3,6 +3,8 @@
 #include <QtTest/QTest>
 
 #include "shell/CarouselScrollCatcher.h"
+#include "shell/LKTool.h"
+#include "shell/ToolTileSurface.h"
 #include "tests/shell/LauncherState.h"
 #include "tests/support/Scene.h"
 #include "tests/support/WaitUntil.h"
@@ -20,7 +22,8 @@ class HomeViewTest : public testing::Test
 protected:
     LauncherState state;
     AppState &app = state.app;
-    Scene scene{"import Larkspan.Shell\nHomeView { anchors.fill: parent; focus: true }",
+    Scene scene{"import Larkspan.Shell\nHomeView { width: parent ? parent.width : 0; height: parent ? parent.height : "
+                "0; focus: true }",
                 {{u"app"_s, QVariant::fromValue(&app)}},
                 {1180, 790}};
 
@@ -119,6 +122,54 @@ TEST_F(HomeViewTest, ChevronsStepAndTheOneThatLeadsOffIsDisabled)
     EXPECT_EQ(app.toolIndex(), 2);
 }
 
+TEST_F(HomeViewTest, ACardStacksItsPartsAtTheirDistances)
+{
+    const auto *card = findNamed(scene.root(), u"card-binnacle"_s);
+    const QQuickItem *tile = card->findChild<ToolTileSurface *>()->parentItem();
+    const QQuickItem *name = findShown(scene.root(), u"Binnacle"_s);
+    const QQuickItem *badge = findShown(scene.root(), u"Ready"_s);
+    const QQuickItem *tagline = findShown(scene.root(), LKTool::all().front().tagline);
+    const QQuickItem *button = findShown(scene.root(), u"Open Binnacle"_s);
+    const QQuickItem *meta = findShown(scene.root(), LKTool::all().front().meta);
+    const auto top = [&](const QQuickItem *item) { return item->mapToItem(card, QPointF()).y(); };
+    const auto bottom = [&](const QQuickItem *item) { return top(item) + item->height(); };
+    EXPECT_EQ(card->width(), 660);
+    EXPECT_EQ(tile->size(), QSizeF(96, 96));
+    EXPECT_EQ(top(tile), 34);
+    EXPECT_EQ(top(name->parentItem()), bottom(tile) + 18);
+    EXPECT_EQ(badge->mapToItem(name, QPointF()).x(), name->width() + 9);
+    EXPECT_EQ(top(tagline), bottom(name->parentItem()) + 8);
+    EXPECT_EQ(tagline->width(), 660 - 2 * 40);
+    EXPECT_EQ(top(button), bottom(tagline) + 20);
+    EXPECT_EQ(top(meta), bottom(button) + 16);
+    EXPECT_EQ(card->height(), bottom(meta) + 34);
+}
+
+TEST_F(HomeViewTest, ACardInDevelopmentSaysSoAndOffersAPreview)
+{
+    const auto *card = findNamed(scene.root(), u"card-huelock"_s);
+    app.setToolIndex(1);
+    EXPECT_TRUE(rests(656));
+    EXPECT_NE(findShown(const_cast<QQuickItem *>(card), u"In development"_s), nullptr);
+    EXPECT_EQ(findShown(const_cast<QQuickItem *>(card), u"Ready"_s), nullptr);
+    scene.click(u"Preview"_s);
+    EXPECT_EQ(app.toolID(), u"huelock"_s);
+}
+
+TEST_F(HomeViewTest, DotsMarkTheActiveToolAndBearTheToolsNames)
+{
+    app.setToolIndex(2);
+    for (int index = 0; index < 4; ++index) {
+        const QQuickItem *dot = findNamed(scene.root(), u"dot-%1"_s.arg(index));
+        const QQuickItem *mark = dot->property("contentItem").value<QQuickItem *>()->childItems().first();
+        const QColor expected = index == 2 ? LK::instance().palette().accent : LK::instance().palette().borderStrong;
+        EXPECT_EQ(mark->size(), QSizeF(5, 5));
+        EXPECT_TRUE(waitUntil([&] { return mark->property("color").value<QColor>() == expected; })) << index;
+        EXPECT_EQ(dot->property("text").toString(), LKTool::all().at(static_cast<std::size_t>(index)).name);
+        EXPECT_EQ(dot->mapToScene({0, 20}).y(), 790 - 18);
+    }
+}
+
 TEST_F(HomeViewTest, ADotMovesStraightToItsTool)
 {
     const QQuickItem *dot = findNamed(scene.root(), u"dot-3"_s);
@@ -141,6 +192,14 @@ TEST_F(HomeViewTest, ADragPastTheThresholdMovesOnAndAShorterOneSpringsBack)
     EXPECT_EQ(app.toolIndex(), 1);
     EXPECT_TRUE(rests(656));
     EXPECT_EQ(app.view(), AppState::ViewMode::Landing);
+}
+
+TEST_F(HomeViewTest, ADragOfLessThanTenPointsMovesNothing)
+{
+    dragBy(-9);
+    EXPECT_EQ(app.dragX(), 0);
+    release(-9);
+    EXPECT_EQ(app.toolIndex(), 0);
 }
 
 TEST_F(HomeViewTest, ADragThatStartsOnACardDoesNotOpenIt)
@@ -218,6 +277,22 @@ TEST_F(HomeViewTest, WhatLiesAboveScrollsInsteadOfTheCarousel)
     scene.root()->setProperty("isCovered", true);
     wheel({}, {-120, 0}, Qt::NoScrollPhase);
     EXPECT_EQ(app.toolIndex(), 0);
+}
+
+TEST_F(HomeViewTest, InAWindowOfAnySizeTheActiveCardIsInTheMiddleAndKeysMove)
+{
+    for (const QSize size : {QSize(1, 1), QSize(7680, 4320), QSize(980, 640)}) {
+        scene.root()->setSize(size);
+        app.setToolIndex(0);
+        EXPECT_TRUE(rests(0));
+        const QQuickItem *card = findNamed(scene.root(), u"card-binnacle"_s);
+        const QPointF middle = card->mapToScene(QPointF(card->width() / 2, card->height() / 2));
+        EXPECT_NEAR(middle.x(), size.width() / 2.0, 0.5); // on whole points
+        EXPECT_NEAR(middle.y(), size.height() / 2.0, 0.5);
+        scene.key(Qt::Key_Right);
+        EXPECT_EQ(app.toolIndex(), 1);
+        (void)scene.window().grabWindow();
+    }
 }
 
 TEST_F(HomeViewTest, TheCardsKeepToTheMiddleOfTheSmallestWindow)
