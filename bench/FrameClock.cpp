@@ -4,7 +4,7 @@
 
 #include <QtCore/QThread>
 
-#include "bench/MallocCount.h"
+#include "tests/support/MallocCount.h"
 
 namespace larkspan::bench {
 
@@ -22,20 +22,20 @@ double milliseconds(clockid_t clock)
 FrameClock::FrameClock(QQuickWindow &window, std::size_t frames) : m_marks(frames)
 {
     pthread_getcpuclockid(pthread_self(), &m_mainClock);
-    countMallocsOfThisThread();
+    test::countMallocsOfThisThread();
     connect(&window, &QQuickWindow::frameSwapped, this, &FrameClock::note, Qt::DirectConnection);
 }
 
 void FrameClock::note()
 {
-    countMallocsOfThisThread();
+    test::countMallocsOfThisThread();
     const std::size_t index = m_count++;
     if (index < m_marks.size()) {
         const bool isMain = QThread::currentThread() == thread();
         m_marks[index] = {.main = milliseconds(m_mainClock),
                           .render = isMain ? 0.0 : milliseconds(CLOCK_THREAD_CPUTIME_ID),
                           .process = processMilliseconds(),
-                          .allocations = mallocCount()};
+                          .allocations = test::mallocCount()};
     }
 }
 

@@ -4,8 +4,10 @@
 //
 // "cpuMilliseconds" is the time of the main and the render thread; "processMilliseconds" adds all other threads, and so
 // a software rasterizer's. "baseline" is a window of the same size with nothing but its background, in the same run:
-// what Qt and the driver cost by themselves. VIEW "gallery" measures every page and tells the heaviest.
-// With --idle nothing is stirred: the frames drawn and the share of a core spent once the view has come to rest.
+// what Qt and the driver cost by themselves. "ownAllocationsPerFrame" counts within the code of a background alone,
+// over as many frames: on both threads, with its pointer moving and five ripples under way. VIEW "gallery" measures
+// every page and tells the heaviest. With --idle nothing is stirred: the frames drawn and the share of a core spent
+// once the view has come to rest.
 //
 // Without a display of its own: script/with-display build/release/bench/frame_times VIEW
 //
@@ -35,6 +37,7 @@
 #include "bench/MadeUpShoot.h"
 #include "gallery/Gallery.h"
 #include "screens/ClipThumbnails.h"
+#include "tests/support/CountedBackdrop.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)
 Q_IMPORT_QML_PLUGIN(Larkspan_GalleryPlugin)
@@ -54,6 +57,8 @@ struct View
     std::function<void()> prepare = {};
     // Gives the engine what the view needs, and says the view's properties.
     std::function<QVariantMap(QQmlEngine &qml)> equip = {};
+    // What its own code asks malloc for in a frame; for those that draw by themselves.
+    std::function<double(QSize size, int frames)> ownAllocations = {};
 };
 
 // From left to right and back, slowly down: over everything that a view shows, sooner or later.
@@ -75,6 +80,36 @@ void sweepAndClick(QQuickWindow &window, int frame)
         QTest::mouseClick(&window, Qt::LeftButton, {},
                           QPoint(frame * 37 % window.width(), frame * 53 % window.height()));
     }
+}
+
+// What a backdrop asks for in a frame, once it has been stirred for a while.
+template <typename Canvas>
+double ownAllocations(QSize size, int frames)
+{
+    constexpr int warmUp = 150;
+    QQuickWindow window;
+    window.resize(size);
+    test::CountedBackdrop<Canvas> canvas;
+    canvas.setParentItem(window.contentItem());
+    canvas.setSize(size);
+    int frame = 0;
+    const auto stirOnce = [&] {
+        if constexpr (std::is_same_v<Canvas, LKKineticGridCanvas>) {
+            test::stir(canvas, frame++);
+        }
+    };
+    QObject::connect(&window, &QQuickWindow::afterAnimating, &canvas, stirOnce);
+    window.show();
+    stirOnce();
+    const auto draw = [&](int count) {
+        if (!QTest::qWaitFor([&] { return canvas.frames() >= count; }, 60'000)) {
+            qFatal("The window doesn't draw");
+        }
+    };
+    draw(warmUp);
+    canvas.restart();
+    draw(frames);
+    return static_cast<double>(canvas.mallocs()) / canvas.frames();
 }
 
 // The grid of a large shoot's one bin, from its beginning to its end and back.
@@ -109,10 +144,14 @@ View clipGrid()
 std::vector<View> views()
 {
     std::vector<View> all{
-        {.name = u"kinetic_grid"_s, .qml = u"import Larkspan.Design\nLKKineticGrid {}"_s, .stir = sweepAndClick},
+        {.name = u"kinetic_grid"_s,
+         .qml = u"import Larkspan.Design\nLKKineticGrid {}"_s,
+         .stir = sweepAndClick,
+         .ownAllocations = ownAllocations<LKKineticGridCanvas>},
         {.name = u"starlight"_s,
          .qml = u"import Larkspan.Design\nLKStarlightBackground {}"_s,
-         .stir = [](QQuickWindow &, int) {}},
+         .stir = [](QQuickWindow &, int) {},
+         .ownAllocations = ownAllocations<LKStarlightCanvas>},
     };
     for (const QString &page : Gallery::pages()) {
         all.push_back({.name = u"gallery/"_s + page,
@@ -314,6 +353,9 @@ int main(int argc, char **argv)
         report = Stage(*view, size, 0).idle(std::max(1, parser.value(idleOption).toInt()));
     } else {
         report = view ? measured(*view, size, frames) : heaviestPage(size, frames);
+        if (view && view->ownAllocations) {
+            report[u"ownAllocationsPerFrame"_s] = view->ownAllocations(size, static_cast<int>(frames));
+        }
         const QJsonObject baseline = measured(baselineView, size, frames);
         report[u"baseline"_s] = QJsonObject{{u"cpuMilliseconds"_s, baseline[u"cpuMilliseconds"_s]},
                                             {u"processMilliseconds"_s, baseline[u"processMilliseconds"_s]},
