@@ -26,27 +26,40 @@ Item {
 
     width: 352
     height: frameHeight
-    clip: true
 
-    Row {
-        objectName: "frames"
-        x: half.baseOffset + half.scrub
-        width: half.frameCount * (half.frameWidth + half.frameGap)
-        spacing: half.frameGap
+    // Turned as one picture with an empty rim: what is clipped while it is turned has jagged edges.
+    Item {
+        anchors.fill: parent
+        anchors.margins: -1
+        layer.enabled: half.rotation !== 0 && GraphicsInfo.api !== GraphicsInfo.Software
+        layer.smooth: true
 
-        Repeater {
-            model: half.frameCount
+        Item {
+            anchors.fill: parent
+            anchors.margins: 1
+            clip: true
 
-            Rectangle {
-                required property int index
+            Row {
+                objectName: "frames"
+                x: half.baseOffset + half.scrub
+                width: half.frameCount * (half.frameWidth + half.frameGap)
+                spacing: half.frameGap
 
-                width: half.frameWidth
-                height: half.frameHeight
-                radius: 6
-                color: "transparent"
-                border.width: 1.6
-                border.pixelAligned: false
-                border.color: half.frameColor(index)
+                Repeater {
+                    model: half.frameCount
+
+                    Rectangle {
+                        required property int index
+
+                        width: half.frameWidth
+                        height: half.frameHeight
+                        radius: 6
+                        color: "transparent"
+                        border.width: 1.6
+                        border.pixelAligned: false
+                        border.color: half.frameColor(index)
+                    }
+                }
             }
         }
     }

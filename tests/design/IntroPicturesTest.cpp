@@ -14,17 +14,23 @@ namespace {
 constexpr QSize usual(1180, 790);
 constexpr QPoint middle(590, 395);
 
-class IntroPictures : public testing::Test
+class IntroPictures : public testing::TestWithParam<LK::Theme>
 {
 protected:
-    IntroPictures() { m_scene.window().setColor(LK::instance().palette().surfaceWindow); }
+    IntroPictures()
+    {
+        LK::instance().setTheme(GetParam());
+        m_scene.window().setColor(LK::instance().palette().surfaceWindow);
+    }
+    ~IntroPictures() override { LK::instance().setTheme(LK::Theme::Dark); }
 
     QImage at(double seconds)
     {
         m_scene.root()->setProperty("seconds", seconds);
         QImage shown = m_scene.window().grabWindow();
         if (const QString folder = qEnvironmentVariable("LARKSPAN_PICTURES"); !folder.isEmpty()) {
-            shown.save(folder + u"/intro-%1.png"_s.arg(seconds));
+            shown.save(folder + u"/intro-%1-%2.png"_s.arg(QString::number(seconds),
+                                                          GetParam() == LK::Theme::Light ? u"light"_s : u"dark"_s));
         }
         return shown;
     }
@@ -56,7 +62,9 @@ private:
 
 } // namespace
 
-TEST_F(IntroPictures, AtTheBeginningTheWindowIsEmpty)
+INSTANTIATE_TEST_SUITE_P(Themes, IntroPictures, testing::Values(LK::Theme::Dark, LK::Theme::Light));
+
+TEST_P(IntroPictures, AtTheBeginningTheWindowIsEmpty)
 {
     const QImage shown = at(0.0);
     EXPECT_EQ(litAround(shown, middle), 0);
@@ -65,7 +73,7 @@ TEST_F(IntroPictures, AtTheBeginningTheWindowIsEmpty)
 
 // The strip is 704 wide around the middle and 96 high: its first frame begins at 238, its second at 326, and the line
 // of the top edge lies at 347.
-TEST_F(IntroPictures, WhenItHasEnteredTheStripLiesAcrossTheMiddle)
+TEST_P(IntroPictures, WhenItHasEnteredTheStripLiesAcrossTheMiddle)
 {
     const QImage shown = at(0.34);
     EXPECT_GT(litAround(shown, {280, 348}), 60);
@@ -76,7 +84,7 @@ TEST_F(IntroPictures, WhenItHasEnteredTheStripLiesAcrossTheMiddle)
     EXPECT_EQ(litAround(shown, {230, 395}), 0);
 }
 
-TEST_F(IntroPictures, AtTheEndOfTheScrubTheAccentFrameHasMovedToTheRightOfTheMiddle)
+TEST_P(IntroPictures, AtTheEndOfTheScrubTheAccentFrameHasMovedToTheRightOfTheMiddle)
 {
     // Frame 7 begins at 238 + 7 × 88 - 176 = 678; without a blade it would be seen there.
     const QImage shown = at(1.69);
@@ -91,7 +99,7 @@ TEST_F(IntroPictures, AtTheEndOfTheScrubTheAccentFrameHasMovedToTheRightOfTheMid
     EXPECT_TRUE(hasAccent) << accent.name().toStdString();
 }
 
-TEST_F(IntroPictures, TheBladeGlowsWhereItFalls)
+TEST_P(IntroPictures, TheBladeGlowsWhereItFalls)
 {
     // It is 150 high around 60 below the middle at the end of its fall.
     const QImage shown = at(1.99);
@@ -101,7 +109,7 @@ TEST_F(IntroPictures, TheBladeGlowsWhereItFalls)
     EXPECT_EQ(lit(shown, {middle.x(), middle.y() - 210}), 0);
 }
 
-TEST_F(IntroPictures, TheHalvesTurnAwayFromTheCutWhileTheIconIsNotYetThere)
+TEST_P(IntroPictures, TheHalvesTurnAwayFromTheCutWhileTheIconIsNotYetThere)
 {
     const QImage shown = at(2.1);
     const IntroLook look = introTimeline::lookAt(2.1);
@@ -111,7 +119,16 @@ TEST_F(IntroPictures, TheHalvesTurnAwayFromTheCutWhileTheIconIsNotYetThere)
     EXPECT_EQ(litAround(shown, {middle.x() - 40, middle.y()}), 0);
 }
 
-TEST_F(IntroPictures, TheIconStandsInTheMiddleFromThenOn)
+TEST_P(IntroPictures, NothingOfTheNextFrameIsLeftAtTheCutOfATurnedHalf)
+{
+    // The frame beyond the left half begins exactly where that ends.
+    const QImage shown = at(2.05);
+    const IntroLook look = introTimeline::lookAt(2.05);
+    EXPECT_GT(look.stripOpacity, 0.2);
+    EXPECT_LT(litAround(shown, middle - QPoint(static_cast<int>(std::lround(look.halfShift)), -20)), 6);
+}
+
+TEST_P(IntroPictures, TheIconStandsInTheMiddleFromThenOn)
 {
     for (const double seconds : {2.53, 3.5}) {
         const QImage shown = at(seconds);
@@ -120,7 +137,7 @@ TEST_F(IntroPictures, TheIconStandsInTheMiddleFromThenOn)
     }
 }
 
-TEST_F(IntroPictures, AtTheEndTheWindowIsEmptyAgain)
+TEST_P(IntroPictures, AtTheEndTheWindowIsEmptyAgain)
 {
     EXPECT_LT(lit(at(4.625), {middle.x() - 14, middle.y()}), 60);
     EXPECT_EQ(lit(at(4.98), {middle.x() - 14, middle.y()}), 0);

@@ -143,6 +143,18 @@ TEST(IntroView, PlaysInFullInBoringModeChimesOnceAndEndsOnce)
     LK::instance().setBoringMode(false);
 }
 
+TEST(IntroView, PlaysInFullWithReducedMotionToo)
+{
+    LK::instance().setReducedMotion(true);
+    Scene scene("import Larkspan.Design\nIntroView { anchors.fill: parent }");
+    const QSignalSpy ends(scene.root(), SIGNAL(finished()));
+    const QQuickItem *icon = findNamed(scene.root(), u"icon"_s);
+    EXPECT_TRUE(waitUntil([&] { return icon->scale() > 1.01; })); // past its end, like a spring
+    EXPECT_TRUE(waitUntil([&] { return ends.count() == 1; }));
+    EXPECT_EQ(scene.root()->property("seconds").toDouble(), 4.98);
+    LK::instance().setReducedMotion(false);
+}
+
 TEST(IntroView, BeginsWithoutAFrameWhereNoneIsDrawn)
 {
     IntroSequence sequence;
@@ -157,14 +169,99 @@ TEST(IntroView, ShowsOneStripThroughTwoWindowsThatAdjoin)
 {
     Scene scene("import Larkspan.Design\nIntroView { anchors.fill: parent; plays: false }", {}, {1180, 790});
     scene.root()->setProperty("seconds", 1.5);
-    const QQuickItem *left = findNamed(scene.root(), u"leftHalf"_s);
-    const QQuickItem *right = findNamed(scene.root(), u"rightHalf"_s);
+    QQuickItem *left = findNamed(scene.root(), u"leftHalf"_s);
+    QQuickItem *right = findNamed(scene.root(), u"rightHalf"_s);
     EXPECT_EQ(left->width(), 352);
     EXPECT_EQ(left->mapToScene({352, 0}), right->mapToScene({0, 0}));
     EXPECT_EQ(left->mapToScene({352, 0}).x(), 590);
     // The same frame of the one and of the other lie on the same spot.
-    const QQuickItem *framesOfLeft = left->childItems().first();
-    const QQuickItem *framesOfRight = right->childItems().first();
+    const QQuickItem *framesOfLeft = findNamed(left, u"frames"_s);
+    const QQuickItem *framesOfRight = findNamed(right, u"frames"_s);
     EXPECT_EQ(framesOfLeft->width(), 968);
     EXPECT_EQ(framesOfLeft->mapToScene({}), framesOfRight->mapToScene({}));
+}
+
+namespace {
+
+struct Moment
+{
+    double seconds;
+    double stripOpacity;
+    double stripScale;
+    double scrub;       // of the frames within their half
+    double rightMiddle; // of the right half, from the window's middle
+    double angle;       // of the right half
+    double bladeOpacity;
+    double bladeMiddle; // below the window's
+    double iconOpacity;
+    double iconScale;
+    double opacity;
+};
+
+// In a window of 1180 × 790, worked out from the timeline and its curves by hand.
+constexpr Moment eightMoments[] = {
+    {0.1, 0.66572, 0.89972, 0, 158.351, 0, 0, -210, 0, 0.55, 1},
+    {0.34, 0.98032, 0.9941, 0, 174.962, 0, 0, -210, 0, 0.55, 1},
+    {1.0, 1, 1, -19.956, 176, 0, 0, -210, 0, 0.55, 1},
+    {1.7, 1, 1, -119.245, 176, 0, 1, -210, 0, 0.55, 1},
+    {1.9, 1, 1, -176, 176, 0, 1, 19.319, 0, 0.55, 1},
+    {2.15, 0.16878, 1, -176, 355.544, 5.8185, 0.05392, 58.128, 0, 0.55, 1},
+    {2.4, 0.00889, 1, -176, 390.079, 6.9378, 0, 60, 0.85127, 0.93307, 1},
+    {4.5, 0, 1, -176, 392, 7, 0, 60, 1, 1, 0.16474},
+};
+
+} // namespace
+
+TEST(IntroView, HasEverythingInItsPlaceAtEightMoments)
+{
+    constexpr double pointTolerance = 0.3;
+    constexpr double shareTolerance = 2e-3;
+    Scene scene("import Larkspan.Design\nIntroView { anchors.fill: parent; plays: false }", {}, {1180, 790});
+    const QPointF middle(590, 395);
+    const QQuickItem *strip = findNamed(scene.root(), u"strip"_s);
+    const QQuickItem *left = findNamed(scene.root(), u"leftHalf"_s);
+    const QQuickItem *right = findNamed(scene.root(), u"rightHalf"_s);
+    const QQuickItem *blade = findNamed(scene.root(), u"blade"_s);
+    const QQuickItem *icon = findNamed(scene.root(), u"icon"_s);
+    const auto fromMiddle = [&](const QQuickItem *item) {
+        return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)) - middle;
+    };
+    for (const Moment &moment : eightMoments) {
+        SCOPED_TRACE(moment.seconds);
+        scene.root()->setProperty("seconds", moment.seconds);
+        EXPECT_NEAR(strip->opacity(), moment.stripOpacity, shareTolerance);
+        EXPECT_NEAR(strip->scale(), moment.stripScale, shareTolerance);
+        EXPECT_NEAR(findNamed(scene.root(), u"frames"_s)->x(), moment.scrub, pointTolerance);
+        EXPECT_NEAR(fromMiddle(right).x(), moment.rightMiddle, pointTolerance);
+        EXPECT_NEAR(fromMiddle(right).y(), 0, pointTolerance);
+        EXPECT_NEAR(fromMiddle(left).x(), -moment.rightMiddle, pointTolerance);
+        EXPECT_NEAR(right->rotation(), moment.angle, pointTolerance / 10);
+        EXPECT_NEAR(left->rotation(), -moment.angle, pointTolerance / 10);
+        EXPECT_NEAR(blade->opacity(), moment.bladeOpacity, shareTolerance);
+        EXPECT_NEAR(fromMiddle(blade).x(), 0, pointTolerance);
+        EXPECT_NEAR(fromMiddle(blade).y(), moment.bladeMiddle, pointTolerance);
+        EXPECT_EQ(fromMiddle(icon), QPointF());
+        EXPECT_NEAR(icon->opacity(), moment.iconOpacity, shareTolerance);
+        EXPECT_NEAR(icon->scale(), moment.iconScale, shareTolerance);
+        EXPECT_NEAR(scene.root()->opacity(), moment.opacity, shareTolerance);
+    }
+}
+
+TEST(IntroView, BrightensItsFramesTowardsTheAccentFrameAndDimsThemAfterIt)
+{
+    Scene scene("import Larkspan.Design\nIntroView { anchors.fill: parent; plays: false }", {}, {1180, 790});
+    std::vector<double> opacities;
+    for (const QQuickItem *frame : findNamed(scene.root(), u"frames"_s)->childItems()) {
+        if (frame->width() != 82) {
+            continue; // what repeats them
+        }
+        EXPECT_EQ(frame->height(), 96);
+        EXPECT_EQ(frame->x(), 88.0 * static_cast<double>(opacities.size()));
+        const auto color = frame->property("border").value<QObject *>()->property("color").value<QColor>();
+        opacities.push_back(std::round(static_cast<double>(color.alphaF()) * 1000) / 1000);
+        EXPECT_EQ(color.rgb(), opacities.size() == 8 ? LK::instance().palette().accent.rgb()
+                                                     : LK::instance().palette().textPrimary.rgb());
+    }
+    // 0.3 + 0.4 × i / 7, the accent frame, 0.7 - 0.3 × (i - 7) / 3
+    EXPECT_THAT(opacities, testing::ElementsAre(0.3, 0.357, 0.414, 0.471, 0.529, 0.586, 0.643, 1, 0.6, 0.5, 0.4));
 }
