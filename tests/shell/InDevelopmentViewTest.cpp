@@ -51,6 +51,36 @@ TEST_F(InDevelopmentViewTest, SaysWhatIsComing)
     }
 }
 
+TEST_F(InDevelopmentViewTest, StandsInOneColumnOfAtMost520PointsInTheMiddle)
+{
+    const LKTool &tool = LKTool::current(u"huelock"_s);
+    double last = 44; // below the header
+    for (const QString &text : {tool.glyph, u"In development"_s, tool.name, tool.blurb, tool.bullets[0],
+                                tool.bullets[1], tool.bullets[2], u"Tell me when it ships"_s}) {
+        const QQuickItem *item = findShown(scene.root(), text);
+        ASSERT_NE(item, nullptr) << text.toStdString();
+        const QRectF place = item->mapRectToScene(item->boundingRect());
+        EXPECT_GT(place.top(), last) << text.toStdString();
+        EXPECT_GE(place.left(), 490 - 260) << text.toStdString();
+        EXPECT_LE(place.right(), 490 + 260) << text.toStdString();
+        last = place.top();
+    }
+    EXPECT_EQ(findShown(scene.root(), tool.blurb)->width(), 520);
+}
+
+TEST_F(InDevelopmentViewTest, TheFieldShowsTheFormOfAnAddressAndReturnSendsIt)
+{
+    click(u"Tell me when it ships"_s);
+    const auto hasPlaceholder = [](const QQuickItem *item) {
+        return item->property("placeholderText").toString().contains(u'@');
+    };
+    const auto fields = scene.root()->findChildren<QQuickItem *>();
+    EXPECT_TRUE(std::ranges::any_of(fields, hasPlaceholder));
+    write("bo@example.com");
+    scene.key(Qt::Key_Return);
+    EXPECT_TRUE(shows(u"Noted. We'll email bo@example.com when Huelock ships."_s));
+}
+
 TEST_F(InDevelopmentViewTest, StartsClosedOpensItsFormAndThanksByTheToolsName)
 {
     EXPECT_FALSE(shows(u"Notify me"_s));

@@ -2,6 +2,7 @@
 #include <QtQml/QQmlExtensionPlugin>
 
 #include "design/IntroSequence.h"
+#include "shell/LKTool.h"
 #include "tests/shell/ShellWindow.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_ShellPlugin)
@@ -96,6 +97,16 @@ TEST_F(WindowTest, NoOverlayIsShownDuringTheIntro)
     EXPECT_EQ(app.property("showPreferences"), true);
     Desktop::key(u"Escape"_s);
     EXPECT_TRUE(waitUntil([this] { return !app.property("showPreferences").toBool(); }));
+}
+
+TEST_F(WindowTest, AnUnknownToolShowsThePageOfTheFirstOneAndLeadsBack)
+{
+    open();
+    app.openTool(u"nothing of ours"_s);
+    (void)shown(u"In development"_s);
+    EXPECT_TRUE(isShown(LKTool::all().front().name));
+    Desktop::click(shown(u"Return to Larkspan"_s));
+    EXPECT_TRUE(waitUntil([this] { return app.view() == AppState::ViewMode::Landing; }));
 }
 
 TEST_F(WindowTest, TheFirstEscapeClosesThePreviewTheSecondPreferencesAndAThirdLeavesNoTool)
