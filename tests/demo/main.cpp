@@ -1,14 +1,18 @@
 // Shows the program at work on a display: larkspan_demo FOLDER
-// Draws and records a small shoot, drags it onto the real window, waits for the bins, exports by mouse, and leaves the
-// pictures of each step and the event in the folder, whose content is replaced.
+// Films the intro and the launcher, draws and records a small shoot, drags it onto the real window, waits for the bins,
+// exports by mouse, and leaves the film, the pictures of each step and the event in the folder, whose content is
+// replaced.
 #include <cstdio>
 #include <exception>
 
+#include <QtGui/QCursor>
 #include <QtGui/QGuiApplication>
 #include <QtQuick/QQuickWindow>
 
 #include "design/LK.h"
 #include "shell/LarkspanApp.h"
+#include "shell/LKTool.h"
+#include "tests/demo/Recording.h"
 #include "tests/demo/Scenes.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/FfmpegMedia.h"
@@ -64,6 +68,7 @@ public:
         const fs::path shoot = m_folder / "shoot";
         fs::remove_all(m_folder);
         fs::create_directories(shoot);
+        filmIntroAndLauncher();
         std::printf("Drawing and recording a sample shoot\n");
         recordShoot(shoot);
 
@@ -72,8 +77,6 @@ public:
         options.openEditorAfterExport = false;
         m_program.engine().setOptions(options);
 
-        require(m_program.open() && Desktop::awaitWindow(window()), "the window doesn't open");
-        m_program.state().finishIntro();
         m_program.state().openTool(u"binnacle"_s);
         picture("landing");
         std::printf("Dropping %s on the window\n", shoot.c_str());
@@ -99,6 +102,45 @@ public:
     }
 
 private:
+    void filmIntroAndLauncher()
+    {
+        std::printf("Filming the intro and the launcher\n");
+        QCursor::setPos(0, 0); // out of the way
+        demo::Recording film;
+        require(m_program.open() && Desktop::awaitWindow(window()), "the window doesn't open");
+        require(waitUntil([this] { return m_program.state().phase() == AppState::Phase::App; }),
+                "the intro never ends");
+        (void)shown(u"Open Binnacle"_s);
+        const auto at = [this](double x, double y) {
+            return window().mapToGlobal(
+                QPoint(static_cast<int>(x * window().width()), static_cast<int>(y * window().height())));
+        };
+        // Over the grid with the mesh following, then a press for its ripple.
+        Desktop::glide(at(0.1, 0.15), at(0.85, 0.2));
+        Desktop::glide(at(0.85, 0.2), at(0.5, 0.85));
+        Desktop::drag(at(0.5, 0.85), at(0.5, 0.85));
+        // Over the card with its light, then from tool to tool: drawn along, by key, and by its dot.
+        Desktop::glide(at(0.25, 0.4), at(0.7, 0.6));
+        Desktop::drag(at(0.65, 0.85), at(0.4, 0.85));
+        require(waitUntil([this] { return m_program.state().toolIndex() == 1; }), "a drag moves nothing");
+        for (const int index : {2, 3}) {
+            Desktop::key(u"Right"_s);
+            require(waitUntil([&] { return m_program.state().toolIndex() == index; }), "a key moves nothing");
+            rest();
+        }
+        Desktop::click(shown(LKTool::all().front().name));
+        require(waitUntil([this] { return m_program.state().toolIndex() == 0; }), "a dot moves nothing");
+        rest();
+        film.save(QRect(window().mapToGlobal(QPoint()), window().size()), m_folder / "launcher.mp4");
+    }
+
+    // So that a person sees what there is to see.
+    static void rest()
+    {
+        const QDeadlineTimer end(std::chrono::milliseconds(500));
+        (void)waitUntil([&] { return end.hasExpired(); });
+    }
+
     QQuickWindow &window() { return *m_program.window(); }
 
     QQuickItem &shown(const QString &text)
@@ -122,8 +164,8 @@ private:
             for (const LK::Theme theme : {LK::Theme::Dark, LK::Theme::Light}) {
                 m_program.state().setAppearance(theme == LK::Theme::Light ? LK::Appearance::AlwaysLight
                                                                           : LK::Appearance::AlwaysDark);
-                const QDeadlineTimer rest(std::chrono::milliseconds(500));
-                (void)waitUntil([&] { return rest.hasExpired() && window().size() == size; });
+                rest();
+                (void)waitUntil([&] { return window().size() == size; });
                 const QString name =
                     u"%1-%2-%3x%4.png"_s.arg(QLatin1String(step), theme == LK::Theme::Light ? u"light"_s : u"dark"_s)
                         .arg(size.width())

@@ -54,6 +54,17 @@ void Desktop::doubleClick(const QQuickItem &item)
             QStringList{u"sleep"_s, u"0.05"_s, u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"60"_s, u"1"_s});
 }
 
+void Desktop::glide(QPoint from, QPoint to)
+{
+    constexpr int steps = 40;
+    QStringList moves;
+    for (int step = 0; step <= steps; ++step) {
+        const QPoint at = from + (to - from) * step / steps;
+        moves += {u"mousemove"_s, QString::number(at.x()), QString::number(at.y()), u"sleep"_s, u"0.02"_s};
+    }
+    xdotool(moves);
+}
+
 void Desktop::drag(QPoint from, QPoint to)
 {
     const auto at = [](QPoint point) {

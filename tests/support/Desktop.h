@@ -21,6 +21,8 @@ public:
     static void click(const QQuickItem &item);
     static void rightClick(const QQuickItem &item);
     static void doubleClick(const QQuickItem &item);
+    // Moves the pointer over the screen as a hand does.
+    static void glide(QPoint from, QPoint to);
     // Presses at one point of the screen, moves to another as a hand does, and lets go.
     static void drag(QPoint from, QPoint to);
     // Keys by xdotool's names: "Tab", "Return", "shift+Tab".
