@@ -158,7 +158,7 @@ private:
     bool m_launchAtLogin = false;
     bool m_checkForUpdatesAutomatically = true;
     bool m_soundEnabled = true;
-    QTimer m_closeTimer;
+    QTimer m_closeTimer{this};
 };
 
 } // namespace larkspan
