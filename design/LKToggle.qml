@@ -35,6 +35,9 @@ T.AbstractButton {
     Accessible.name: label
     Accessible.checkable: true
     Accessible.checked: isOn
+    // The template tells of its own state, which is always off, when assistive technology turns up.
+    Accessible.onCheckableChanged: LK.put(control.Accessible, "checkable", true)
+    Accessible.onCheckedChanged: LK.put(control.Accessible, "checked", control.isOn)
     Accessible.onPressAction: {
         if (control.enabled)
             control.flip();

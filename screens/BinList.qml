@@ -26,9 +26,6 @@ T.Control {
         }
     }
 
-    Accessible.role: Accessible.List
-    Accessible.name: qsTr("Bins")
-
     ListView {
         anchors.fill: parent
         anchors.margins: 10
@@ -39,6 +36,9 @@ T.Control {
         currentIndex: control.bins.selectedRow
         highlightMoveDuration: LK.motion.hover
         model: control.bins
+        // Not the control itself: that keeps its template's role.
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Bins")
 
         LKScrollBar.vertical: LKScrollBar {
         }

@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Larkspan.Design
 
 // One clip in the grid: its first frame, its name, its second bin, and a way to move it while the pointer is there.
-T.AbstractButton {
+T.ItemDelegate {
     id: card
 
     required property int index
@@ -34,6 +34,7 @@ T.AbstractButton {
     Accessible.name: extraBin === "" ? qsTr("%1, %2").arg(fileName).arg(duration) : qsTr("%1, %2, also %3").arg(fileName).arg(duration).arg(extraBin)
     Accessible.selectable: true
     Accessible.selected: showsFocus
+    Accessible.onPressAction: card.activated()
 
     HoverHandler {
         id: hover
@@ -119,6 +120,7 @@ T.AbstractButton {
 
         Accessible.role: Accessible.ButtonMenu
         Accessible.name: qsTr("Move %1").arg(card.name)
+        Accessible.onPressAction: move.clicked()
 
         contentItem: Text {
             text: move.text

@@ -92,6 +92,7 @@ FocusScope {
 
             Accessible.role: Accessible.Button
             Accessible.name: text
+            Accessible.onPressAction: play.clicked()
 
             contentItem: Item {
                 LKIcon {

@@ -73,6 +73,7 @@ Item {
 
             Accessible.role: Accessible.Button
             Accessible.name: qsTr("Open preview of %1").arg(row.fileName)
+            Accessible.onPressAction: still.clicked()
 
             contentItem: ClipPicture {
                 picture: row.thumbnail

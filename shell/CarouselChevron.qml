@@ -17,6 +17,7 @@ T.AbstractButton {
     Keys.onEnterPressed: chevron.clicked()
 
     Accessible.role: Accessible.Button
+    Accessible.onPressAction: chevron.clicked()
 
     contentItem: Text {
         text: chevron.text

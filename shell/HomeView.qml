@@ -200,6 +200,7 @@ FocusScope {
 
                     Accessible.role: Accessible.PageTab
                     Accessible.name: text
+                    Accessible.onPressAction: dot.clicked()
 
                     contentItem: Item {
                         Rectangle {

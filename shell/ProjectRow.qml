@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Larkspan.Design
 
 // One sorted shoot: opened by a press, renamed and removed by the buttons that show under the pointer or the keyboard.
-T.AbstractButton {
+T.ItemDelegate {
     id: row
 
     required property string name
