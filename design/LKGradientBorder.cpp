@@ -2,6 +2,7 @@
 
 #include <QtGui/QPainter>
 
+#include "design/AngularGradient.h"
 #include "design/LK.h"
 
 namespace larkspan {
@@ -32,11 +33,7 @@ void LKGradientBorder::setCornerRadius(double radius)
 
 void LKGradientBorder::paint(QPainter *painter)
 {
-    QConicalGradient gradient(boundingRect().center(), 0);
-    const QList<QColor> stops = LK::instance().palette().aiGradient();
-    for (qsizetype i = 0; i < stops.size(); ++i) {
-        gradient.setColorAt(static_cast<double>(i) / static_cast<double>(stops.size() - 1), stops[i]);
-    }
+    const QConicalGradient gradient = angularGradient(boundingRect().center(), LK::instance().palette().aiGradient());
     const double inset = m_lineWidth / 2;
     const double radius = m_cornerRadius - inset;
     painter->setPen(QPen(gradient, m_lineWidth));

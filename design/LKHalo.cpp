@@ -9,6 +9,7 @@
 #include <QtQuick/QQuickWindow>
 #include <QtQuick/QSGImageNode>
 
+#include "design/AngularGradient.h"
 #include "design/LK.h"
 
 namespace larkspan {
@@ -76,11 +77,7 @@ QImage haloImage(QSizeF rectangle, double cornerRadius, double blur, const QList
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(sharp.width() / area.width(), sharp.height() / area.height());
     painter.translate(area.width() / 2, area.height() / 2);
-    QConicalGradient brush(0, 0, 0);
-    for (qsizetype i = 0; i < gradient.size(); ++i) {
-        brush.setColorAt(static_cast<double>(i) / static_cast<double>(gradient.size() - 1), gradient[i]);
-    }
-    painter.setBrush(brush);
+    painter.setBrush(angularGradient({}, gradient));
     painter.setPen(Qt::NoPen);
     painter.drawRoundedRect(QRectF(QPointF(-rectangle.width() / 2, -rectangle.height() / 2), rectangle), cornerRadius,
                             cornerRadius);
