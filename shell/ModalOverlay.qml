@@ -3,9 +3,8 @@ import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Shell
 
-// Lies over the whole window and keeps everything below from the pointer and the keyboard: a scrim, and on it what the
-// editor is asked or shown. The window can still be
-// moved, resized and closed.
+// Lies over the whole window, wherever it is declared, and keeps everything below from the pointer and the keyboard: a
+// scrim, and on it what the editor is asked or shown. The window can still be moved, resized and closed.
 T.Popup {
     id: overlay
 
@@ -19,6 +18,7 @@ T.Popup {
     // Escape, whichever overlay is to answer it.
     signal escaped
 
+    parent: T.Overlay.overlay
     x: 0
     y: 0
     width: parent ? parent.width : 0

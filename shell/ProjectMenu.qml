@@ -93,6 +93,8 @@ LKPopover {
             }
 
             delegate: ProjectRow {
+                id: project
+
                 required property int index
                 required property string projectId
 
@@ -111,12 +113,18 @@ LKPopover {
                     opening.start();
                 }
                 onBeginEdit: menu.editingID = projectId
-                onCancelEdit: menu.editingID = ""
+                onCancelEdit: endEdit()
                 onCommitEdit: name => {
                     menu.engine.renameProject(projectId, name);
-                    menu.editingID = "";
+                    endEdit();
                 }
                 onRemove: menu.engine.deleteProject(projectId)
+
+                // The field goes, and the keyboard with it; the row takes it.
+                function endEdit() {
+                    menu.editingID = "";
+                    project.forceActiveFocus(Qt.PopupFocusReason);
+                }
             }
         }
 

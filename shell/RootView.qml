@@ -115,20 +115,20 @@ Window {
                 onFinished: root.app.finishIntro() // qmllint disable
             }
         }
+
+        AppMenuButton {
+            x: 94
+            y: 11
+            visible: root.app.phase === AppState.App
+            app: root.app
+            engine: root.engine
+            onExportClips: diagnosticsPanels.exportClips()
+            onExportVocabulary: diagnosticsPanels.exportVocabulary()
+        }
     }
 
     WindowFrame {
         anchors.fill: parent
-    }
-
-    AppMenuButton {
-        x: 94
-        y: 11
-        visible: root.app.phase === AppState.App
-        app: root.app
-        engine: root.engine
-        onExportClips: diagnosticsPanels.exportClips()
-        onExportVocabulary: diagnosticsPanels.exportVocabulary()
     }
 
     ModalOverlay {
