@@ -105,6 +105,18 @@ QFont LK::font(double points, int weight) const
     return font;
 }
 
+QColor LK::over(const QColor &top, const QColor &below) const
+{
+    const float shown = below.alphaF() * (1 - top.alphaF()); // of the lower one
+    const float alpha = top.alphaF() + shown;
+    if (alpha <= 0) {
+        return Qt::transparent;
+    }
+    const auto mixed = [&](float ofTop, float ofBelow) { return (ofTop * top.alphaF() + ofBelow * shown) / alpha; };
+    return QColor::fromRgbF(mixed(top.redF(), below.redF()), mixed(top.greenF(), below.greenF()),
+                            mixed(top.blueF(), below.blueF()), alpha);
+}
+
 void LK::put(QObject *control, const QString &property, const QVariant &value) const
 {
     control->setProperty(property.toUtf8().constData(), value);

@@ -110,6 +110,9 @@ public:
     // resolution; weight: one of Font's.
     Q_INVOKABLE QFont font(double points, int weight = QFont::Normal) const;
 
+    // What is seen where one colour lies over another, either of which may be seen through.
+    Q_INVOKABLE QColor over(const QColor &top, const QColor &below) const;
+
     // Writes a control's property as the user's doing. Unlike an assignment in QML it leaves a binding of the property
     // in place, so that what is bound both ways stays bound.
     Q_INVOKABLE void put(QObject *control, const QString &property, const QVariant &value) const;

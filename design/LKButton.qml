@@ -117,11 +117,11 @@ T.Button {
         verticalAlignment: Text.AlignVCenter
     }
 
-    background: Rectangle {
+    background: LKSurface {
         radius: 5
         color: control.down ? control.pressedFill : control.hovered ? control.hoverFill : control.restFill
         border.width: control.borderColor.a > 0 ? 1 : 0
-        border.color: control.borderColor
+        stroke: control.borderColor
 
         Behavior on color  {
             LKColorMotion {

@@ -154,12 +154,12 @@ T.ComboBox {
         color: LK.palette.textTertiary
     }
 
-    background: Rectangle {
+    background: LKSurface {
         radius: 5
         color: control.hovered || control.popup.visible ? control.hoverFill : control.restFill
         border.pixelAligned: false
         border.width: [1, 1.5, 1.5, 0][control.tone]
-        border.color: control.borderColor
+        stroke: control.borderColor
 
         Behavior on color  {
             LKColorMotion {

@@ -6,11 +6,10 @@ LKDropShadow {
     cornerRadius: 7
     shadow: LK.palette.shadowPopover
 
-    Rectangle {
+    LKSurface {
         anchors.fill: parent
         radius: parent.cornerRadius
         color: LK.palette.surfaceElevated
-        border.width: 1
-        border.color: LK.palette.borderSubtle
+        stroke: LK.palette.borderSubtle
     }
 }

@@ -151,11 +151,11 @@ T.Pane {
         }
     }
 
-    background: Rectangle {
+    background: LKSurface {
         radius: 5
         color: LK.palette.surfaceCard
         border.width: control.isAi ? 0 : 1
-        border.color: LK.palette.borderStrong
+        stroke: LK.palette.borderStrong
 
         LKGradientBorder {
             anchors.fill: parent

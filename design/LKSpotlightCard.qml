@@ -75,20 +75,12 @@ Item {
         fragmentShader: "qrc:/qt/qml/Larkspan/Design/shaders/glow.frag.qsb"
     }
 
-    Rectangle {
+    LKSurface {
         anchors.fill: parent
         visible: !lit.visible
         radius: surface.cornerRadius
         color: LK.palette.surfaceCard
-
-        // Of its own, since a rectangle's border lies beside its fill, and this one is seen through.
-        Rectangle {
-            anchors.fill: parent
-            radius: surface.cornerRadius
-            color: "transparent"
-            border.width: 1
-            border.color: LK.palette.borderSubtle
-        }
+        stroke: LK.palette.borderSubtle
     }
 
     Rectangle {

@@ -42,11 +42,10 @@ T.TextField {
         textFormat: Text.PlainText
     }
 
-    background: Rectangle {
+    background: LKSurface {
         radius: 5
         color: LK.palette.surfaceCard
-        border.width: 1
-        border.color: field.activeFocus ? LK.palette.accent : LK.palette.borderStrong
+        stroke: field.activeFocus ? LK.palette.accent : LK.palette.borderStrong
 
         Behavior on border.color  {
             LKColorMotion {

@@ -50,26 +50,9 @@ FocusScope {
     Accessible.name: title
     Accessible.description: body
 
-    Repeater {
-        model: LK.palette.shadowModal
-
-        LKDropShadow {
-            required property lkShadow modelData
-
-            anchors.fill: prompt
-            cornerRadius: surface.radius
-            shadow: modelData
-        }
-    }
-
-    Rectangle {
-        id: surface
-
+    LKModalPanel {
         anchors.fill: parent
-        radius: 14
-        color: LK.palette.surfaceElevated
-        border.width: 1
-        border.color: LK.palette.borderSubtle
+        cornerRadius: 14
 
         // What lies below is not to be reached through the card.
         MouseArea {

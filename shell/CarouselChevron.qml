@@ -28,11 +28,10 @@ T.AbstractButton {
         textFormat: Text.PlainText
     }
 
-    background: Rectangle {
+    background: LKSurface {
         radius: width / 2
         color: chevron.down ? LK.palette.surfacePressed : chevron.hovered ? LK.palette.surfaceHover : "transparent"
-        border.width: 1
-        border.color: LK.palette.borderSubtle
+        stroke: LK.palette.borderSubtle
 
         Behavior on color  {
             LKColorMotion {

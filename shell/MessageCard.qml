@@ -20,12 +20,8 @@ FocusScope {
     Accessible.name: title
     Accessible.description: message
 
-    Rectangle {
+    LKModalPanel {
         anchors.fill: parent
-        radius: 10
-        color: LK.palette.surfaceElevated
-        border.width: 1
-        border.color: LK.palette.borderSubtle
     }
 
     Column {

@@ -28,24 +28,9 @@ FocusScope {
         engine: sheet.engine
     }
 
-    Repeater {
-        model: LK.palette.shadowModal
-
-        LKDropShadow {
-            required property lkShadow modelData
-
-            anchors.fill: parent
-            cornerRadius: 10
-            shadow: modelData
-        }
-    }
-
-    Rectangle {
+    LKModalPanel {
         anchors.fill: parent
-        radius: 10
         color: LK.palette.surfaceWindow
-        border.width: 1
-        border.color: LK.palette.borderSubtle
     }
 
     Text {

@@ -98,7 +98,7 @@ TEST(LKDropdown, HasTheFillBorderAndWeightOfItsTone)
             const QQuickItem *frame = partOf(dropdown.item(), "background");
             const auto *border = frame->property("border").value<QObject *>();
             EXPECT_EQ(colorOf(frame).rgba(), expected[tone].rest.rgba()) << tone;
-            EXPECT_EQ(border->property("color").value<QColor>(), expected[tone].border) << tone;
+            EXPECT_EQ(frame->property("stroke").value<QColor>(), expected[tone].border) << tone;
             EXPECT_EQ(border->property("width").toDouble(), expected[tone].width) << tone;
             EXPECT_EQ(frame->childItems().constFirst()->isVisible(), tone == 3); // the gradient
             EXPECT_TRUE(hasFont(partOf(dropdown.item(), "contentItem"), 12.5, expected[tone].weight));

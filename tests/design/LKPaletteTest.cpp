@@ -114,3 +114,18 @@ TEST(LK, GivesHalfPointsTheirOwnSize)
     EXPECT_NEAR(elevenAndAHalf.pointSizeF() / eleven.pointSizeF(), 11.5 / 11, 1e-9);
     EXPECT_EQ(elevenAndAHalf.weight(), QFont::DemiBold);
 }
+
+TEST(LK, LaysOneColourOverAnotherAsAPainterDoes)
+{
+    const LK &lk = LK::instance();
+    const QColor white(Qt::white);
+    EXPECT_EQ(lk.over(white, Qt::black), white);
+    EXPECT_EQ(lk.over(Qt::transparent, Qt::black), QColor(Qt::black));
+    EXPECT_EQ(lk.over(Qt::transparent, Qt::transparent).alpha(), 0);
+    // Half of white over solid black is grey; over nothing it is the same half of white.
+    const QColor half = QColor::fromRgbF(1, 1, 1, 0.5);
+    EXPECT_EQ(lk.over(half, Qt::black).rgba(), qRgba(128, 128, 128, 255));
+    EXPECT_EQ(lk.over(half, Qt::transparent).rgba(), half.rgba());
+    // What is nearly nothing below changes nearly nothing.
+    EXPECT_EQ(lk.over(half, QColor::fromRgbF(0, 0, 0, 0.001F)).red(), 255);
+}

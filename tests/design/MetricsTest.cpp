@@ -69,7 +69,7 @@ TEST(LKButton, HasTheColoursOfItsKindAtRestUnderThePointerAndPressed)
                 return waitUntil([&] { return colorOf(fill).rgba() == color.rgba(); });
             };
             EXPECT_EQ(colorOf(partOf(button, "contentItem")), expected[kind].text) << kind;
-            EXPECT_EQ(border->property("color").value<QColor>(), expected[kind].border) << kind;
+            EXPECT_EQ(fill->property("stroke").value<QColor>(), expected[kind].border) << kind;
             EXPECT_EQ(border->property("width").toDouble(), expected[kind].border.alpha() > 0 ? 1 : 0) << kind;
             EXPECT_EQ(colorOf(fill).rgba(), expected[kind].rest.rgba()) << kind;
             QTest::mouseMove(&scene.window(), middleOf(button));

@@ -287,7 +287,8 @@ TEST(LKTextField, ShowsARingForTheKeyboardAndAnAccentedBorderForEitherFocus)
     const auto border = [&] {
         return partOf(field, "background")->property("border").value<QObject *>()->property("color").value<QColor>();
     };
-    EXPECT_EQ(border(), LK::instance().palette().borderStrong);
+    const LKPalette &palette = LK::instance().palette();
+    EXPECT_EQ(border(), LK::instance().over(palette.borderStrong, palette.surfaceCard));
     QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, middleOf(field));
     EXPECT_TRUE(waitUntil([&] { return border() == LK::instance().palette().accent; }));
     EXPECT_FALSE(ring->isVisible());
