@@ -31,6 +31,8 @@ FocusScope {
             player.setSource("");
     }
 
+    readonly property real cornerRadius: 10
+
     implicitWidth: 760
     implicitHeight: 428 + 66
     focus: true
@@ -46,10 +48,9 @@ FocusScope {
     Accessible.name: clip.name
     Accessible.description: clip.details
 
-    Rectangle {
+    LKModalPanel {
         anchors.fill: parent
-        radius: 6
-        color: LK.palette.surfaceElevated
+        cornerRadius: modal.cornerRadius
     }
 
     Rectangle {
@@ -57,14 +58,10 @@ FocusScope {
 
         width: parent.width
         height: 428
-        radius: 6
         color: "black"
-
-        Rectangle {
-            anchors.bottom: parent.bottom
-            width: parent.width
-            height: parent.radius
-            color: "black"
+        layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
+        layer.effect: LKRounded {
+            upper: modal.cornerRadius // qmllint disable
         }
 
         Image {
@@ -183,13 +180,5 @@ FocusScope {
             title: qsTr("Done")
             onActivated: modal.engine.closePreview()
         }
-    }
-
-    Rectangle {
-        anchors.fill: parent
-        radius: 6
-        color: "transparent"
-        border.width: 1
-        border.color: LK.palette.borderSubtle
     }
 }
