@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Templates as T
 import Larkspan.Design
 
@@ -8,6 +9,8 @@ T.MenuItem {
 
     // What holds already is marked before its text.
     property bool marked: false
+    // The key that does the same, as the platform writes it.
+    property string keys
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: 24
@@ -17,6 +20,7 @@ T.MenuItem {
     hoverEnabled: true
 
     Accessible.name: text
+    Accessible.description: keys
     Accessible.checkable: marked
     Accessible.checked: marked
     Accessible.onPressAction: {
@@ -24,11 +28,23 @@ T.MenuItem {
             item.clicked();
     }
 
-    contentItem: LKText {
-        text: (item.marked ? "✓ " : "") + item.text
-        font: item.font
-        color: item.enabled ? LK.palette.textPrimary : LK.palette.textDisabled
-        verticalAlignment: Text.AlignVCenter
+    contentItem: RowLayout {
+        spacing: 24
+
+        LKText {
+            Layout.fillWidth: true
+            text: (item.marked ? "✓ " : "") + item.text
+            font: item.font
+            color: item.enabled ? LK.palette.textPrimary : LK.palette.textDisabled
+        }
+
+        Text {
+            visible: item.keys !== ""
+            text: item.keys
+            font: item.font
+            color: item.enabled ? LK.palette.textTertiary : LK.palette.textDisabled
+            textFormat: Text.PlainText
+        }
     }
 
     arrow: LKIcon {

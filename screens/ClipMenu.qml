@@ -14,6 +14,7 @@ LKMenu {
 
     LKMenuItem {
         text: qsTr("Open Preview")
+        keys: qsTr("Return")
         onTriggered: menu.clips.open(menu.row)
     }
 

@@ -31,6 +31,7 @@ IconButton {
 
         LKMenuItem {
             text: qsTr("Preferences…")
+            keys: qsTr("Ctrl+,")
             onTriggered: control.app.openPreferences()
         }
 
