@@ -65,20 +65,20 @@ FocusScope {
         }
 
         IconButton {
-            name: controls.player.muted || controls.player.volume === 0 ? "speaker.slash.fill" : "speaker.fill"
-            help: controls.player.muted ? qsTr("Sound on") : qsTr("Sound off")
+            name: PlayerVolume.muted || PlayerVolume.level === 0 ? "speaker.slash.fill" : "speaker.fill"
+            help: PlayerVolume.muted ? qsTr("Sound on") : qsTr("Sound off")
             tint: "white"
-            onActivated: controls.player.muted = !controls.player.muted
+            onActivated: PlayerVolume.muted = !PlayerVolume.muted
         }
 
         PlayerSlider {
             Layout.preferredWidth: 70
             label: qsTr("Volume")
             stepSize: 0.1
-            value: controls.player.volume
+            value: PlayerVolume.level
             onMoved: {
-                controls.player.muted = false;
-                controls.player.volume = value;
+                PlayerVolume.muted = false;
+                PlayerVolume.level = value;
             }
         }
     }

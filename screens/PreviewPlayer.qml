@@ -23,6 +23,9 @@ FocusScope {
 
     ClipPlayer {
         id: player
+
+        volume: PlayerVolume.level
+        muted: PlayerVolume.muted
     }
 
     PlayerView {
