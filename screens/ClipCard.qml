@@ -45,11 +45,10 @@ T.ItemDelegate {
         onTapped: event => card.menuAsked(event.position)
     }
 
-    background: Rectangle {
+    background: LKSurface {
         radius: 8
         color: card.down ? Qt.tint(LK.palette.surfaceCard, LK.palette.surfacePressed) : card.hovering ? Qt.tint(LK.palette.surfaceCard, LK.palette.surfaceHover) : LK.palette.surfaceCard
-        border.width: 1
-        border.color: card.hovering ? LK.palette.borderStrong : LK.palette.borderSubtle
+        stroke: card.hovering ? LK.palette.borderStrong : LK.palette.borderSubtle
 
         Behavior on color  {
             LKColorMotion {
@@ -79,10 +78,12 @@ T.ItemDelegate {
     }
 
     Text {
+        id: tag
+
         anchors.left: picture.left
         anchors.bottom: picture.bottom
         anchors.margins: 6
-        width: Math.min(implicitWidth, picture.width - 12)
+        width: Math.min(Math.ceil(implicitWidth), picture.width - 12)
         visible: card.extraBin !== ""
         text: card.extraBin
         font: LK.font(9.5)
@@ -94,11 +95,14 @@ T.ItemDelegate {
         bottomPadding: 2
         textFormat: Text.PlainText
 
-        Rectangle {
+        ClipPicture {
             anchors.fill: parent
             z: -1
-            radius: 4
-            color: Qt.rgba(0, 0, 0, 0.35)
+            picture: tag.visible ? card.thumbnail : ""
+            cornerRadius: 4
+            isFrosted: true
+            whole: Qt.size(picture.width, picture.height)
+            place: Qt.point(tag.x, tag.y)
         }
     }
 

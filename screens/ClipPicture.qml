@@ -2,18 +2,32 @@ import QtQuick
 import QtQuick.Window
 
 // A clip's picture, filling its place. The provider draws it to size, corners included, so that nothing is left to
-// clip or scale while it moves.
+// clip, scale or blur while it moves.
 Image {
     property url picture
     property int cornerRadius: 4
     property bool roundsBottom: true
+    // Where this is glass before a part of the picture: the size of the whole, and the place in it.
+    property size whole: Qt.size(width, height)
+    property bool isFrosted: false
+    property point place
 
     // Neither holds while a delegate is made or let go.
     readonly property bool isShown: width >= 1 && height >= 1 && String(picture) !== ""
+    readonly property real dots: Screen.devicePixelRatio
 
-    source: isShown ? picture + "?radius=" + cornerRadius * Screen.devicePixelRatio + (roundsBottom ? "" : "&top") : ""
-    sourceSize.width: width * Screen.devicePixelRatio
-    sourceSize.height: height * Screen.devicePixelRatio
+    function pixels(points: real): int {
+        return Math.round(points * dots);
+    }
+
+    source: {
+        if (!isShown)
+            return "";
+        const part = isFrosted ? "&frosted=" + [place.x, place.y, width, height].map(pixels).join(",") : "";
+        return picture + "?radius=" + cornerRadius * dots + (roundsBottom ? "" : "&top") + part;
+    }
+    sourceSize.width: whole.width * dots
+    sourceSize.height: whole.height * dots
     fillMode: Image.Stretch
     cache: false
 }

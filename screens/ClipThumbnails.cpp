@@ -34,6 +34,40 @@ QBrush gradient(const QString &bin, const QSizeF &size)
     return colors;
 }
 
+QImage painted(const QSize &size, const QBrush &content, const QPainterPath &shape)
+{
+    QImage picture(size, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(content);
+    painter.drawPath(shape);
+    return picture;
+}
+
+// The part that is to be seen as through frosted glass; empty for none.
+QRect frostedPart(const QUrlQuery &options)
+{
+    const QStringList numbers = options.queryItemValue(u"frosted"_s).split(u',');
+    return numbers.size() == 4 ? QRect(numbers[0].toInt(), numbers[1].toInt(), numbers[2].toInt(), numbers[3].toInt())
+                               : QRect();
+}
+
+QImage frosted(const QImage &picture, const QRect &part)
+{
+    constexpr int grain = 8; // pixels
+    constexpr double veil = 0.35;
+    const QSize coarse((part.width() + grain - 1) / grain, (part.height() + grain - 1) / grain);
+    QImage glass = picture.copy(part).scaled(coarse, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    for (int finer = grain / 2; finer >= 1; finer /= 2) { // in one step the grain would show
+        const QSize size((part.width() + finer - 1) / finer, (part.height() + finer - 1) / finer);
+        glass = glass.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    QPainter(&glass).fillRect(glass.rect(), QColor::fromRgbF(0, 0, 0, veil));
+    return glass;
+}
+
 } // namespace
 
 QString ClipThumbnails::providerName()
@@ -66,24 +100,23 @@ QImage ClipThumbnails::requestImage(const QString &id, QSize *size, const QSize 
 
     // A frame that is asked for in no size is given as it is.
     const QImage frame = thumbnail.stretchedTo(requestedSize);
-    const QSize wanted = !requestedSize.isEmpty() ? requestedSize : frame.isNull() ? usualSize : frame.size();
-    if (size) {
-        *size = wanted;
-    }
-    QImage picture(wanted, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
+    QSize wanted = !requestedSize.isEmpty() ? requestedSize : frame.isNull() ? usualSize : frame.size();
+    QBrush content(frame);
     if (frame.isNull()) {
         const QString bin =
             path.startsWith(binPath) ? QUrl::fromPercentEncoding(path.mid(binPath.size()).toUtf8()) : QString();
-        painter.setBrush(gradient(bin, wanted));
-    } else {
-        painter.setBrush(QBrush(frame));
+        content = gradient(bin, wanted);
     }
-    painter.drawPath(outline(wanted, options.queryItemValue(u"radius"_s).toDouble(), options.hasQueryItem(u"top"_s)));
-    return picture;
+    const QRect part = frostedPart(options);
+    if (!part.isEmpty() && QRect(QPoint(), wanted).contains(part)) {
+        content = QBrush(frosted(painted(wanted, content, outline(wanted, 0, false)), part));
+        wanted = part.size();
+    }
+    if (size) {
+        *size = wanted;
+    }
+    return painted(wanted, content,
+                   outline(wanted, options.queryItemValue(u"radius"_s).toDouble(), options.hasQueryItem(u"top"_s)));
 }
 
 void ClipThumbnails::refresh(const SortEngine &engine)

@@ -1,5 +1,7 @@
 #include "screens/ClipThumbnails.h"
 
+#include <QtGui/QPainter>
+
 #include "screens/BinColors.h"
 #include "tests/screens/ModelFixture.h"
 
@@ -54,6 +56,34 @@ TEST_F(ClipThumbnailsTest, RoundsTheCornersAskedFor)
     const QImage top = pictures.requestImage(path + u"?radius=8&top"_s, nullptr, {100, 50});
     EXPECT_EQ(top.pixelColor(99, 0).alpha(), 0);
     EXPECT_EQ(top.pixelColor(0, 49).alpha(), 255);
+}
+
+TEST_F(ClipThumbnailsTest, FrostsAPartBlurredDarkerAndNothingBeyondThePicture)
+{
+    makeClips({"kitchen 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const ClipPtr clip = engine.clips().front();
+    QImage stripes = filled({100, 50}, Qt::white);
+    for (int x = 0; x < 100; x += 2) {
+        QPainter(&stripes).fillRect(x, 0, 1, 50, Qt::black);
+    }
+    clip->thumbnail = Thumbnail(stripes);
+    Q_EMIT engine.clipsChanged();
+    const QString path = ClipThumbnails::urlOf(*clip).path().mid(1);
+    QSize size;
+    const QImage part = pictures.requestImage(path + u"?frosted=10,20,40,16"_s, &size, {100, 50});
+    EXPECT_EQ(size, QSize(40, 16));
+    ASSERT_EQ(part.size(), QSize(40, 16));
+    const double grey = 0.5 * (1 - 0.35);
+    for (int x = 2; x < 38; ++x) { // no stripe is left
+        EXPECT_NEAR(part.pixelColor(x, 8).lightnessF(), grey, 0.05) << x;
+    }
+    // What reaches beyond is left out of account.
+    for (const QString &odd :
+         {u"?frosted=90,20,40,16"_s, u"?frosted=-1,0,4,4"_s, u"?frosted=1,2,3"_s, u"?frosted=a,b,c,d"_s}) {
+        EXPECT_EQ(pictures.requestImage(path + odd, nullptr, {100, 50}).size(), QSize(100, 50)) << odd.toStdString();
+    }
 }
 
 TEST_F(ClipThumbnailsTest, StandsInTheBinsColoursForAClipWithoutAFrame)
