@@ -4,7 +4,8 @@ import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Screens
 
-// The bins of the shoot, those to look at first. Up and Down walk it, and what they reach is shown at once.
+// The bins of the shoot, those to look at first. Up and Down walk it, and what they reach is shown at once; Right goes
+// into it.
 T.Control {
     id: control
 
@@ -16,7 +17,12 @@ T.Control {
 
     readonly property bool reviewShown: bins.reviewShown
 
+    signal entered
+
     focusPolicy: Qt.StrongFocus
+    Keys.onRightPressed: control.entered()
+    Keys.onReturnPressed: control.entered()
+    Keys.onEnterPressed: control.entered()
     Keys.onUpPressed: bins.select(bins.selectedRow - 1)
     Keys.onDownPressed: bins.select(bins.selectedRow + 1)
     Keys.onPressed: event => {

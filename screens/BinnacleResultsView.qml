@@ -29,6 +29,7 @@ FocusScope {
         width: 236
         focus: true
         engine: view.engine
+        onEntered: detail.forceActiveFocus(Qt.TabFocusReason)
     }
 
     Rectangle {
@@ -51,6 +52,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.left: rule.right
         anchors.right: parent.right
+        Keys.onLeftPressed: bins.forceActiveFocus(Qt.BacktabFocusReason)
         onDetailViewChanged: detail.setSource(detailView, {
                 "engine": view.engine,
                 "choices": view.choices

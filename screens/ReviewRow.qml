@@ -110,7 +110,7 @@ Item {
                 Layout.fillWidth: true
                 text: row.reviewReason
                 font: LK.font(11)
-                color: row.isUnsorted ? LK.palette.warning : LK.palette.textSecondary
+                color: LK.palette.textSecondary
                 elide: Text.ElideRight
                 wrapMode: Text.Wrap
                 maximumLineCount: 2

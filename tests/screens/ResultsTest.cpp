@@ -192,3 +192,25 @@ TEST_F(ResultsTest, SplitBinsCountEachForThemselvesInTheTitle)
     engine.toggleExtraBin(clip(u"pool 3"_s)->id, u"Kitchen 2"_s);
     EXPECT_TRUE(shows(shoot.lastPathComponent() + u" · 3 clips · 3 bins"_s));
 }
+
+TEST_F(ResultsTest, RightGoesFromTheBinsIntoTheClipsAndLeftOfTheFirstOneBack)
+{
+    sortAndShowAll({"kitchen 1", "kitchen 2", "dark 3"});
+    engine.setSelectedBin(u"Kitchen"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return grid() != nullptr; }));
+    EXPECT_FALSE(grid()->hasActiveFocus());
+    scene->key(Qt::Key_Right);
+    EXPECT_TRUE(grid()->hasActiveFocus());
+    scene->key(Qt::Key_Right);
+    EXPECT_EQ(grid()->property("currentIndex"), 1);
+    scene->key(Qt::Key_Left);
+    EXPECT_TRUE(grid()->hasActiveFocus());
+    scene->key(Qt::Key_Left);
+    EXPECT_FALSE(grid()->hasActiveFocus());
+    scene->key(Qt::Key_Up); // the bins have it again
+    ASSERT_TRUE(QTest::qWaitFor([&] { return list() != nullptr; }));
+    scene->key(Qt::Key_Right);
+    EXPECT_TRUE(list()->hasActiveFocus());
+    scene->key(Qt::Key_Left);
+    EXPECT_FALSE(list()->hasActiveFocus());
+}
