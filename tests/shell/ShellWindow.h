@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <optional>
+
 #include <QtQml/QQmlApplicationEngine>
 #include <QtQuick/QQuickWindow>
 
@@ -18,7 +21,12 @@ namespace larkspan::test {
 class ShellWindowTest : public SortEngineTest
 {
 protected:
-    ShellWindowTest()
+    // volumes: where the system tells of its volumes; change: what of the engine's parts is another.
+    explicit ShellWindowTest(const std::function<void(SortSeams &)> &change = {},
+                             const std::optional<VolumeWatcher::System> &volumes = {})
+        : engine(windowSeams(change))
+        , watcher(
+              volumes.value_or(VolumeWatcher::System{.mountTable = desk.write("mounts"), .deviceTree = desk.path()}))
     {
         qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
         qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(engine)); // owned by qml
@@ -102,7 +110,7 @@ protected:
         ASSERT_TRUE(reaches(engine, StageKind::results));
     }
 
-    SortSeams windowSeams()
+    SortSeams windowSeams(const std::function<void(SortSeams &)> &change)
     {
         auto parts = seams();
         parts.sampleFrames = [this](const MediaClip &clip, int, double) {
@@ -121,6 +129,9 @@ protected:
             return {};
         };
         parts.settings = &store;
+        if (change) {
+            change(parts);
+        }
         return parts;
     }
 
@@ -133,8 +144,8 @@ protected:
     SettingsStore store{QString::fromStdString((desk / "settings.ini").string())};
     SystemAppearance system;
     AppState app{store, system, LoginItem(desk / "autostart", "/usr/bin/larkspan"), [](bool) {}};
-    SortEngine engine{windowSeams()};
-    VolumeWatcher watcher{VolumeWatcher::System{.mountTable = desk.write("mounts"), .deviceTree = desk.path()}};
+    SortEngine engine;
+    VolumeWatcher watcher;
     FolderRequest folders;
     DiagnosticsExport diagnostics{engine, [] {
                                       return std::vector<QString>{QStringLiteral("sofa"), QStringLiteral("bed")};

@@ -12,7 +12,9 @@ namespace {
 
 QStringList placeOf(const QQuickItem &item)
 {
-    const QPoint middle = item.mapToGlobal(QPointF(item.width() / 2, item.height() / 2)).toPoint();
+    const QPointF points = item.mapToGlobal(QPointF(item.width() / 2, item.height() / 2));
+    // The display counts pixels.
+    const QPoint middle = (points * item.window()->effectiveDevicePixelRatio()).toPoint();
     return {QString::number(middle.x()), QString::number(middle.y())};
 }
 
