@@ -67,7 +67,8 @@ FocusScope {
         Image {
             anchors.fill: parent
             source: modal.clip.thumbnail
-            fillMode: Image.PreserveAspectFit
+            // Sixteen to nine is half a point lower than the place, which is no reason for a line below it.
+            fillMode: Math.abs(width * implicitHeight - height * implicitWidth) < implicitWidth ? Image.Stretch : Image.PreserveAspectFit
             cache: false
             visible: !modal.playing
         }
