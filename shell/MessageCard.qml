@@ -14,7 +14,7 @@ FocusScope {
     // By the answer's place in the list.
     signal answered(int index)
 
-    implicitWidth: 400
+    implicitWidth: 430 // three answers beside each other
     implicitHeight: column.implicitHeight + 48
     Accessible.role: Accessible.Dialog
     Accessible.name: title

@@ -87,7 +87,7 @@ T.ItemDelegate {
         x: row.leftPadding + 22
         y: 2
         width: row.width - x - 60
-        implicitHeight: 22
+        implicitHeight: 20
         visible: row.isEditing
         font: LK.font(12, Font.Medium)
         label: qsTr("Project name")
