@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 #include <QtCore/QVariant>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 #include "output/VolumeWatcher.h"
 #include "tests/output/DeviceTree.h"
@@ -18,6 +20,30 @@ using testing::SizeIs;
 namespace fs = std::filesystem;
 
 namespace {
+
+// Sees a folder being read, from when the object is made.
+class FolderReading
+{
+public:
+    explicit FolderReading(const fs::path &folder) : m_descriptor(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        EXPECT_GE(::inotify_add_watch(m_descriptor, folder.c_str(), IN_CLOSE_NOWRITE), 0);
+    }
+    ~FolderReading() { ::close(m_descriptor); }
+    FolderReading(const FolderReading &) = delete;
+    FolderReading &operator=(const FolderReading &) = delete;
+
+    [[nodiscard]] bool isOver() const
+    {
+        return waitUntil([&] {
+            alignas(inotify_event) char events[1024];
+            return ::read(m_descriptor, events, sizeof events) > 0;
+        });
+    }
+
+private:
+    const int m_descriptor;
+};
 
 class VolumeWatcherTest : public testing::Test
 {
@@ -167,7 +193,9 @@ TEST_F(VolumeWatcherTest, APathIsOfferedOncePerRunWhateverWasAnswered)
 TEST_F(VolumeWatcherTest, APathThatWasRejectedStaysSo)
 {
     fs::create_directories(card().path());
+    const FolderReading reading(card().path());
     mount(card());
+    ASSERT_TRUE(reading.isOver());
     settle();
     addClips(1);
     mount(card());
