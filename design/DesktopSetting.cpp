@@ -24,6 +24,8 @@ DesktopSetting::DesktopSetting(QDBusConnection bus, QString group, QString key)
     if (!m_bus.isConnected()) {
         return;
     }
+    // The bus finds a slot's types by their names, and this one has a name only once it was used.
+    qRegisterMetaType<QDBusVariant>();
     // First, so that no change between the question and its answer is missed.
     m_bus.connect(portalService, portalPath, settingsInterface, u"SettingChanged"_s, this,
                   SLOT(settingChanged(QString, QString, QDBusVariant)));
