@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 
 #include <gmock/gmock.h>
@@ -8,6 +9,7 @@
 #include "shell/LarkspanApp.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Items.h"
+#include "tests/support/TempFolder.h"
 #include "tests/support/WaitUntil.h"
 
 namespace larkspan::test {
@@ -17,6 +19,21 @@ class ProgramWindow : public testing::Test
 {
 protected:
     using StageKind = SortEngine::StageKind;
+
+    // As a new user finds it: what a test sets and opens is not there for the next.
+    ProgramWindow()
+    {
+        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
+            m_outer[variable] = qgetenv(variable);
+            qputenv(variable, QByteArray::fromStdString((m_home / variable).string()));
+        }
+    }
+    ~ProgramWindow() override
+    {
+        for (const auto &[variable, value] : m_outer) {
+            qputenv(variable.c_str(), value);
+        }
+    }
 
     void TearDown() override { program.reset(); } // before the footage that it shows
 
@@ -65,6 +82,9 @@ protected:
     std::optional<LarkspanApp> program;
 
 private:
+    const TempFolder m_home;
+    std::map<std::string, QByteArray> m_outer;
+
     // Where it is counts from one frame to the next: what has just come up is laid out with a frame.
     template <typename Find>
     QQuickItem &atRest(const Find &find, const QString &name)

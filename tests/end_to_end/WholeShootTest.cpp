@@ -27,7 +27,7 @@ std::map<std::string, std::string> filesIn(const fs::path &folder)
     return files;
 }
 
-// A user of their own, who has never started the program.
+// A user who has never started the program.
 class WholeShootTest : public ProgramWindow
 {
 protected:
@@ -43,10 +43,6 @@ protected:
 
     void SetUp() override
     {
-        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
-            outer[variable] = qgetenv(variable);
-            qputenv(variable, QByteArray::fromStdString((home / variable).string()));
-        }
         fs::create_directory(shoot);
         int minute = 0;
         for (const char *clip : {"clip 2.mp4", "clip 10.mov", "clip 11.mp4", "DJI_0001.MP4"}) {
@@ -54,14 +50,6 @@ protected:
                       "-f lavfi -i color=c=gray:s=320x180:r=25:d=1 -c:v libx264 -preset ultrafast -pix_fmt "
                       "yuv420p -metadata creation_time=2026-11-20T09:0" +
                           std::to_string(minute++) + ":00Z");
-        }
-    }
-
-    void TearDown() override
-    {
-        ProgramWindow::TearDown();
-        for (const auto &[variable, value] : outer) {
-            qputenv(variable.c_str(), value);
         }
     }
 
@@ -103,9 +91,8 @@ protected:
         return all;
     }
 
-    std::map<std::string, QByteArray> outer;
-    const TempFolder home;
-    const fs::path shoot = home / "Villa & Söhne";
+    const TempFolder scratch;
+    const fs::path shoot = scratch / "Villa & Söhne";
 };
 
 } // namespace
