@@ -67,6 +67,7 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
     , m_diagnostics(*m_engine, [this] { return localClassifier().supportedIdentifiers(); })
     , m_notice(*m_engine, [this] { return window() && window()->isActive(); })
 {
+    // The style is the process's, and can't be set again once a window was loaded.
     if (QQuickStyle::name().isEmpty()) {
         QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
     }
