@@ -10,6 +10,9 @@ T.Menu {
     readonly property LKTypeAhead typeAhead: LKTypeAhead {
     }
 
+    // Who had the keyboard, and has it again afterwards.
+    property Item keyboardBefore: null
+
     // Once a row is too long for this it is elided.
     readonly property real widest: 360
 
@@ -58,6 +61,14 @@ T.Menu {
             width = Math.max(width, itemAt(row).implicitWidth);
         contentWidth = Math.min(width, widest);
         z = LK.layerOf(parent);
+        keyboardBefore = parent ? parent.Window.activeFocusItem : null;
+    }
+    onAboutToHide: {
+        // Unless someone else has taken it meanwhile.
+        const now = parent ? parent.Window.activeFocusItem : null;
+        if (keyboardBefore && (!now || now === parent.Window.contentItem))
+            keyboardBefore.forceActiveFocus(Qt.PopupFocusReason);
+        keyboardBefore = null;
     }
 
     implicitWidth: contentWidth + leftPadding + rightPadding

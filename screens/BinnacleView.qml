@@ -34,9 +34,13 @@ FocusScope {
         }
     }
 
-    onStageViewChanged: middle.setSource(stageView, {
-            "engine": view.engine
-        })
+    // What is shown next has the keyboard, also after a button that goes on being there.
+    onStageViewChanged: {
+        middle.setSource(stageView, {
+                "engine": view.engine
+            });
+        middle.focus = true;
+    }
 
     Rectangle {
         anchors.fill: parent

@@ -61,6 +61,12 @@ Window {
 
         readonly property bool isCovered: cardOffer.shown || preview.shown || preferences.shown || closeGuard.shown || diagnosticsPanels.shown
 
+        // A popup that goes leaves the keyboard to nobody; what lay below it has it where it was.
+        onIsCoveredChanged: {
+            if (!isCovered)
+                stage.forceActiveFocus(Qt.PopupFocusReason);
+        }
+
         anchors.fill: parent
         focus: true
 

@@ -148,3 +148,59 @@ TEST_F(ResultsWindowTest, APressOnTheScrimClosesThePreviewAndOneOnTheCardDoesNot
     Desktop::drag(scrim, scrim);
     EXPECT_TRUE(waitUntil([this] { return !engine.hasPreview(); }));
 }
+
+TEST_F(ResultsWindowTest, AfterAMenuAndAfterPreferencesTheKeyboardIsWhereItWas)
+{
+    sortAll({"kitchen 1", "pool 2"});
+    (void)shown(u"kitchen 1"_s);
+    Desktop::key(u"F10"_s);
+    (void)shown(u"Preferences…"_s);
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Preferences…"_s));
+    Desktop::key(u"Down"_s); // in the bins
+    EXPECT_TRUE(waitUntil([this] { return engine.selectedBin() == u"Pool"_s; }));
+    Desktop::key(u"ctrl+comma"_s);
+    (void)shown(u"Binnacle Preferences"_s);
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Binnacle Preferences"_s));
+    Desktop::key(u"Up"_s);
+    EXPECT_TRUE(waitUntil([this] { return engine.selectedBin() == u"Kitchen"_s; }));
+}
+
+TEST_F(ResultsWindowTest, AfterThePreviewTheArrowsGoOnFromItsClip)
+{
+    sortAll({"kitchen 1", "kitchen 2", "kitchen 3"});
+    Desktop::click(shown(u"kitchen 1"_s));
+    Desktop::click(shown(u"Done"_s));
+    ASSERT_TRUE(goes(u"Done"_s));
+    Desktop::key(u"Right"_s);
+    Desktop::key(u"Return"_s);
+    ASSERT_TRUE(waitUntil([this] { return engine.previewClip() == clip(u"kitchen 2"_s); }));
+    (void)shown(u"Done"_s);
+    Desktop::key(u"ctrl+comma"_s); // above it
+    (void)shown(u"Binnacle Preferences"_s);
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Done"_s));
+    Desktop::key(u"Right"_s);
+    drain();
+    EXPECT_FALSE(engine.hasPreview()); // nothing below Preferences hears keys
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Binnacle Preferences"_s));
+    Desktop::key(u"Right"_s);
+    Desktop::key(u"space"_s);
+    EXPECT_TRUE(waitUntil([this] { return engine.previewClip() == clip(u"kitchen 3"_s); }));
+}
+
+TEST_F(ResultsWindowTest, AfterAnExportByMouseReturnGoesOnAndDoesNotExportAgain)
+{
+    sortAll({"kitchen 1"});
+    engine.setOptions([this] {
+        SortOptions options = engine.options();
+        options.openEditorAfterExport = false;
+        return options;
+    }());
+    Desktop::click(shown(u"Export"_s));
+    (void)shown(u"Event created"_s);
+    Desktop::key(u"Return"_s);
+    EXPECT_TRUE(waitUntil([this] { return opened.size() == 1; })); // the event, in its editor
+}
