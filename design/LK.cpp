@@ -5,6 +5,8 @@
 #include <QtGui/QScreen>
 #include <QtQml/QQmlEngine>
 
+#include "design/LKAccessible.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace larkspan {
@@ -33,8 +35,9 @@ LK &LK::instance()
     return design;
 }
 
-LK *LK::create(QQmlEngine *, QJSEngine *)
+LK *LK::create(QQmlEngine *engine, QJSEngine *)
 {
+    LKAccessible::install(*engine);
     QQmlEngine::setObjectOwnership(&instance(), QQmlEngine::CppOwnership);
     return &instance();
 }

@@ -121,6 +121,7 @@ T.ComboBox {
         }
     }
 
+    LKAccessible.expanded: popup.visible
     Accessible.name: label !== "" ? label : shownLabel
     Accessible.description: label !== "" ? shownLabel : ""
     Accessible.onPressAction: {
@@ -193,7 +194,10 @@ T.ComboBox {
         highlighted: control.highlightedIndex === index
 
         Accessible.name: label
+        Accessible.selectable: true
         Accessible.selected: control.currentIndex === index
+        Accessible.focusable: true
+        Accessible.focused: highlighted
         Accessible.onPressAction: {
             if (row.enabled)
                 row.clicked();

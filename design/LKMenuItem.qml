@@ -20,6 +20,8 @@ T.MenuItem {
     hoverEnabled: true
 
     Accessible.name: text
+    Accessible.focusable: true
+    Accessible.focused: highlighted
     Accessible.description: keys
     Accessible.checkable: marked
     Accessible.checked: marked

@@ -17,6 +17,10 @@ T.Control {
     implicitHeight: layout.implicitHeight + topPadding + bottomPadding
     verticalPadding: 12
 
+    LKAccessible.role: Accessible.Grouping
+    Accessible.name: label
+    Accessible.description: sublabel
+
     RowLayout {
         id: layout
 

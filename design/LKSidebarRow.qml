@@ -46,9 +46,12 @@ T.AbstractButton {
             control.clicked();
     }
 
+    LKAccessible.role: Accessible.ListItem
     Accessible.name: hasCount ? qsTr("%1, %2").arg(label).arg(count) : label
     Accessible.selectable: true
     Accessible.selected: selected
+    Accessible.focusable: true
+    Accessible.focused: showsFocus
     Accessible.onPressAction: {
         if (control.enabled)
             control.clicked();
@@ -73,6 +76,7 @@ T.AbstractButton {
             text: control.count
             font: control.isWarning ? LK.font(10, Font.DemiBold) : LK.font(11)
             color: control.isWarning ? LK.palette.warning : LK.palette.textTertiary
+            Accessible.ignored: true // read with the label
             fill: control.isWarning ? LK.palette.warningSubtle : "transparent"
         }
     }

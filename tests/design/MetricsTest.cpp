@@ -171,7 +171,7 @@ TEST(LKSidebarRow, IsActivatedByMouseSpaceReturnAndAssistiveTechnology)
     scene.key(Qt::Key_Return);
     accessible(row)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(activated.count(), 4);
-    EXPECT_EQ(accessible(row)->role(), QAccessible::Button);
+    EXPECT_EQ(accessible(row)->role(), QAccessible::ListItem);
     EXPECT_EQ(accessibleName(row), u"Bed & Bath, 12"_s);
     EXPECT_TRUE(accessible(row)->state().selected);
 }

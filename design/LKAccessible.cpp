@@ -1,0 +1,130 @@
+#include "design/LKAccessible.h"
+
+#include <QtCore/QPointer>
+#include <QtGui/QAccessible>
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlEngine>
+#include <QtQuick/private/qaccessiblequickitem_p.h>
+#include <QtQuick/private/qquickitem_p.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan {
+
+namespace {
+
+void tellChange(QObject *object, const QAccessible::State &changed)
+{
+    QAccessibleStateChangeEvent event(object, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+// What a popup's body knows the popup's attached object by.
+constexpr const char *ofThePopup = "larkspanAccessible";
+
+LKAccessible *attachedTo(QQuickItem *item)
+{
+    if (QObject *attached = qmlAttachedPropertiesObject<LKAccessible>(item, false)) {
+        return qobject_cast<LKAccessible *>(attached);
+    }
+    return qobject_cast<LKAccessible *>(item->property(ofThePopup).value<QPointer<QObject>>());
+}
+
+// An item as Qt Quick tells of it, and what is attached to it or to the popup that it is the body of.
+class ToldItem : public QAccessibleQuickItem
+{
+public:
+    explicit ToldItem(QQuickItem *item) : QAccessibleQuickItem(item)
+    {
+        QObject::connect(item, &QQuickItem::enabledChanged, item, [item] {
+            QAccessible::State changed;
+            changed.disabled = true;
+            tellChange(item, changed);
+        });
+    }
+
+    QAccessible::Role role() const override
+    {
+        const LKAccessible *more = attachedTo(item());
+        return more != nullptr && more->role() != 0 ? static_cast<QAccessible::Role>(more->role())
+                                                    : QAccessibleQuickItem::role();
+    }
+
+    QString text(QAccessible::Text text) const override
+    {
+        const LKAccessible *more = attachedTo(item());
+        return text == QAccessible::Name && more != nullptr && !more->name().isEmpty()
+                   ? more->name()
+                   : QAccessibleQuickItem::text(text);
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleQuickItem::state();
+        state.disabled = !item()->isEnabled();
+        if (const LKAccessible *more = attachedTo(item()); more != nullptr && more->expandable()) {
+            state.expandable = true;
+            state.expanded = more->expanded();
+            state.collapsed = !more->expanded();
+        }
+        return state;
+    }
+
+    // Without the press that a button has by itself where its control answers one, too.
+    QStringList actionNames() const override
+    {
+        QStringList names = QAccessibleQuickItem::actionNames();
+        names.removeDuplicates();
+        return names;
+    }
+};
+
+QAccessibleInterface *tell(const QString &className, QObject *object)
+{
+    // Asked for each class that the object is of. A popup's body is of one that has an interface of its own, which is
+    // about headers and footers.
+    if (className != "QQuickItem"_L1 && className != "QQuickPopupItem"_L1) {
+        return nullptr;
+    }
+    auto *item = static_cast<QQuickItem *>(object);
+    // What nothing is said of isn't told about at all.
+    return QQuickItemPrivate::get(item)->isAccessible ? new ToldItem(item) : nullptr; // owned by QAccessible
+}
+
+} // namespace
+
+LKAccessible::LKAccessible(QObject *attachee) : QObject(attachee)
+{
+    if (attachee->inherits("QQuickPopup")) {
+        connect(attachee, SIGNAL(aboutToShow()), this, SLOT(findBody())); // which is made late
+    }
+}
+
+void LKAccessible::findBody()
+{
+    if (const auto *content = parent()->property("contentItem").value<QQuickItem *>()) {
+        content->parentItem()->setProperty(ofThePopup, QVariant::fromValue(QPointer<QObject>(this)));
+    }
+}
+
+void LKAccessible::install(QQmlEngine &engine)
+{
+    // Qt Quick has a factory of its own, and the last one is asked first.
+    QQmlComponent(&engine).setData("import QtQuick\nQtObject {}", {});
+    QAccessible::installFactory(tell); // once, however often it is called
+}
+
+void LKAccessible::setExpanded(bool expanded)
+{
+    if (m_expandable && m_expanded == expanded) {
+        return;
+    }
+    m_expandable = true;
+    m_expanded = expanded;
+    Q_EMIT changed();
+    QAccessible::State changed;
+    changed.expanded = true;
+    tellChange(parent(), changed);
+}
+
+} // namespace larkspan

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtQml/qqmlregistration.h>
+
+class QQmlEngine;
+
+namespace larkspan {
+
+// What a control or a popup tells assistive technology besides what QML's Accessible can, which knows of nothing that
+// opens, is attached to no popup, and loses a control's role to its template's once assistive technology turns up.
+// Attached: LKAccessible.role. Main thread.
+class LKAccessible : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("It is only attached.")
+    QML_ATTACHED(larkspan::LKAccessible)
+    Q_PROPERTY(int role MEMBER m_role NOTIFY changed)     // one of Accessible's; the template's, if not said
+    Q_PROPERTY(QString name MEMBER m_name NOTIFY changed) // of a popup
+    // Whether what it opens is open. Said once, it holds for a control that opens something.
+    Q_PROPERTY(bool expanded READ expanded WRITE setExpanded NOTIFY changed)
+
+public:
+    explicit LKAccessible(QObject *attachee);
+
+    static LKAccessible *qmlAttachedProperties(QObject *attachee) { return new LKAccessible(attachee); }
+    // Has items tell what is attached to them. Those that the engine has made before may not.
+    static void install(QQmlEngine &engine);
+
+    [[nodiscard]] int role() const { return m_role; }
+    [[nodiscard]] const QString &name() const { return m_name; }
+    [[nodiscard]] bool expandable() const { return m_expandable; }
+    [[nodiscard]] bool expanded() const { return m_expanded; }
+    void setExpanded(bool expanded);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    Q_SLOT void findBody();
+
+    int m_role = 0;
+    QString m_name;
+    bool m_expandable = false;
+    bool m_expanded = false;
+};
+
+} // namespace larkspan
