@@ -20,6 +20,8 @@ T.Control {
     signal entered
 
     focusPolicy: Qt.StrongFocus
+    LKAccessible.role: Accessible.List
+    Accessible.name: qsTr("Bins")
     Keys.onRightPressed: control.entered()
     Keys.onReturnPressed: control.entered()
     Keys.onEnterPressed: control.entered()
@@ -42,10 +44,6 @@ T.Control {
         currentIndex: control.bins.selectedRow
         highlightMoveDuration: LK.motion.hover
         model: control.bins
-        // Not the control itself: that keeps its template's role.
-        Accessible.role: Accessible.List
-        Accessible.name: qsTr("Bins")
-
         LKScrollBar.vertical: LKScrollBar {
         }
 

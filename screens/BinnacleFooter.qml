@@ -62,11 +62,14 @@ Item {
             name: "info.circle"
             size: 18
             help: qsTr("What this model does")
+            LKAccessible.role: Accessible.ButtonDropDown
+            LKAccessible.expanded: note.visible
             onActivated: note.visible ? note.close() : note.open()
 
             LKPopover {
                 id: note
 
+                LKAccessible.name: qsTr("What this model does")
                 contentItem: ModelNoteCard {
                     model: model
                 }

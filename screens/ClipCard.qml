@@ -30,10 +30,11 @@ T.ItemDelegate {
     text: name
     onClicked: card.activated()
 
-    Accessible.role: Accessible.ListItem
     Accessible.name: extraBin === "" ? qsTr("%1, %2").arg(fileName).arg(duration) : qsTr("%1, %2, also %3").arg(fileName).arg(duration).arg(extraBin)
     Accessible.selectable: true
     Accessible.selected: showsFocus
+    Accessible.focusable: true
+    Accessible.focused: showsFocus
     Accessible.onPressAction: card.activated()
 
     HoverHandler {
@@ -122,7 +123,7 @@ T.ItemDelegate {
         text: qsTr("Move")
         onClicked: card.moveAsked(move.mapToItem(card, 0, move.height + 4))
 
-        Accessible.role: Accessible.ButtonMenu
+        LKAccessible.role: Accessible.ButtonMenu
         Accessible.name: qsTr("Move %1").arg(card.name)
         Accessible.onPressAction: move.clicked()
 

@@ -88,7 +88,6 @@ FocusScope {
             Keys.onReturnPressed: clicked()
             Keys.onEnterPressed: clicked()
 
-            Accessible.role: Accessible.Button
             Accessible.name: text
             Accessible.onPressAction: play.clicked()
 

@@ -13,7 +13,6 @@ T.Slider {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
-    Accessible.role: Accessible.Slider
     Accessible.name: label
 
     background: Item {

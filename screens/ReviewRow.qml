@@ -33,6 +33,8 @@ Item {
     Accessible.name: qsTr("%1, %2, %3").arg(fileName).arg(primaryBin).arg(reviewReason)
     Accessible.selectable: true
     Accessible.selected: showsFocus
+    Accessible.focusable: true
+    Accessible.focused: showsFocus
 
     HoverHandler {
         id: hover
@@ -71,7 +73,6 @@ Item {
             focusPolicy: Qt.NoFocus
             onClicked: row.previewAsked()
 
-            Accessible.role: Accessible.Button
             Accessible.name: qsTr("Open preview of %1").arg(row.fileName)
             Accessible.onPressAction: still.clicked()
 

@@ -16,7 +16,8 @@ IconButton {
     name: "line.3.horizontal"
     help: qsTr("Menu")
     hoverTint: LK.palette.textPrimary
-    Accessible.role: Accessible.ButtonMenu
+    LKAccessible.role: Accessible.ButtonMenu
+    LKAccessible.expanded: menu.visible
     onActivated: menu.visible = !menu.visible
 
     Shortcut {
@@ -28,6 +29,7 @@ IconButton {
         id: menu
 
         y: control.height + 4
+        LKAccessible.name: control.help
 
         LKMenuItem {
             text: qsTr("Preferences…")

@@ -16,7 +16,6 @@ T.AbstractButton {
     Keys.onReturnPressed: chevron.clicked()
     Keys.onEnterPressed: chevron.clicked()
 
-    Accessible.role: Accessible.Button
     Accessible.onPressAction: chevron.clicked()
 
     contentItem: Text {

@@ -31,7 +31,8 @@ T.AbstractButton {
             control.clicked();
     }
 
-    Accessible.role: Accessible.ButtonDropDown
+    LKAccessible.role: Accessible.ButtonDropDown
+    LKAccessible.expanded: isOpen
     Accessible.name: title
     Accessible.description: help
     Accessible.onPressAction: control.clicked()

@@ -19,6 +19,9 @@ FocusScope {
         app.openTool(ToolCatalogue.at(index).id);
     }
 
+    Accessible.role: Accessible.Pane
+    Accessible.name: qsTr("Launcher")
+
     Keys.onLeftPressed: carousel.step(-1)
     Keys.onRightPressed: carousel.step(1)
     Keys.onReturnPressed: home.open(app.toolIndex)
@@ -177,6 +180,8 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.bottom: parent.bottom
             anchors.bottomMargin: 18
+            Accessible.role: Accessible.PageTabList
+            Accessible.name: qsTr("Tools")
 
             Repeater {
                 model: ToolCatalogue.count
@@ -198,8 +203,10 @@ FocusScope {
                     Keys.onReturnPressed: dot.clicked()
                     Keys.onEnterPressed: dot.clicked()
 
-                    Accessible.role: Accessible.PageTab
+                    LKAccessible.role: Accessible.PageTab
                     Accessible.name: text
+                    Accessible.selectable: true
+                    Accessible.selected: isActive
                     Accessible.onPressAction: dot.clicked()
 
                     contentItem: Item {

@@ -14,6 +14,7 @@
 #include "classify/ModelRequests.h"
 #include "classify/VisionClassifier.h"
 #include "design/LK.h"
+#include "design/LKAccessible.h"
 #include "output/FCPXMLWriter.h"
 #include "output/MediaImporter.h"
 #include "screens/ClipThumbnails.h"
@@ -79,6 +80,7 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
     });
     adoptCloudSettings();
     m_qml.addImportPath(u"qrc:/qt/qml"_s);
+    LKAccessible::install(m_qml);
     m_qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(*m_engine)); // owned by m_qml
 }
 

@@ -30,7 +30,6 @@ T.AbstractButton {
             control.clicked();
     }
 
-    Accessible.role: Accessible.Button
     Accessible.name: title
     Accessible.description: detail
     Accessible.onPressAction: control.clicked()

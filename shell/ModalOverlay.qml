@@ -29,6 +29,7 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.NoAutoClose
     visible: shown
+    LKAccessible.role: Accessible.LayeredPane // on which the dialog lies
 
     enter: Transition {
         LKNumberMotion {

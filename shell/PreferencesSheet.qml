@@ -85,7 +85,7 @@ FocusScope {
                 selected: sheet.currentTab === modelData
                 focus: selected
                 focusPolicy: selected ? Qt.StrongFocus : Qt.ClickFocus
-                Accessible.role: Accessible.PageTab
+                LKAccessible.role: Accessible.PageTab
                 onActivated: sheet.app.preferencesTab = modelData
                 Keys.onUpPressed: choose(index - 1)
                 Keys.onDownPressed: choose(index + 1)

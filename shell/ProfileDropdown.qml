@@ -26,6 +26,7 @@ HeaderButton {
         id: panel
 
         x: control.width - width
+        LKAccessible.name: control.help
         padding: 6
 
         MenuActionRow {

@@ -18,6 +18,7 @@ LKPopover {
     }
 
     padding: 8
+    LKAccessible.name: qsTr("Projects")
     onClosed: editingID = ""
 
     // Lets the popover close first.

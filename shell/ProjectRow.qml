@@ -41,7 +41,6 @@ T.ItemDelegate {
         }
     }
 
-    Accessible.role: Accessible.ListItem
     Accessible.name: name
     Accessible.description: detail
     Accessible.selectable: true

@@ -21,7 +21,7 @@ T.AbstractButton {
 
     onClicked: card.activated()
 
-    Accessible.role: Accessible.Grouping
+    LKAccessible.role: Accessible.Grouping
     Accessible.name: tool.name
     Accessible.description: tool.tagline
 

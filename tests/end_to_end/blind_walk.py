@@ -15,6 +15,9 @@ import time
 import pyatspi
 
 SPACE = 0x20
+# What something that can be acted on may be, in a list, in a row of tabs, in a menu, and anywhere else.
+PARTS = {"list": {"list item"}, "page tab list": {"page tab"}, "popup menu": {"menu item"}}
+CONTROLS = {"push button", "combo box", "slider", "text"}
 PATIENCE = 60  # seconds; a hang, not a measure of speed
 
 
@@ -60,6 +63,40 @@ def outline(node, depth=0):
     return lines
 
 
+def actions_of(node):
+    try:
+        actions = node.queryAction()
+    except NotImplementedError:
+        return set()
+    return {actions.getName(index) for index in range(actions.nActions)}
+
+
+def wrongs(parent):
+    """What is wrong with the controls below a node, each of which is to have a name, a fitting role and its states."""
+    chosen = 0
+    for index in range(parent.childCount):
+        node = parent.getChildAtIndex(index)
+        if node is None or "showing" not in states(node):
+            continue
+        label = f"{node.getRoleName()} {node.name!r} in {parent.getRoleName()} {parent.name!r}"
+        told = states(node)
+        chosen += "selected" in told
+        if actions_of(node) - {"SetFocus"}:
+            if node.getRoleName() not in PARTS.get(parent.getRoleName(), CONTROLS):
+                yield f"the role of {label}"
+            if not node.name:
+                yield f"no name of {label}"
+            if "focusable" not in told:
+                yield f"no keyboard for {label}"
+        elif "focusable" in told and not node.name:
+            yield f"no name of {label}, which takes the keyboard"
+        if node.getRoleName() == "filler":
+            yield f"no role of {label}"
+        yield from wrongs(node)
+    if parent.getRoleName() == "page tab list" and chosen != 1:
+        yield f"{chosen} tabs selected of {parent.name!r}"
+
+
 class Program:
     def __init__(self, path, home, folder):
         self.desktop = pyatspi.Registry.getDesktop(0)  # before the program, which joins the bus that it finds
@@ -101,7 +138,26 @@ class Program:
 
     def choose(self, combo_box, entry, within=None):
         self.press("combo box", combo_box, within)
+        self.awaits("expanded", self.find("combo box", combo_box, within))
         self.press("list item", entry)
+
+    def awaits(self, state, node):
+        until(lambda: state in states(node), f"{state} of {node.getRoleName()} {node.name!r}")
+
+    def awaits_not(self, state, node):
+        until(lambda: state not in states(node), f"no longer {state} of {node.getRoleName()} {node.name!r}")
+
+    def inspect(self, screen):
+        """Everything in the window is told properly, once what moves there has come to rest."""
+        def settled():
+            found[:] = [*wrongs(self.window())]
+            return not found
+        found = []
+        try:
+            until(settled, screen)
+        except NotFound:
+            raise NotFound(f"{screen}: " + "; ".join(found)) from None
+        until(lambda: any("focused" in states(node) for node in below(self.window())), f"the keyboard on {screen}")
 
     def reads(self, combo_box, entry, within):
         box = self.find("combo box", combo_box, within)
@@ -127,10 +183,46 @@ def record(shoot):
                         str(shoot / clip)], check=True)
 
 
+def look_at_the_launcher(program):
+    tools = program.find("page tab list", "Tools")
+    program.find("panel", "Binnacle")  # its card
+    program.inspect("the launcher")
+    previous = program.find("push button", "Previous tool")
+    expect("sensitive" not in states(previous), "that nothing comes before the first tool")
+    program.press("push button", "Next tool")
+    program.awaits("sensitive", previous)
+    program.awaits("selected", program.find("page tab", "Huelock", tools))
+    program.press("push button", "Preview")
+    program.press("push button", "Tell me when it ships")
+    program.find("text", "E-mail address")
+    program.inspect("a tool in development")
+    program.press("push button", "Return to Larkspan")
+    program.press("push button", "Previous tool")
+
+
+def look_into_the_header(program):
+    program.find("push button", "Choose Folder")
+    program.inspect("the landing")
+    for button, panel in [("Projects", "dialog"), ("My Account", "dialog"), ("What this model does", "dialog"),
+                          ("Menu", "popup menu")]:
+        opener = program.find("push button", button)
+        program.awaits("collapsed", opener)
+        program.act(opener, "Press")
+        program.awaits("expanded", opener)
+        program.find(panel, "Settings and account" if button == "My Account" else button)
+        program.inspect(f"what {button} opens")
+        program.act(opener, "Press")
+        program.awaits("collapsed", opener)
+
+
 def set_up_copying(program):
     program.press("push button", "Preferences")
     sheet = program.find("dialog", "Binnacle Preferences")
-    program.press("push button", "Import", sheet)
+    program.inspect("the preferences")
+    for tab in ["General", "Account", "Import"]:
+        program.press("page tab", tab, sheet)
+        program.awaits("selected", program.find("page tab", tab, sheet))
+        program.inspect(f"the preferences' {tab}")
     program.choose("File handling", "Copy into folders", sheet)
     program.reads("File handling", "Copy into folders", sheet)
     toggle = program.find("push button", "Open the editor after export", sheet)
@@ -155,7 +247,9 @@ def choose_folder(program):
 
 
 def settle_review(program):
-    program.press("push button", "Needs a look", program.find("list", "Bins"))
+    program.press("list item", "Needs a look", program.find("list", "Bins"))
+    program.awaits("selected", program.find("list item", "Needs a look", program.find("list", "Bins")))
+    program.inspect("the review list")
     program.find("heading", "3 clips Binnacle wasn't sure about")
     review = program.find("list", "Clips to look at")
     first = program.find("list item", "clip 2.mp4", review)
@@ -169,17 +263,21 @@ def settle_review(program):
 
 
 def look_at_a_clip(program):
-    program.press("push button", "Pool", program.find("list", "Bins"))
-    program.press("list item", "clip 11.mp4", program.find("list", "Clips"))
+    program.press("list item", "Pool", program.find("list", "Bins"))
+    clip = program.find("list item", "clip 11.mp4", program.find("list", "Clips"))
+    program.inspect("the grid")
+    program.act(clip, "Press")
     preview = program.find("dialog", "clip 11.mp4")
+    program.inspect("the preview")
     expect("320 × 180" in preview.description, "what the preview says of the clip")
     program.press("push button", "Play", preview)
     program.find("push button", "Pause", preview)
+    program.inspect("the player")
     program.choose("Second bin", "Garage", preview)
     program.reads("Second bin", "Garage", preview)
     program.press("push button", "Done", preview)
     program.gone("dialog", "clip 11.mp4")
-    program.find("push button", "Garage", program.find("list", "Bins"))
+    program.find("list item", "Garage", program.find("list", "Bins"))
 
 
 def walk(path):
@@ -189,13 +287,16 @@ def walk(path):
         record(shoot)
         program = Program(path, home, shoot.parent)
         try:
+            look_at_the_launcher(program)
             program.press("push button", "Open Binnacle")
+            look_into_the_header(program)
             set_up_copying(program)
             choose_folder(program)
             settle_review(program)
             look_at_a_clip(program)
             program.press("push button", "Export")
             program.find("heading", "Event created")
+            program.inspect("the end of the export")
             for file in ["Villa.fcpxml", "Pool/clip 11.mp4", "Unsorted/clip 2.mp4", "Aerial - Drone/DJI_0001.MP4"]:
                 expect((shoot / file).is_file(), f"{file} of the export")
             program.press("push button", "Close", program.find("tool bar", "Window"))
@@ -206,8 +307,12 @@ def walk(path):
             program.press("push button", "Projects")
             project = program.find("list item", "Villa", program.find("list", "Sorted shoots"))
             expect(project.description == "4 clips · 4 bins", f"the project reading {project.description!r}")
+            program.act(project, "SetFocus")
+            program.find("push button", "Rename", project)
+            program.find("push button", "Remove from recents", project)
+            program.inspect("the projects")
             program.act(project, "Press")
-            program.find("push button", "Pool", program.find("list", "Bins"))
+            program.find("list item", "Pool", program.find("list", "Bins"))
         except NotFound as missing:
             print("not found:", missing, file=sys.stderr)
             print("\n".join(outline(program.window() or program.desktop)), file=sys.stderr)
