@@ -19,6 +19,7 @@
 #include "output/MediaImporter.h"
 #include "screens/ClipThumbnails.h"
 #include "shell/DesktopFiles.h"
+#include "shell/DisplayScale.h"
 #include "sound/SoundCue.h"
 #include "sound/SoundEngine.h"
 
@@ -106,6 +107,7 @@ bool LarkspanApp::open()
         return false;
     }
     connect(window(), SIGNAL(introChimeDue()), this, SLOT(playIntroChime())); // declared in QML
+    new DisplayScale(*window());                                              // owned by what it follows
     reportModels();
     return true;
 }

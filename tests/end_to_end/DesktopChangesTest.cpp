@@ -1,5 +1,4 @@
 // The desktop changes its colours, or the scale of its display, while the program is at work.
-#include <QtGui/private/qhighdpiscaling_p.h>
 #include <QtGui/QScreen>
 
 #include "tests/end_to_end/ProgramWindow.h"
@@ -30,6 +29,8 @@ protected:
             fs::create_hard_link(clip, shoot / ("clip " + std::to_string(i) + ".mp4"));
         }
     }
+
+    ~DesktopChangesTest() override { Desktop::setScale(1); }
 
     // Returns while the sort is seen to run.
     void beginSort()
@@ -65,19 +66,59 @@ TEST_F(DesktopChangesTest, AChangeOfTheDesktopsColoursDuringASortIsFollowedAndTh
     program->state().setAppearance(LK::Appearance::AlwaysDark);
 }
 
-// A display's scale can't be changed under a virtual one, so Qt is told of it as its platform's part would.
 TEST_F(DesktopChangesTest, AChangeOfTheDisplaysScaleDuringASortIsFollowedAndTheSortGoesOn)
 {
     startSorting();
     QQuickWindow &window = *program->window();
     const QSize size = window.size();
     ASSERT_EQ(window.grabWindow().size(), size);
+    SortOptions options = engine().options();
+    options.openEditorAfterExport = false;
+    engine().setOptions(options);
     beginSort();
-    QHighDpiScaling::setScreenFactor(window.screen(), 1.25);
-    EXPECT_TRUE(waitUntil([&] { return window.effectiveDevicePixelRatio() == 1.25; }));
+    Desktop::setScale(1.25);
     expectTheSortToEndWell();
-    (void)shown(u"Export"_s);
-    EXPECT_EQ(window.grabWindow().size(), window.size() * 1.25) << "the window is drawn as finely as it is shown";
-    QHighDpiScaling::setScreenFactor(window.screen(), 1.0);
-    EXPECT_TRUE(waitUntil([&] { return window.effectiveDevicePixelRatio() == 1.0; }));
+    Desktop::click(shown(u"Export"_s));
+    EXPECT_TRUE(reaches(StageKind::done)) << "what is shown is where it can be pressed";
+    EXPECT_EQ(window.size(), size) << "as large in points as before";
+    EXPECT_EQ(window.grabWindow().size(), (QSizeF(size) * 1.25).toSize()) << "and drawn as finely as it is shown";
+    Desktop::setScale(1.0);
+    EXPECT_TRUE(waitUntil([&] { return window.grabWindow().size() == size; }));
+}
+
+TEST_F(DesktopChangesTest, AWindowStaysWithinADisplayWhoseScaleGrows)
+{
+    start();
+    QQuickWindow &window = *program->window();
+    Desktop::setScale(1.5);
+    const QRect area = window.screen()->availableGeometry();
+    ASSERT_LT(area.width(), 1180) << "the display has no room for all of it";
+    EXPECT_TRUE(waitUntil([&] { return window.geometry() == area; })) << testing::PrintToString(window.geometry());
+}
+
+TEST_F(DesktopChangesTest, AMaximizedWindowFillsADisplayWhoseScaleGrows)
+{
+    start();
+    QQuickWindow &window = *program->window();
+    window.showMaximized();
+    ASSERT_TRUE(waitUntil([&] { return window.visibility() == QWindow::Maximized; }));
+    Desktop::setScale(1.25);
+    const QSize size = window.screen()->availableGeometry().size();
+    EXPECT_TRUE(waitUntil([&] { return content()->size() == QSizeF(size); }))
+        << testing::PrintToString(content()->size());
+    EXPECT_EQ(window.visibility(), QWindow::Maximized);
+}
+
+TEST_F(DesktopChangesTest, AWindowsLeastSizeIsInPointsOfTheScaleThatTheDisplayHasNow)
+{
+    start();
+    QQuickWindow &window = *program->window();
+    const QSize size = window.size();
+    Desktop::setScale(1.25);
+    ASSERT_TRUE(waitUntil([&] { return content()->size() == QSizeF(size) && window.size() == size; }));
+    (void)shown(u"Open Binnacle"_s);
+    const QPointF corner = QRectF(window.geometry()).bottomRight() - QPointF(2, 2);
+    Desktop::drag((corner * 1.25).toPoint(), {300, 300});
+    EXPECT_TRUE(waitUntil([&] { return content()->size() == QSizeF(980, 640); }))
+        << testing::PrintToString(content()->size());
 }

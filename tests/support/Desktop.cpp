@@ -1,6 +1,12 @@
 #include "tests/support/Desktop.h"
 
+#include <cmath>
+#include <csignal>
+#include <fstream>
 #include <stdexcept>
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
 
 #include "tests/support/WaitUntil.h"
 
@@ -120,6 +126,20 @@ void Desktop::dragFiles(const QList<std::filesystem::path> &files, const QQuickI
     }
     if (!drop(paths, onto)) {
         throw std::runtime_error("the drop was not taken");
+    }
+}
+
+void Desktop::setScale(double scale)
+{
+    // 96 dots per inch are one pixel to a point; the setting counts 1024ths of a dot.
+    std::ofstream(qEnvironmentVariable("LARKSPAN_DESKTOP_SETTINGS").toStdString())
+        << "Xft/DPI " << std::lround(scale * 96 * 1024) << '\n';
+    const int daemon = qEnvironmentVariableIntValue("LARKSPAN_DESKTOP_SETTINGS_DAEMON");
+    if (daemon <= 0 || kill(daemon, SIGHUP) != 0) {
+        throw std::runtime_error("the desktop has no settings daemon (script/with-display)");
+    }
+    if (!waitUntil([scale] { return QGuiApplication::primaryScreen()->devicePixelRatio() == scale; })) {
+        throw std::runtime_error("the desktop's scale is not heard of");
     }
 }
 

@@ -32,6 +32,8 @@ public:
     [[nodiscard]] static bool drop(const QStringList &what, const QQuickItem &onto);
     // The same with files that are to be taken; throws if they aren't.
     static void dragFiles(const QList<std::filesystem::path> &files, const QQuickItem &onto);
+    // Has the desktop show everything at that many pixels to a point, as its settings would.
+    static void setScale(double scale);
 
 private:
     static void xdotool(const QStringList &arguments);
