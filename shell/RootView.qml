@@ -40,6 +40,7 @@ Window {
     color: LK.palette.surfaceWindow
     visible: true
 
+    onActiveFocusItemChanged: stage.takeKeyboardBack()
     onClosing: close => close.accepted = closeGuard.allowsClosing()
 
     // As a menu bar's it is there whatever lies above the screens.
@@ -61,11 +62,13 @@ Window {
 
         readonly property bool isCovered: cardOffer.shown || preview.shown || preferences.shown || closeGuard.shown || diagnosticsPanels.shown
 
-        // A popup that goes leaves the keyboard to nobody; what lay below it has it where it was.
-        onIsCoveredChanged: {
-            if (!isCovered)
+        // A popup or a panel that goes leaves the keyboard to the window itself; what it came over has it where it was.
+        function takeKeyboardBack() {
+            if (!isCovered && root.activeFocusItem === root.contentItem)
                 stage.forceActiveFocus(Qt.PopupFocusReason);
         }
+
+        onIsCoveredChanged: takeKeyboardBack()
 
         anchors.fill: parent
         focus: true

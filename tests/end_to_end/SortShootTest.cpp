@@ -117,7 +117,7 @@ TEST_F(SortShootTest, TheKeyboardAloneReachesTheBinsTheClipsAndExport)
     expectTheEvent();
 }
 
-TEST_F(SortShootTest, ReturnOpensTheFolderPanelAndEscapeLeavesTheLanding)
+TEST_F(SortShootTest, ReturnOpensTheFolderPanelAndEscapeLeavesTheLandingWithItsKeyboard)
 {
     (void)shown(u"Choose Folder"_s);
     Desktop::key(u"Return"_s);
@@ -129,4 +129,8 @@ TEST_F(SortShootTest, ReturnOpensTheFolderPanelAndEscapeLeavesTheLanding)
     Desktop::key(u"Escape"_s);
     EXPECT_TRUE(waitUntil([&] { return !panel->property("visible").toBool(); }));
     EXPECT_EQ(engine().stage().kind, StageKind::empty);
+    EXPECT_TRUE(waitUntil([&] {
+        const QQuickItem *focused = program->window()->activeFocusItem();
+        return focused != nullptr && focused->property("text") == u"Choose Folder"_s;
+    }));
 }
