@@ -23,7 +23,7 @@ T.Control {
     baselineOffset: topPadding + widest.baselineOffset
     font: LK.font(11)
 
-    Accessible.role: Accessible.StaticText
+    LKAccessible.role: Accessible.StaticText
     Accessible.name: text
 
     // In a face of our kind none is wider than this one.

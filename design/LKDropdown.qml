@@ -232,6 +232,9 @@ T.ComboBox {
         padding: 4
         onAboutToShow: z = LK.layerOf(control)
 
+        LKAccessible.role: Accessible.List
+        LKAccessible.name: control.label
+
         enter: Transition {
             LKNumberMotion {
                 property: "opacity"

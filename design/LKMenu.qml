@@ -55,6 +55,7 @@ T.Menu {
         event.accepted = true;
     }
 
+    LKAccessible.name: title
     onAboutToShow: {
         let width = 140;
         for (let row = 0; row < count; ++row)

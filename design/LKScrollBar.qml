@@ -11,6 +11,7 @@ T.ScrollBar {
     padding: 2
     minimumSize: 0.1
     visible: control.size < 1
+    Accessible.ignored: true // what it scrolls is walked by itself
 
     contentItem: Rectangle {
         implicitWidth: 4

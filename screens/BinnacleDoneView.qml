@@ -49,6 +49,8 @@ FocusScope {
             color: LK.palette.textSecondary
             elide: Text.ElideMiddle
             textFormat: Text.PlainText
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         Text {
@@ -68,6 +70,8 @@ FocusScope {
             text: texts.outcome
             font: LK.font(11)
             color: LK.palette.textTertiary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         Row {

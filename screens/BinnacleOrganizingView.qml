@@ -39,6 +39,8 @@ FocusScope {
             text: texts.promise
             font: LK.font(11)
             color: LK.palette.textTertiary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
 }

@@ -53,5 +53,7 @@ Column {
         text: qsTr("%1 vertical · %2 horizontal · native aspect kept").arg(title.engine.verticalCount).arg(title.engine.clipCount - title.engine.verticalCount)
         font: LK.font(11)
         color: LK.palette.textTertiary
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 }

@@ -122,6 +122,8 @@ FocusScope {
             text: qsTr("A peek as they land — the full set is browsable when the sort finishes.")
             font: LK.font(11)
             color: LK.palette.textTertiary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         LKButton {

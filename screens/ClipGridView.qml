@@ -127,6 +127,7 @@ GridView {
         BinMenu {
             property ClipCard card
 
+            title: qsTr("Move to")
             choices: grid.choices
             holding: card ? [card.primaryBin] : []
             onChosen: bin => grid.clips.reassign(card.index, bin)
@@ -138,6 +139,7 @@ GridView {
         id: clipMenuComponent
 
         ClipMenu {
+            title: card ? card.name : ""
             clips: grid.clips
             choices: grid.choices
             onClosed: grid.takeFocusBack()

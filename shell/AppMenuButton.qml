@@ -29,7 +29,7 @@ IconButton {
         id: menu
 
         y: control.height + 4
-        LKAccessible.name: control.help
+        title: control.help
 
         LKMenuItem {
             text: qsTr("Preferences…")

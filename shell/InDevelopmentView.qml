@@ -64,6 +64,8 @@ FocusScope {
                 font: LK.font(21, Font.DemiBold)
                 color: LK.palette.textPrimary
                 textFormat: Text.PlainText
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
             }
 
             Item {
@@ -80,6 +82,8 @@ FocusScope {
                 font: LK.font(13)
                 color: LK.palette.textSecondary
                 textFormat: Text.PlainText
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
             }
 
             Item {
@@ -117,6 +121,8 @@ FocusScope {
                             font: LK.font(12.5)
                             color: LK.palette.textPrimary
                             textFormat: Text.PlainText
+                            Accessible.role: Accessible.StaticText
+                            Accessible.name: text
                         }
                     }
                 }

@@ -109,6 +109,8 @@ FocusScope {
         font: LK.font(10.5)
         color: LK.palette.textTertiary
         wrapMode: Text.Wrap
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 
     Rectangle {

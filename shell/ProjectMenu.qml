@@ -53,6 +53,8 @@ LKPopover {
             topPadding: 2
             bottomPadding: 8
             wrapMode: Text.Wrap
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         MenuActionRow {
@@ -137,6 +139,8 @@ LKPopover {
             color: LK.palette.textSecondary
             padding: 8
             wrapMode: Text.Wrap
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         Rectangle {
@@ -155,6 +159,8 @@ LKPopover {
             topPadding: 8
             bottomPadding: 2
             wrapMode: Text.Wrap
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
 }

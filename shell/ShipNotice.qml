@@ -18,6 +18,8 @@ Column {
         font: LK.font(12.5)
         color: LK.palette.textSecondary
         textFormat: Text.PlainText
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 
     Row {

@@ -111,6 +111,8 @@ T.AbstractButton {
             font: LK.font(11)
             color: LK.palette.textTertiary
             textFormat: Text.PlainText
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
 }

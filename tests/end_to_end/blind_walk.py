@@ -15,9 +15,14 @@ import time
 import pyatspi
 
 SPACE = 0x20
+ESCAPE = 0xff1b
+MENU = 0xff67
+LETTER_M = 0x6d
 # What something that can be acted on may be, in a list, in a row of tabs, in a menu, and anywhere else.
 PARTS = {"list": {"list item"}, "page tab list": {"page tab"}, "popup menu": {"menu item"}}
 CONTROLS = {"push button", "combo box", "slider", "text"}
+# What is said when one goes into it.
+GROUPS = {"dialog", "list", "page tab list", "popup menu", "tool bar"}
 PATIENCE = 60  # seconds; a hang, not a measure of speed
 
 
@@ -90,6 +95,8 @@ def wrongs(parent):
                 yield f"no keyboard for {label}"
         elif "focusable" in told and not node.name:
             yield f"no name of {label}, which takes the keyboard"
+        if node.getRoleName() in GROUPS and not node.name:
+            yield f"no name of {label}"
         if node.getRoleName() == "filler":
             yield f"no role of {label}"
         yield from wrongs(node)
@@ -137,9 +144,13 @@ class Program:
         self.act(self.find(role, name, within), "Press")
 
     def choose(self, combo_box, entry, within=None):
-        self.press("combo box", combo_box, within)
-        self.awaits("expanded", self.find("combo box", combo_box, within))
-        self.press("list item", entry)
+        box = self.find("combo box", combo_box, within)
+        self.awaits("collapsed", box)
+        self.act(box, "Press")
+        self.awaits("expanded", box)
+        entries = self.find("list", combo_box)
+        self.inspect(f"the entries of {combo_box}")
+        self.press("list item", entry, entries)
 
     def awaits(self, state, node):
         until(lambda: state in states(node), f"{state} of {node.getRoleName()} {node.name!r}")
@@ -234,16 +245,30 @@ def set_up_copying(program):
     program.gone("dialog", "Binnacle Preferences")
 
 
-def choose_folder(program):
+def type_key(symbol):
+    pyatspi.Registry.generateKeyboardEvent(symbol, None, pyatspi.KEY_SYM)
+
+
+def choose_folder(program, folder):
     program.press("push button", "Choose Folder")
     panel = program.find("dialog", "Choose the folder holding this shoot's raw clips.")
-    name = program.find("label", "Villa", panel)
+    name = program.find("label", folder, panel)
     program.act(name.parent, "SetFocus")
     # The panel is the toolkit's own: its buttons don't answer to the bus, but once they are focused to the space bar.
     button = program.find("push button", "Sort This Folder", panel)
     program.act(button, "SetFocus")
     until(lambda: "focused" in states(button), "the focus on the panel's button")
-    pyatspi.Registry.generateKeyboardEvent(SPACE, None, pyatspi.KEY_SYM)
+    type_key(SPACE)
+
+
+def stop_a_sort(program):
+    program.press("push button", "Projects")
+    program.press("push button", "New Project")
+    choose_folder(program, "Long")
+    program.find("progress bar", "Sorting Long")
+    program.inspect("the sort at work")
+    program.press("push button", "Cancel")
+    program.inspect("the landing after a sort that was stopped")
 
 
 def settle_review(program):
@@ -264,8 +289,18 @@ def settle_review(program):
 
 def look_at_a_clip(program):
     program.press("list item", "Pool", program.find("list", "Bins"))
-    clip = program.find("list item", "clip 11.mp4", program.find("list", "Clips"))
+    clips = program.find("list", "Clips")
+    clip = program.find("list item", "clip 11.mp4", clips)
+    program.act(clips, "SetFocus")
+    program.awaits("focused", clip)
     program.inspect("the grid")
+    for key, menu in [(LETTER_M, "Move to"), (MENU, "clip 11")]:
+        type_key(key)
+        program.find("popup menu", menu)
+        program.inspect(f"the menu {menu}")
+        type_key(ESCAPE)
+        program.gone("popup menu", menu)
+    program.awaits("focused", clip)
     program.act(clip, "Press")
     preview = program.find("dialog", "clip 11.mp4")
     program.inspect("the preview")
@@ -285,13 +320,16 @@ def walk(path):
         home = pathlib.Path(scratch, "home")
         shoot = home / "Shoots" / "Villa"
         record(shoot)
+        (home / "Others" / "Long").mkdir(parents=True)
+        for number in range(200):
+            os.link(shoot / "clip 2.mp4", home / "Others" / "Long" / f"{number}.mp4")
         program = Program(path, home, shoot.parent)
         try:
             look_at_the_launcher(program)
             program.press("push button", "Open Binnacle")
             look_into_the_header(program)
             set_up_copying(program)
-            choose_folder(program)
+            choose_folder(program, "Villa")
             settle_review(program)
             look_at_a_clip(program)
             program.press("push button", "Export")
@@ -302,7 +340,7 @@ def walk(path):
             program.press("push button", "Close", program.find("tool bar", "Window"))
             expect(program.process.wait(PATIENCE) == 0, "an orderly end")
 
-            program = Program(path, home, shoot.parent)
+            program = Program(path, home, home / "Others")
             program.press("push button", "Open Binnacle")
             program.press("push button", "Projects")
             project = program.find("list item", "Villa", program.find("list", "Sorted shoots"))
@@ -313,6 +351,7 @@ def walk(path):
             program.inspect("the projects")
             program.act(project, "Press")
             program.find("list item", "Pool", program.find("list", "Bins"))
+            stop_a_sort(program)
         except NotFound as missing:
             print("not found:", missing, file=sys.stderr)
             print("\n".join(outline(program.window() or program.desktop)), file=sys.stderr)
