@@ -155,9 +155,6 @@ class Program:
     def awaits(self, state, node):
         until(lambda: state in states(node), f"{state} of {node.getRoleName()} {node.name!r}")
 
-    def awaits_not(self, state, node):
-        until(lambda: state not in states(node), f"no longer {state} of {node.getRoleName()} {node.name!r}")
-
     def inspect(self, screen):
         """Everything in the window is told properly, once what moves there has come to rest."""
         def settled():
@@ -262,7 +259,9 @@ def choose_folder(program, folder):
 
 
 def stop_a_sort(program):
-    program.press("push button", "Projects")
+    projects = program.find("push button", "Projects")
+    program.awaits("collapsed", projects)
+    program.act(projects, "Press")
     program.press("push button", "New Project")
     choose_folder(program, "Long")
     program.find("progress bar", "Sorting Long")
