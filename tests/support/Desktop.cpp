@@ -5,6 +5,7 @@
 #include <fstream>
 #include <stdexcept>
 
+#include <QtGui/QCursor>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
 
@@ -43,7 +44,12 @@ bool Desktop::awaitWindow(QQuickWindow &window)
 
 void Desktop::moveTo(const QQuickItem &item)
 {
-    xdotool(QStringList{u"mousemove"_s, u"--sync"_s} + placeOf(item));
+    const QPoint target = item.mapToGlobal(QPointF(item.width() / 2, item.height() / 2)).toPoint();
+    // Not its own --sync, which waits for a change that never comes where the pointer is there already.
+    xdotool(QStringList{u"mousemove"_s} + placeOf(item));
+    if (!waitUntil([&] { return (QCursor::pos() - target).manhattanLength() <= 2; })) {
+        throw std::runtime_error("the pointer doesn't move");
+    }
 }
 
 void Desktop::click(const QQuickItem &item)
