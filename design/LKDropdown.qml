@@ -4,7 +4,7 @@ import QtQuick.Templates as T
 import Larkspan.Design
 
 // A choice of one among many, shown as its label. A click, Space or Return opens the list; arrows and typed letters
-// choose at once while it is closed, and walk it while it is open.
+// walk it while it is open, and while it is closed they choose at once, or open it first.
 T.ComboBox {
     id: control
 
@@ -22,6 +22,8 @@ T.ComboBox {
     property var disabledValues: []
     property int size: LKButton.Md
     property int tone: LKDropdown.Standard
+    // Whether a key alone may choose in the closed list. Not where a choice does more than a second one undoes.
+    property bool choosesClosed: true
     // What the choice is about, for assistive technology.
     property string label
 
@@ -54,10 +56,12 @@ T.ComboBox {
         return row >= 0 && row < options.length ? row : -1;
     }
 
-    // Walks the open list there, or chooses in the closed one.
+    // Walks the list there, or chooses in the closed one.
     function reach(row: int) {
         if (row < 0)
             return;
+        if (!choosesClosed)
+            popup.open();
         if (popup.visible) {
             for (let i = highlightedIndex; i < row; ++i)
                 incrementCurrentIndex();
@@ -71,7 +75,10 @@ T.ComboBox {
 
     function takeKey(event: var) {
         const here = popup.visible ? highlightedIndex : currentIndex;
+        const isArrow = event.key === Qt.Key_Down || event.key === Qt.Key_Up;
         if (event.key === Qt.Key_Down && event.modifiers & Qt.AltModifier)
+            popup.open();
+        else if (isArrow && !choosesClosed && !popup.visible)
             popup.open();
         else if (event.key === Qt.Key_Down)
             reach(next(here, 1));
@@ -182,7 +189,8 @@ T.ComboBox {
 
         required property int index
 
-        width: ListView.view ? ListView.view.width : 0
+        // The bar of a list that scrolls lies beside it.
+        width: ListView.view ? ListView.view.width - (ListView.view.interactive ? 8 : 0) : 0
         implicitWidth: implicitContentWidth + leftPadding + rightPadding
         implicitHeight: 24
         leftPadding: 9

@@ -1,6 +1,7 @@
 import Larkspan.Design
 
-// A bin to choose among names, or none where that has a text.
+// A bin to choose among names, or none where that has a text. Choosing files the clip at once, which may take it away:
+// so only from the open list.
 LKDropdown {
     id: control
 
@@ -17,6 +18,7 @@ LKDropdown {
         };
     }
 
+    choosesClosed: false
     options: (noneText === "" ? [] : [option("", noneText)]).concat(Array.from(names, name => option(name, name)))
     selection: bin
     onActivated: row => {

@@ -106,6 +106,7 @@ FocusScope {
                 view.settle(() => view.clips.open(row.index));
             }
             onReassigned: bin => view.settle(() => view.clips.reassign(row.index, bin))
+            onChoiceOver: list.forceActiveFocus(Qt.PopupFocusReason)
             onConfirmed: view.settle(() => view.clips.confirm(row.index))
         }
     }

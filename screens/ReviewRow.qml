@@ -21,8 +21,11 @@ Item {
     signal previewAsked
     signal reassigned(string bin)
     signal confirmed
+    // The choice that chooseBin() asked for is over, whether made or not.
+    signal choiceOver
 
     function chooseBin() {
+        bins.isAsked = true;
         bins.forceActiveFocus(Qt.TabFocusReason);
         bins.popup.open();
     }
@@ -122,12 +125,25 @@ Item {
         BinDropdown {
             id: bins
 
+            property bool isAsked: false
+
             Layout.preferredWidth: 190
             tone: row.isUnsorted ? LKDropdown.Caution : LKDropdown.Standard
             label: qsTr("Bin of %1").arg(row.fileName)
             names: row.choices.names
             bin: row.primaryBin
             onChosen: bin => row.reassigned(bin)
+
+            Connections {
+                target: bins.popup
+                function onAboutToHide() {
+                    if (!bins.isAsked)
+                        return;
+                    bins.isAsked = false;
+                    bins.focus = false; // or the list would hand the keyboard on to it again
+                    row.choiceOver();
+                }
+            }
         }
 
         LKButton {

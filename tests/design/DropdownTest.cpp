@@ -192,6 +192,36 @@ TEST(LKDropdown, ChoosesByArrowsAndTypedLettersWhileClosed)
     EXPECT_FALSE(dropdown.isOpen());
 }
 
+TEST(LKDropdown, OpensItsListForArrowsAndLettersWhereNothingMayBeChosenClosed)
+{
+    for (const auto &[key, shown] : {std::pair{Qt::Key_Down, u"Bathroom"_s},
+                                     {Qt::Key_Up, u"Bathroom"_s},
+                                     {Qt::Key_Home, u"Kitchen"_s},
+                                     {Qt::Key_End, u"Pool"_s},
+                                     {Qt::Key_P, u"Pool"_s}}) {
+        Dropdown dropdown(bins + "selection: 'b'; choosesClosed: false");
+        dropdown.focus();
+        dropdown.scene().key(key);
+        EXPECT_TRUE(dropdown.opens());
+        EXPECT_EQ(dropdown.highlighted(), shown);
+        dropdown.scene().key(Qt::Key_Escape);
+        EXPECT_TRUE(dropdown.closes());
+        EXPECT_EQ(dropdown.selection(), u"b"_s);
+    }
+}
+
+TEST(LKDropdown, TheRowsOfAListThatScrollsEndBesideItsBar)
+{
+    for (const auto &[count, left] : {std::pair{4, 0}, std::pair{40, 8}}) {
+        Dropdown dropdown("objectName: 'choice'; selection: 0; options: Array.from({length: " + std::to_string(count) +
+                          "}, (item, i) => ({value: i, label: 'Room ' + i}))");
+        dropdown.click();
+        ASSERT_TRUE(dropdown.opens());
+        const auto *row = dropdown.list()->property("currentItem").value<QQuickItem *>();
+        EXPECT_EQ(dropdown.list()->width() - row->width(), left) << count;
+    }
+}
+
 TEST(LKDropdown, FindsWhatIsTypedByItsFirstLettersAndGoesRoundByOne)
 {
     Dropdown dropdown(bins + "selection: 'k'");

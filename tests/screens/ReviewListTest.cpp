@@ -88,6 +88,20 @@ TEST_F(ReviewListTest, TheReviewListIsWorkedByKeyboard)
     EXPECT_TRUE(QTest::qWaitFor([&] { return grid()->hasActiveFocus(); })) << "what takes its place has the keyboard";
 }
 
+TEST_F(ReviewListTest, EscapeFromThePickerGivesTheKeyboardBackToTheListAndFilesNothing)
+{
+    sortAndShowAll({"dark 1", "dark 2"});
+    list()->forceActiveFocus(Qt::TabFocusReason);
+    scene->key(Qt::Key_M);
+    ASSERT_TRUE(waitUntil([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
+    scene->key(Qt::Key_Escape);
+    scene->key(Qt::Key_Down); // at once
+    EXPECT_TRUE(waitUntil([&] { return inWindow(u"Bathroom"_s) == nullptr; }));
+    EXPECT_EQ(engine.reviewCount(), 2);
+    scene->key(Qt::Key_C);
+    EXPECT_FALSE(engine.isUnderReview(*clip(u"dark 2"_s))) << "the second row is the current one";
+}
+
 TEST_F(ReviewListTest, AThumbnailOfTheReviewListOpensThePreview)
 {
     sortAndShowAll({"dark 1"});
