@@ -10,6 +10,7 @@ T.AbstractButton {
     property color tint: LK.palette.textSecondary
     property color hoverTint: tint
     property string help
+    property bool helpAbove: false
     // The side of the square that answers to the pointer, in points.
     property real size: 22
 
@@ -72,6 +73,7 @@ T.AbstractButton {
 
     LKToolTip {
         text: control.help
+        above: control.helpAbove
         wanted: control.hovered || control.visualFocus
     }
 }

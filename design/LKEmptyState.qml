@@ -41,18 +41,11 @@ FocusScope {
 
         width: parent.width
 
-        Rectangle {
+        LKFrameMark {
             objectName: "mark"
 
             anchors.horizontalCenter: parent.horizontalCenter
-            width: 44
-            height: 28
-            radius: 3
-            color: "transparent"
-            border.pixelAligned: false
-            border.width: 2.4
             border.color: state.tone === LKEmptyState.Error ? LK.palette.danger : LK.palette.textTertiary
-            antialiasing: true
         }
 
         LKText {

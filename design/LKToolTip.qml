@@ -10,6 +10,8 @@ Item {
 
     property string text
     property bool wanted: false
+    // Rather than below.
+    property bool above: false
     readonly property alias told: tips.active
 
     anchors.fill: parent
@@ -38,7 +40,7 @@ Item {
             z: LK.layerOf(help)
             text: help.text
             x: (help.width - width) / 2
-            y: help.height + 6
+            y: help.above ? -height - 6 : help.height + 6
             margins: 6
             horizontalPadding: 8
             verticalPadding: 5

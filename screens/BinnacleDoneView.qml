@@ -21,15 +21,8 @@ FocusScope {
         width: Math.min(parent.width - 68, 640)
         spacing: 14
 
-        Rectangle {
+        LKFrameMark {
             anchors.horizontalCenter: parent.horizontalCenter
-            width: 44
-            height: 28
-            radius: 3
-            color: "transparent"
-            border.width: 2.4
-            border.color: LK.palette.textTertiary
-            antialiasing: true
         }
 
         Text {

@@ -32,14 +32,22 @@ GridView {
         if (!moveMenu)
             moveMenu = moveMenuComponent.createObject(grid);
         moveMenu.card = card;
-        moveMenu.popup(card, at);
+        moveMenu.popup(grid, card.mapToItem(grid, at));
     }
 
     function openClipMenu(card: ClipCard, at: point) {
         if (!clipMenu)
             clipMenu = clipMenuComponent.createObject(grid);
         clipMenu.card = card;
-        clipMenu.popup(card, at);
+        clipMenu.popup(grid, card.mapToItem(grid, at));
+    }
+
+    // A menu goes with the card that it is for.
+    function dismissMenusOf(card: ClipCard) {
+        for (const menu of [moveMenu, clipMenu]) {
+            if (menu && menu.card === card)
+                menu.dismiss();
+        }
     }
 
     // A menu that is done with gives the keyboard back, unless it has opened the preview.
@@ -104,6 +112,7 @@ GridView {
         width: grid.cellWidth - grid.gap
         height: grid.cellHeight - grid.gap
         showsFocus: card.GridView.isCurrentItem && grid.activeFocus
+        Component.onDestruction: grid.dismissMenusOf(card)
         onActivated: {
             grid.currentIndex = card.index;
             grid.forceActiveFocus(Qt.MouseFocusReason);

@@ -126,6 +126,21 @@ FocusScope {
         }
     }
 
+    // The card's edge, which the picture lies over.
+    Item {
+        anchors.fill: media
+        clip: true
+
+        Rectangle {
+            width: modal.width
+            height: modal.height
+            radius: modal.cornerRadius
+            color: "transparent"
+            border.width: 1
+            border.color: LK.palette.borderSubtle
+        }
+    }
+
     RowLayout {
         anchors.top: media.bottom
         anchors.bottom: parent.bottom

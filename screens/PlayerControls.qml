@@ -25,6 +25,7 @@ FocusScope {
         IconButton {
             focus: true
             name: controls.player.playing ? "pause.fill" : "play.fill"
+            helpAbove: true
             help: controls.player.playing ? qsTr("Pause") : qsTr("Play")
             tint: "white"
             size: 26
@@ -66,6 +67,7 @@ FocusScope {
 
         IconButton {
             name: PlayerVolume.muted || PlayerVolume.level === 0 ? "speaker.slash.fill" : "speaker.fill"
+            helpAbove: true
             help: PlayerVolume.muted ? qsTr("Sound on") : qsTr("Sound off")
             tint: "white"
             onActivated: PlayerVolume.muted = !PlayerVolume.muted

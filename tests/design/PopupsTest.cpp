@@ -44,6 +44,19 @@ private:
     QObject *m_menu;
 };
 
+// The tool tip that is shown, in the window.
+const QQuickItem *toolTipIn(const QQuickWindow &window)
+{
+    for (const QQuickItem *layer : window.contentItem()->childItems()) {
+        for (const QQuickItem *item : layer->childItems()) {
+            if (item->inherits("QQuickPopupItem") && item->isVisible()) {
+                return item;
+            }
+        }
+    }
+    return nullptr;
+}
+
 QRectF placeOf(const QObject *popup)
 {
     const auto *item = popup->property("contentItem").value<QQuickItem *>()->parentItem();
@@ -106,6 +119,20 @@ TEST(LKPopover, OpensBelowItsAnchorAboveItAtTheBottomAndStaysInTheWindow)
         } else {
             EXPECT_EQ(place.bottom(), anchor->y() - 6);
         }
+    }
+}
+
+TEST(LKToolTip, LiesBelowWhatItIsForOrAboveWhereItIsAskedTo)
+{
+    for (const bool above : {false, true}) {
+        Scene scene(document("Item { x: 200; y: 100; width: 40; height: 20\nLKToolTip { objectName: 'help'; "
+                             "text: 'Pause'; wanted: true; above: " +
+                             std::string(above ? "true" : "false") + " } }"));
+        const QQuickItem *tip = nullptr;
+        ASSERT_TRUE(waitUntil([&] { return (tip = toolTipIn(scene.window())) != nullptr; }));
+        const QRectF place = tip->mapRectToScene(tip->boundingRect());
+        EXPECT_EQ(place.center().x(), 220);
+        EXPECT_EQ(above ? place.bottom() : place.top(), above ? 94 : 126);
     }
 }
 
@@ -214,6 +241,20 @@ TEST(LKMenu, GoesToWhatIsTyped)
     scene.key(Qt::Key_A);
     EXPECT_EQ(menu.highlighted(), u"Balcony"_s);
     EXPECT_NE(menu.entry(u"✓ Balcony"_s), nullptr);
+}
+
+TEST(LKMenu, EscapeTwiceInARowClosesASubmenuAndItsMenu)
+{
+    Scene scene(menuDocument("LKMenu { title: 'Move to'\nLKMenuItem { text: 'Pool' } }"));
+    Menu menu(scene);
+    menu.open();
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen(); }));
+    scene.key(Qt::Key_M);
+    scene.key(Qt::Key_Right);
+    ASSERT_TRUE(waitUntil([&] { return menu.entry(u"Pool"_s) != nullptr; }));
+    scene.key(Qt::Key_Escape);
+    scene.key(Qt::Key_Escape); // while the submenu fades
+    EXPECT_TRUE(waitUntil([&] { return menu.entry(u"Move to"_s) == nullptr; }));
 }
 
 TEST(LKMenu, OpensASubmenuByKeyAndChoosesFromIt)

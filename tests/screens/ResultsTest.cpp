@@ -82,6 +82,17 @@ TEST_F(ResultsTest, AlsoTagOfTheContextMenuMarksEveryExtraBinAndTakesOneOffAgain
     EXPECT_THAT(clip(u"kitchen 1"_s)->extraBins, ElementsAre(u"Pool"_s));
 }
 
+TEST_F(ResultsTest, AMenuGoesWithTheCardThatItIsFor)
+{
+    sortAndShowAll({"kitchen 1", "pool 2"});
+    rightClick(u"kitchen 1"_s);
+    ASSERT_TRUE(waitUntil([&] { return inWindow(u"Reveal in Finder"_s) != nullptr; }));
+    engine.setSelectedBin(u"Pool"_s);
+    EXPECT_TRUE(waitUntil([&] { return inWindow(u"Reveal in Finder"_s) == nullptr; }));
+    rightClick(u"pool 2"_s);
+    EXPECT_TRUE(waitUntil([&] { return inWindow(u"Reveal in Finder"_s) != nullptr; }));
+}
+
 TEST_F(ResultsTest, WithNoClipUnderReviewThereIsNoRowToLookAt)
 {
     sortAndShowAll({"kitchen 1", "pool 2"});

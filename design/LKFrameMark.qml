@@ -1,0 +1,14 @@
+import QtQuick
+import Larkspan.Design
+
+// The empty frame of a film, above what a screen has to say.
+Rectangle {
+    implicitWidth: 44
+    implicitHeight: 28
+    radius: 3
+    color: "transparent"
+    border.pixelAligned: false
+    border.width: 2.4
+    border.color: LK.palette.textTertiary
+    antialiasing: true
+}
