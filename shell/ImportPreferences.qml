@@ -24,6 +24,7 @@ Column {
                 text: tab.preferences.shootsFolder
                 font: LK.font(11.5)
                 color: LK.palette.textSecondary
+                horizontalAlignment: Text.AlignRight
                 elide: Text.ElideMiddle
                 maximumLineCount: 1
                 textFormat: Text.PlainText

@@ -33,6 +33,29 @@ FocusScope {
         color: LK.palette.surfaceWindow
     }
 
+    // Behind the tabs; as round as the card at its corner, and nowhere else.
+    Rectangle {
+        objectName: "sidebar"
+        x: 1
+        y: 53
+        width: 169
+        height: parent.height - y - 1
+        radius: 9
+        color: LK.palette.surfaceSidebar
+
+        Rectangle {
+            width: parent.width
+            height: parent.height - parent.radius
+            color: parent.color
+        }
+        Rectangle {
+            x: parent.radius
+            width: parent.width - x
+            height: parent.height
+            color: parent.color
+        }
+    }
+
     Text {
         x: 20
         height: 52
@@ -124,6 +147,7 @@ FocusScope {
     Flickable {
         id: body
 
+        objectName: "preferencesBody"
         x: 171
         y: 53
         width: parent.width - x

@@ -226,6 +226,23 @@ TEST_F(PreferencesTest, TheShootsFolderReadsNotSetUntilItIsChosen)
     (void)shown(QString::fromStdString(desk.path().string()));
 }
 
+TEST_F(PreferencesTest, EverySettingIsInSightInTheSmallestWindowWhereverItSays)
+{
+    open();
+    app.openPreferences();
+    window->resize(window->minimumSize());
+    engine.setModelTier(ModelTier::cloud); // the longer text
+    for (const QString &tab : {u"General"_s, u"Account"_s, u"Sorting"_s, u"Import"_s}) {
+        app.setProperty("preferencesTab", tab);
+        const QQuickItem *body = nullptr;
+        ASSERT_TRUE(waitUntil([&] {
+            body = findNamed(window->contentItem(), u"preferencesBody"_s);
+            return body && body->property("contentHeight").toDouble() > 0;
+        }));
+        EXPECT_LE(body->property("contentHeight").toDouble(), body->height()) << tab.toStdString();
+    }
+}
+
 TEST_F(PreferencesTest, TheAccountNameIsStoredAsItIsWritten)
 {
     open();
