@@ -1,0 +1,97 @@
+// The sort tool but for its results: the way in, the work, what fails, and the event written.
+#include <QtCore/QMimeData>
+#include <QtGui/QDragEnterEvent>
+
+#include "tests/shell/ScreenPictures.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+
+TEST_F(ScreenPictures, TheLanding)
+{
+    openInCorner();
+    picture(u"landing"_s);
+    window->setProperty(
+        "classifierProblem",
+        u"The vision models can't be read (/usr/share/larkspan/models/objects.onnx), so no clip can be recognised: all "
+        u"will "
+        u"be filed under “Unsorted”. Run script/fetch-models, or install Larkspan again, and restart it."_s);
+    picture(u"landing-no-models"_s);
+    window->setProperty("classifierProblem", QString());
+
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path()))});
+    QDragEnterEvent enter(QPoint(490, 320), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window, &enter);
+    picture(u"landing-drop"_s);
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(window, &leave);
+
+    Desktop::click(shown(u"What this model does"_s));
+    (void)shown(u"Local: On This Mac"_s);
+    picture(u"model-note-local"_s);
+    engine.setModelTier(ModelTier::cloud);
+    (void)shown(u"Skyreader"_s);
+    picture(u"model-note-cloud"_s);
+}
+
+TEST_F(ScreenPictures, TheSortAtWork)
+{
+    makeShoot();
+    isHeldBack = true;
+    openInCorner();
+    engine.sortFolder(maple());
+    (void)shown(u"Sorting 2026-11-20 Maple Street 14"_s);
+    picture(u"working-first"_s);
+    sampling.open(14);
+    ASSERT_TRUE(waitUntil([this] { return engine.clips().size() >= 12; }));
+    picture(u"working"_s);
+}
+
+TEST_F(ScreenPictures, TheFailures)
+{
+    openInCorner();
+    engine.sortFolder(FileUrl(world.path()));
+    (void)shown(u"Choose Another Folder"_s);
+    mayBeElided = {};
+    picture(u"empty-folder"_s);
+    engine.setImportRoot(FileUrl(world / "gone"));
+    engine.importCard(FileUrl(world.path()), u"CARD"_s);
+    (void)shown(u"Back to the Clips"_s);
+    picture(u"failed"_s);
+    Desktop::click(shown(u"Back to the Clips"_s));
+    picture(u"results-empty"_s);
+}
+
+TEST_F(ScreenPictures, TheExport)
+{
+    openInCorner();
+    sortSample();
+    SortOptions options = engine.options();
+    options.fileHandling = FileHandling::copy;
+    options.openEditorAfterExport = false;
+    engine.setOptions(options);
+    engine.exportEvent();
+    copying.awaitArrival();
+    (void)shown(u"Copying 2026-11-20 Maple Street 14"_s);
+    picture(u"organizing"_s);
+    window->close();
+    (void)shown(u"Footage is still being copied"_s);
+    picture(u"close-question"_s);
+    Desktop::click(shown(u"Finish, Then Close"_s));
+    (void)shown(u"Closing when the copy is done…"_s);
+    picture(u"close-waiting"_s);
+}
+
+TEST_F(ScreenPictures, TheEventWritten)
+{
+    openInCorner();
+    sortSample();
+    SortOptions options = engine.options();
+    options.openEditorAfterExport = false;
+    engine.setOptions(options);
+    engine.exportEvent();
+    (void)shown(u"Event created"_s);
+    picture(u"done"_s);
+}
