@@ -17,6 +17,13 @@ LKPopover {
         engine: menu.engine
     }
 
+    // The next row has the keyboard then, or what stands above them all.
+    function remove(projectId: string, row: int) {
+        engine.deleteProject(projectId);
+        rows.forceLayout();
+        rows.goTo(Math.min(row, rows.count - 1));
+    }
+
     padding: 8
     LKAccessible.name: qsTr("Projects")
     onClosed: editingID = ""
@@ -58,8 +65,11 @@ LKPopover {
         }
 
         MenuActionRow {
+            id: newProject
+
             width: parent.width
             focus: true
+            Keys.onDownPressed: rows.goTo(0)
             symbol: "plus"
             title: qsTr("New Project")
             detail: qsTr("Clear the workspace and start fresh")
@@ -81,6 +91,16 @@ LKPopover {
 
         ListView {
             id: rows
+
+            // -1 is above them.
+            function goTo(row: int) {
+                if (row < 0) {
+                    newProject.forceActiveFocus(Qt.BacktabFocusReason);
+                } else if (row < count) {
+                    positionViewAtIndex(row, ListView.Contain);
+                    itemAtIndex(row).forceActiveFocus(Qt.TabFocusReason);
+                }
+            }
 
             width: parent.width
             height: Math.min(contentHeight, 244)
@@ -108,8 +128,8 @@ LKPopover {
                     if (activeFocus)
                         rows.positionViewAtIndex(index, ListView.Contain);
                 }
-                Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-                Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+                Keys.onDownPressed: rows.goTo(index + 1)
+                Keys.onUpPressed: rows.goTo(index - 1)
                 onOpen: {
                     opening.projectID = projectId;
                     menu.close();
@@ -121,7 +141,7 @@ LKPopover {
                     menu.engine.renameProject(projectId, name);
                     endEdit();
                 }
-                onRemove: menu.engine.deleteProject(projectId)
+                onRemove: menu.remove(projectId, index)
 
                 // The field goes, and the keyboard with it; the row takes it.
                 function endEdit() {

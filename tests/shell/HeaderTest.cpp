@@ -100,6 +100,34 @@ TEST_F(HeaderTest, DeletingTheCurrentProjectLeavesTheClipsOnScreen)
     EXPECT_EQ(engine.stage().kind, StageKind::results);
 }
 
+TEST_F(HeaderTest, TheSwitcherIsWorkedByKeyboard)
+{
+    open();
+    for (const char *name : {"first", "second", "third"}) {
+        (void)folder.write(std::filesystem::path(name) / "pool 1.mov");
+        engine.sortFolder(FileUrl(folder / name));
+        ASSERT_TRUE(reaches(engine, StageKind::working));
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+    openSwitcher();
+    (void)shown(u"third"_s);
+    Desktop::key(u"Down"_s);
+    Desktop::key(u"Down"_s); // from the latest to the one before
+    Desktop::key(u"Delete"_s);
+    ASSERT_TRUE(goes(u"second"_s));
+    EXPECT_EQ(engine.projects().size(), 2U);
+    Desktop::key(u"Up"_s);
+    Desktop::key(u"Down"_s); // what took its place
+    Desktop::key(u"F2"_s);
+    Desktop::key(u"ctrl+a"_s);
+    Desktop::key(u"V"_s);
+    Desktop::key(u"Return"_s);
+    EXPECT_TRUE(waitUntil([this] { return engine.projects().back().name == u"V"_s; }));
+    Desktop::key(u"Return"_s);
+    EXPECT_TRUE(waitUntil([this] { return engine.folder() == FileUrl(folder / "first"); }));
+    EXPECT_TRUE(goes(u"New Project"_s));
+}
+
 TEST_F(HeaderTest, TheFirstClickOnTheProfilesRowOpensPreferences)
 {
     open();
