@@ -12,6 +12,9 @@ using testing::IsEmpty;
 
 namespace {
 
+constexpr const char *minuteOfTone = "-f lavfi -i color=s=64x36:r=25:d=60 -f lavfi -i sine=d=60 -c:v libx264 -preset "
+                                     "ultrafast -pix_fmt yuv420p -c:a aac";
+
 class ClipPreviewTest : public ResultsTest
 {
 protected:
@@ -100,10 +103,7 @@ TEST_F(ClipPreviewTest, AClipWithoutAThumbnailShowsThePlainMediaAreaWithThePlayB
 
 TEST_F(ClipPreviewTest, ClosingWhileItPlaysStopsTheSoundAtOnce)
 {
-    std::filesystem::copy_file(
-        sharedMedia("tone.mp4", "-f lavfi -i color=s=64x36:r=25:d=60 -f lavfi -i sine=d=60 -c:v libx264 -preset "
-                                "ultrafast -pix_fmt yuv420p -c:a aac"),
-        folder / "kitchen 1.mov");
+    std::filesystem::copy_file(sharedMedia("tone.mp4", minuteOfTone), folder / "kitchen 1.mov");
     sortAndShow();
     preview(u"kitchen 1"_s);
     scene->click(u"Play"_s);
@@ -115,6 +115,40 @@ TEST_F(ClipPreviewTest, ClosingWhileItPlaysStopsTheSoundAtOnce)
     int isIdle = 0;
     EXPECT_TRUE(waitUntil(
         [&] { return mpv_get_property(sound.get(), "core-idle", MPV_FORMAT_FLAG, &isIdle) == 0 && isIdle != 0; }));
+}
+
+TEST_F(ClipPreviewTest, SpacePlaysPausesAndGoesOn)
+{
+    std::filesystem::copy_file(sharedMedia("tone.mp4", minuteOfTone), folder / "kitchen 1.mov");
+    sortAndShow();
+    preview(u"kitchen 1"_s);
+    findShown(scene->root(), u"Play"_s)->forceActiveFocus(); // as an overlay does
+    const auto player = [&] { return scene->root()->findChild<ClipPlayer *>(); };
+    scene->key(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([&] { return player() && player()->position() > 0.1; }));
+    scene->key(Qt::Key_Space);
+    EXPECT_TRUE(waitUntil([&] { return !player()->isPlaying(); }));
+    scene->key(Qt::Key_Space);
+    EXPECT_TRUE(waitUntil([&] { return player()->isPlaying(); }));
+}
+
+TEST_F(ClipPreviewTest, AClipThatVanishesWhileItPlaysSaysSo)
+{
+    std::filesystem::copy_file(
+        sharedMedia("brief.mp4", "-f lavfi -i color=s=64x36:r=25:d=2 -f lavfi -i sine=d=2 -c:v libx264 -preset "
+                                 "ultrafast -pix_fmt yuv420p -c:a aac"),
+        folder / "kitchen 1.mov");
+    sortAndShow();
+    preview(u"kitchen 1"_s);
+    scene->click(u"Play"_s);
+    const auto player = [&] { return scene->root()->findChild<ClipPlayer *>(); };
+    ASSERT_TRUE(waitUntil([&] { return player() && player()->position() > 0.1; }));
+    std::filesystem::remove(folder / "kitchen 1.mov");
+    EXPECT_TRUE(
+        shows(u"This clip isn't there any more. Its file was moved or deleted, or its disk isn't connected."_s));
+    scene->click(u"Done"_s);
+    EXPECT_FALSE(engine.hasPreview());
+    EXPECT_TRUE(shows(u"kitchen 1"_s));
 }
 
 TEST_F(ClipPreviewTest, AClipThatIsGoneSaysSoWhenItIsToPlay)
