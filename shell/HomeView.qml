@@ -215,11 +215,11 @@ FocusScope {
                             width: 5
                             height: 5
                             radius: 2.5
-                            color: dot.isActive ? LK.palette.accent : LK.palette.borderStrong
+                            color: dot.isActive ? LK.palette.accent : dot.down ? LK.palette.textPrimary : dot.hovered ? LK.palette.textSecondary : LK.palette.borderStrong
 
                             Behavior on color  {
                                 LKColorMotion {
-                                    duration: LK.motion.step
+                                    duration: dot.hovered ? LK.motion.hover : LK.motion.step
                                 }
                             }
                         }

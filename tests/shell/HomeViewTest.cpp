@@ -179,6 +179,21 @@ TEST_F(HomeViewTest, ADotMovesStraightToItsTool)
     EXPECT_TRUE(rests(3 * 656.0));
 }
 
+TEST_F(HomeViewTest, ADotAnswersToThePointer)
+{
+    const QQuickItem *dot = findNamed(scene.root(), u"dot-1"_s);
+    const QQuickItem *mark = dot->property("contentItem").value<QQuickItem *>()->childItems().first();
+    const auto is = [mark](const QColor &color) {
+        return waitUntil([&] { return mark->property("color").value<QColor>() == color; });
+    };
+    QTest::mouseMove(&scene.window(), middleOf(dot));
+    EXPECT_TRUE(is(LK::instance().palette().textSecondary));
+    QTest::mousePress(&scene.window(), Qt::LeftButton, {}, middleOf(dot));
+    EXPECT_TRUE(is(LK::instance().palette().textPrimary));
+    QTest::mouseRelease(&scene.window(), Qt::LeftButton, {}, middleOf(dot));
+    EXPECT_TRUE(is(LK::instance().palette().accent));
+}
+
 TEST_F(HomeViewTest, ADragPastTheThresholdMovesOnAndAShorterOneSpringsBack)
 {
     dragBy(-100);
