@@ -1,6 +1,7 @@
 // What is dropped on the landing.
 #include <QtCore/QMimeData>
 
+#include "design/LKPalette.h"
 #include "tests/screens/BinnacleViewFixture.h"
 
 using namespace larkspan;
@@ -96,10 +97,21 @@ TEST_F(DropTest, HoveringFramesTheLanding)
     const QPoint at = middleOf(scene->root());
     QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
     QGuiApplication::sendEvent(&scene->window(), &enter);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return findNamed(scene->root(), u"dropFrame"_s)->opacity() == 1; }));
+    const QQuickItem *frame = findNamed(scene->root(), u"dropFrame"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return frame->opacity() == 1; }));
+    const auto isAccent = [&](int inside) {
+        const QPoint corner = frame->mapToScene(QPointF()).toPoint();
+        const QColor color = scene->window().grabWindow().pixelColor(corner + QPoint(inside, inside));
+        const QColor accent = LKPalette::dark().accent;
+        // What fades in by software may stay a step away.
+        return std::abs(color.red() - accent.red()) <= 2 && std::abs(color.green() - accent.green()) <= 2 &&
+               std::abs(color.blue() - accent.blue()) <= 2;
+    };
+    // Square, and two points wide.
+    EXPECT_TRUE(waitUntil([&] { return isAccent(0) && isAccent(1) && !isAccent(2); }));
     QDragLeaveEvent leave;
     QGuiApplication::sendEvent(&scene->window(), &leave);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return findNamed(scene->root(), u"dropFrame"_s)->opacity() == 0; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return frame->opacity() == 0; }));
 }
 
 TEST_F(DropTest, OfAFolderSortsIt)

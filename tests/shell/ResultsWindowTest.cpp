@@ -26,6 +26,20 @@ protected:
         return found == engine.clips().end() ? nullptr : *found;
     }
 
+    // The tool tip with this text, there or yet to come.
+    static QQuickItem *findTip(QQuickItem *root, const QString &text)
+    {
+        for (QQuickItem *child : root->childItems()) {
+            if (child->isVisible() && child->property("told").isValid() && child->property("text") == text) {
+                return child;
+            }
+            if (QQuickItem *found = findTip(child, text)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
     // Opens a clip's context menu and one of its submenus.
     void openSubmenu(const QString &card, const QString &entry)
     {
@@ -203,4 +217,76 @@ TEST_F(ResultsWindowTest, AfterAnExportByMouseReturnGoesOnAndDoesNotExportAgain)
     (void)shown(u"Event created"_s);
     Desktop::key(u"Return"_s);
     EXPECT_TRUE(waitUntil([this] { return opened.size() == 1; })); // the event, in its editor
+}
+
+TEST_F(ResultsWindowTest, InTheReviewListTheKeyboardSurvivesEditsByMouse)
+{
+    sortAll({"kitchen 0", "dark 1", "dark 2", "dark 3", "dark 4", "dark 5"});
+    (void)shown(u"5 clips Binnacle wasn't sure about"_s);
+    Desktop::click(shown(u"Confirm"_s));
+    (void)shown(u"4 clips Binnacle wasn't sure about"_s);
+    Desktop::key(u"c"_s);
+    (void)shown(u"3 clips Binnacle wasn't sure about"_s);
+    choose(u"Bin of dark 3.mov"_s, u"Bathroom"_s);
+    (void)shown(u"2 clips Binnacle wasn't sure about"_s);
+    Desktop::key(u"c"_s);
+    (void)shown(u"1 clip Binnacle wasn't sure about"_s);
+    Desktop::key(u"m"_s); // its picker, in which a letter jumps
+    Desktop::key(u"p"_s);
+    Desktop::key(u"o"_s);
+    Desktop::key(u"Return"_s);
+    EXPECT_TRUE(goes(u"Needs a look"_s));
+    EXPECT_EQ(clip(u"dark 5"_s)->primaryBin, u"Pool"_s);
+    // The grid that takes the list's place has it.
+    Desktop::key(u"Return"_s);
+    EXPECT_TRUE(waitUntil([this] { return engine.hasPreview(); }));
+}
+
+TEST_F(ResultsWindowTest, InTheGridTheKeyboardSurvivesEditsByMouse)
+{
+    sortAll({"kitchen 1", "kitchen 2", "kitchen 3", "kitchen 4", "kitchen 5"});
+    Desktop::moveTo(shown(u"kitchen 2"_s));
+    Desktop::click(shown(u"Move"_s));
+    Desktop::click(shown(u"Bathroom"_s));
+    ASSERT_TRUE(goes(u"kitchen 2"_s));
+    ASSERT_TRUE(goes(u"✓ Kitchen"_s));
+    Desktop::key(u"Return"_s); // of what took its place
+    ASSERT_TRUE(waitUntil([this] { return engine.previewClip() == clip(u"kitchen 3"_s); }));
+    (void)shown(u"Done"_s);
+    choose(u"Bin"_s, u"Bathroom"_s);
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Done"_s));
+    Desktop::key(u"Right"_s);
+    Desktop::key(u"Return"_s);
+    ASSERT_TRUE(waitUntil([this] { return engine.previewClip() == clip(u"kitchen 5"_s); }));
+    (void)shown(u"Done"_s);
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Done"_s));
+    Desktop::rightClick(shown(u"kitchen 1"_s));
+    (void)shown(u"Also Tag"_s);
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Also Tag"_s));
+    Desktop::key(u"space"_s);
+    EXPECT_TRUE(waitUntil([this] { return engine.previewClip() == clip(u"kitchen 1"_s); }));
+}
+
+TEST_F(ResultsWindowTest, APointerThatRestsIsToldWhatThereIsToPress)
+{
+    sortAll({"kitchen 1", "kitchen 2", "dark 3"});
+    (void)shown(u"Needs a look"_s);
+    const auto tells = [this](const QString &text) {
+        const QQuickItem *tip = nullptr;
+        if (!waitUntil([&] { return (tip = findTip(window->contentItem(), text)) != nullptr; })) {
+            return false;
+        }
+        const bool toldBefore = tip->property("told").toBool();
+        Desktop::moveTo(*tip->parentItem());
+        return !toldBefore && waitUntil([&] { return tip->property("told").toBool(); });
+    };
+    for (const QString &help : {u"Open preview"_s, u"Back to Larkspan"_s, u"Switch projects, or start a new one"_s,
+                                u"Preferences"_s, u"Settings and account"_s, u"What this model does"_s}) {
+        EXPECT_TRUE(tells(help)) << help.toStdString();
+    }
+    engine.setSelectedBin(u"Kitchen"_s);
+    EXPECT_TRUE(tells(u"kitchen 2.mov · 0:00"_s));
 }
