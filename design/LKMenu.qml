@@ -65,6 +65,12 @@ T.Menu {
         keyboardBefore = parent ? parent.Window.activeFocusItem : null;
     }
     onAboutToHide: {
+        // Of a submenu it is the menu's that it opened from.
+        const opener = parent as T.MenuItem;
+        if (opener && opener.menu && opener.menu.visible) {
+            opener.forceActiveFocus(Qt.PopupFocusReason);
+            return;
+        }
         // Unless someone else has taken it meanwhile.
         const now = parent ? parent.Window.activeFocusItem : null;
         if (keyboardBefore && (!now || now === parent.Window.contentItem))
