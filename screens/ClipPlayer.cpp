@@ -115,6 +115,7 @@ void ClipPlayer::open(const FileUrl &file)
     }
     setVolume(m_volume);
     setMuted(m_muted);
+    set(m_mpv.get(), "keepaspect", m_keepsAspect);
     mpv_set_wakeup_callback(
         m_mpv.get(),
         [](void *player) {

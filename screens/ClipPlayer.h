@@ -27,6 +27,8 @@ class ClipPlayer : public QObject
     Q_PROPERTY(QString durationText READ durationText NOTIFY durationChanged)
     Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged) // 0 to 1, as it is heard
     Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY volumeChanged)
+    // Whether the picture keeps its shape, with black beside it, or fills its place. To be said before open().
+    Q_PROPERTY(bool keepsAspect MEMBER m_keepsAspect NOTIFY keepsAspectChanged)
     // Why the clip can't be played, for people; "" while it can, or while nobody has tried.
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
 
@@ -70,6 +72,7 @@ Q_SIGNALS:
     void durationChanged();
     void volumeChanged();
     void problemChanged();
+    void keepsAspectChanged();
 
 private:
     void handleEvents();
@@ -83,6 +86,7 @@ private:
     Handle m_mpv;
     bool m_loaded = false;
     bool m_wantsPicture = true;
+    bool m_keepsAspect = true;
     bool m_paused = false;
     bool m_atEnd = false;
     bool m_playing = false;

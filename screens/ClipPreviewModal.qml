@@ -25,7 +25,8 @@ FocusScope {
     onPlayingChanged: {
         if (playing)
             player.setSource("PreviewPlayer.qml", {
-                    "clip": modal.clip
+                    "clip": modal.clip,
+                    "fillsPlace": still.fillsPlace
                 });
         else
             player.setSource("");
@@ -65,10 +66,14 @@ FocusScope {
         }
 
         Image {
+            id: still
+
+            // Sixteen to nine is half a point lower than the place, which is no reason for a line below it.
+            readonly property bool fillsPlace: Math.abs(width * implicitHeight - height * implicitWidth) < implicitWidth
+
             anchors.fill: parent
             source: modal.clip.thumbnail
-            // Sixteen to nine is half a point lower than the place, which is no reason for a line below it.
-            fillMode: Math.abs(width * implicitHeight - height * implicitWidth) < implicitWidth ? Image.Stretch : Image.PreserveAspectFit
+            fillMode: fillsPlace ? Image.Stretch : Image.PreserveAspectFit
             cache: false
             visible: !modal.playing
         }

@@ -7,6 +7,8 @@ FocusScope {
     id: view
 
     required property PreviewClip clip
+    // Whether the clip's shape is nearly that of its place.
+    property bool fillsPlace: false
 
     readonly property alias player: player
 
@@ -26,6 +28,7 @@ FocusScope {
 
         volume: PlayerVolume.level
         muted: PlayerVolume.muted
+        keepsAspect: !view.fillsPlace
     }
 
     PlayerView {

@@ -20,7 +20,7 @@ constexpr const char *greenClip = "-f lavfi -i color=c=green:s=640x360:r=25:d=20
 class PlayerViewTest : public SortEngineTest
 {
 protected:
-    void show(const std::filesystem::path &clip)
+    void show(const std::filesystem::path &clip, const QImage &still = {})
     {
         std::filesystem::copy_file(clip, folder / "kitchen 1.mov");
         engine.sortFolder(shoot);
@@ -28,6 +28,9 @@ protected:
         scene.emplace("import Larkspan.Screens\nClipPreviewModal {}",
                       QVariantMap{{u"engine"_s, QVariant::fromValue(&engine)}}, QSize(760, 494));
         scene->engine().addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(engine));
+        if (!still.isNull()) {
+            engine.clips().front()->thumbnail = Thumbnail(still);
+        }
         engine.setPreviewClip(engine.clips().front());
     }
     [[nodiscard]] QColor colorAt(int x, int y) const { return scene->window().grabWindow().pixelColor(x, y); }
@@ -52,6 +55,17 @@ TEST_F(PlayerViewTest, NothingIsPlayedBeforePlayIsPressedAndThenThePictureIsTher
     EXPECT_TRUE(isGreen(colorAt(10, 100)));
     engine.closePreview();
     EXPECT_TRUE(waitUntil([&] { return !isGreen(colorAt(380, 100)); }));
+}
+
+TEST_F(PlayerViewTest, APictureOfSixteenToNineLeavesNoLineAtTheEdgesOfItsPlace)
+{
+    QImage still(448, 252, QImage::Format_RGB888);
+    still.fill(Qt::red);
+    show(sharedMedia("green.mp4", greenClip), still);
+    scene->click(u"Play"_s);
+    QTest::mouseMove(&scene->window(), QPoint(380, 460)); // or the controls lie over its lower end
+    EXPECT_TRUE(waitUntil([&] { return isGreen(colorAt(380, 427)); }));
+    EXPECT_TRUE(isGreen(colorAt(380, 2)));
 }
 
 TEST_F(PlayerViewTest, AnUprightClipKeepsItsAspect)
