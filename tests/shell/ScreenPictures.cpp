@@ -136,8 +136,12 @@ void ScreenPictures::picture(const QString &name, const std::function<void()> &h
             hand();
         }
         ASSERT_TRUE(rests());
-        EXPECT_THAT(layoutFaults(*window, mayBeElided), IsEmpty())
-            << name.toStdString() << " at " << size.width() << " by " << size.height();
+        std::vector<std::string> faults = layoutFaults(*window, mayBeElided);
+        if (!faults.empty()) { // since the last frame a clock may have got a digit, which isn't at its place yet
+            ASSERT_TRUE(rests());
+            faults = layoutFaults(*window, mayBeElided);
+        }
+        EXPECT_THAT(faults, IsEmpty()) << name.toStdString() << " at " << size.width() << " by " << size.height();
         keep(name, size);
     }
 }

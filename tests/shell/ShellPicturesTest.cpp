@@ -116,9 +116,10 @@ TEST_F(ScreenPictures, Preferences)
     picture(u"preferences-general"_s);
 }
 
-TEST_F(ScreenPictures, PreferencesOverTheLauncher)
+TEST_F(ScreenPictures, TheLauncherAndPreferencesOverIt)
 {
     openLauncher();
+    picture(u"launcher"_s);
     app.openPreferences();
     (void)shown(u"Larkspan Preferences"_s);
     picture(u"preferences-launcher"_s);
