@@ -11,6 +11,8 @@ T.AbstractButton {
     property color hoverTint: tint
     property string help
     property bool helpAbove: false
+    // What it opens is there, and says more than the help.
+    property bool isOpen: false
     // The side of the square that answers to the pointer, in points.
     property real size: 22
 
@@ -48,7 +50,7 @@ T.AbstractButton {
     contentItem: LKIcon {
         name: control.name
         size: Math.round(control.size * 0.64)
-        color: control.hovered ? control.hoverTint : control.tint
+        color: control.hovered || control.isOpen ? control.hoverTint : control.tint
 
         Behavior on color  {
             LKColorMotion {
@@ -58,7 +60,7 @@ T.AbstractButton {
 
     background: Rectangle {
         radius: 5
-        color: control.down ? LK.palette.surfacePressed : control.hovered ? LK.palette.surfaceHover : "transparent"
+        color: control.down ? LK.palette.surfacePressed : control.hovered || control.isOpen ? LK.palette.surfaceHover : "transparent"
 
         Behavior on color  {
             LKColorMotion {
@@ -74,6 +76,6 @@ T.AbstractButton {
     LKToolTip {
         text: control.help
         above: control.helpAbove
-        wanted: control.hovered || control.visualFocus
+        wanted: (control.hovered || control.visualFocus) && !control.isOpen
     }
 }

@@ -64,6 +64,7 @@ Item {
             help: qsTr("What this model does")
             LKAccessible.role: Accessible.ButtonDropDown
             LKAccessible.expanded: note.visible
+            isOpen: note.visible
             onActivated: note.visible ? note.close() : note.open()
 
             LKPopover {

@@ -18,6 +18,7 @@ IconButton {
     hoverTint: LK.palette.textPrimary
     LKAccessible.role: Accessible.ButtonMenu
     LKAccessible.expanded: menu.visible
+    isOpen: menu.visible
     onActivated: menu.visible = !menu.visible
 
     Shortcut {

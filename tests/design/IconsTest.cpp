@@ -139,6 +139,22 @@ TEST(IconButton, SaysItsHelpWhileThePointerRestsOnItAndNoLonger)
     EXPECT_TRUE(waitUntil([&] { return !told(); }));
 }
 
+TEST(IconButton, SaysNothingWhileWhatItOpensIsThere)
+{
+    Scene scene(document("IconButton { name: 'pencil'; help: 'Rename'; isOpen: true }"));
+    QQuickItem *button = findShown(scene.root(), u"Rename"_s);
+    ASSERT_NE(button, nullptr);
+    const auto wantsHelp = [&] {
+        return std::ranges::any_of(button->childItems(),
+                                   [](const QQuickItem *child) { return child->property("wanted").toBool(); });
+    };
+    button->forceActiveFocus(Qt::TabFocusReason);
+    EXPECT_FALSE(wantsHelp());
+    EXPECT_TRUE(fillBecomes(button, LK::instance().palette().surfaceHover));
+    button->setProperty("isOpen", false);
+    EXPECT_TRUE(wantsHelp());
+}
+
 TEST(LKToolTip, WrapsALongTextAndStaysInTheWindow)
 {
     Scene scene(document("IconButton { objectName: 'button'; name: 'info.circle'; x: 570; y: 370 }"));
