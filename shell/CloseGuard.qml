@@ -39,6 +39,11 @@ ModalOverlay {
                 guard.asks = false;
                 return;
             }
+            // The copy may have ended while the question was fading.
+            if (!guard.engine.isCopying) {
+                guard.parent.Window.window.close();
+                return;
+            }
             guard.closesAfterwards = true;
             guard.wasCancelled = index === 0;
             if (guard.wasCancelled)

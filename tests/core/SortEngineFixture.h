@@ -89,6 +89,7 @@ protected:
     static std::vector<QString> namesOf(const std::vector<ClipPtr> &clips)
     {
         std::vector<QString> names;
+        names.reserve(clips.size());
         for (const ClipPtr &clip : clips) {
             names.push_back(clip->url.baseName());
         }

@@ -23,6 +23,15 @@ protected:
         (void)shown(question);
     }
 
+    QObject &card()
+    {
+        QQuickItem *item = &shown(question);
+        while (item && item->metaObject()->indexOfSignal("answered(int)") < 0) {
+            item = item->parentItem();
+        }
+        return *item;
+    }
+
     const QString question = u"Footage is still being copied"_s;
 };
 
@@ -58,6 +67,19 @@ TEST_F(ClosingTest, StoppingClosesOnceTheFileInWorkIsDone)
     EXPECT_TRUE(waitUntil([this] { return !window->isVisible(); }));
     EXPECT_EQ(copied, 1);
     EXPECT_FALSE(engine.isCopying());
+}
+
+// The question takes a moment to fade, in which it can still be pressed.
+TEST_F(ClosingTest, StoppingACopyThatHasJustEndedOnlyCloses)
+{
+    startCopy();
+    QObject &asked = card();
+    copying.open();
+    ASSERT_TRUE(reaches(engine, StageKind::done));
+    ASSERT_FALSE(engine.isCopying());
+    QMetaObject::invokeMethod(&asked, "answered", Q_ARG(int, 0));
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(engine.stage().kind, StageKind::done);
 }
 
 TEST_F(ClosingTest, KeepingItOpenLetsTheCopyGoOn)
