@@ -26,8 +26,9 @@ Image {
         const part = isFrosted ? "&frosted=" + [place.x, place.y, width, height].map(pixels).join(",") : "";
         return picture + "?radius=" + cornerRadius * dots + (roundsBottom ? "" : "&top") + part;
     }
-    sourceSize.width: whole.width * dots
-    sourceSize.height: whole.height * dots
+    // In points: an image asks its provider for as many pixels as the display has for them.
+    sourceSize.width: whole.width
+    sourceSize.height: whole.height
     fillMode: Image.Stretch
     cache: false
 }
