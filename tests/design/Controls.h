@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <QtGui/QAccessible>
 #include <QtQuick/QQuickItem>
 #include <QtTest/QSignalSpy>

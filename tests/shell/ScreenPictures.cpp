@@ -73,7 +73,7 @@ void ScreenPictures::openLauncher()
 
 void ScreenPictures::countFrames()
 {
-    QObject::connect(window, &QQuickWindow::frameSwapped, window, [this] { ++frames; });
+    QObject::connect(window, &QQuickWindow::frameSwapped, window, [this] { ++m_frames; });
 }
 
 void ScreenPictures::makeShoot()
@@ -154,9 +154,9 @@ bool ScreenPictures::rests()
     std::string last;
     int alike = 0;
     for (int frame = 0; frame < most && alike < enough; ++frame) {
-        const int before = frames;
+        const int before = m_frames;
         window->requestUpdate();
-        if (!waitUntil([&] { return frames > before; })) {
+        if (!waitUntil([&] { return m_frames > before; })) {
             return false;
         }
         const std::string now = layoutOf(*window);

@@ -59,7 +59,7 @@ private:
     bool rests();
     void keep(const QString &name, QSize size);
 
-    int frames = 0;
+    int m_frames = 0;
 };
 
 } // namespace larkspan::test
