@@ -59,12 +59,14 @@ protected:
     // What is shown with this text and at rest; the test fails when it doesn't come up.
     QQuickItem &shown(const QString &text)
     {
-        return atRest([&] { return findShown(content(), text); }, text);
+        return awaitAtRest(
+            *program->window(), [&] { return findShown(content(), text); }, text);
     }
     // The control with this label that the keyboard can reach, as of a row of settings.
     QQuickItem &control(const QString &label)
     {
-        return atRest([&] { return findLabelled(content(), label); }, label);
+        return awaitAtRest(
+            *program->window(), [&] { return findLabelled(content(), label); }, label);
     }
     [[nodiscard]] bool goes(const QString &text)
     {
@@ -84,31 +86,6 @@ protected:
 private:
     const TempFolder m_home;
     std::map<std::string, QByteArray> m_outer;
-
-    // Where it is counts from one frame to the next: what has just come up is laid out with a frame.
-    template <typename Find>
-    QQuickItem &atRest(const Find &find, const QString &name)
-    {
-        QQuickWindow &window = *program->window();
-        bool isDrawn = false;
-        const auto drawn = QObject::connect(&window, &QQuickWindow::afterAnimating, [&isDrawn] { isDrawn = true; });
-        QQuickItem *item = nullptr;
-        std::optional<QPointF> last;
-        const bool rests = waitUntil([&] {
-            window.update();
-            if (!std::exchange(isDrawn, false)) {
-                return false;
-            }
-            item = find();
-            const auto now = item ? std::optional(item->mapToScene({})) : std::nullopt;
-            return std::exchange(last, now) == now && item != nullptr;
-        });
-        QObject::disconnect(drawn);
-        if (!rests) {
-            throw std::runtime_error("not shown: " + name.toStdString());
-        }
-        return *item;
-    }
 };
 
 } // namespace larkspan::test

@@ -60,26 +60,15 @@ protected:
     // What is shown with this text and at rest; the test fails when it doesn't come up.
     QQuickItem &shown(const QString &text)
     {
-        QQuickItem *item = nullptr;
-        QPointF last;
-        if (!waitUntil([&] {
-                item = findShown(window->contentItem(), text);
-                const QPointF now = item ? item->mapToScene({}) : QPointF();
-                return std::exchange(last, now) == now && item != nullptr;
-            })) {
-            throw std::runtime_error("not shown: " + text.toStdString());
-        }
-        return *item;
+        return awaitAtRest(
+            *window, [&] { return findShown(window->contentItem(), text); }, text);
     }
 
     // The same for a dropdown of this label.
     QQuickItem &dropdown(const QString &label)
     {
-        QQuickItem *item = nullptr;
-        if (!waitUntil([&] { return (item = findLabelled(window->contentItem(), label)) != nullptr; })) {
-            throw std::runtime_error("no dropdown: " + label.toStdString());
-        }
-        return *item;
+        return awaitAtRest(
+            *window, [&] { return findLabelled(window->contentItem(), label); }, label);
     }
 
     // Chooses from a dropdown by mouse.

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
+
 #include <QtQuick/QQuickItem>
+#include <QtQuick/QQuickWindow>
 
 namespace larkspan::test {
 
@@ -11,6 +14,9 @@ QQuickItem *findShown(QQuickItem *root, const QString &text);
 QQuickItem *findLabelled(QQuickItem *root, const QString &label);
 // The first item below root with this object name, hidden ones included.
 QQuickItem *findNamed(QQuickItem *root, const QString &objectName);
+// Waits until what is looked for is there and stays where it is from one frame of the window to the next: what has just
+// come up, or moved up, is laid out with a frame. Throws, with the name, if it never does.
+QQuickItem &awaitAtRest(QQuickWindow &window, const std::function<QQuickItem *()> &find, const QString &name);
 // Where the middle of an item is, in the window.
 QPoint middleOf(const QQuickItem *item);
 
