@@ -43,14 +43,17 @@ class Compositor:
             ["weston", "--backend=x11-backend.so", "--use-pixman", f"--width={width}", f"--height={height}",
              f"--config={configuration}", "--idle-time=0", f"--socket={SOCKET}"],
             stdout=subprocess.DEVNULL, stderr=self.log.open("wb"))
-        until(lambda: self.process.poll() is not None or (folder / SOCKET).exists(), "the compositor")
-        if self.process.poll() is None:
-            self.window = xdotool("search", "--sync", "--onlyvisible", "--class", "weston").split()[0]
-            self.looks = itertools.count()
-            until(self.has_the_pointer, "the compositor's empty desktop and its pointer")
+        self.socket = folder / SOCKET
+        self.looks = itertools.count()
 
-    def runs(self):
-        return self.process.poll() is None
+    def starts(self):
+        """False if it can't run here."""
+        until(lambda: self.process.poll() is not None or self.socket.exists(), "the compositor")
+        if self.process.poll() is not None:
+            return False
+        self.window = xdotool("search", "--sync", "--onlyvisible", "--class", "weston").split()[0]
+        until(self.has_the_pointer, "the compositor's empty desktop and its pointer")
+        return True
 
     def picture(self, form):
         return subprocess.run(["import", "-window", self.window, "-format", form, "info:-"], check=True,
@@ -168,12 +171,13 @@ def walk(path):
         except FileNotFoundError as missing:
             print("skipped:", missing, file=sys.stderr)
             return SKIPPED
-        if not compositor.runs():
-            print("skipped, the compositor doesn't start:", compositor.log.read_text(), file=sys.stderr)
-            return SKIPPED
-        os.environ.update(WAYLAND_DISPLAY=SOCKET, QT_QPA_PLATFORM="wayland")
-        program = Program(path, scratch / "home", scratch)
+        program = None
         try:
+            if not compositor.starts():
+                print("skipped, the compositor doesn't start:", compositor.log.read_text(), file=sys.stderr)
+                return SKIPPED
+            os.environ.update(WAYLAND_DISPLAY=SOCKET, QT_QPA_PLATFORM="wayland")
+            program = Program(path, scratch / "home", scratch)
             window = Window(compositor, program)
             program.find("push button", "Open Binnacle")
             window.is_size(1180, 790)
@@ -186,11 +190,14 @@ def walk(path):
             until(lambda: program.process.poll() is not None, "the end of the program")
             return program.process.returncode
         except NotFound as missing:
-            print("not found:", missing, "exit status", program.process.poll(), file=sys.stderr)
-            print("\n".join(outline(program.window() or program.desktop)), file=sys.stderr)
+            print("not found:", missing, file=sys.stderr)
+            if program is not None:
+                print("exit status", program.process.poll(), file=sys.stderr)
+                print("\n".join(outline(program.window() or program.desktop)), file=sys.stderr)
             return 1
         finally:
-            program.end()
+            if program is not None:
+                program.end()
             compositor.end()
 
 
