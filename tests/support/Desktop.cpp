@@ -25,6 +25,35 @@ QStringList placeOf(const QQuickItem &item)
     return {QString::number(middle.x()), QString::number(middle.y())};
 }
 
+// Counts the keys and buttons whose release reaches a window of this program.
+class Releases : public QObject
+{
+public:
+    Releases() { QGuiApplication::instance()->installEventFilter(this); }
+
+    // Waits for so many. By then the program has handled each press and release, so that what comes next can't overtake
+    // them. A window that a press closes takes the release with it.
+    void await(qsizetype count, const QString &what) const
+    {
+        if (!waitUntil([&] { return m_count >= count || QGuiApplication::focusWindow() == nullptr; })) {
+            throw std::runtime_error("no window receives " + what.toStdString());
+        }
+    }
+
+protected:
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        if (object->isWindowType() &&
+            (event->type() == QEvent::KeyRelease || event->type() == QEvent::MouseButtonRelease)) {
+            ++m_count;
+        }
+        return false;
+    }
+
+private:
+    qsizetype m_count = 0;
+};
+
 // Programs run beside the event loop: the window must answer while the pointer moves over it.
 void await(QProcess &process)
 {
@@ -54,18 +83,24 @@ void Desktop::moveTo(const QQuickItem &item)
 
 void Desktop::click(const QQuickItem &item)
 {
-    xdotool(QStringList{u"mousemove"_s} + placeOf(item) + QStringList{u"sleep"_s, u"0.05"_s, u"click"_s, u"1"_s});
+    press(item, {u"1"_s}, 1);
 }
 
 void Desktop::rightClick(const QQuickItem &item)
 {
-    xdotool(QStringList{u"mousemove"_s} + placeOf(item) + QStringList{u"sleep"_s, u"0.05"_s, u"click"_s, u"3"_s});
+    press(item, {u"3"_s}, 1);
 }
 
 void Desktop::doubleClick(const QQuickItem &item)
 {
-    xdotool(QStringList{u"mousemove"_s} + placeOf(item) +
-            QStringList{u"sleep"_s, u"0.05"_s, u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"60"_s, u"1"_s});
+    press(item, {u"--repeat"_s, u"2"_s, u"--delay"_s, u"60"_s, u"1"_s}, 2);
+}
+
+void Desktop::press(const QQuickItem &item, const QStringList &buttons, int releases)
+{
+    const Releases released;
+    xdotool(QStringList{u"mousemove"_s} + placeOf(item) + QStringList{u"sleep"_s, u"0.05"_s, u"click"_s} + buttons);
+    released.await(releases, u"the click"_s);
 }
 
 void Desktop::glide(QPoint from, QPoint to)
@@ -91,7 +126,9 @@ void Desktop::drag(QPoint from, QPoint to)
 
 void Desktop::key(const QString &name)
 {
+    const Releases released;
     xdotool({u"key"_s, name});
+    released.await(name.split(u'+').size(), name);
 }
 
 bool Desktop::drop(const QStringList &what, const QQuickItem &onto)

@@ -18,6 +18,7 @@ public:
     [[nodiscard]] static bool awaitWindow(QQuickWindow &window);
 
     static void moveTo(const QQuickItem &item);
+    // These and key() return once the program has handled what they send; what follows from it may take longer.
     static void click(const QQuickItem &item);
     static void rightClick(const QQuickItem &item);
     static void doubleClick(const QQuickItem &item);
@@ -36,6 +37,7 @@ public:
     static void setScale(double scale);
 
 private:
+    static void press(const QQuickItem &item, const QStringList &buttons, int releases);
     static void xdotool(const QStringList &arguments);
 };
 
