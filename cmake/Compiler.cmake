@@ -7,6 +7,8 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 # Line tables are enough for a stack trace; full debug information doubles the time of a clean build.
 set(CMAKE_CXX_FLAGS_DEBUG "-Og -g1")
 
+# Some libraries ask for it; precompiled headers that all targets share need the same answer everywhere.
+add_compile_options(-pthread)
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Werror)
 # A designated initializer names what it sets; what it leaves out has a default on purpose.
 add_compile_options(-Wno-missing-field-initializers)

@@ -26,11 +26,8 @@ using testing::SizeIs;
 
 namespace {
 
-using Verdict = tl::expected<CloudVerdict, CloudError>;
-
 const CloudVerdict pool{u"Pool"_s};
 const Verdict badEndpoint = tl::unexpected(CloudError{.kind = CloudError::Kind::badEndpoint});
-const Verdict unreadable = tl::unexpected(CloudError{.kind = CloudError::Kind::unreadableResponse});
 
 Verdict refused(int status, const QString &text)
 {

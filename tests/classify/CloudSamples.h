@@ -4,6 +4,7 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
+#include "classify/CloudVerdict.h"
 #include "core/CloudSettings.h"
 #include "tests/support/HttpServer.h"
 
@@ -23,6 +24,10 @@ inline QByteArray bodyWith(const QString &text)
     const QJsonObject block{{QStringLiteral("type"), QStringLiteral("text")}, {QStringLiteral("text"), text}};
     return QJsonDocument(QJsonObject{{QStringLiteral("content"), QJsonArray{block}}}).toJson(QJsonDocument::Compact);
 }
+
+using Verdict = tl::expected<CloudVerdict, CloudError>;
+
+inline const Verdict unreadable = tl::unexpected(CloudError{.kind = CloudError::Kind::unreadableResponse});
 
 // A handler that gives every request the same verdict.
 inline HttpServer::Handler verdict(const QString &json)

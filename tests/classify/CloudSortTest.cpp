@@ -23,10 +23,11 @@ protected:
     std::unique_ptr<SortEngine> engineFor(const HttpServer &server)
     {
         auto parts = seams();
-        parts.makeCloudClassifier = [client = std::make_shared<const HttpClient>()](
-                                        const CloudSettings &settings, std::shared_ptr<const FrameClassifier> local) {
-            return std::make_shared<CloudClassifier>(settings, std::move(local), client);
-        };
+        parts.makeCloudClassifier =
+            [client = std::make_shared<const HttpClient>()](const CloudSettings &settings,
+                                                            std::shared_ptr<const FrameClassifier> localTier) {
+                return std::make_shared<CloudClassifier>(settings, std::move(localTier), client);
+            };
         auto engine = std::make_unique<SortEngine>(parts, 8);
         engine->setModelTier(ModelTier::cloud);
         engine->setCloudSettings(settingsFor(server.url()));

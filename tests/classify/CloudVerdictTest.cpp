@@ -7,17 +7,16 @@
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
 
+#include "tests/classify/CloudSamples.h"
+
 using namespace larkspan;
+using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
-
-using Verdict = tl::expected<CloudVerdict, CloudError>;
-
-const Verdict unreadable = tl::unexpected(CloudError{.kind = CloudError::Kind::unreadableResponse});
 
 // A reply whose only text is this.
 QByteArray replyWith(const QString &text)

@@ -11,7 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QSize usual(1180, 790);
+constexpr QSize windowSize(1180, 790);
 constexpr QPoint middle(590, 395);
 
 class IntroPictures : public testing::TestWithParam<LK::Theme>
@@ -57,7 +57,7 @@ protected:
     }
 
 private:
-    Scene m_scene{"import Larkspan.Design\nIntroView { anchors.fill: parent; plays: false }", {}, usual};
+    Scene m_scene{"import Larkspan.Design\nIntroView { anchors.fill: parent; plays: false }", {}, windowSize};
 };
 
 } // namespace

@@ -7,15 +7,15 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr double tolerance = 1e-9;
+constexpr double exactness = 1e-9;
 
 // The point of column 10 and row 7 is far from every edge.
 const GridMesh wide = GridMesh::filling(1100, 800);
 
 MATCHER_P3(IsPoint, x, y, intensity, "")
 {
-    return std::abs(arg.x - x) < tolerance && std::abs(arg.y - y) < tolerance &&
-           std::abs(arg.intensity - intensity) < tolerance;
+    return std::abs(arg.x - x) < exactness && std::abs(arg.y - y) < exactness &&
+           std::abs(arg.intensity - intensity) < exactness;
 }
 
 // A grid whose pointer has arrived here.
@@ -67,11 +67,11 @@ TEST(KineticGrid, ThePointerIsFollowedByEightHundredthsOfTheWayInEachFrame)
     KineticGrid grid = pointedAt({100, 200});
     grid.movePointer({200, 100});
     grid.advance(0.0);
-    EXPECT_NEAR(grid.mouse().x(), 108.0, tolerance);
-    EXPECT_NEAR(grid.mouse().y(), 192.0, tolerance);
+    EXPECT_NEAR(grid.mouse().x(), 108.0, exactness);
+    EXPECT_NEAR(grid.mouse().y(), 192.0, exactness);
     grid.advance(100.0); // by frames, whatever the clock says
-    EXPECT_NEAR(grid.mouse().x(), 115.36, tolerance);
-    EXPECT_NEAR(grid.mouse().y(), 184.64, tolerance);
+    EXPECT_NEAR(grid.mouse().x(), 115.36, exactness);
+    EXPECT_NEAR(grid.mouse().y(), 184.64, exactness);
 }
 
 // The point of column 10 and row 5 lies at (500, 250) here, and the pointer d to its right: n = d / 260, and the pull
@@ -209,7 +209,7 @@ TEST(KineticGrid, AfterThePointerLeavesTheMeshRelaxesInsteadOfSnappingBack)
     grid.pointerLeft();
     EXPECT_THAT(grid.warp(mesh, 10, 5, 0.0), IsPoint(506.0, 250.0, 0.5));
     grid.advance(0.0);
-    EXPECT_NEAR(grid.mouse().x(), 630 - 0.08 * 10629, tolerance);
+    EXPECT_NEAR(grid.mouse().x(), 630 - 0.08 * 10629, exactness);
     for (int frame = 0; frame < 200; ++frame) {
         grid.advance(0.0);
     }
@@ -221,10 +221,10 @@ TEST(Ripple, WeakensAndGrowsWithItsAge)
 {
     const Ripple ripple{0, 0, 5.0};
     EXPECT_EQ(ripple.strength(5.0), 1.0);
-    EXPECT_NEAR(ripple.strength(5.5), 0.4, tolerance);
-    EXPECT_NEAR(ripple.radius(5.5), 200.0, tolerance);
+    EXPECT_NEAR(ripple.strength(5.5), 0.4, exactness);
+    EXPECT_NEAR(ripple.radius(5.5), 200.0, exactness);
     EXPECT_EQ(ripple.radius(4.0), 0.0);
-    EXPECT_NEAR(ripple.strength(5.0 + KineticGrid::rippleLifetime), 0.0, tolerance);
+    EXPECT_NEAR(ripple.strength(5.0 + KineticGrid::rippleLifetime), 0.0, exactness);
 }
 
 // smoothstep(0.5) = 0.5; smoothstep(0.25) = 0.0625 × 2.5 = 0.15625
@@ -234,14 +234,14 @@ TEST(SegmentLook, GoesFromItsBaseToItsActiveColourAndThickens)
     EXPECT_EQ(SegmentLook::between(0, 0, dark).color, (RGBA{255, 255, 255, 0.13}));
     EXPECT_EQ(SegmentLook::between(0, 0, dark).width, 0.8);
     EXPECT_EQ(SegmentLook::between(1, 1, dark).color, (RGBA{122, 130, 255, 0.9}));
-    EXPECT_NEAR(SegmentLook::between(1, 1, dark).width, 1.5, tolerance);
+    EXPECT_NEAR(SegmentLook::between(1, 1, dark).width, 1.5, exactness);
     EXPECT_EQ(SegmentLook::between(0, 1, dark).color, (RGBA{188.5, 192.5, 255, 0.515}));
-    EXPECT_NEAR(SegmentLook::between(0, 1, dark).width, 1.15, tolerance);
+    EXPECT_NEAR(SegmentLook::between(0, 1, dark).width, 1.15, exactness);
     const RGBA quarter = SegmentLook::between(0.5, 0.0, GridColors::of(LK::Theme::Light)).color;
-    EXPECT_NEAR(quarter.r, 20 + 88 * 0.15625, tolerance);
-    EXPECT_NEAR(quarter.g, 20 + 96 * 0.15625, tolerance);
-    EXPECT_NEAR(quarter.b, 24 + 216 * 0.15625, tolerance);
-    EXPECT_NEAR(quarter.a, 0.1 + 0.75 * 0.15625, tolerance);
+    EXPECT_NEAR(quarter.r, 20 + 88 * 0.15625, exactness);
+    EXPECT_NEAR(quarter.g, 20 + 96 * 0.15625, exactness);
+    EXPECT_NEAR(quarter.b, 24 + 216 * 0.15625, exactness);
+    EXPECT_NEAR(quarter.a, 0.1 + 0.75 * 0.15625, exactness);
 }
 
 TEST(NodeLook, GrowsAndGlowsWithItsIntensity)
@@ -251,14 +251,14 @@ TEST(NodeLook, GrowsAndGlowsWithItsIntensity)
     EXPECT_EQ(NodeLook::of(0, dark).radius, 1.8);
     EXPECT_EQ(NodeLook::of(0, dark).glowRadius, 0.0);
     const NodeLook half = NodeLook::of(0.5, dark);
-    EXPECT_NEAR(half.radius, 2.5, tolerance);
-    EXPECT_NEAR(half.glowRadius, 2.5 + 6 * 0.2 / 0.7, tolerance);
-    EXPECT_NEAR(half.glowOpacity, 0.15, tolerance);
+    EXPECT_NEAR(half.radius, 2.5, exactness);
+    EXPECT_NEAR(half.glowRadius, 2.5 + 6 * 0.2 / 0.7, exactness);
+    EXPECT_NEAR(half.glowOpacity, 0.15, exactness);
     const NodeLook full = NodeLook::of(1, dark);
     EXPECT_EQ(full.color, (RGBA{122, 130, 255, 1}));
-    EXPECT_NEAR(full.radius, 3.2, tolerance);
-    EXPECT_NEAR(full.glowRadius, 9.2, tolerance);
-    EXPECT_NEAR(full.glowOpacity, 0.3, tolerance);
+    EXPECT_NEAR(full.radius, 3.2, exactness);
+    EXPECT_NEAR(full.glowRadius, 9.2, exactness);
+    EXPECT_NEAR(full.glowOpacity, 0.3, exactness);
 }
 
 TEST(NodeLook, DoesNotGlowUpToThreeTenths)
