@@ -35,7 +35,13 @@ protected:
         }
     }
 
-    void TearDown() override { program.reset(); } // before the footage that it shows
+    void TearDown() override
+    {
+        if (program && program->window() != nullptr) {
+            awaitCreated(*program->window());
+        }
+        program.reset(); // before the footage that it shows
+    }
 
     // Opens the program at the launcher.
     void start(const VolumeWatcher::System &volumes = {})

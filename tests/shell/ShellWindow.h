@@ -32,6 +32,13 @@ protected:
         qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(engine)); // owned by qml
     }
 
+    void TearDown() override
+    {
+        if (window != nullptr) {
+            awaitCreated(*window);
+        }
+    }
+
     // Shows the window, past the intro and with the sort tool open unless told otherwise.
     void open()
     {

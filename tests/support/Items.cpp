@@ -3,6 +3,8 @@
 #include <optional>
 #include <stdexcept>
 
+#include <QtQml/QQmlIncubator>
+
 #include "tests/support/WaitUntil.h"
 
 namespace larkspan::test {
@@ -67,6 +69,14 @@ QQuickItem &awaitAtRest(QQuickWindow &window, const std::function<QQuickItem *()
         throw std::runtime_error("not shown: " + name.toStdString());
     }
     return *item;
+}
+
+void awaitCreated(const QQuickWindow &window)
+{
+    const QQmlIncubationController *controller = window.incubationController();
+    if (controller != nullptr && !waitUntil([&] { return controller->incubatingObjectCount() == 0; })) {
+        throw std::runtime_error("the window goes on creating items");
+    }
 }
 
 QPoint middleOf(const QQuickItem *item)
