@@ -13,11 +13,18 @@ using testing::IsEmpty;
 
 namespace {
 
-std::shared_ptr<const ModelRequests> requests(VisionTimings *timings = nullptr)
+std::shared_ptr<const ModelRequests> load(VisionTimings *timings = nullptr)
 {
     auto models = VisionModels::load(LARKSPAN_MODELS);
     return models ? std::make_shared<const ModelRequests>(*models, timings)
                   : throw std::runtime_error(models.error().detail);
+}
+
+// Loaded once: that takes longer than looking at a frame, and requests keep nothing from one frame to the next.
+std::shared_ptr<const ModelRequests> requests()
+{
+    static const auto loaded = load();
+    return loaded;
 }
 
 // A made-up picture, another for each number: soft blobs over a gradient.
@@ -126,7 +133,7 @@ TEST(ModelRequests, AnEvenFrameShowsNoPersonAndNothingForAnyRoom)
 TEST(ModelRequests, TellsWhereTheTimeGoesWhenAsked)
 {
     VisionTimings timings;
-    ASSERT_TRUE(requests(&timings)->perform(drawn({448, 252}, 3)));
+    ASSERT_TRUE(load(&timings)->perform(drawn({448, 252}, 3)));
     EXPECT_EQ(timings.objects.runs, 1);
     EXPECT_GT(timings.objects.nanoseconds, 0);
     EXPECT_EQ(timings.closer.runs, 1);

@@ -1,4 +1,5 @@
 #include <fstream>
+#include <map>
 #include <set>
 #include <sstream>
 
@@ -55,13 +56,19 @@ const VisionClassifier &classifier()
     return instance;
 }
 
-FrameAnalysis analysisOf(const Photo &photo)
+// Each photo is analyzed once, however many tests ask about it.
+const FrameAnalysis &analysisOf(const Photo &photo)
 {
-    const std::vector frames{QImage(QString::fromStdString(photo.file.string()))};
-    if (frames.front().isNull()) {
-        throw std::runtime_error("can't read " + photo.file.string());
+    static std::map<std::filesystem::path, FrameAnalysis> known;
+    const auto [entry, isNew] = known.try_emplace(photo.file);
+    if (isNew) {
+        const std::vector frames{QImage(QString::fromStdString(photo.file.string()))};
+        if (frames.front().isNull()) {
+            throw std::runtime_error("can't read " + photo.file.string());
+        }
+        entry->second = classifier().analyze(frames);
     }
-    return classifier().analyze(frames);
+    return entry->second;
 }
 
 QString bestBin(const FrameAnalysis &analysis)
