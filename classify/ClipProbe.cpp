@@ -41,7 +41,7 @@ double durationOf(const AVFormatContext &format)
 }
 
 // The smallest distance of two samples in the index, in ticks of the track; 0 if there is none.
-std::int64_t smallestStep(AVStream &stream)
+std::int64_t smallestStep(MediaFile &file, AVStream &stream)
 {
     std::int64_t smallest = 0;
     const auto consider = [&smallest](std::int64_t from, std::int64_t to) {
@@ -62,19 +62,23 @@ std::int64_t smallestStep(AVStream &stream)
         }
         last = time;
     }
-    std::int64_t length = 0;
-    if (count > 0 && stream.duration != AV_NOPTS_VALUE && !__builtin_sub_overflow(last, first, &length)) {
-        consider(length, stream.duration); // the last sample lasts to the end of the track
+    // The last sample lasts as long as its table says. Without one it lasts to the end of the track, whose length the
+    // header may have rounded.
+    std::int64_t rest = 0;
+    if (const auto length = file.isFormat("mov") ? lastSampleLength(file, stream.id) : std::nullopt) {
+        consider(0, *length);
+    } else if (count > 0 && stream.duration != AV_NOPTS_VALUE && !__builtin_sub_overflow(last, first, &rest)) {
+        consider(rest, stream.duration);
     }
     return smallest;
 }
 
 // The smallest sample duration as the container's index has it, in the track's own scale.
-std::optional<FrameDuration> minFrameDuration(const MediaFile &file, AVStream &stream)
+std::optional<FrameDuration> minFrameDuration(MediaFile &file, AVStream &stream)
 {
     std::int64_t ticks = 0;
     if (file.isFormat("mov") || file.isFormat("avi")) {
-        ticks = smallestStep(stream);
+        ticks = smallestStep(file, stream);
     } else if (file.isFormat("mxf")) {
         ticks = 1; // an MXF track counts in frames
     }
@@ -94,23 +98,31 @@ std::optional<FrameDuration> nominalFrameDuration(const AVStream &stream)
     return FrameDuration{static_cast<std::int64_t>(std::llround(600.0 / av_q2d(rate))), 600};
 }
 
+std::optional<Date> plainDate(const AVFormatContext &format, const char *key)
+{
+    const AVDictionaryEntry *entry = av_dict_get(format.metadata, key, nullptr, 0);
+    return entry != nullptr ? parsedDate(QString::fromUtf8(entry->value)) : std::nullopt;
+}
+
 // From the dictionary that FFmpeg makes of other containers' metadata.
 ClipMetadata plainMetadata(const AVFormatContext &format)
 {
     ClipMetadata found;
+    // An MXF tells when it was last written, which in a camera is when it was shot.
+    for (const char *key : {"creation_time", "date", "modification_date"}) {
+        found.creationDate = found.creationDate ? found.creationDate : plainDate(format, key);
+    }
     const AVDictionaryEntry *entry = nullptr;
     while ((entry = av_dict_get(format.metadata, "", entry, AV_DICT_IGNORE_SUFFIX)) != nullptr) {
         const std::string_view key = entry->key;
-        if (key == "creation_time") {
-            found.creationDate = parsedDate(QString::fromUtf8(entry->value));
-        } else if ((key == "make" || key == "model") && found.cameraModel.isEmpty()) {
+        if ((key == "make" || key == "model") && found.cameraModel.isEmpty()) {
             found.cameraModel = QString::fromUtf8(entry->value).trimmed();
         }
     }
     return found;
 }
 
-void readPicture(MediaClip &clip, const MediaFile &file, AVStream &stream)
+void readPicture(MediaClip &clip, MediaFile &file, AVStream &stream)
 {
     if (const auto geometry = pictureGeometry(file)) {
         clip.naturalSize = geometry->naturalSize;
@@ -126,10 +138,12 @@ void readPicture(MediaClip &clip, const MediaFile &file, AVStream &stream)
     }
 }
 
-Date dateOf(const statx_timestamp &time)
+// None for the zero of a clock, which is what a file system has that knows no date.
+std::optional<Date> dateOf(const statx_timestamp &time)
 {
-    return Date(std::chrono::seconds(time.tv_sec) +
-                std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::nanoseconds(time.tv_nsec)));
+    const Date date(std::chrono::seconds(time.tv_sec) +
+                    std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::nanoseconds(time.tv_nsec)));
+    return date == Date{} ? std::nullopt : std::optional(date);
 }
 
 } // namespace
@@ -177,6 +191,11 @@ FileDates fileDates(const FileUrl &url)
 
 Date dateFromFileSystem(const FileDates &dates)
 {
+    // A file's birth can't be set, so that of a copy is the moment of copying; what it was copied from was there
+    // before.
+    if (dates.created && dates.modified) {
+        return std::min(*dates.created, *dates.modified);
+    }
     return dates.created.value_or(dates.modified.value_or(distantPast));
 }
 

@@ -50,11 +50,16 @@ public:
     explicit MovieReader(MediaFile &file) : m_file(file) {}
 
     ClipMetadata read();
+    std::optional<std::int64_t> lastSampleLength(std::uint32_t track);
 
 private:
     template <typename Visit>
     void forEachBox(std::int64_t begin, std::int64_t end, Visit visit);
     std::string bytes(std::int64_t begin, std::int64_t end);
+    // The first box of a type inside another.
+    std::optional<Box> child(const Box &parent, std::uint32_t type);
+    std::uint32_t trackID(const Box &track);
+    std::optional<std::int64_t> lastLengthIn(const Box &timeToSample);
     void readMovie(const Box &movie);
     void readHeader(const Box &header);
     void readUserData(const Box &userData);
@@ -109,17 +114,62 @@ std::string MovieReader::bytes(std::int64_t begin, std::int64_t end)
 
 ClipMetadata MovieReader::read()
 {
-    forEachBox(0, m_file.size(), [this](const Box &box) {
-        if (box.type != tag("moov")) {
-            return true;
-        }
-        readMovie(box);
-        return false;
-    });
+    if (const auto movie = child({.begin = 0, .end = m_file.size()}, tag("moov"))) {
+        readMovie(*movie);
+    }
     if (!m_found.creationDate) {
         m_found.creationDate = m_headerDate;
     }
     return m_found;
+}
+
+std::optional<Box> MovieReader::child(const Box &parent, std::uint32_t type)
+{
+    std::optional<Box> found;
+    forEachBox(parent.begin, parent.end, [&found, type](const Box &box) {
+        if (box.type == type) {
+            found = box;
+        }
+        return !found;
+    });
+    return found;
+}
+
+std::uint32_t MovieReader::trackID(const Box &track)
+{
+    const auto header = child(track, tag("tkhd"));
+    const std::string content = header ? bytes(header->begin, std::min(header->begin + 24, header->end)) : "";
+    // Behind the version and two dates, which take 4 or 8 bytes each.
+    const std::size_t place = !content.empty() && content[0] == 1 ? 20 : 12;
+    return content.size() < place + 4 ? 0 : static_cast<std::uint32_t>(bigEndian(content.substr(place, 4)));
+}
+
+std::optional<std::int64_t> MovieReader::lastLengthIn(const Box &timeToSample)
+{
+    // A version and a count, then pairs: how many samples, and how long each of them is.
+    const std::string head = bytes(timeToSample.begin, std::min(timeToSample.begin + 8, timeToSample.end));
+    const auto count = head.size() < 8 ? 0 : static_cast<std::int64_t>(bigEndian(head.substr(4)));
+    const std::int64_t last = timeToSample.begin + 8 * count;
+    const std::string pair = count > 0 && last + 8 <= timeToSample.end ? bytes(last, last + 8) : "";
+    return pair.size() < 8 ? std::nullopt : std::optional(static_cast<std::int64_t>(bigEndian(pair.substr(4))));
+}
+
+std::optional<std::int64_t> MovieReader::lastSampleLength(std::uint32_t track)
+{
+    const auto movie = child({.begin = 0, .end = m_file.size()}, tag("moov"));
+    std::optional<Box> box;
+    if (movie) {
+        forEachBox(movie->begin, movie->end, [&](const Box &candidate) {
+            if (candidate.type == tag("trak") && trackID(candidate) == track) {
+                box = candidate;
+            }
+            return !box;
+        });
+    }
+    for (const std::uint32_t inner : {tag("mdia"), tag("minf"), tag("stbl"), tag("stts")}) {
+        box = box ? child(*box, inner) : std::nullopt;
+    }
+    return box ? lastLengthIn(*box) : std::nullopt;
 }
 
 void MovieReader::readMovie(const Box &movie)
@@ -281,10 +331,16 @@ ClipMetadata movieMetadata(MediaFile &file)
     return MovieReader(file).read();
 }
 
+std::optional<std::int64_t> lastSampleLength(MediaFile &file, int track)
+{
+    return MovieReader(file).lastSampleLength(static_cast<std::uint32_t>(track));
+}
+
 std::optional<Date> parsedDate(const QString &text)
 {
     const QString trimmed = text.trimmed();
-    if (!trimmed.contains(QLatin1Char('T'))) {
+    constexpr qsizetype dayLength = 10;
+    if (trimmed.size() <= dayLength) {
         return std::nullopt; // a day alone doesn't tell when
     }
     QDateTime date = QDateTime::fromString(trimmed, Qt::ISODateWithMs);

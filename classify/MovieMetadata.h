@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -24,8 +25,12 @@ struct ClipMetadata
 // Nothing is believed about sizes; a broken box ends its list.
 ClipMetadata movieMetadata(MediaFile &file);
 
-// An ISO 8601 date and time, "T" between them, with or without a zone (UTC then). None for the zero of a clock that was
-// never set: 1904 for movies, 1970 for systems.
+// The length of a track's last sample, in the track's ticks, from its table of sample times; none where the table lists
+// no sample, as in a movie of fragments, or can't be read. track: the id that the file gives it.
+std::optional<std::int64_t> lastSampleLength(MediaFile &file, int track);
+
+// An ISO 8601 date and time, "T" or a blank between them, with or without a zone (UTC then). None for the zero of a
+// clock that was never set: 1904 for movies, 1970 for systems.
 std::optional<Date> parsedDate(const QString &text);
 
 } // namespace larkspan

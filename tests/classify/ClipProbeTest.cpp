@@ -81,6 +81,26 @@ TEST(ClipProbe, ALastSampleThatIsTheShortestCounts)
     EXPECT_EQ(probed(file).frameDurationScale, 12800);
 }
 
+TEST(ClipProbe, ATrackLengthThatTheHeaderHasRoundedLeavesTheFrameDuration)
+{
+    const auto &plain = sharedMedia("plain.mov", picture("160x90", "30000/1001", "2.002") + h264);
+    const TempFolder folder;
+    for (const std::uint32_t length : {60'059u, 60'000u, 60'061u}) { // 60060 are 60 frames of 1001
+        const auto file = folder.write("clip.mov", patched(bytesOf(plain), "mdhd", 20, bigEndian32(length)));
+        EXPECT_EQ(probed(file).frameDurationValue, 1001) << length;
+        EXPECT_EQ(probed(file).frameDurationScale, 30000) << length;
+    }
+}
+
+TEST(ClipProbe, TheLastSampleIsTheTracksOwn)
+{
+    const auto &file = sharedMedia("longfirst.mov", picture("160x90", "25", "0.4") + picture("64x48", "50", "0.4") +
+                                                        "-map 0 -map 1 " + h264);
+    const TempFolder folder;
+    const auto rounded = folder.write("clip.mov", patched(bytesOf(file), "mdhd", 20, bigEndian32(5000)));
+    EXPECT_EQ(probed(rounded), (Probed{0.4, {160, 90}, {160, 90}, 512, 12800})) << "the other track's last 256";
+}
+
 TEST(ClipProbe, AMovieInFragmentsTellsTheSameAsAWholeOne)
 {
     const auto &file = sharedMedia("fragments.mp4", picture("160x90", "25", "2") + h264 +

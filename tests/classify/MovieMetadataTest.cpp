@@ -1,6 +1,8 @@
 #include "classify/MovieMetadata.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include "classify/ClipProbe.h"
 #include "tests/classify/MediaSamples.h"
@@ -126,6 +128,55 @@ TEST(MovieMetadata, ADateThatIsNoneLeavesTheHeaders)
     }
 }
 
+// What a camera writes into an AVI: the date in the words of C, padded to an even length.
+TEST(OtherContainers, AnAvisOwnDateIsTheClips)
+{
+    const auto &plain = sharedMedia("dated.avi", picture("64x48", "25", "0.4") + "-c:v mpeg4");
+    const std::string content = bytesOf(plain);
+    const std::string date = std::string("Mon May 04 09:30:00 2026\n\0", 26);
+    const auto little = [](std::size_t value) {
+        std::string bytes = bigEndian32(static_cast<std::uint32_t>(value));
+        return std::string(bytes.rbegin(), bytes.rend());
+    };
+    // Into the header list, whose length and that of the whole file grow with it.
+    const std::size_t list = content.find("LIST");
+    const std::string idit = "IDIT" + little(date.size()) + date;
+    const auto lengthAt = [&content](std::size_t place) {
+        return static_cast<std::size_t>(static_cast<unsigned char>(content[place])) |
+               static_cast<std::size_t>(static_cast<unsigned char>(content[place + 1])) << 8 |
+               static_cast<std::size_t>(static_cast<unsigned char>(content[place + 2])) << 16;
+    };
+    std::string dated = content;
+    dated.replace(4, 4, little(lengthAt(4) + idit.size()));
+    dated.replace(list + 4, 4, little(lengthAt(list + 4) + idit.size()));
+    dated.insert(list + 8 + lengthAt(list + 4), idit);
+    const TempFolder folder;
+    const ClipPtr clip = probeClip(FileUrl(folder.write("clip.avi", dated)));
+    EXPECT_EQ(clip->creationDate, Date(shootDay) + 9h + 30min);
+    EXPECT_EQ(clip->naturalSize, QSizeF(64, 48));
+}
+
+TEST(OtherContainers, TheDateThatAnMxfWasWrittenOnIsTheClips)
+{
+    const auto &plain = sharedMedia("clip.mxf", picture("320x180", "25", "1") + "-c:v mpeg2video -pix_fmt yuv422p");
+    // The set that tells who wrote the file holds its date under the local tag 3C06: year, month, day, hours, minutes,
+    // seconds and quarters of a millisecond of four.
+    const std::string date("\x07\xea\x05\x04\x09\x1e\x00\x00", 8);
+    const TempFolder folder;
+    const auto file = folder.write("clip.mxf", patched(bytesOf(plain), std::string("\x3c\x06\x00\x08", 4), 4, date));
+    EXPECT_EQ(probeClip(FileUrl(file))->creationDate, Date(shootDay) + 9h + 30min);
+}
+
+TEST(OtherContainers, AMatroskaFilesDateAndMakerAreRead)
+{
+    const auto &file =
+        sharedMedia("tagged.mkv", picture("64x48", "25", "0.4") + h264 +
+                                      "-metadata creation_time=2026-05-04T09:30:00Z -metadata make=Acme");
+    const TempFolder folder;
+    const ClipPtr clip = probeClip(FileUrl(folder.write("clip.mov", bytesOf(file))));
+    EXPECT_EQ(clip->creationDate, Date(shootDay) + 9h + 30min);
+}
+
 TEST(MovieMetadata, AZeroDateCountsAsNoneAndTheFileSystemsIsTaken)
 {
     const TempFolder folder;
@@ -149,12 +200,34 @@ TEST(MovieMetadata, BrokenBoxesEndTheirListAndNoMore)
               u"A1"_s);
 }
 
-TEST(FileDates, TheCreationDateComesBeforeTheModificationDate)
+TEST(FileDates, TheEarlierOfBirthAndModificationIsTheFilesDate)
 {
-    const Date created = Date(shootDay);
-    const Date modified = created - 24h;
-    EXPECT_EQ(dateFromFileSystem({created, modified}), created);
-    EXPECT_EQ(dateFromFileSystem({std::nullopt, modified}), modified);
+    const Date early(shootDay);
+    const Date late = early + 24h;
+    EXPECT_EQ(dateFromFileSystem({early, late}), early);
+    EXPECT_EQ(dateFromFileSystem({late, early}), early) << "a copy is born when it is made";
+    EXPECT_EQ(dateFromFileSystem({std::nullopt, late}), late);
+    EXPECT_EQ(dateFromFileSystem({early, std::nullopt}), early);
+}
+
+TEST(FileDates, ACopyThatKeepsItsTimesKeepsItsDate)
+{
+    const TempFolder folder;
+    const auto &stream = sharedMedia("undated.mts", picture("64x48", "25", "0.4") + h264 + "-f mpegts");
+    const auto copy = folder.write("clip.mts", bytesOf(stream));
+    const Date shot = Date(shootDay) + 9h;
+    const struct timespec times[] = {{}, {.tv_sec = std::chrono::system_clock::to_time_t(shot)}};
+    ASSERT_EQ(utimensat(AT_FDCWD, copy.c_str(), times, 0), 0);
+    EXPECT_EQ(probeClip(FileUrl(copy))->creationDate, shot);
+}
+
+TEST(FileDates, AnUnsetClockIsNoDate)
+{
+    const TempFolder folder;
+    const auto file = folder.write("clip.mov", "no movie");
+    const struct timespec times[] = {{}, {}};
+    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+    EXPECT_EQ(fileDates(FileUrl(file)).modified, std::nullopt);
 }
 
 TEST(FileDates, AFileWithoutAnyDateHasTheDistantPast)
