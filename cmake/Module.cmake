@@ -70,7 +70,7 @@ endfunction()
 function(larkspan_test name)
   cmake_parse_arguments(arg "QOBJECTS" "LABEL;TIMEOUT" "SOURCES;LINKS;COMMAND" ${ARGN})
   if(NOT arg_TIMEOUT)
-    set(arg_TIMEOUT 120)
+    set(arg_TIMEOUT 300)
   endif()
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} larkspan_test_support GTest::gmock rapidcheck)
@@ -83,7 +83,8 @@ function(larkspan_test name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
   endif()
   add_test(NAME ${name} COMMAND ${arg_COMMAND} $<TARGET_FILE:${name}>)
-  set_tests_properties(${name} PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT}
+  # The longest ones start first, so that none runs alone at the end.
+  set_tests_properties(${name} PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT}
     ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0")
 endfunction()
 
