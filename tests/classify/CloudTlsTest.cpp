@@ -2,7 +2,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtNetwork/QSslCertificate>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,6 +9,7 @@
 #include "classify/CloudRequest.h"
 #include "classify/HttpClient.h"
 #include "tests/classify/CloudSamples.h"
+#include "tests/support/OwnMounts.h"
 #include "tests/support/TempFolder.h"
 
 using namespace larkspan;
@@ -25,7 +25,7 @@ bool mayMount()
 {
     const pid_t child = fork();
     if (child == 0) {
-        _exit(unshare(CLONE_NEWNS) == 0 ? 0 : 1);
+        _exit(takeOwnMounts() ? 0 : 1);
     }
     int status = 0;
     waitpid(child, &status, 0);
@@ -89,8 +89,7 @@ protected:
         std::filesystem::create_directory(store);
         std::filesystem::copy(folder / "ca.pem", store / "ca.pem");
         openssl(u"rehash store"_s);
-        return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-               mount(store.c_str(), "/etc/ssl/certs", nullptr, MS_BIND, nullptr) == 0;
+        return takeOwnMounts() && mount(store.c_str(), "/etc/ssl/certs", nullptr, MS_BIND, nullptr) == 0;
     }
 
     // The description of the failure; none if there was a verdict. What reached the server is in its requests.
@@ -119,7 +118,7 @@ TEST_F(CloudTls, AnAuthorityThatTheSystemTrustsIsTrusted)
     constexpr int refused = 1;
     constexpr int notMounted = 2;
     if (!mayMount()) {
-        GTEST_SKIP() << "only root may mount another store, and not everywhere";
+        GTEST_SKIP() << "only root may mount another store, and not in every chroot";
     }
     GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process whose TLS hasn't looked at the store yet
     const auto answer = [this] {

@@ -36,6 +36,9 @@ public:
     Mount(const Mount &) = delete;
     Mount &operator=(const Mount &) = delete;
 
+    // Lets no further one be mounted, for that reason.
+    static void forbid(const std::string &why) { s_forbidden = why; }
+
     // Empty when it is mounted.
     const std::string &whyNot() const { return m_whyNot; }
     const std::filesystem::path &path() const { return m_path; }
@@ -61,7 +64,8 @@ private:
     std::filesystem::path m_image = m_folder / "image";
     std::string m_loop; // the device, if one was attached
     std::string m_mountCommand;
-    std::string m_whyNot;
+    std::string m_whyNot = s_forbidden;
+    static inline std::string s_forbidden;
 };
 
 } // namespace larkspan::test

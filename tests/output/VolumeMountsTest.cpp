@@ -1,14 +1,16 @@
 // The watcher on real mounts: files in loop devices, which the test's own device tree tells to be cards in a reader.
 // Without the right to mount they are skipped, and say why.
+#include <cerrno>
+#include <cstring>
 #include <fstream>
 
 #include <gmock/gmock.h>
-#include <sched.h>
 #include <sys/mount.h>
 
 #include "output/VolumeWatcher.h"
 #include "tests/output/DeviceTree.h"
 #include "tests/output/Mount.h"
+#include "tests/support/OwnMounts.h"
 #include "tests/support/WaitUntil.h"
 
 using namespace larkspan;
@@ -22,13 +24,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The mounts of this program are its own: nobody else's disturb it, and none outlives it.
 class OwnMounts : public testing::Environment
 {
     void SetUp() override
     {
-        if (::unshare(CLONE_NEWNS) == 0) {
-            ASSERT_EQ(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
+        if (!takeOwnMounts() && errno != EPERM) {
+            Mount::forbid(std::string("mounts can't be kept private here: ") + std::strerror(errno));
         }
     }
 };
