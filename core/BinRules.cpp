@@ -4,6 +4,7 @@
 #include <array>
 #include <numeric>
 
+#include "core/Decimals.h"
 #include "core/RoomLabel.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -95,7 +96,7 @@ void fileRoom(Classification &result, const std::vector<RankedBin> &ranked, doub
 
 QString twoDecimals(double value)
 {
-    return QString::number(value, 'f', 2);
+    return withDecimals(value, 2);
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include <QtCore/QStringList>
 
+#include "core/Decimals.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace larkspan {
@@ -12,7 +14,7 @@ namespace {
 
 QString threeDecimals(double number)
 {
-    return QString::number(number, 'f', 3);
+    return withDecimals(number, 3);
 }
 
 // The columns that repeat on each of a clip's lines.

@@ -135,11 +135,19 @@ TEST(Classification, TheHallwayYieldsAlsoWithoutTheOpenPlanOption)
 
 TEST(Classification, TheOpenPlanBarIsReckonedFromTheHallwayThatYielded)
 {
-    const Scores scores{
-        {u"Hallway / Stairs"_s, 1.0}, {u"Kitchen"_s, 0.8}, {u"Living Room"_s, 0.7}, {u"Dining Room"_s, 0.69}};
+    // 0.69 is above 0.7 of the kitchen's score, and below 0.7 of the hallway's.
+    const Scores scores{{u"Hallway / Stairs"_s, 1.0}, {u"Kitchen"_s, 0.8}, {u"Dining Room"_s, 0.69}};
     const Classification result = classify({.scores = scores});
     EXPECT_EQ(result.primary, u"Kitchen"_s);
-    EXPECT_THAT(result.secondaries, ElementsAre(u"Hallway / Stairs"_s, u"Living Room"_s));
+    EXPECT_THAT(result.secondaries, ElementsAre(u"Hallway / Stairs"_s));
+    const Scores above{{u"Hallway / Stairs"_s, 1.0}, {u"Kitchen"_s, 0.8}, {u"Dining Room"_s, 0.7}};
+    EXPECT_THAT(classify({.scores = above}).secondaries, ElementsAre(u"Hallway / Stairs"_s, u"Dining Room"_s));
+}
+
+TEST(Classification, EvidenceCountsAsAtLeastATenThousandth)
+{
+    EXPECT_DOUBLE_EQ(classify({.scores = {{u"Pool"_s, 0.00005}}}).score, 0.5);
+    EXPECT_DOUBLE_EQ(classify({.scores = {{u"Pool"_s, 0.0002}}}).score, 1.0);
 }
 
 TEST(Classification, AnOpenPlanShotGetsAtMostTwoFurtherBins)
@@ -207,6 +215,10 @@ TEST(Classification, APersonInADroneClipStaysADroneClip)
 TEST(DroneClip, IsKnownByItsFileNameOrCameraInAnyCase)
 {
     EXPECT_TRUE(isDroneClip(u"dji_0001.mp4"_s, {}));
+    for (const auto &mark :
+         {u"DJI_"_s, u"MAVIC"_s, u"INSPIRE"_s, u"AVATA"_s, u"NEO_"_s, u"FPV"_s, u"SKYDIO"_s, u"AUTEL"_s, u"EVO"_s}) {
+        EXPECT_TRUE(isDroneClip(u"a"_s + mark + u"b.mov"_s, {})) << mark.toStdString();
+    }
     EXPECT_TRUE(isDroneClip(u"a.mov"_s, u"Mavic 3 Pro"_s));
     EXPECT_TRUE(isDroneClip(u"DEVON_HOUSE.MOV"_s, {})) << "no word boundaries";
     EXPECT_FALSE(isDroneClip(u"KITCHEN.MOV"_s, u"ILCE-7SM3"_s));
@@ -225,6 +237,19 @@ TEST(ReviewFlags, AThinLeadIsTorn)
     EXPECT_EQ(reviewOf(filed(u"Kitchen"_s, 0.40, u"Bathroom"_s, 0.37)),
               u"torn between Kitchen and Bathroom — 0.40 vs 0.37"_s);
     EXPECT_EQ(reviewOf(filed(u"Kitchen"_s, 0.75, u"Bathroom"_s, 0.25)), QString());
+}
+
+TEST(ReviewFlags, ALeadIsThinBelowFourHundredths)
+{
+    EXPECT_NE(reviewOf(filed(u"Kitchen"_s, 0.5, u"Bathroom"_s, 0.461)), QString());
+    EXPECT_EQ(reviewOf(filed(u"Kitchen"_s, 0.5, u"Bathroom"_s, 0.459)), QString());
+}
+
+TEST(ReviewFlags, WhatLiesHalfwayIsRoundedToTheEvenNeighbour)
+{
+    EXPECT_EQ(reviewOf(filed(u"Kitchen"_s, 0.125)), u"little to go on — 0.12 confidence"_s);
+    EXPECT_EQ(reviewOf(filed(u"Kitchen"_s, 0.625, u"Bathroom"_s, 0.609375)),
+              u"torn between Kitchen and Bathroom — 0.62 vs 0.61"_s);
 }
 
 TEST(ReviewFlags, ARivalThatIsTaggedIsNoDoubt)

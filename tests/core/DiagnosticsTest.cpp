@@ -44,6 +44,14 @@ TEST(Diagnostics, AClipThatWasNeverClassifiedHasOneLineEndingInTwoCommas)
     EXPECT_EQ(csvOf(clipOf("/shoot/a.mov")), "a,Kitchen,\"\",0.500,0.013,false,,\n");
 }
 
+TEST(Diagnostics, WhatLiesHalfwayIsRoundedToTheEvenNeighbour)
+{
+    const ClipPtr clip = clipOf("/shoot/a.mov");
+    clip->confidence = 0.0625;
+    clip->humanFraction = 0.5625;
+    EXPECT_EQ(csvOf(clip), "a,Kitchen,\"\",0.062,0.562,false,,\n");
+}
+
 TEST(Diagnostics, ExtraBinsStandInOneQuotedColumnApartBySemicolons)
 {
     const ClipPtr clip = clipOf("/shoot/a.mov");
