@@ -15,11 +15,11 @@ QString SettingsStore::defaultFile()
 
 std::optional<bool> SettingsStore::boolean(const QString &key) const
 {
-    const auto text = string(key);
-    if (text == u"true"_s || text == u"1"_s) {
+    const QString text = string(key).value_or(QString()).trimmed().toLower();
+    if (text == u"true"_s || text == u"yes"_s || text == u"1"_s) {
         return true;
     }
-    if (text == u"false"_s || text == u"0"_s) {
+    if (text == u"false"_s || text == u"no"_s || text == u"0"_s) {
         return false;
     }
     return std::nullopt;

@@ -18,6 +18,7 @@ public:
     // "Larkspan/settings.ini" in the user's configuration folder.
     static QString defaultFile();
 
+    // true, yes and 1, or false, no and 0, in any case: whoever edits the file by hand writes one of them.
     std::optional<bool> boolean(const QString &key) const;
     std::optional<QString> string(const QString &key) const;
     std::optional<QByteArray> data(const QString &key) const;
