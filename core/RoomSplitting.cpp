@@ -78,19 +78,9 @@ std::optional<QString> splitFamily(const QString &bin)
     return isNumber ? std::optional(pieces.join(u' ')) : std::nullopt;
 }
 
-void giveBin(const Room &clips, const QString &bin)
+QString numbered(const QString &bin, std::size_t number)
 {
-    for (const ClipPtr &clip : clips) {
-        clip->primaryBin = bin;
-    }
-}
-
-void numberRooms(const QString &bin, std::span<const Room> rooms)
-{
-    int number = 0;
-    for (const Room &room : rooms) {
-        giveBin(room, u"%1 %2"_s.arg(bin).arg(++number));
-    }
+    return u"%1 %2"_s.arg(bin, QString::number(number));
 }
 
 } // namespace
@@ -111,34 +101,41 @@ void splitRepeatedRooms(std::span<const ClipPtr> clips)
         sortByDate(group);
         // Rooms open in time order, so they stand in the order of their first clips already.
         const std::vector<Room> rooms = clusterRoomClips(group);
-        if (rooms.size() >= 2) {
-            numberRooms(bin, rooms);
+        for (std::size_t i = 0; rooms.size() >= 2 && i < rooms.size(); ++i) {
+            for (const ClipPtr &clip : rooms[i]) {
+                clip->primaryBin = numbered(bin, i + 1);
+            }
         }
     }
 }
 
-void renumberSplitBins(std::span<const ClipPtr> clips)
+std::map<QString, QString> renumberSplitBins(std::span<const ClipPtr> clips)
 {
-    std::map<QString, std::map<QString, Room>> families;
+    std::map<QString, std::map<QString, Date>> families; // the date of each bin's first clip
     for (const ClipPtr &clip : clips) {
         if (const auto family = splitFamily(clip->primaryBin)) {
-            families[*family][clip->primaryBin].push_back(clip);
+            const auto bin = families[*family].try_emplace(clip->primaryBin, clip->creationDate).first;
+            bin->second = std::min(bin->second, clip->creationDate);
         }
     }
-    for (auto &[family, bins] : families) {
-        if (bins.size() == 1) {
-            giveBin(bins.begin()->second, family);
-            continue;
+    std::map<QString, QString> renamed;
+    for (const auto &[family, dates] : families) {
+        std::vector<std::pair<QString, Date>> bins(dates.begin(), dates.end());
+        std::ranges::stable_sort(bins, {}, &std::pair<QString, Date>::second);
+        for (std::size_t i = 0; i < bins.size(); ++i) {
+            renamed.emplace(bins[i].first, bins.size() == 1 ? family : numbered(family, i + 1));
         }
-        std::vector<Room> rooms;
-        for (auto &[bin, room] : bins) {
-            sortByDate(room);
-            rooms.push_back(std::move(room));
-        }
-        std::stable_sort(rooms.begin(), rooms.end(),
-                         [](const Room &a, const Room &b) { return isEarlier(a.front(), b.front()); });
-        numberRooms(family, rooms);
     }
+    const auto rename = [&renamed](QString &bin) {
+        if (const auto name = renamed.find(bin); name != renamed.end()) {
+            bin = name->second;
+        }
+    };
+    for (const ClipPtr &clip : clips) {
+        rename(clip->primaryBin);
+        std::ranges::for_each(clip->extraBins, rename);
+    }
+    return renamed;
 }
 
 } // namespace larkspan

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <span>
 #include <vector>
 
@@ -12,7 +13,8 @@ namespace larkspan {
 // their own. Quadratic in the clips of one bin.
 void splitRepeatedRooms(std::span<const ClipPtr> clips);
 
-// Closes the gaps that the editor's moves left in numbered bins. A number without a sibling goes.
-void renumberSplitBins(std::span<const ClipPtr> clips);
+// Closes the gaps that the editor's moves left in numbered bins. A number without a sibling goes. A clip that is tagged
+// with such a bin as well is tagged with its new name. Returns the new names by the old ones.
+std::map<QString, QString> renumberSplitBins(std::span<const ClipPtr> clips);
 
 } // namespace larkspan

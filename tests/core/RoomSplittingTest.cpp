@@ -171,3 +171,13 @@ TEST(Renumbering, APlainBinBesideANumberedOneStaysPlain)
     renumberSplitBins(clips);
     EXPECT_THAT(binsOf(clips), ElementsAre(u"Kitchen"_s, u"Kitchen 1"_s, u"Kitchen 2"_s, u"7"_s));
 }
+
+TEST(Renumbering, ATagFollowsItsRoomToTheNewName)
+{
+    const std::vector clips{clipAt(0h, {}, u"Kitchen 3"_s), clipAt(1h, {}, u"Pool"_s), clipAt(2h, {}, u"Pool"_s)};
+    clips[1]->extraBins = {u"Kitchen 3"_s, u"Garage"_s};
+    clips[2]->extraBins = {u"Bedroom 2"_s};
+    EXPECT_THAT(renumberSplitBins(clips), ElementsAre(testing::Pair(u"Kitchen 3"_s, u"Kitchen"_s)));
+    EXPECT_THAT(clips[1]->extraBins, ElementsAre(u"Kitchen"_s, u"Garage"_s));
+    EXPECT_THAT(clips[2]->extraBins, ElementsAre(u"Bedroom 2"_s)) << "a tag without a room stays as it is";
+}
