@@ -1,7 +1,11 @@
+#include <cstdarg>
+#include <cstdio>
 #include <ostream>
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
+#include <libxml/valid.h>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QStringDecoder>
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
@@ -89,6 +93,52 @@ std::vector<xmlNode *> elements(xmlNode *parent, const char *name)
     return result;
 }
 
+struct XmlRelease
+{
+    void operator()(xmlDtd *grammar) const { xmlFreeDtd(grammar); }
+    void operator()(xmlValidCtxt *context) const { xmlFreeValidCtxt(context); }
+};
+
+void appendMessage(void *text, const char *format, ...)
+{
+    std::array<char, 1000> line{};
+    va_list arguments;
+    va_start(arguments, format);
+    static_cast<void>(std::vsnprintf(line.data(), line.size(), format, arguments));
+    va_end(arguments);
+    *static_cast<std::string *>(text) += line.data();
+}
+
+// All breaches of the grammar; empty if there are none.
+std::string breach(xmlDoc *document)
+{
+    static const std::unique_ptr<xmlDtd, XmlRelease> grammar(
+        xmlParseDTD(nullptr, reinterpret_cast<const xmlChar *>(LARKSPAN_EVENT_GRAMMAR)));
+    if (!grammar) {
+        return "there is no grammar";
+    }
+    std::string message;
+    const std::unique_ptr<xmlValidCtxt, XmlRelease> context(xmlNewValidCtxt());
+    context->userData = &message;
+    context->error = appendMessage;
+    const bool isValid = xmlValidateDtd(context.get(), document, grammar.get()) == 1;
+    return isValid ? std::string() : "breach: " + message;
+}
+
+// Attributes that hold a time and hold none: "0s" or a fraction of seconds with whole numbers above and below.
+std::vector<std::string> badTimes(const QString &text)
+{
+    static const QRegularExpression attribute(u"\\b(start|duration|frameDuration|tcStart)=\"([^\"]*)\""_s);
+    static const QRegularExpression time(u"^(0|[1-9][0-9]*/[1-9][0-9]*)s$"_s);
+    std::vector<std::string> bad;
+    for (const QRegularExpressionMatch &match : attribute.globalMatch(text)) {
+        if (!time.match(match.captured(2)).hasMatch()) {
+            bad.push_back(match.captured(0).toStdString());
+        }
+    }
+    return bad;
+}
+
 // What a reader must see of a text: U+FFFD for what XML can't hold, and a blank for each line break or tab,
 // since readers fold white space in attributes (a return with its line feed counts as one break).
 QString expected(const QString &text)
@@ -110,12 +160,15 @@ QString expected(const QString &text)
 
 } // namespace
 
-RC_GTEST_PROP(FCPXMLWriterProperty, AnyClipsWithAnyNamesGiveWellFormedXmlThatReadsBackAsWritten, ())
+RC_GTEST_PROP(FCPXMLWriterProperty, AnyClipsWithAnyNamesGiveAnEventThatKeepsTheGrammarAndReadsBackAsWritten, ())
 {
     const auto clips = *rc::gen::container<std::vector<ClipPtr>>(anyClip());
     const QString name = *anyText();
-    const XmlDocument document = parsed(FCPXMLWriter::event(clips, name, ProjectOrientation::automatic).toUtf8());
+    const QString text = FCPXMLWriter::event(clips, name, ProjectOrientation::automatic);
+    const XmlDocument document = parsed(text.toUtf8());
     RC_ASSERT(document != nullptr);
+    RC_ASSERT(breach(document.get()) == "");
+    RC_ASSERT(badTimes(text) == std::vector<std::string>());
 
     xmlNode *const root = xmlDocGetRootElement(document.get());
     xmlNode *const event = elements(elements(root, "library").at(0), "event").at(0);
@@ -142,6 +195,35 @@ RC_GTEST_PROP(FCPXMLWriterProperty, AnyClipsWithAnyNamesGiveWellFormedXmlThatRea
         std::ranges::transform(bins, bins.begin(), expected);
         RC_ASSERT(keywords == bins);
     }
+}
+
+TEST(EventGrammar, AnEventWithAProjectKeepsIt)
+{
+    const ClipPtr clip = std::make_shared<MediaClip>(FileUrl("/a.mov"));
+    const QString text = FCPXMLWriter::event(std::vector{clip}, u"E"_s, ProjectOrientation::horizontal);
+    ASSERT_TRUE(text.contains(u"<project "_s));
+    EXPECT_EQ(breach(parsed(text.toUtf8()).get()), "");
+    EXPECT_EQ(badTimes(text), std::vector<std::string>());
+}
+
+TEST(EventGrammar, ABreachIsSeen)
+{
+    const ClipPtr clip = std::make_shared<MediaClip>(FileUrl("/a.mov"));
+    const QString text = FCPXMLWriter::event(std::vector{clip}, u"E"_s);
+    EXPECT_EQ(breach(parsed(text.toUtf8()).get()), "");
+    const std::pair<const char *, const char *> breaches[] = {{"ref=\"r2\"", "ref=\"r9\""},
+                                                              {"id=\"r2\"", "id=\"r1\""},
+                                                              {"  <library>", "  <libraries>"},
+                                                              {"hasVideo=\"1\" ", ""}};
+    for (const auto &[right, wrong] : breaches) {
+        QByteArray bad = text.toUtf8();
+        ASSERT_TRUE(bad.contains(right)) << right;
+        bad.replace(right, wrong);
+        bad.replace("</library>", QByteArray(wrong).contains("libraries") ? "</libraries>" : "</library>");
+        EXPECT_NE(breach(parsed(bad).get()), "") << wrong;
+    }
+    EXPECT_EQ(badTimes(u"<a start=\"0s\" duration=\"1/0s\" frameDuration=\"1001/60000s\" tcStart=\"1.5s\"/>"_s),
+              (std::vector<std::string>{"duration=\"1/0s\"", "tcStart=\"1.5s\""}));
 }
 
 RC_GTEST_PROP(FCPXMLWriterProperty, EveryDurationLiesOnTheFrameGridWithinHalfAFrameOfTheClip, ())
