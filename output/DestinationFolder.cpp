@@ -68,7 +68,7 @@ std::error_code makeFolders(std::filesystem::path path, const FileOperations &fi
         path = path.parent_path();
     }
     for (const std::filesystem::path &folder : std::views::reverse(missing)) {
-        if (::mkdir(folder.c_str(), 0777) != 0) {
+        if (files.makeFolder(folder.c_str(), 0777) != 0) {
             if (errno == EEXIST) {
                 continue;
             }
@@ -80,6 +80,31 @@ std::error_code makeFolders(std::filesystem::path path, const FileOperations &fi
         }
     }
     return {};
+}
+
+// Removes temporary files from one folder. Returns the folders that it contains, without links to any.
+std::vector<std::filesystem::path> clearInterruptedRun(const std::filesystem::path &folder, const FileOperations &files)
+{
+    std::vector<std::filesystem::path> folders;
+    const FileDescriptor fd = openFolder(folder, files);
+    std::error_code ignored; // what can't be listed is cleared another time
+    const std::filesystem::directory_iterator end;
+    for (std::filesystem::directory_iterator entry(folder, ignored); entry != end; entry.increment(ignored)) {
+        if (entry->symlink_status(ignored).type() == std::filesystem::file_type::directory) {
+            folders.push_back(entry->path());
+            continue;
+        }
+        const std::string name = entry->path().filename().native();
+        if (!isTemporaryName(name)) {
+            continue;
+        }
+        const FileDescriptor file(::openat(fd.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        // Whoever still writes it holds the lock. Where there are no locks, it stays rather than going wrongly.
+        if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+            files.remove(fd.get(), name.c_str());
+        }
+    }
+    return folders;
 }
 
 bool isUnsupported(int error)
@@ -110,25 +135,7 @@ tl::expected<DestinationFolder, std::error_code> DestinationFolder::open(const s
     if (const long longest = ::fpathconf(folder.fd(), _PC_NAME_MAX); longest > 0) {
         folder.m_longestName = static_cast<std::size_t>(longest);
     }
-    folder.clearStale();
     return folder;
-}
-
-void DestinationFolder::clearStale() const
-{
-    std::error_code ignored; // what can't be listed is cleared another time
-    const std::filesystem::directory_iterator end;
-    for (std::filesystem::directory_iterator entry(m_path, ignored); entry != end; entry.increment(ignored)) {
-        const std::string name = entry->path().filename().native();
-        if (!isTemporaryName(name)) {
-            continue;
-        }
-        const FileDescriptor file(::openat(fd(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-        // Whoever still writes it holds the lock. Where there are no locks, it stays rather than going wrongly.
-        if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-            m_files->remove(fd(), name.c_str());
-        }
-    }
 }
 
 tl::expected<TemporaryFile, std::error_code> DestinationFolder::makeTemporary() const
@@ -207,6 +214,13 @@ tl::expected<std::filesystem::path, std::error_code> DestinationFolder::place(Te
 std::error_code DestinationFolder::sync() const
 {
     return syncFolder(fd(), *m_files);
+}
+
+void clearInterruptedRuns(const std::filesystem::path &folder, const FileOperations &files)
+{
+    for (const std::filesystem::path &beneath : clearInterruptedRun(folder, files)) {
+        clearInterruptedRun(beneath, files);
+    }
 }
 
 } // namespace larkspan

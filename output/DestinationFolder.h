@@ -46,7 +46,7 @@ private:
 class DestinationFolder
 {
 public:
-    // Makes the folder and those above it where they are missing, and clears what interrupted runs have left in it.
+    // Makes the folder and those above it where they are missing.
     static tl::expected<DestinationFolder, std::error_code> open(const std::filesystem::path &path,
                                                                  const FileOperations &files);
 
@@ -70,7 +70,6 @@ private:
         , m_files(&files)
     {}
 
-    void clearStale() const;
     std::error_code claim(const std::string &temporary, const std::string &name) const;
 
     std::filesystem::path m_path;
@@ -79,5 +78,9 @@ private:
     std::size_t m_longestName = 255;        // bytes
     std::map<std::string, int> m_nextToTry; // where the numbers of a name that came before go on
 };
+
+// Removes what interrupted runs have left in a folder and in those directly beneath it. A run's copies arrive in
+// folders beneath one that is used again: a card's dated folder or a bin's.
+void clearInterruptedRuns(const std::filesystem::path &folder, const FileOperations &files);
 
 } // namespace larkspan

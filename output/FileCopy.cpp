@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <future>
 #include <string_view>
 
 #include <fcntl.h>
@@ -39,18 +40,16 @@ bool isEmpty(std::span<const std::byte> bytes)
 class Writer
 {
 public:
-    Writer(FileDescriptor fd, bool keepsHoles, std::int64_t size, const FileOperations &files)
-        : m_fd(std::move(fd))
+    Writer(int fd, bool keepsHoles, std::int64_t size, const FileOperations &files)
+        : m_fd(fd)
         , m_keepsHoles(keepsHoles)
         , m_size(size)
         , m_files(&files)
     {
         if (m_size >= static_cast<std::int64_t>(ChunkPipeline::chunkSize)) {
-            enterDirectMode(m_fd.get());
+            enterDirectMode(m_fd);
         }
     }
-
-    int fd() const { return m_fd.get(); }
 
     std::error_code write(const Chunk &chunk)
     {
@@ -76,16 +75,7 @@ public:
     // Takes the file to its full length, should it end in a hole.
     std::error_code setLength() const
     {
-        return m_keepsHoles && ::ftruncate(fd(), m_size) != 0 ? lastError() : std::error_code();
-    }
-
-    // Syncs once, since after a failed sync a second one may well claim success, and closes.
-    std::error_code finish()
-    {
-        if (m_files->sync(fd()) != 0) {
-            return lastError();
-        }
-        return m_files->close(m_fd.release()) != 0 ? lastError() : std::error_code();
+        return m_keepsHoles && m_files->truncate(m_fd, m_size) != 0 ? lastError() : std::error_code();
     }
 
 private:
@@ -101,16 +91,16 @@ private:
             if (isDirect()) {
                 size -= size % pageSize;
                 if (size == 0 || offset % static_cast<std::int64_t>(pageSize) != 0) {
-                    leaveDirectMode(fd()); // the last piece of the file
+                    leaveDirectMode(m_fd); // the last piece of the file
                     size = bytes.size();
                 }
             }
-            const ssize_t count = m_files->write(fd(), bytes.data(), size, offset);
+            const ssize_t count = m_files->write(m_fd, bytes.data(), size, offset);
             if (count > 0) {
                 bytes = bytes.subspan(static_cast<std::size_t>(count));
                 offset += count;
             } else if (count < 0 && errno == EINVAL && isDirect()) {
-                leaveDirectMode(fd());
+                leaveDirectMode(m_fd);
             } else if (count == 0 || errno != EINTR) {
                 return count == 0 ? std::make_error_code(std::errc::io_error) : lastError();
             }
@@ -118,9 +108,9 @@ private:
         return {};
     }
 
-    bool isDirect() const { return (::fcntl(fd(), F_GETFL) & O_DIRECT) != 0; }
+    bool isDirect() const { return (::fcntl(m_fd, F_GETFL) & O_DIRECT) != 0; }
 
-    FileDescriptor m_fd;
+    int m_fd;
     bool m_keepsHoles;
     std::int64_t m_size; // bytes
     const FileOperations *m_files;
@@ -128,7 +118,7 @@ private:
 
 // Attributes are kept where the destination can hold them. They aren't footage: a card reader's file system that knows
 // none is no reason to fail.
-void copyAttributes(const SourceFile &source, int destination)
+void copyAttributes(const SourceFile &source, int destination, const FileOperations &files)
 {
     std::vector<char> names(static_cast<std::size_t>(std::max<ssize_t>(::flistxattr(source.fd(), nullptr, 0), 0)));
     const ssize_t length = names.empty() ? 0 : ::flistxattr(source.fd(), names.data(), names.size());
@@ -145,44 +135,25 @@ void copyAttributes(const SourceFile &source, int destination)
             ::fsetxattr(destination, name, value.data(), static_cast<std::size_t>(size), 0);
         }
     }
-    ::fchmod(destination, source.status().st_mode & 0777);
+    files.chmod(destination, source.status().st_mode & 0777);
     const std::array times{source.status().st_atim, source.status().st_mtim};
     ::futimens(destination, times.data());
 }
 
-// Puts the source's bytes into the empty file. The digest, of what was read from the source, only where it is needed.
-tl::expected<Sha256::Digest, std::error_code> transfer(const SourceFile &source, Writer &writer, Proof proof,
-                                                       ChunkPipeline &pipeline, const FileOperations &files)
+// Syncs once, since after a failed sync a second one may well claim success. Closing another descriptor of the file
+// asks for the errors that some file systems keep for that; the file stays open, and its lock held.
+std::error_code makeLasting(int fd, const FileOperations &files)
 {
-    const bool cloned = source.size() > 0 && files.clone(writer.fd(), source.fd()) == 0;
-    Sha256 hash;
-    std::vector<ChunkPipeline::Step> steps;
-    if (proof == Proof::bytes) {
-        steps.emplace_back([&hash](const Chunk &chunk) {
-            hash.update(chunk.bytes);
-            return std::error_code();
-        });
+    if (files.sync(fd) != 0) {
+        return lastError();
     }
-    if (!cloned) {
-        steps.emplace_back([&writer](const Chunk &chunk) { return writer.write(chunk); });
-    }
-    if (!steps.empty()) {
-        const auto read = [&source](std::span<std::byte> buffer, std::int64_t offset) {
-            return source.read(buffer, offset);
-        };
-        if (const std::error_code error = pipeline.run(source.size(), read, steps)) {
-            return tl::unexpected(error);
-        }
-    }
-    if (const std::error_code error = cloned ? std::error_code() : writer.setLength()) {
-        return tl::unexpected(error);
-    }
-    return hash.finish();
+    const int other = ::fcntl(fd, F_DUPFD_CLOEXEC, 0);
+    return other < 0 || files.close(other) != 0 ? lastError() : std::error_code();
 }
 
-// What the medium holds. The page cache is told to forget the file, which is synced and so can be forgotten, and direct
-// reading then passes it by; either is enough, and few file systems have neither. One in memory (tmpfs) is such a one:
-// there the memory is the medium. What a drive keeps in a cache of its own is out of anyone's reach.
+// Digest of the bytes that the medium holds. The page cache is told to forget the file, which has no unwritten bytes
+// and so can be forgotten, and direct reading then passes it by; either is enough, and few file systems have neither.
+// One in memory (tmpfs) is such a one: there the memory is the medium. A drive's own cache is out of anyone's reach.
 tl::expected<Sha256::Digest, std::error_code> digestOnMedium(int fd, std::int64_t size, ChunkPipeline &pipeline,
                                                              const FileOperations &files)
 {
@@ -204,20 +175,50 @@ tl::expected<Sha256::Digest, std::error_code> digestOnMedium(int fd, std::int64_
 
 } // namespace
 
-bool FinishedCopy::isInPlace() const
+bool FinishedCopy::isInPlace(const FileOperations &files) const
 {
     struct stat status
     {};
-    return ::lstat(destination.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_dev == device &&
+    return files.lstat(destination.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_dev == device &&
            status.st_size == size;
 }
 
-tl::expected<FinishedCopy, CopyFault> copyFile(const std::filesystem::path &sourcePath,
-                                               const std::filesystem::path &sourceFolder,
-                                               DestinationFolder &destination, Proof proof, ChunkPipeline &pipeline,
-                                               const FileOperations &files)
+// Puts the source's bytes into the empty file.
+std::error_code FileCopier::transfer(const SourceFile &source, int destination)
 {
-    const auto source = SourceFile::open(sourcePath, sourceFolder, files);
+    if (source.size() > 0 && m_files->clone(destination, source.fd()) == 0) {
+        return {};
+    }
+    Writer writer(destination, source.isSparse(), source.size(), *m_files);
+    const auto read = [&source](std::span<std::byte> buffer, std::int64_t offset) {
+        return source.read(buffer, offset);
+    };
+    const auto write = [&writer](const Chunk &chunk) { return writer.write(chunk); };
+    const std::error_code error = m_pipeline.run(source.size(), read, {write});
+    return error ? error : writer.setLength();
+}
+
+// The source is read anew, so that a wrong byte which a reader, a cable or the memory delivered once is noticed.
+tl::expected<bool, std::error_code> FileCopier::haveSameBytes(const SourceFile &source, int copy)
+{
+    // Both at once, as they mostly lie on two devices: this takes no longer than the slower of them. A small file isn't
+    // worth a thread.
+    const bool isLarge = source.size() > static_cast<std::int64_t>(ChunkPipeline::chunkSize);
+    auto sourceDigest = std::async(isLarge ? std::launch::async : std::launch::deferred, [&] {
+        return digestOnMedium(source.fd(), source.size(), m_sourcePipeline, *m_files);
+    });
+    const auto copyDigest = digestOnMedium(copy, source.size(), m_pipeline, *m_files);
+    const auto expected = sourceDigest.get();
+    if (!expected || !copyDigest) {
+        return tl::unexpected(expected ? copyDigest.error() : expected.error());
+    }
+    return *copyDigest == *expected;
+}
+
+tl::expected<FinishedCopy, CopyFault> FileCopier::copy(const std::filesystem::path &sourcePath,
+                                                       DestinationFolder &destination, Proof proof)
+{
+    const auto source = SourceFile::open(sourcePath, *m_files);
     if (!source) {
         return source.error() == std::errc::operation_not_permitted ? notClean() : fault(source.error());
     }
@@ -225,18 +226,11 @@ tl::expected<FinishedCopy, CopyFault> copyFile(const std::filesystem::path &sour
     if (!temporary) {
         return fault(temporary.error());
     }
-    FileDescriptor writing(
-        files.open(destination.fd(), temporary->name().c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC, 0));
-    if (!writing) {
-        return fault(lastError());
+    if (const std::error_code error = transfer(*source, temporary->fd())) {
+        return fault(error);
     }
-    Writer writer(std::move(writing), source->isSparse(), source->size(), files);
-    const auto expected = transfer(*source, writer, proof, pipeline, files);
-    if (!expected) {
-        return fault(expected.error());
-    }
-    copyAttributes(*source, writer.fd());
-    if (const std::error_code error = writer.finish()) {
+    copyAttributes(*source, temporary->fd(), *m_files);
+    if (const std::error_code error = makeLasting(temporary->fd(), *m_files)) {
         return fault(error);
     }
 
@@ -248,23 +242,33 @@ tl::expected<FinishedCopy, CopyFault> copyFile(const std::filesystem::path &sour
     if (written.st_size != source->size()) {
         return notClean();
     }
+    std::error_code unjudged;
     if (proof == Proof::bytes) {
-        const auto actual = digestOnMedium(temporary->fd(), source->size(), pipeline, files);
-        if (!actual) {
-            return fault(actual.error());
-        }
-        if (*actual != *expected) {
+        const auto same = haveSameBytes(*source, temporary->fd());
+        unjudged = same ? std::error_code() : same.error();
+        if (same && !*same) {
             return notClean();
         }
     }
-    if (!source->isUnchanged()) {
+    if (!unjudged && !source->isUnchanged()) {
         return notClean();
     }
     auto placed = destination.place(*temporary, sourcePath.filename().native());
-    if (!placed) {
-        return fault(placed.error());
+    if (unjudged || !placed) {
+        return fault(unjudged ? unjudged : placed.error());
     }
     return FinishedCopy{std::move(*placed), source->entry(), written.st_dev, written.st_size};
+}
+
+bool FileCopier::isStillEqual(const std::filesystem::path &sourcePath, const FinishedCopy &copy)
+{
+    const auto source = SourceFile::open(sourcePath, *m_files);
+    const FileDescriptor destination(
+        m_files->open(AT_FDCWD, copy.destination.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC, 0));
+    if (!source || !destination || !copy.isInPlace(*m_files) || source->size() != copy.size) {
+        return false;
+    }
+    return haveSameBytes(*source, destination.get()).value_or(false) && source->isUnchanged();
 }
 
 } // namespace larkspan

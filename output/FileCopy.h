@@ -27,20 +27,38 @@ struct FinishedCopy
     std::int64_t size = 0;
 
     // Whether the path still leads to the copy: the destination may have been unmounted under our hands.
-    bool isInPlace() const;
+    bool isInPlace(const FileOperations &files) const;
 };
 
-// The copy is not the source: the bytes differ, or the source changed meanwhile, or it was no file of the shoot.
+// The copy is not the source: the bytes differ, or the source changed meanwhile, or it was no regular file.
 struct NotClean
 {};
 using CopyFault = std::variant<NotClean, std::error_code>;
 
-// Copies one file into the folder, under its own name or the next one that is free. Content, times, permissions and
-// extended attributes are kept, and synced before the copy is judged; the name lasts once the folder is synced as well.
-// Whatever goes wrong, nothing of the copy stays.
-[[nodiscard]] tl::expected<FinishedCopy, CopyFault> copyFile(const std::filesystem::path &source,
-                                                             const std::filesystem::path &sourceFolder,
-                                                             DestinationFolder &destination, Proof proof,
-                                                             ChunkPipeline &pipeline, const FileOperations &files);
+// Copies files and compares copies with their sources, one file at a time. Holds the memory that this takes; the file
+// operations must outlive it.
+class FileCopier
+{
+public:
+    explicit FileCopier(const FileOperations &files) : m_files(&files) {}
+
+    // Copies one file into the folder, under its own name or the next one that is free; of a link, the file that it
+    // leads to. Content, times, permissions and extended attributes are kept, and synced before the copy is judged; the
+    // name lasts once the folder is synced as well. Nothing stays of a copy that failed, with one exception: a complete
+    // copy gets its name although an error ended the comparison, since the source may be failing and not be read again.
+    [[nodiscard]] tl::expected<FinishedCopy, CopyFault> copy(const std::filesystem::path &source,
+                                                             DestinationFolder &destination, Proof proof);
+
+    // Whether the file at the path has the bytes of a copy, as both media give them now. An error counts as no.
+    [[nodiscard]] bool isStillEqual(const std::filesystem::path &source, const FinishedCopy &copy);
+
+private:
+    std::error_code transfer(const SourceFile &source, int destination);
+    tl::expected<bool, std::error_code> haveSameBytes(const SourceFile &source, int copy);
+
+    const FileOperations *m_files;
+    ChunkPipeline m_pipeline;
+    ChunkPipeline m_sourcePipeline; // for a source that is read while its copy is
+};
 
 } // namespace larkspan

@@ -20,6 +20,11 @@ int FileOperations::open(int folder, const char *path, int flags, mode_t mode) c
     return ::openat(folder, path, flags, mode);
 }
 
+int FileOperations::makeFolder(const char *path, mode_t mode) const
+{
+    return ::mkdir(path, mode);
+}
+
 ssize_t FileOperations::read(int fd, void *data, std::size_t size, off_t offset) const
 {
     return ::pread(fd, data, size, offset);
@@ -35,6 +40,16 @@ int FileOperations::clone(int destination, int source) const
     return ::ioctl(destination, FICLONE, source);
 }
 
+int FileOperations::truncate(int fd, off_t size) const
+{
+    return ::ftruncate(fd, size);
+}
+
+int FileOperations::chmod(int fd, mode_t mode) const
+{
+    return ::fchmod(fd, mode);
+}
+
 int FileOperations::sync(int fd) const
 {
     return ::fsync(fd);
@@ -43,6 +58,16 @@ int FileOperations::sync(int fd) const
 int FileOperations::close(int fd) const
 {
     return ::close(fd);
+}
+
+int FileOperations::lstat(const char *path, struct stat *status) const
+{
+    return ::lstat(path, status);
+}
+
+int FileOperations::statvfs(const char *path, struct statvfs *volume) const
+{
+    return ::statvfs(path, volume);
 }
 
 int FileOperations::renameWithoutClobbering(int folder, const char *from, const char *to) const

@@ -18,16 +18,30 @@ QString text(const InsufficientSpace &error)
                                                                                   byteCountText(error.available));
 }
 
-QString text(const VerificationFailed &error)
+// The first three names, and dots if there are more.
+QString namesOf(const std::vector<FileUrl> &files)
 {
     constexpr std::size_t shown = 3;
-    const std::size_t count = error.sources.size();
     QStringList names;
-    for (std::size_t i = 0; i < std::min(count, shown); ++i) {
-        names += error.sources[i].lastPathComponent();
+    for (const FileUrl &file : std::span(files).first(std::min(files.size(), shown))) {
+        names += file.lastPathComponent();
     }
+    return names.join(u", "_s) + (files.size() > shown ? u", …"_s : u""_s);
+}
+
+QString text(const VerificationFailed &error)
+{
+    const std::size_t count = error.sources.size();
     return QString::number(count) + u" file"_s + (count == 1 ? u""_s : u"s"_s) + u" didn't copy cleanly ("_s +
-           names.join(u", "_s) + (count > shown ? u", …"_s : u""_s) + u") — nothing was deleted from the source."_s;
+           namesOf(error.sources) + u") — nothing was deleted from the source."_s;
+}
+
+QString text(const LinkedSources &error)
+{
+    const std::size_t count = error.sources.size();
+    return QString::number(count) +
+           (count == 1 ? u" file is a link out of this folder"_s : u" files are links out of this folder"_s) + u" ("_s +
+           namesOf(error.sources) + u"), and only footage that lies in it can be moved — copy it instead."_s;
 }
 
 QString text(const SourceMissing &error)

@@ -33,6 +33,13 @@ struct SourceMissing
     friend bool operator==(const SourceMissing &, const SourceMissing &) = default;
 };
 
+// These sources are links to files outside the shoot, which a move would leave where they are. Nothing was copied.
+struct LinkedSources
+{
+    std::vector<FileUrl> sources;
+    friend bool operator==(const LinkedSources &, const LinkedSources &) = default;
+};
+
 // The system refused something that was needed for this file or folder.
 struct SystemFailure
 {
@@ -44,7 +51,7 @@ struct SystemFailure
 // Why an import stopped.
 struct ImportError
 {
-    std::variant<InsufficientSpace, VerificationFailed, SourceMissing, SystemFailure> reason;
+    std::variant<InsufficientSpace, VerificationFailed, SourceMissing, LinkedSources, SystemFailure> reason;
 
     // The text that people read.
     [[nodiscard]] QString description() const;

@@ -27,7 +27,8 @@ std::int64_t fileSize(const FileUrl &url)
 }
 
 // Files that can't be read count as nothing here, and a volume that tells no capacity as boundless.
-tl::expected<void, ImportError> checkFreeSpace(std::span<const FileUrl> urls, const FileUrl &destination)
+tl::expected<void, ImportError> checkFreeSpace(std::span<const FileUrl> urls, const FileUrl &destination,
+                                               const FileOperations &files)
 {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
     std::int64_t needed = 0;
@@ -37,7 +38,7 @@ tl::expected<void, ImportError> checkFreeSpace(std::span<const FileUrl> urls, co
     std::int64_t available = most;
     struct statvfs volume
     {};
-    if (::statvfs(destination.path().c_str(), &volume) == 0) {
+    if (files.statvfs(destination.path().c_str(), &volume) == 0 && volume.f_blocks > 0) {
         const auto blocks = static_cast<std::uint64_t>(most) / std::max<std::uint64_t>(volume.f_frsize, 1);
         available = static_cast<std::int64_t>(std::min<std::uint64_t>(volume.f_bavail, blocks) * volume.f_frsize);
     }
@@ -54,7 +55,7 @@ bool exists(const FileUrl &url)
     return ::stat(url.path().c_str(), &status) == 0;
 }
 
-// The deepest folder that all files lie in: what links may not lead out of.
+// The deepest folder that all files lie in.
 fs::path commonFolder(std::span<const FileUrl> urls)
 {
     fs::path common = urls.empty() ? fs::path() : urls.front().path().parent_path();
@@ -64,6 +65,33 @@ fs::path commonFolder(std::span<const FileUrl> urls)
         common = std::accumulate(common.begin(), end, fs::path(), std::divides());
     }
     return common.empty() ? fs::path(".") : common;
+}
+
+bool liesBeneath(const fs::path &path, const fs::path &folder)
+{
+    const auto [end, rest] = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
+    return end == folder.end() && rest != path.end();
+}
+
+// Links to files outside the folder that holds all clips. Removing such a link frees nothing and leaves its file
+// behind, so a move isn't what an editor would take it for.
+std::vector<FileUrl> linksOutOfTheShoot(std::span<const FileUrl> urls)
+{
+    std::error_code ignored; // what leads nowhere fails by itself
+    const fs::path shoot = fs::canonical(commonFolder(urls), ignored);
+    std::vector<FileUrl> links;
+    std::ranges::copy_if(urls, std::back_inserter(links), [&](const FileUrl &url) {
+        const fs::path target = fs::canonical(url.path(), ignored);
+        return !ignored && !liesBeneath(target, shoot);
+    });
+    return links;
+}
+
+// Where a copied card's folder is made.
+fs::path folderAbove(const fs::path &folder)
+{
+    const fs::path above = (folder.has_filename() ? folder : folder.parent_path()).parent_path();
+    return above.empty() ? fs::path(".") : above;
 }
 
 ImportError importError(const FileUrl &source, const CopyFault &fault)
@@ -79,12 +107,14 @@ ImportError importError(const FileUrl &source, const CopyFault &fault)
 
 // Removes the sources of finished copies. Each must still be what was copied, as of now: a file that was changed or
 // exchanged since has no copy. Removing one name of a file changes the file's other names, which is no reason to keep
-// those.
-void removeSources(std::span<const std::pair<FileUrl, FinishedCopy>> copies, const FileOperations &files)
+// those. Some file systems number a file anew whenever it is looked up, those of cards among them: where nothing but
+// the number differs the bytes decide.
+void removeSources(std::span<const std::pair<FileUrl, FinishedCopy>> copies, FileCopier &copier,
+                   const FileOperations &files)
 {
     std::set<std::pair<dev_t, ino_t>> touched;
     for (const auto &[url, copy] : copies) {
-        const auto now = FileIdentity::at(url.path());
+        const auto now = FileIdentity::at(url.path(), files);
         if (!now) {
             continue;
         }
@@ -92,7 +122,11 @@ void removeSources(std::span<const std::pair<FileUrl, FinishedCopy>> copies, con
         if (touched.contains({now->device, now->inode})) {
             copied.changed = now->changed;
         }
-        if (*now == copied && files.remove(AT_FDCWD, url.path().c_str()) == 0) {
+        const bool isRenumbered = std::exchange(copied.inode, now->inode) != now->inode;
+        if (*now != copied || (isRenumbered && !copier.isStillEqual(url.path(), copy))) {
+            continue;
+        }
+        if (files.remove(AT_FDCWD, url.path().c_str()) == 0) {
             touched.emplace(now->device, now->inode);
         }
     }
@@ -140,16 +174,16 @@ MediaImporter::CopyAnswer MediaImporter::copyFiles(std::span<const FileUrl> urls
                                                    VerifyLevel verify, const ProgressCallback &progress,
                                                    const std::stop_token &stop, const FileOperations &files)
 {
+    clearInterruptedRuns(folderAbove(destination.path()), files);
     auto folder = DestinationFolder::open(destination.path(), files);
     if (!folder) {
         return tl::unexpected(ImportError{SystemFailure{destination, folder.error()}});
     }
-    if (const auto space = checkFreeSpace(urls, destination); !space) {
+    if (const auto space = checkFreeSpace(urls, destination, files); !space) {
         return tl::unexpected(space.error());
     }
-    const fs::path sourceFolder = commonFolder(urls);
     const Proof proof = verify == VerifyLevel::checksum ? Proof::bytes : Proof::size;
-    ChunkPipeline pipeline;
+    FileCopier copier(files);
     std::vector<CopyResult> results;
     std::optional<ImportError> failure;
     for (const FileUrl &url : urls) {
@@ -160,8 +194,8 @@ MediaImporter::CopyAnswer MediaImporter::copyFiles(std::span<const FileUrl> urls
             failure = ImportError{SourceMissing{url}};
             break;
         }
-        const auto copy = copyFile(url.path(), sourceFolder, *folder, proof, pipeline, files);
-        if (!copy || !copy->isInPlace()) {
+        const auto copy = copier.copy(url.path(), *folder, proof);
+        if (!copy || !copy->isInPlace(files)) {
             failure = importError(url, copy ? NotClean{} : copy.error());
             break;
         }
@@ -185,12 +219,15 @@ MediaImporter::OrganizeAnswer MediaImporter::organizeByBin(std::span<const ClipT
 {
     std::vector<FileUrl> urls;
     std::ranges::transform(clips, std::back_inserter(urls), &ClipToOrganize::url);
-    if (const auto space = checkFreeSpace(urls, root); !space) {
+    if (const auto space = checkFreeSpace(urls, root, files); !space) {
         return tl::unexpected(space.error());
     }
-    const fs::path sourceFolder = commonFolder(urls);
+    if (auto links = deleteSources ? linksOutOfTheShoot(urls) : std::vector<FileUrl>(); !links.empty()) {
+        return tl::unexpected(ImportError{LinkedSources{std::move(links)}});
+    }
+    clearInterruptedRuns(root.path(), files);
     const Proof proof = verify == VerifyLevel::checksum || deleteSources ? Proof::bytes : Proof::size;
-    ChunkPipeline pipeline;
+    FileCopier copier(files);
     BinFolders folders(root.path(), files);
 
     struct Outcome
@@ -206,7 +243,7 @@ MediaImporter::OrganizeAnswer MediaImporter::organizeByBin(std::span<const ClipT
         Outcome &outcome = outcomes.emplace_back();
         DestinationFolder *const folder = exists(clip.url) ? folders.folder(clip.primaryBin) : nullptr;
         if (folder != nullptr) {
-            auto copy = copyFile(clip.url.path(), sourceFolder, *folder, proof, pipeline, files);
+            auto copy = copier.copy(clip.url.path(), *folder, proof);
             outcome.folder = folder;
             outcome.copy = copy ? std::optional(std::move(*copy)) : std::nullopt;
         }
@@ -219,7 +256,7 @@ MediaImporter::OrganizeAnswer MediaImporter::organizeByBin(std::span<const ClipT
     std::vector<FileUrl> failed;
     for (std::size_t i = 0; i < outcomes.size(); ++i) {
         const auto &[folder, copy] = outcomes[i];
-        if (!copy || unsynced.contains(folder) || !copy->isInPlace()) {
+        if (!copy || unsynced.contains(folder) || !copy->isInPlace(files)) {
             failed.push_back(clips[i].url);
             continue;
         }
@@ -230,7 +267,7 @@ MediaImporter::OrganizeAnswer MediaImporter::organizeByBin(std::span<const ClipT
         return tl::unexpected(ImportError{VerificationFailed{failed}});
     }
     if (deleteSources) {
-        removeSources(copied, files);
+        removeSources(copied, copier, files);
     }
     return destinations;
 }

@@ -11,12 +11,6 @@ namespace larkspan {
 
 namespace {
 
-bool liesBeneath(const std::filesystem::path &path, const std::filesystem::path &folder)
-{
-    const auto [end, rest] = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
-    return end == folder.end() && rest != path.end();
-}
-
 int openForReading(const std::filesystem::path &path, const FileOperations &files)
 {
     // Never waits on a FIFO, and leaves the time of access alone where the file is the user's own.
@@ -80,32 +74,31 @@ FileIdentity FileIdentity::of(const struct stat &status)
             {status.st_ctim.tv_sec, status.st_ctim.tv_nsec}};
 }
 
-tl::expected<FileIdentity, std::error_code> FileIdentity::at(const std::filesystem::path &path)
+tl::expected<FileIdentity, std::error_code> FileIdentity::at(const std::filesystem::path &path,
+                                                             const FileOperations &files)
 {
     struct stat status
     {};
-    if (::lstat(path.c_str(), &status) != 0) {
+    if (files.lstat(path.c_str(), &status) != 0) {
         return tl::unexpected(lastError());
     }
     return of(status);
 }
 
 tl::expected<SourceFile, std::error_code> SourceFile::open(const std::filesystem::path &path,
-                                                           const std::filesystem::path &folder,
                                                            const FileOperations &files)
 {
-    const auto entry = FileIdentity::at(path);
+    const auto entry = FileIdentity::at(path, files);
     if (!entry) {
         return tl::unexpected(entry.error());
     }
     std::error_code error;
     const auto resolved = std::filesystem::canonical(path, error);
-    const auto resolvedFolder = error ? std::filesystem::path() : std::filesystem::canonical(folder, error);
     if (error) {
         return tl::unexpected(error);
     }
     // Opening a device or a pipe may do things of its own, so it is asked first.
-    if (!liesBeneath(resolved, resolvedFolder) || !std::filesystem::is_regular_file(resolved, error)) {
+    if (!std::filesystem::is_regular_file(resolved, error)) {
         return tl::unexpected(std::make_error_code(std::errc::operation_not_permitted));
     }
 
@@ -131,7 +124,7 @@ bool SourceFile::isUnchanged() const
     struct stat now
     {};
     return ::fstat(fd(), &now) == 0 && FileIdentity::of(now) == FileIdentity::of(m_status) &&
-           FileIdentity::at(m_path) == m_entry;
+           FileIdentity::at(m_path, *m_files) == m_entry;
 }
 
 tl::expected<std::size_t, std::error_code> SourceFile::read(std::span<std::byte> buffer, std::int64_t offset) const

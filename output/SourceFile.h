@@ -26,20 +26,19 @@ struct FileIdentity
 
     static FileIdentity of(const struct stat &status);
     // Of what stands at the path itself, a link if it is one.
-    static tl::expected<FileIdentity, std::error_code> at(const std::filesystem::path &path);
+    static tl::expected<FileIdentity, std::error_code> at(const std::filesystem::path &path,
+                                                          const FileOperations &files);
 
     friend bool operator==(const FileIdentity &, const FileIdentity &) = default;
 };
 
-// A file of the shoot, open for reading. Reads past the page cache where the file system lets it: footage is read once,
-// and shouldn't push everything else out of memory.
+// A file of the shoot, open for reading. Reads past the page cache where the file system lets it: footage shouldn't
+// push everything else out of memory.
 class SourceFile
 {
 public:
-    // Opens a regular file that lies in the folder, links resolved; for anything else the answer is
-    // operation_not_permitted, since what is reached through a link out of the shoot isn't the shoot's.
+    // Opens a regular file, or the one that a link leads to; for anything else the answer is operation_not_permitted.
     static tl::expected<SourceFile, std::error_code> open(const std::filesystem::path &path,
-                                                          const std::filesystem::path &folder,
                                                           const FileOperations &files);
 
     int fd() const { return m_fd.get(); }

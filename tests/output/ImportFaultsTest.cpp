@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -109,6 +110,20 @@ private:
     Fault m_fault;
 };
 
+// Damages the nth reading of the large clip, counted from 1.
+FaultyReading faultInReading(int reading, FaultyReading::Fault fault)
+{
+    const auto readings = std::make_shared<std::atomic<int>>(0);
+    return {"large.mov",
+            [=](void *data, ssize_t count) { return ++*readings == reading ? fault(data, count) : count; }};
+}
+
+ssize_t flipABit(void *data, ssize_t count)
+{
+    static_cast<char *>(data)[100] ^= 1;
+    return count;
+}
+
 } // namespace
 
 TEST_F(ImportFaults, AReadErrorInTheMiddleOfASourceFailsTheCopy)
@@ -118,11 +133,23 @@ TEST_F(ImportFaults, AReadErrorInTheMiddleOfASourceFailsTheCopy)
     expectMoveFails(files, {urls[0]});
 }
 
-TEST_F(ImportFaults, AReadErrorOnReadingBackFailsTheCopy)
+TEST_F(ImportFaults, AReadErrorOnReadingBackFailsTheCopyAndLeavesItUnproven)
 {
     const FaultyReading files(".partial", [](void *, ssize_t) { return failing(EIO); });
-    expectSystemFailure(files, EIO);
+    EXPECT_EQ(copyFiles(urls, root, VerifyLevel::checksum, files),
+              tl::unexpected(ImportError{SystemFailure{urls[0], std::make_error_code(std::errc::io_error)}}));
+    EXPECT_THAT(filesBeneath(root), ElementsAre(Pair("large.mov", large)));
     expectMoveFails(files, {urls[0]});
+}
+
+TEST_F(ImportFaults, ACardThatDiesAfterItsFileWasCopiedLeavesTheWholeCopy)
+{
+    const auto die = [](void *, ssize_t) { return failing(EIO); };
+    EXPECT_EQ(copyFiles(urls, root, VerifyLevel::checksum, faultInReading(2, die)),
+              tl::unexpected(ImportError{SystemFailure{urls[0], std::make_error_code(std::errc::io_error)}}));
+    EXPECT_THAT(filesBeneath(root), ElementsAre(Pair("large.mov", large)));
+    expectMoveFails(faultInReading(2, die), {urls[0]});
+    EXPECT_THAT(namesBeneath(root), ElementsAre("Kitchen/large.mov", "Pool/small.mov", "large.mov"));
 }
 
 TEST_F(ImportFaults, ShortAndInterruptedReadsAndWritesStillGiveAWholeCopy)
@@ -268,12 +295,24 @@ TEST_F(ImportFaults, AByteFlippedOnTheWayToTheDiskIsCaughtByChecksumAndByEveryRu
     expectMoveFails(Flipping(), {urls[0]}, VerifyLevel::checksum);
 }
 
+TEST_F(ImportFaults, AWrongByteInOneReadingOfTheSourceIsCaughtByChecksumAndByEveryRunThatDeletes)
+{
+    for (const int reading : {1, 2}) {
+        SCOPED_TRACE(reading);
+        EXPECT_EQ(copyFiles(urls, root, VerifyLevel::checksum, faultInReading(reading, flipABit)),
+                  tl::unexpected(ImportError{VerificationFailed{{urls[0]}}}));
+        EXPECT_THAT(namesBeneath(root), IsEmpty()) << "the bad copy is gone";
+        EXPECT_EQ(copyByBin(clips, root, VerifyLevel::checksum, faultInReading(reading, flipABit)),
+                  tl::unexpected(ImportError{VerificationFailed{{urls[0]}}}));
+        expectMoveFails(faultInReading(reading, flipABit), {urls[0]}, VerifyLevel::sizeOnly);
+        expectMoveFails(faultInReading(reading, flipABit), {urls[0]}, VerifyLevel::checksum);
+        fs::remove_all(root);
+    }
+}
+
 TEST_F(ImportFaults, AByteThatTheMediumGivesBackWrongIsCaught)
 {
-    const FaultyReading files(".partial", [](void *data, ssize_t count) {
-        static_cast<char *>(data)[100] ^= 1;
-        return count;
-    });
+    const FaultyReading files(".partial", flipABit);
     EXPECT_EQ(copyFiles(urls, root, VerifyLevel::checksum, files),
               tl::unexpected(ImportError{VerificationFailed{{urls[0]}}}));
     expectMoveFails(files, {urls[0]});
@@ -340,6 +379,136 @@ TEST_F(ImportFaults, ASourceExchangedAfterItsCopyIsNotDeleted)
     EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, exchange, {}));
     EXPECT_THAT(filesBeneath(folder / "card"), ElementsAre(Pair("large.mov", "another take")));
     EXPECT_EQ(contentOf(root / "Kitchen/large.mov"), large);
+}
+
+namespace {
+
+// A card's file system: what a path leads to has another number once `renumber` was called, and the time of a change is
+// that of the content, of which a test says that it stays.
+class Renumbering : public FileOperations
+{
+public:
+    void renumber() { ++m_offset; }
+    int lstat(const char *path, struct stat *status) const override
+    {
+        const int result = FileOperations::lstat(path, status);
+        status->st_ino += m_offset;
+        status->st_mtim = status->st_ctim = {};
+        return result;
+    }
+
+private:
+    ino_t m_offset = 0;
+};
+
+} // namespace
+
+TEST_F(ImportFaults, AMoveRemovesSourcesThatTheFileSystemRenumberedMeanwhile)
+{
+    Renumbering files;
+    const auto renumber = [&](int, int) { files.renumber(); };
+    ASSERT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, renumber, {}, files));
+    expectMovedWhole();
+}
+
+TEST_F(ImportFaults, ARenumberedSourceStaysWhenItsBytesAreNoLongerThoseOfItsCopy)
+{
+    Renumbering files;
+    const std::string other = footage(3, large.size());
+    const auto exchange = [&](int done, int) {
+        if (done == 1) {
+            files.renumber();
+            writeContent(folder / "card/large.mov", other);
+        }
+    };
+    EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, exchange, {}, files));
+    EXPECT_EQ(filesBeneath(folder / "card"), (std::map<std::string, std::string>{{"large.mov", other}}));
+    EXPECT_EQ(contentOf(root / "Kitchen/large.mov"), large);
+}
+
+TEST_F(ImportFaults, ARenumberedSourceStaysWhenItOrItsCopyCannotBeReadAgain)
+{
+    for (const std::string unreadable : {"card/large.mov", "Kitchen/large.mov"}) {
+        SCOPED_TRACE(unreadable);
+        class Unreadable : public Renumbering
+        {
+        public:
+            explicit Unreadable(std::string end) : m_end(std::move(end)) {}
+            void fail() { m_failing = true; }
+            ssize_t read(int fd, void *data, std::size_t size, off_t offset) const override
+            {
+                return m_failing && pathOf(fd).ends_with(m_end) ? failing(EIO)
+                                                                : FileOperations::read(fd, data, size, offset);
+            }
+
+        private:
+            std::string m_end;
+            std::atomic<bool> m_failing = false;
+        };
+        Unreadable files(unreadable);
+        const auto renumber = [&](int done, int) {
+            if (done == 2) {
+                files.renumber();
+                files.fail();
+            }
+        };
+        fs::remove_all(root);
+        folder.write("card/small.mov", small);
+        EXPECT_TRUE(
+            MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, renumber, {}, files));
+        EXPECT_EQ(filesBeneath(folder / "card"), (std::map<std::string, std::string>{{"large.mov", large}}));
+    }
+}
+
+TEST_F(ImportFaults, AVolumeThatTellsNoCapacityIsBoundlessAndAFullOneIsNot)
+{
+    class Untold : public FileOperations
+    {
+    public:
+        explicit Untold(fsblkcnt_t blocks) : m_blocks(blocks) {}
+        int statvfs(const char *, struct statvfs *volume) const override
+        {
+            *volume = {};
+            volume->f_frsize = 4096;
+            volume->f_blocks = m_blocks;
+            return 0;
+        }
+
+    private:
+        fsblkcnt_t m_blocks;
+    };
+    const auto size = static_cast<std::int64_t>(large.size() + small.size());
+    EXPECT_EQ(copyFiles(urls, root, VerifyLevel::checksum, Untold(1)),
+              tl::unexpected(ImportError{InsufficientSpace{size, 0}}));
+    EXPECT_TRUE(copyFiles(urls, root, VerifyLevel::checksum, Untold(0)));
+    ASSERT_TRUE(moveByBin(clips, folder / "moved", VerifyLevel::checksum, Untold(0)));
+    EXPECT_THAT(namesBeneath(folder / "moved"), ElementsAre("Kitchen/large.mov", "Pool/small.mov"));
+}
+
+TEST_F(ImportFaults, OnAShareThatLetsOnlyTheHolderOfTheLockReadAndWriteACopyIsWhole)
+{
+    // As SMB does with a lock on a file: it binds whoever opened the file another time, in the same process too.
+    class Share : public FileOperations
+    {
+    public:
+        ssize_t read(int fd, void *data, std::size_t size, off_t offset) const override
+        {
+            return isLockedOut(fd) ? failing(EACCES) : FileOperations::read(fd, data, size, offset);
+        }
+        ssize_t write(int fd, const void *data, std::size_t size, off_t offset) const override
+        {
+            return isLockedOut(fd) ? failing(EACCES) : FileOperations::write(fd, data, size, offset);
+        }
+
+    private:
+        static bool isLockedOut(int fd)
+        {
+            // Taking a lock anew that one holds does nothing.
+            return pathOf(fd).ends_with(".partial") && ::flock(fd, LOCK_EX | LOCK_NB) != 0;
+        }
+    };
+    ASSERT_TRUE(moveByBin(clips, root, VerifyLevel::checksum, Share()));
+    expectMovedWhole();
 }
 
 TEST_F(ImportFaults, ADestinationFolderThatBecomesAFileDuringTheRunDeletesNothing)

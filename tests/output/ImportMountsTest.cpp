@@ -246,3 +246,35 @@ TEST(ImportMounts, OnACardsFileSystemNamesThatDifferOnlyInCaseEndApart)
     EXPECT_THAT(namesBeneath(mount.path() / "root"),
                 ElementsAre("Kitchen/CLIP 2.MOV", "Kitchen/clip.mov", "Kitchen/large.mov", "Pool/small.mov"));
 }
+
+TEST(ImportMounts, OnACardsFileSystemAMoveRemovesASourceWithAnotherNumberOnlyIfItsBytesAreTheSame)
+{
+    const Mount mount(Mount::Kind::exfat, 64 * megabyte);
+    REQUIRE_MOUNTED(mount);
+    const TempFolder folder;
+    const auto lay = [&](const std::string &name, const std::string &content) {
+        // Written elsewhere first, so that the path leads to a new file of the old size and date.
+        const fs::path fresh = mount.path() / "fresh";
+        writeContent(fresh, content);
+        const std::array times{timespec{.tv_sec = 1'500'000'000}, timespec{.tv_sec = 1'500'000'000}};
+        EXPECT_EQ(::utimensat(AT_FDCWD, fresh.c_str(), times.data(), 0), 0);
+        fs::rename(fresh, mount.path() / name);
+        struct stat status
+        {};
+        EXPECT_EQ(::stat((mount.path() / name).c_str(), &status), 0);
+        return status.st_ino;
+    };
+    const ino_t before = lay("same.mov", "bytes");
+    lay("other.mov", "bytes");
+    const std::vector clips{clipIn(mount.path() / "same.mov", u"A"_s), clipIn(mount.path() / "other.mov", u"A"_s)};
+    const auto layAgain = [&](int done, int) {
+        if (done == 2) {
+            EXPECT_NE(lay("same.mov", "bytes"), before);
+            lay("other.mov", "BYTES");
+        }
+    };
+    EXPECT_TRUE(
+        MediaImporter::organizeByBin(clips, FileUrl(folder / "root"), true, VerifyLevel::sizeOnly, layAgain, {}));
+    EXPECT_THAT(filesBeneath(mount.path()), ElementsAre(Pair("other.mov", "BYTES")));
+    EXPECT_THAT(filesBeneath(folder / "root"), ElementsAre(Pair("A/other.mov", "bytes"), Pair("A/same.mov", "bytes")));
+}

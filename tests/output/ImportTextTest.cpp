@@ -74,6 +74,17 @@ TEST(ImportError, OneFailedFileIsSingular)
     EXPECT_EQ(failureOf({"a.mov"}), u"1 file didn't copy cleanly (a.mov) — nothing was deleted from the source."_s);
 }
 
+TEST(ImportError, LinksThatAMoveRefusesAreNamedWithTheWayOut)
+{
+    const FileUrl link("/shoot/a.mov");
+    EXPECT_EQ(
+        (ImportError{LinkedSources{{link}}}.description()),
+        u"1 file is a link out of this folder (a.mov), and only footage that lies in it can be moved — copy it instead."_s);
+    EXPECT_EQ((ImportError{LinkedSources{{link, link, link, link}}}.description()),
+              u"4 files are links out of this folder (a.mov, a.mov, a.mov, …), and only footage that lies in it can be "
+              "moved — copy it instead."_s);
+}
+
 TEST(ImportError, AMissingSourceIsNamed)
 {
     EXPECT_EQ((ImportError{SourceMissing{FileUrl("/card/C0042.MP4")}}.description()),

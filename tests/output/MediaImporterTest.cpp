@@ -334,16 +334,37 @@ TEST(MediaImporter, HardAndSymbolicLinksToOneFileAreEachCopiedWholeAndAllGoInAMo
     EXPECT_TRUE(fs::is_empty(folder / "card"));
 }
 
-TEST(MediaImporter, ALinkOutOfTheShootIsNotFollowed)
+TEST(MediaImporter, ALinkOutOfTheShootIsCopiedByWhatItPointsTo)
 {
     const TempFolder folder;
-    folder.write("elsewhere/secret.mov", "not of the shoot");
-    const fs::path file = folder.write("card/a.mov", "a");
-    fs::create_symlink("../elsewhere/secret.mov", folder / "card/link.mov");
-    EXPECT_EQ(moveByBin({clipIn(file, u"A"_s), clipIn(folder / "card/link.mov", u"A"_s)}, folder / "root"),
-              tl::unexpected(notClean({folder / "card/link.mov"})));
-    EXPECT_TRUE(fs::is_symlink(folder / "card/link.mov"));
-    EXPECT_THAT(namesBeneath(folder / "root"), ElementsAre("A/a.mov"));
+    folder.write("raid/C0001.mov", "on the RAID");
+    const fs::path file = folder.write("shoot/a.mov", "a");
+    fs::create_symlink("../raid/C0001.mov", folder / "shoot/link.mov");
+    ASSERT_TRUE(copyByBin({clipIn(folder / "shoot/link.mov", u"A"_s), clipIn(file, u"A"_s)}, folder / "root"));
+    EXPECT_THAT(filesBeneath(folder / "root"), ElementsAre(Pair("A/a.mov", "a"), Pair("A/link.mov", "on the RAID")));
+    EXPECT_FALSE(fs::is_symlink(folder / "root/A/link.mov"));
+    ASSERT_TRUE(copyFiles({FileUrl(folder / "shoot/link.mov"), FileUrl(file)}, folder / "copied"));
+    EXPECT_THAT(filesBeneath(folder / "copied"), ElementsAre(Pair("a.mov", "a"), Pair("link.mov", "on the RAID")));
+}
+
+TEST(MediaImporter, AMoveRefusesLinksOutOfTheShootBeforeAnythingIsCopied)
+{
+    const TempFolder folder;
+    folder.write("raid/C0001.mov", "on the RAID");
+    fs::create_symlink(folder / "raid", folder / "linked raid");
+    const fs::path file = folder.write("shoot/1/a.mov", "a");
+    const fs::path other = folder.write("shoot/2/b.mov", "b");
+    fs::create_symlink("../../raid/C0001.mov", folder / "shoot/1/link.mov");
+    fs::create_symlink("../2/b.mov", folder / "shoot/1/inside.mov");
+    EXPECT_EQ(moveByBin({clipIn(file, u"A"_s), clipIn(folder / "shoot/1/link.mov", u"A"_s), clipIn(other, u"A"_s),
+                         clipIn(folder / "shoot/1/inside.mov", u"A"_s)},
+                        folder / "root"),
+              tl::unexpected(ImportError{LinkedSources{{FileUrl(folder / "shoot/1/link.mov")}}}));
+    EXPECT_FALSE(fs::exists(folder / "root"));
+    EXPECT_TRUE(fs::is_symlink(folder / "shoot/1/link.mov"));
+    ASSERT_TRUE(moveByBin({clipIn(folder / "linked raid/C0001.mov", u"A"_s)}, folder / "root"))
+        << "the whole shoot may be reached through a link";
+    EXPECT_THAT(namesBeneath(folder / "raid"), IsEmpty());
 }
 
 TEST(MediaImporter, ALinkToNowhereIsMissing)
@@ -477,4 +498,34 @@ TEST(MediaImporter, AnInterruptedRunsTemporaryFilesAreClearedAndOthersFilesStay)
                 ElementsAre(".larkspan-bbbbbbbbbbbbbbbb.partial", ".larkspan-notes.partial", "0123456789abcdef.partial",
                             "a.mov"));
     EXPECT_EQ(contentOf(folder / "outside.mov"), "o");
+}
+
+TEST(MediaImporter, WhatAnInterruptedRunLeftInAnotherFolderOfTheShootsFolderIsClearedByCopiesAndMovesAlike)
+{
+    const TempFolder folder;
+    const std::string leftover = ".larkspan-0123456789abcdef.partial";
+    const auto leave = [&] {
+        for (const std::string place :
+             {"Shoots/CARD 1", "Shoots/Kitchen", "Shoots", "Shoots/CARD 1/deeper", "linked"}) {
+            folder.write(place + "/" + leftover, "half a clip");
+        }
+    };
+    const auto left = [&] {
+        std::vector<std::string> names;
+        std::ranges::copy_if(namesBeneath(folder.path()), std::back_inserter(names),
+                             [](const std::string &name) { return name.ends_with(".partial"); });
+        return names;
+    };
+    const std::vector beyond{"Shoots/CARD 1/deeper/" + leftover, "linked/" + leftover};
+    leave();
+    fs::create_directory_symlink(folder / "linked", folder / "Shoots/link");
+    const fs::path source = folder.write("card/a.mov", "a");
+    ASSERT_TRUE(copyFiles({FileUrl(source)}, folder / "Shoots/CARD 2"));
+    EXPECT_EQ(left(), beyond);
+    leave();
+    ASSERT_TRUE(copyFiles({FileUrl(source)}, folder / "Shoots/CARD 3/"));
+    EXPECT_EQ(left(), beyond);
+    leave();
+    ASSERT_TRUE(moveByBin({clipIn(source, u"Pool"_s)}, folder / "Shoots"));
+    EXPECT_EQ(left(), beyond);
 }
