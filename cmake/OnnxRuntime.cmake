@@ -15,7 +15,7 @@ endif()
 # All models in one folder, where a program that was just built looks for them.
 set(LARKSPAN_MODELS "${PROJECT_BINARY_DIR}/share/larkspan/models")
 file(MAKE_DIRECTORY "${LARKSPAN_MODELS}")
-foreach(model objects pose face)
+foreach(model objects scene pose face)
   file(CREATE_LINK "${larkspan_detectors}/${model}.onnx" "${LARKSPAN_MODELS}/${model}.onnx" SYMBOLIC)
 endforeach()
 configure_file("${PROJECT_SOURCE_DIR}/resources/rooms.head" "${LARKSPAN_MODELS}/rooms.head" COPYONLY)

@@ -1,5 +1,7 @@
 #!/usr/bin/python3
-"""Turns the three detectors of the pinned npm package into ONNX files: import_models.py PACKAGE OUTPUT
+"""Turns the pinned packages' networks into ONNX files: import_models.py DETECTORS WEIGHTS OUTPUT
+
+DETECTORS is the folder of the npm package, WEIGHTS the file of the scene network's weights.
 
 Each file ends at the network's raw heads; reading them is the program's business. All take one picture,
 (1, 3, height, width), RGB; what its numbers range over is said at each model.
@@ -11,9 +13,12 @@ from pathlib import Path
 import onnx
 
 from onnx_export import OnnxExport
+from scene_network import SceneNetwork
 from tfjs_graph import read_graph
+from torch_weights import read_weights
 
 LAST_BLOCKS = range(10, 15)
+SCENE_LAYERS = [*(f"block:{block}" for block in range(16, 21)), "head"]
 
 
 def objects(folder: Path):
@@ -72,14 +77,23 @@ def face(folder: Path):
     return export.model(32)
 
 
+def scene(weights: Path):
+    """What a place looks like. The picture holds 0...255, its sides are multiples of 32.
+
+    pooled: the means over the picture of the widest layers of blocks 16 to 20 (1248 each) and of the last layer (1280).
+    """
+    return SceneNetwork(read_weights(weights), eight_bits=True).model(SCENE_LAYERS)
+
+
 def main(arguments: list[str]) -> int:
-    if len(arguments) != 3:
+    if len(arguments) != 4:
         print(__doc__, file=sys.stderr)
         return 2
-    folder, output = Path(arguments[1]) / "models", Path(arguments[2])
+    detectors, weights, output = Path(arguments[1]) / "models", Path(arguments[2]), Path(arguments[3])
     output.mkdir(parents=True, exist_ok=True)
     for build in (objects, pose, face):
-        onnx.save(build(folder), output / f"{build.__name__}.onnx")
+        onnx.save(build(detectors), output / f"{build.__name__}.onnx")
+    onnx.save(scene(weights), output / "scene.onnx")
     return 0
 
 

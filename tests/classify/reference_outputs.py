@@ -13,6 +13,7 @@ import numpy as np
 
 sys.path.insert(0, str(Path(__file__).parents[2] / "classify" / "models"))
 from tfjs_graph import Graph, read_graph  # noqa: E402
+from torch_weights import read_weights  # noqa: E402
 
 _CASES = {
     # model: (source file, input node, height, width, lowest and highest value, outputs)
@@ -188,6 +189,54 @@ class _Interpreter:
         return picture
 
 
+class _SceneNetwork:
+    """Evaluates the scene network with its batch normalisations, (height, width, channels), in double precision."""
+
+    # Of each stage: how many blocks, and the stride of its first.
+    _STAGES = ((1, 1), (3, 2), (3, 2), (4, 2), (4, 1), (5, 2), (1, 1))
+
+    def __init__(self, weights: dict[str, np.ndarray]):
+        self._weights = {name: value.astype(np.float64) for name, value in weights.items()}
+
+    def pooled(self, picture: np.ndarray) -> np.ndarray:
+        layer = self._clipped(self._normalised(self._convolved((picture - 127.0) / 128.0, "_conv_stem", 2), "_bn0"))
+        widest = []
+        for count, first_stride in self._STAGES:
+            for i in range(count):
+                prefix = f"_blocks.{len(widest)}."
+                stride = first_stride if i == 0 else 1
+                wide = layer
+                if prefix + "_expand_conv.weight" in self._weights:
+                    wide = self._clipped(self._normalised(self._convolved(wide, prefix + "_expand_conv"), prefix + "_bn0"))
+                wide = self._normalised(self._convolved(wide, prefix + "_depthwise_conv", stride), prefix + "_bn1")
+                widest.append(self._clipped(wide))
+                narrow = self._normalised(self._convolved(widest[-1], prefix + "_project_conv"), prefix + "_bn2")
+                layer = narrow + layer if stride == 1 and narrow.shape == layer.shape else narrow
+        head = self._clipped(self._normalised(self._convolved(layer, "_conv_head"), "_bn1"))
+        return np.concatenate([each.mean((0, 1)) for each in [*widest[16:21], head]])
+
+    def _convolved(self, picture: np.ndarray, name: str, stride: int = 1) -> np.ndarray:
+        kernel = self._weights[name + ".weight"]
+        size = kernel.shape[2]
+        picture = np.pad(picture, (*(_same(length, size, stride) for length in picture.shape[:2]), (0, 0)))
+        rows, columns = picture.shape[0] - size, picture.shape[1] - size
+        result = 0.0
+        for row in range(size):
+            for column in range(size):
+                part = picture[row : row + rows + 1 : stride, column : column + columns + 1 : stride]
+                one = kernel[:, :, row, column]
+                result = result + (part * one[:, 0] if one.shape[1] == 1 else part @ one.T)
+        return result
+
+    def _normalised(self, picture: np.ndarray, name: str) -> np.ndarray:
+        part = {each: self._weights[f"{name}.{each}"] for each in ("weight", "bias", "running_mean", "running_var")}
+        return (picture - part["running_mean"]) / np.sqrt(part["running_var"] + 1e-3) * part["weight"] + part["bias"]
+
+    @staticmethod
+    def _clipped(picture: np.ndarray) -> np.ndarray:
+        return np.clip(picture, 0.0, 6.0)
+
+
 def main(arguments: list[str]) -> int:
     if len(arguments) != 3:
         print(__doc__, file=sys.stderr)
@@ -204,6 +253,10 @@ def main(arguments: list[str]) -> int:
         for name, value in {"image": picture, **written}.items():
             planes = value.transpose(2, 0, 1) if value.ndim == 3 else value
             (output / f"{model}.{name}.f32").write_bytes(np.ascontiguousarray(planes, np.float32).tobytes())
+    picture = _picture(160, 224, 0, 255)
+    pooled = _SceneNetwork(read_weights(package / "scene.pth")).pooled(picture)
+    for name, value in (("image", picture.transpose(2, 0, 1)), ("pooled", pooled)):
+        (output / f"scene.{name}.f32").write_bytes(np.ascontiguousarray(value, np.float32).tobytes())
     return 0
 
 
