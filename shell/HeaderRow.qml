@@ -53,6 +53,7 @@ FocusScope {
             ProjectMenu {
                 id: projects
 
+                objectName: "projects"
                 x: 0
                 engine: header.engine
             }

@@ -31,8 +31,15 @@ T.ItemDelegate {
         if (!row.isEditing)
             row.open();
     }
-    Keys.onReturnPressed: row.clicked()
-    Keys.onEnterPressed: row.clicked()
+    // One that is held was for the name that it has just ended.
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            row.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            row.clicked();
+    }
     Keys.onDeletePressed: row.remove()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_F2) {
@@ -91,7 +98,9 @@ T.ItemDelegate {
         font: LK.font(12, Font.Medium)
         label: qsTr("Project name")
         placeholderText: qsTr("Project name")
-        onAccepted: row.commitEdit(text)
+        // Taken here: a Return that the field leaves goes on to the row, which opens the project.
+        Keys.onReturnPressed: row.commitEdit(text)
+        Keys.onEnterPressed: row.commitEdit(text)
         Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
         Keys.onEscapePressed: row.cancelEdit()
     }

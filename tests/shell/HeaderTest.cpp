@@ -15,6 +15,20 @@ protected:
     {
         Desktop::click(shown(u"Projects"_s));
         (void)shown(u"Reopen a sorted shoot, or start a new one."_s);
+        ASSERT_TRUE(hasKeyboard(u"New Project"_s));
+        ASSERT_TRUE(waitUntil([this] { return isSwitcherOpen(); }));
+    }
+
+    // False from the moment that it begins to close.
+    bool isSwitcherOpen() const { return window->findChild<QObject *>(u"projects"_s)->property("opened").toBool(); }
+
+    // Waits for the field of the name, with all of the name selected.
+    [[nodiscard]] bool isRenaming(const QString &project) const
+    {
+        return waitUntil([&] {
+            const QQuickItem *field = window->activeFocusItem();
+            return field != nullptr && field->property("selectedText").toString() == project;
+        });
     }
 
     QString name() const { return shoot.lastPathComponent(); }
@@ -74,19 +88,26 @@ TEST_F(HeaderTest, AProjectIsRenamedAndARenameToBlanksLeavesTheName)
 {
     open();
     sort();
+    const auto clips = engine.clips();
     openSwitcher();
     Desktop::click(shown(u"Rename"_s));
-    Desktop::key(u"ctrl+a"_s);
+    ASSERT_TRUE(isRenaming(name()));
     Desktop::key(u"V"_s);
+    ASSERT_TRUE(hasKeyboard(u"V"_s));
     Desktop::click(shown(u"Save name"_s));
-    EXPECT_TRUE(waitUntil([this] { return engine.projects().front().name == u"V"_s; }));
-    ASSERT_TRUE(goes(u"Save name"_s));
-    Desktop::click(shown(u"Rename"_s));
-    Desktop::key(u"ctrl+a"_s);
-    Desktop::key(u"space"_s);
-    Desktop::key(u"Return"_s);
     ASSERT_TRUE(goes(u"Save name"_s));
     EXPECT_EQ(engine.projects().front().name, u"V"_s);
+    Desktop::click(shown(u"Rename"_s));
+    ASSERT_TRUE(isRenaming(u"V"_s));
+    Desktop::key(u"space"_s);
+    ASSERT_TRUE(hasKeyboard(u" "_s));
+    Desktop::key(u"Return"_s);
+    ASSERT_TRUE(goes(u"Save name"_s));
+    EXPECT_TRUE(hasKeyboard(u"V"_s));
+    drain();
+    EXPECT_EQ(engine.projects().front().name, u"V"_s);
+    EXPECT_TRUE(isSwitcherOpen());
+    EXPECT_EQ(engine.clips(), clips); // of a project that is opened they are others
 }
 
 TEST_F(HeaderTest, DeletingTheCurrentProjectLeavesTheClipsOnScreen)
@@ -112,17 +133,28 @@ TEST_F(HeaderTest, TheSwitcherIsWorkedByKeyboard)
     openSwitcher();
     (void)shown(u"third"_s);
     Desktop::key(u"Down"_s);
-    Desktop::key(u"Down"_s); // from the latest to the one before
+    ASSERT_TRUE(hasKeyboard(u"third"_s));
+    Desktop::key(u"Down"_s);
+    ASSERT_TRUE(hasKeyboard(u"second"_s));
     Desktop::key(u"Delete"_s);
     ASSERT_TRUE(goes(u"second"_s));
+    ASSERT_TRUE(hasKeyboard(u"first"_s)); // the one that took its place
     EXPECT_EQ(engine.projects().size(), 2U);
     Desktop::key(u"Up"_s);
-    Desktop::key(u"Down"_s); // what took its place
+    ASSERT_TRUE(hasKeyboard(u"third"_s));
+    Desktop::key(u"Down"_s);
+    ASSERT_TRUE(hasKeyboard(u"first"_s));
     Desktop::key(u"F2"_s);
-    Desktop::key(u"ctrl+a"_s);
+    ASSERT_TRUE(isRenaming(u"first"_s));
     Desktop::key(u"V"_s);
+    ASSERT_TRUE(hasKeyboard(u"V"_s));
     Desktop::key(u"Return"_s);
-    EXPECT_TRUE(waitUntil([this] { return engine.projects().back().name == u"V"_s; }));
+    ASSERT_TRUE(goes(u"Save name"_s));
+    EXPECT_TRUE(hasKeyboard(u"V"_s));
+    drain();
+    EXPECT_EQ(engine.projects().back().name, u"V"_s);
+    EXPECT_TRUE(isSwitcherOpen());
+    EXPECT_EQ(engine.folder(), FileUrl(folder / "third"));
     Desktop::key(u"Return"_s);
     EXPECT_TRUE(waitUntil([this] { return engine.folder() == FileUrl(folder / "first"); }));
     EXPECT_TRUE(goes(u"New Project"_s));

@@ -78,6 +78,15 @@ protected:
             *window, [&] { return findLabelled(window->contentItem(), label); }, label);
     }
 
+    // Waits until what has the keyboard reads as the text: a control of that title, a field that holds it.
+    [[nodiscard]] bool hasKeyboard(const QString &text) const
+    {
+        return waitUntil([&] {
+            const QQuickItem *item = window->activeFocusItem();
+            return item != nullptr && item->property("text").toString() == text;
+        });
+    }
+
     // Chooses from a dropdown by mouse.
     void choose(const QString &label, const QString &choice)
     {
