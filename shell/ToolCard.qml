@@ -14,8 +14,6 @@ T.AbstractButton {
 
     width: 660
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
-    verticalPadding: 34
-    horizontalPadding: 40
     enabled: isActive
     focusPolicy: Qt.NoFocus // its button has the keyboard
 
@@ -25,94 +23,97 @@ T.AbstractButton {
     Accessible.name: tool.name
     Accessible.description: tool.tagline
 
-    background: Item {
-        LKDropShadow {
-            anchors.fill: parent
-            shadow: LK.palette.shadowCard
-            cornerRadius: 14
-        }
-
-        LKSpotlightCard {
-            anchors.fill: parent
-            cornerRadius: 14
-            active: card.isActive
-        }
+    background: LKDropShadow {
+        shadow: LK.palette.shadowCard
+        cornerRadius: 14
     }
 
-    contentItem: Column {
+    // The light's surface holds the content: hover reaches the topmost item and those that it lies in.
+    contentItem: LKSpotlightCard {
+        cornerRadius: 14
+        active: card.isActive
 
-        ToolTile {
-            anchors.horizontalCenter: parent.horizontalCenter
-            tool: card.tool
-            size: 96
-        }
+        Column {
+            anchors.left: parent.left
+            anchors.leftMargin: 40
+            anchors.right: parent.right
+            anchors.rightMargin: 40
+            topPadding: 34
+            bottomPadding: 34
 
-        Item {
-            width: 1
-            height: 18
-        }
+            ToolTile {
+                anchors.horizontalCenter: parent.horizontalCenter
+                tool: card.tool
+                size: 96
+            }
 
-        Row {
-            anchors.horizontalCenter: parent.horizontalCenter
-            spacing: 9
+            Item {
+                width: 1
+                height: 18
+            }
+
+            Row {
+                anchors.horizontalCenter: parent.horizontalCenter
+                spacing: 9
+
+                Text {
+                    text: card.tool.name
+                    font: LK.font(21, Font.DemiBold)
+                    color: LK.palette.textPrimary
+                    textFormat: Text.PlainText
+                }
+
+                LKBadge {
+                    anchors.verticalCenter: parent.verticalCenter
+                    tone: card.tool.ready ? LKBadge.Accent : LKBadge.Neutral
+                    text: card.tool.ready ? qsTr("Ready") : qsTr("In development")
+                }
+            }
+
+            Item {
+                width: 1
+                height: 8
+            }
 
             Text {
-                text: card.tool.name
-                font: LK.font(21, Font.DemiBold)
-                color: LK.palette.textPrimary
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                text: card.tool.tagline
+                font: LK.font(12.5)
+                color: LK.palette.textSecondary
                 textFormat: Text.PlainText
             }
 
-            LKBadge {
-                anchors.verticalCenter: parent.verticalCenter
-                tone: card.tool.ready ? LKBadge.Accent : LKBadge.Neutral
-                text: card.tool.ready ? qsTr("Ready") : qsTr("In development")
+            Item {
+                width: 1
+                height: 20
             }
-        }
 
-        Item {
-            width: 1
-            height: 8
-        }
+            LKButton {
+                anchors.horizontalCenter: parent.horizontalCenter
+                kind: LKButton.Accent
+                title: card.tool.ready ? qsTr("Open %1").arg(card.tool.name) : qsTr("Preview")
+                opacity: 1 // the card at the side is dimmed as a whole
+                onActivated: card.activated()
+            }
 
-        Text {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            text: card.tool.tagline
-            font: LK.font(12.5)
-            color: LK.palette.textSecondary
-            textFormat: Text.PlainText
-        }
+            Item {
+                width: 1
+                height: 16
+            }
 
-        Item {
-            width: 1
-            height: 20
-        }
-
-        LKButton {
-            anchors.horizontalCenter: parent.horizontalCenter
-            kind: LKButton.Accent
-            title: card.tool.ready ? qsTr("Open %1").arg(card.tool.name) : qsTr("Preview")
-            opacity: 1 // the card at the side is dimmed as a whole
-            onActivated: card.activated()
-        }
-
-        Item {
-            width: 1
-            height: 16
-        }
-
-        Text {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            text: card.tool.meta
-            font: LK.font(11)
-            color: LK.palette.textTertiary
-            textFormat: Text.PlainText
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            Text {
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                text: card.tool.meta
+                font: LK.font(11)
+                color: LK.palette.textTertiary
+                textFormat: Text.PlainText
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
         }
     }
 }

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <QtGui/QWheelEvent>
 #include <QtQml/QQmlExtensionPlugin>
 #include <QtTest/QTest>
@@ -81,6 +83,24 @@ TEST_F(HomeViewTest, TheActiveCardOpensItsToolByItsButtonAndAnywhereOnIt)
     app.openTool(u"earmark"_s);
     QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, {300, 395});
     EXPECT_EQ(app.toolID(), u"binnacle"_s);
+}
+
+TEST_F(HomeViewTest, TheActiveCardsLightFollowsThePointerOntoItsButton)
+{
+    const auto *card = findNamed(scene.root(), u"card-binnacle"_s);
+    const auto parts = card->findChildren<QQuickItem *>();
+    const auto light = std::ranges::find_if(parts, [](auto *part) { return part->property("lightColor").isValid(); });
+    ASSERT_NE(light, parts.end());
+    QTest::mouseMove(&scene.window(), {590, 700}); // below the card
+    QTest::mouseMove(&scene.window(), middleOf(findShown(scene.root(), LKTool::all().front().tagline)));
+    EXPECT_TRUE(waitUntil([&] { return (*light)->property("strength").toDouble() == 1; }));
+    const QQuickItem *button = findShown(scene.root(), u"Open Binnacle"_s);
+    QTest::mouseMove(&scene.window(), middleOf(button));
+    EXPECT_TRUE(waitUntil([&] { return button->property("hovered").toBool(); }));
+    EXPECT_TRUE((*light)->property("hasPointer").toBool());
+    EXPECT_EQ((*light)->property("strength").toDouble(), 1);
+    QTest::mouseMove(&scene.window(), {590, 700});
+    EXPECT_TRUE(waitUntil([&] { return (*light)->property("strength").toDouble() == 0; }));
 }
 
 TEST_F(HomeViewTest, ACardAtTheSideTakesNoClicks)
