@@ -52,9 +52,7 @@ T.AbstractButton {
         size: Math.round(control.size * 0.64)
         color: control.hovered || control.isOpen ? control.hoverTint : control.tint
 
-        Behavior on color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on color  {
         }
     }
 
@@ -62,10 +60,8 @@ T.AbstractButton {
         radius: 5
         color: control.down ? LK.palette.surfacePressed : control.hovered || control.isOpen ? LK.palette.surfaceHover : "transparent"
 
-        Behavior on color  {
-            LKColorMotion {
-                duration: control.fillMotion
-            }
+        LKColorBehavior on color  {
+            duration: control.fillMotion
         }
 
         LKFocusRing {

@@ -73,8 +73,12 @@ const LKPalette &LK::paletteOf(Theme theme)
 void LK::setTheme(Theme theme)
 {
     if (m_theme != theme) {
+        m_isChangingTheme = true;
+        Q_EMIT isChangingThemeChanged();
         m_theme = theme;
         Q_EMIT themeChanged();
+        m_isChangingTheme = false;
+        Q_EMIT isChangingThemeChanged();
     }
 }
 

@@ -26,7 +26,6 @@ struct LKMotionScale
     Q_PROPERTY(int reveal MEMBER reveal CONSTANT)
     Q_PROPERTY(int overlay MEMBER overlay CONSTANT)
     Q_PROPERTY(int step MEMBER step CONSTANT)
-    Q_PROPERTY(int screen MEMBER screen CONSTANT)
     Q_PROPERTY(int toolIn MEMBER toolIn CONSTANT)
     Q_PROPERTY(int toolOut MEMBER toolOut CONSTANT)
     Q_PROPERTY(int afterIntro MEMBER afterIntro CONSTANT)
@@ -46,7 +45,6 @@ public:
     int reveal = 140;       // small things that come and go, a tile that lands
     int overlay = 180;      // what lies above the screens
     int step = 260;         // one step of a list or a carousel
-    int screen = 300;       // a change of screen
     int toolIn = 380;       // a tool's screen comes
     int toolOut = 280;      // and goes
     int afterIntro = 650;   // the program comes out from behind the intro
@@ -75,6 +73,7 @@ class LK : public QObject
     Q_CLASSINFO("RegisterEnumClassesUnscoped", "false")
     Q_PROPERTY(larkspan::LKPalette palette READ palette NOTIFY themeChanged)
     Q_PROPERTY(larkspan::LK::Theme theme READ theme NOTIFY themeChanged)
+    Q_PROPERTY(bool isChangingTheme READ isChangingTheme NOTIFY isChangingThemeChanged)
     Q_PROPERTY(bool boringMode READ boringMode NOTIFY boringModeChanged)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
     Q_PROPERTY(larkspan::LKMotionScale motion READ motion CONSTANT)
@@ -99,6 +98,8 @@ public:
     static const LKPalette &paletteOf(Theme theme);
     [[nodiscard]] Theme theme() const { return m_theme; }
     void setTheme(Theme theme);
+    // True while themeChanged is delivered, in which time no colour may move to its new value instead of taking it.
+    [[nodiscard]] bool isChangingTheme() const { return m_isChangingTheme; }
     [[nodiscard]] bool boringMode() const { return m_boringMode; }
     void setBoringMode(bool boring);
     // Whether the desktop asks for less motion; whoever runs the program tells it, from SystemMotion.
@@ -122,6 +123,7 @@ public:
 
 Q_SIGNALS:
     void themeChanged();
+    void isChangingThemeChanged();
     void boringModeChanged();
     void reducedMotionChanged();
 
@@ -129,6 +131,7 @@ private:
     LK(); // not public: QML would make one of its own instead of asking create()
 
     Theme m_theme = Theme::Dark;
+    bool m_isChangingTheme = false;
     bool m_boringMode = false;
     bool m_reducedMotion = false;
     QString m_family; // empty for the desktop's own

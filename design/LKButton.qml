@@ -123,10 +123,8 @@ T.Button {
         border.width: control.borderColor.a > 0 ? 1 : 0
         stroke: control.borderColor
 
-        Behavior on color  {
-            LKColorMotion {
-                duration: control.fillMotion
-            }
+        LKColorBehavior on color  {
+            duration: control.fillMotion
         }
 
         LKFocusRing {

@@ -169,9 +169,7 @@ T.ComboBox {
         border.width: [1, 1.5, 1.5, 0][control.tone]
         stroke: control.borderColor
 
-        Behavior on color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on color  {
         }
 
         LKGradientBorder {

@@ -84,7 +84,7 @@ T.Pane {
                 text: modelData.label.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
                 font: LK.font([10.5, 11.5, 12][control.size], isSelected ? Font.DemiBold : Font.Normal)
                 enabled: !control.disabledValues.includes(modelData.value)
-                opacity: enabled ? 1 : 0.4
+                opacity: control.disabledValues.includes(modelData.value) ? 0.4 : 1
                 focusPolicy: isStop || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
                 focus: isStop
 
@@ -126,9 +126,7 @@ T.Pane {
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
 
-                    Behavior on color  {
-                        LKColorMotion {
-                        }
+                    LKColorBehavior on color  {
                     }
                 }
 
@@ -136,9 +134,7 @@ T.Pane {
                     radius: 3
                     color: segment.isSelected ? LK.palette.surfaceSelected : "transparent"
 
-                    Behavior on color  {
-                        LKColorMotion {
-                        }
+                    LKColorBehavior on color  {
                     }
 
                     LKFocusRing {

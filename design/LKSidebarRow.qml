@@ -85,9 +85,7 @@ T.AbstractButton {
         radius: 6
         color: control.selected ? LK.palette.surfaceSelected : control.hovered ? LK.palette.surfaceHover : "transparent"
 
-        Behavior on color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on color  {
         }
 
         LKFocusRing {

@@ -47,9 +47,7 @@ T.TextField {
         color: LK.palette.surfaceCard
         stroke: field.activeFocus ? LK.palette.accent : LK.palette.borderStrong
 
-        Behavior on border.color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on border.color  {
         }
 
         LKFocusRing {

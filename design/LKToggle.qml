@@ -49,9 +49,7 @@ T.AbstractButton {
         radius: height / 2
         color: control.isOn ? LK.palette.accent : LK.palette.surfacePressed
 
-        Behavior on color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on color  {
         }
 
         // The knob.

@@ -51,15 +51,11 @@ T.ItemDelegate {
         color: card.down ? Qt.tint(LK.palette.surfaceCard, LK.palette.surfacePressed) : card.hovering ? Qt.tint(LK.palette.surfaceCard, LK.palette.surfaceHover) : LK.palette.surfaceCard
         stroke: card.hovering ? LK.palette.borderStrong : LK.palette.borderSubtle
 
-        Behavior on color  {
-            LKColorMotion {
-                duration: card.down ? LK.motion.press : LK.motion.hover
-            }
+        LKColorBehavior on color  {
+            duration: card.down ? LK.motion.press : LK.motion.hover
         }
 
-        Behavior on border.color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on border.color  {
         }
 
         LKFocusRing {
@@ -139,9 +135,7 @@ T.ItemDelegate {
             radius: 4
             color: Qt.rgba(0, 0, 0, move.down ? 0.75 : move.hovered ? 0.6 : 0.45)
 
-            Behavior on color  {
-                LKColorMotion {
-                }
+            LKColorBehavior on color  {
             }
         }
     }

@@ -111,9 +111,7 @@ FocusScope {
                 border.width: 1
                 border.color: Qt.rgba(1, 1, 1, 0.4)
 
-                Behavior on color  {
-                    LKColorMotion {
-                    }
+                LKColorBehavior on color  {
                 }
 
                 LKFocusRing {

@@ -47,9 +47,7 @@ Item {
         anchors.fill: parent
         color: row.showsFocus ? LK.palette.surfaceSelected : hover.hovered ? LK.palette.surfaceHover : "transparent"
 
-        Behavior on color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on color  {
         }
 
         Rectangle {

@@ -32,9 +32,7 @@ T.AbstractButton {
         color: chevron.down ? LK.palette.surfacePressed : chevron.hovered ? LK.palette.surfaceHover : "transparent"
         stroke: LK.palette.borderSubtle
 
-        Behavior on color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on color  {
         }
 
         LKFocusRing {

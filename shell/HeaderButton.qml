@@ -49,9 +49,7 @@ T.AbstractButton {
             maximumLineCount: 1
             textFormat: Text.PlainText
 
-            Behavior on color  {
-                LKColorMotion {
-                }
+            LKColorBehavior on color  {
             }
         }
 
@@ -66,9 +64,7 @@ T.AbstractButton {
         radius: 5
         color: control.down ? LK.palette.surfacePressed : control.hovered || control.isOpen ? LK.palette.surfaceHover : "transparent"
 
-        Behavior on color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on color  {
         }
 
         LKFocusRing {

@@ -217,10 +217,8 @@ FocusScope {
                             radius: 2.5
                             color: dot.isActive ? LK.palette.accent : dot.down ? LK.palette.textPrimary : dot.hovered ? LK.palette.textSecondary : LK.palette.borderStrong
 
-                            Behavior on color  {
-                                LKColorMotion {
-                                    duration: dot.hovered ? LK.motion.hover : LK.motion.step
-                                }
+                            LKColorBehavior on color  {
+                                duration: dot.hovered ? LK.motion.hover : LK.motion.step
                             }
                         }
                     }

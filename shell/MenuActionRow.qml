@@ -44,9 +44,7 @@ T.AbstractButton {
         radius: 6
         color: control.down ? LK.palette.surfacePressed : control.hovered ? LK.palette.surfaceHover : "transparent"
 
-        Behavior on color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on color  {
         }
 
         LKFocusRing {

@@ -75,9 +75,7 @@ T.ItemDelegate {
         radius: 6
         color: row.down ? LK.palette.surfacePressed : row.hovered ? LK.palette.surfaceHover : "transparent"
 
-        Behavior on color  {
-            LKColorMotion {
-            }
+        LKColorBehavior on color  {
         }
 
         LKFocusRing {

@@ -121,12 +121,45 @@ TEST(LKEmptyState, OffersItsActionOnlyWithATitleForIt)
     EXPECT_FALSE(findNamed(scene.root(), u"plain"_s)->property("actionItem").value<QQuickItem *>()->isVisible());
 }
 
-TEST(Theme, AChangeReachesWhatIsShownAtOnce)
+TEST(Theme, AChangeReachesEveryControlAtOnce)
 {
-    Scene scene(document("Rectangle { objectName: 'window'; color: LK.palette.surfaceWindow }"));
-    const QQuickItem *window = findNamed(scene.root(), u"window"_s);
-    EXPECT_EQ(window->property("color").value<QColor>(), LKPalette::dark().surfaceWindow);
+    Scene scene(document("Column {"
+                         "LKButton { title: 'Go' }"
+                         "LKDropdown { label: 'Tier' }"
+                         "LKToggle { label: 'Sound' }"
+                         "LKSegmented { objectName: 'segmented'; options: [{value: 1, label: 'One'}]; selection: 1 }"
+                         "LKSidebarRow { label: 'Kitchen'; selected: true }"
+                         "IconButton { name: 'plus'; help: 'Add' }"
+                         "LKTextField { objectName: 'field' } }"));
+    const auto expectPalette = [&](const LKPalette &palette) {
+        const QQuickItem *button = findShown(scene.root(), u"Go"_s);
+        EXPECT_EQ(colorOf(partOf(button, "contentItem")), palette.textPrimary);
+        EXPECT_EQ(fillOf(findLabelled(scene.root(), u"Tier"_s)), palette.surfaceCard);
+        EXPECT_EQ(colorOf(partOf(findLabelled(scene.root(), u"Sound"_s), "indicator")), palette.surfacePressed);
+        const QQuickItem *segment = findShown(findNamed(scene.root(), u"segmented"_s), u"One"_s);
+        EXPECT_EQ(fillOf(segment), palette.surfaceSelected);
+        EXPECT_EQ(colorOf(partOf(segment, "contentItem")), palette.textPrimary);
+        EXPECT_EQ(fillOf(findShown(scene.root(), u"Kitchen"_s)), palette.surfaceSelected);
+        EXPECT_EQ(colorOf(partOf(findShown(scene.root(), u"Add"_s), "contentItem")), palette.textSecondary);
+    };
+    expectPalette(LKPalette::dark());
     LK::instance().setTheme(LK::Theme::Light);
-    EXPECT_EQ(window->property("color").value<QColor>(), LKPalette::light().surfaceWindow);
+    expectPalette(LKPalette::light());
     LK::instance().setTheme(LK::Theme::Dark);
+    expectPalette(LKPalette::dark());
+}
+
+TEST(Theme, AChangeInTheMiddleOfAHoversMotionEndsIt)
+{
+    Scene scene(document("LKButton { x: 20; y: 20; title: 'Go' }"));
+    const QQuickItem *button = findShown(scene.root(), u"Go"_s);
+    const QColor rest = fillOf(button);
+    QTest::mouseMove(&scene.window(), middleOf(button));
+    EXPECT_TRUE(waitUntil([&] { return fillOf(button) != rest; }));
+    LK::instance().setTheme(LK::Theme::Light);
+    EXPECT_EQ(fillOf(button), LKPalette::light().surfaceHover);
+    LK::instance().setTheme(LK::Theme::Dark);
+    EXPECT_EQ(fillOf(button), LKPalette::dark().surfaceHover);
+    QTest::mouseMove(&scene.window(), {400, 300});
+    EXPECT_TRUE(fillBecomes(button, rest));
 }
