@@ -11,7 +11,9 @@ bool MouseTracker::eventFilter(QObject *, QEvent *event)
     if (isVisible() && isEnabled()) {
         switch (event->type()) {
         case QEvent::MouseMove:
-            pointerAt(static_cast<QMouseEvent *>(event)->scenePosition());
+            if (const auto *moved = static_cast<QMouseEvent *>(event); moved->buttons() == Qt::NoButton) {
+                pointerAt(moved->scenePosition());
+            }
             break;
         case QEvent::MouseButtonPress:
             if (const auto *press = static_cast<QMouseEvent *>(event); press->button() == Qt::LeftButton) {

@@ -75,6 +75,21 @@ TEST(MouseTracker, CountsOnlyPressesOfTheLeftButtonAndEachOfAFastPair)
     EXPECT_EQ(tracked.clicks.count(), 2);
 }
 
+TEST(MouseTracker, DoesNotFollowADrag)
+{
+    TrackerScene tracked;
+    QTest::mouseMove(&tracked.scene.window(), {150, 80});
+    const auto followed = tracked.moves.count();
+    QTest::mousePress(&tracked.scene.window(), Qt::LeftButton, {}, {150, 80});
+    QTest::mouseMove(&tracked.scene.window(), {180, 90});
+    QTest::mouseMove(&tracked.scene.window(), {20, 20});
+    EXPECT_EQ(tracked.moves.count(), followed);
+    EXPECT_EQ(tracked.exits.count(), 0);
+    QTest::mouseRelease(&tracked.scene.window(), Qt::LeftButton, {}, {20, 20});
+    QTest::mouseMove(&tracked.scene.window(), {190, 90});
+    EXPECT_EQ(tracked.moves.count(), followed + 1);
+}
+
 TEST(MouseTracker, SeesNothingWhileItIsDisabledOrHidden)
 {
     TrackerScene tracked;
