@@ -1,5 +1,6 @@
 #include "design/IntroSequence.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include <QtCore/QTimer>
@@ -15,10 +16,7 @@ std::chrono::milliseconds after(double seconds)
 
 } // namespace
 
-IntroSequence::IntroSequence(QObject *parent)
-    : QObject(parent)
-    , m_frames([this] { setSeconds(static_cast<double>(m_clock.nsecsElapsed()) * 1e-9); })
-{}
+IntroSequence::IntroSequence(QObject *parent) : QObject(parent), m_frames([this] { playTo(elapsed()); }) {}
 
 void IntroSequence::start()
 {
@@ -28,8 +26,9 @@ void IntroSequence::start()
     m_clock.start();
     m_frames.start();
     // Heard and over in time even where no frame is drawn.
-    QTimer::singleShot(after(introTimeline::chime), Qt::PreciseTimer, this, &IntroSequence::chimeDue);
-    QTimer::singleShot(after(introTimeline::finish), Qt::PreciseTimer, this, &IntroSequence::finish);
+    for (const double due : {introTimeline::chime, introTimeline::finish}) {
+        QTimer::singleShot(after(due), Qt::PreciseTimer, this, [this, due] { playTo(std::max(due, elapsed())); });
+    }
     Q_EMIT hasStartedChanged();
 }
 
@@ -40,11 +39,26 @@ void IntroSequence::setSeconds(double seconds)
     Q_EMIT lookChanged();
 }
 
-void IntroSequence::finish()
+void IntroSequence::playTo(double seconds)
 {
-    m_frames.stop();
-    setSeconds(introTimeline::finish);
-    Q_EMIT finished();
+    if (m_hasFinished) {
+        return;
+    }
+    m_hasFinished = seconds >= introTimeline::finish;
+    setSeconds(std::min(seconds, introTimeline::finish));
+    if (!m_hasChimed && seconds >= introTimeline::chime) {
+        m_hasChimed = true;
+        Q_EMIT chimeDue();
+    }
+    if (m_hasFinished) {
+        m_frames.stop();
+        Q_EMIT finished();
+    }
+}
+
+double IntroSequence::elapsed() const
+{
+    return static_cast<double>(m_clock.nsecsElapsed()) * 1e-9;
 }
 
 } // namespace larkspan

@@ -15,6 +15,8 @@ class IntroSequence : public QObject
     Q_PROPERTY(larkspan::IntroLook look READ look NOTIFY lookChanged)
     // Set while it isn't playing, this chooses the moment that is shown.
     Q_PROPERTY(double seconds READ seconds WRITE setSeconds NOTIFY lookChanged)
+    // The icon stands, and nothing moves for a while.
+    Q_PROPERTY(bool isAtRest READ isAtRest NOTIFY lookChanged)
     Q_PROPERTY(bool hasStarted READ hasStarted NOTIFY hasStartedChanged)
 
 public:
@@ -26,6 +28,12 @@ public:
     [[nodiscard]] const IntroLook &look() const { return m_look; }
     [[nodiscard]] double seconds() const { return m_seconds; }
     void setSeconds(double seconds);
+    [[nodiscard]] bool isAtRest() const
+    {
+        return m_seconds >= introTimeline::atRest && m_seconds < introTimeline::restEnds;
+    }
+    // Moves to this moment, and emits what is due on the way there and wasn't emitted before.
+    void playTo(double seconds);
     [[nodiscard]] bool hasStarted() const { return m_clock.isValid(); }
 
 Q_SIGNALS:
@@ -35,9 +43,11 @@ Q_SIGNALS:
     void finished();
 
 private:
-    void finish();
+    [[nodiscard]] double elapsed() const;
 
     QElapsedTimer m_clock;
+    bool m_hasChimed = false;
+    bool m_hasFinished = false;
     double m_seconds = 0.0;
     IntroLook m_look = introTimeline::lookAt(0.0);
     FrameTicks m_frames;

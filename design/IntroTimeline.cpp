@@ -51,19 +51,6 @@ double share(double seconds, double begin, double duration, const QEasingCurve &
 
 } // namespace
 
-IntroFlags flagsAt(double seconds)
-{
-    return {
-        .stripIn = seconds >= stripIn,
-        .scrub = seconds >= scrub,
-        .bladeDrop = seconds >= blade,
-        .bladeVisible = seconds >= blade && seconds < bladeGone,
-        .halvesOpen = seconds >= halvesOpen,
-        .iconIn = seconds >= iconIn,
-        .fadingOut = seconds >= fadingOut,
-    };
-}
-
 IntroLook lookAt(double seconds)
 {
     const double entering = share(seconds, stripIn, 0.52, houseCurve());

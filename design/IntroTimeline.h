@@ -5,20 +5,6 @@
 
 namespace larkspan {
 
-// What has happened in the intro so far.
-struct IntroFlags
-{
-    bool stripIn = false;
-    bool scrub = false;
-    bool bladeDrop = false;
-    bool bladeVisible = false; // the one that also goes back
-    bool halvesOpen = false;
-    bool iconIn = false;
-    bool fadingOut = false;
-
-    friend bool operator==(const IntroFlags &, const IntroFlags &) = default;
-};
-
 // How everything in the intro is drawn at one moment. Lengths in points, angles in degrees.
 struct IntroLook
 {
@@ -60,10 +46,11 @@ inline constexpr double bladeGone = 2.0; // it begins to fade
 inline constexpr double halvesOpen = 1.98;
 inline constexpr double iconIn = 2.25;
 inline constexpr double chime = 2.25;
+inline constexpr double atRest = 2.81;  // nothing moves until fadingOut
+inline constexpr double restEnds = 3.6; // with time to clear away before that
 inline constexpr double fadingOut = 4.3;
 inline constexpr double finish = 4.98;
 
-[[nodiscard]] IntroFlags flagsAt(double seconds);
 [[nodiscard]] IntroLook lookAt(double seconds);
 
 } // namespace introTimeline

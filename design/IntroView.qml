@@ -2,13 +2,15 @@ import QtQuick
 import Larkspan.Design
 
 // The title sequence: a film strip is cut by a glowing blade, and the program's icon springs into the gap. It always
-// plays in full, once, from the first frame that the window draws.
+// plays in full, once, from the first picture that the window has on the screen.
 Item {
     id: intro
 
     // False for a view that shows a moment of the sequence and doesn't play.
     property bool plays: true
     property alias seconds: sequence.seconds
+    // Nothing moves: time for what takes long and isn't to be noticed.
+    readonly property bool isAtRest: sequence.isAtRest
 
     // To be answered with a sound.
     signal chimeDue
@@ -26,14 +28,14 @@ Item {
     Connections {
         target: intro.Window.window
         enabled: intro.plays && !sequence.hasStarted
-        function onAfterAnimating() {
+        function onFrameSwapped() {
             sequence.start();
         }
     }
 
-    // A window that nobody looks at draws no frame.
+    // A window that nobody looks at draws no frame. A slow machine takes a while to its first one.
     Timer {
-        interval: 1000
+        interval: 3000
         running: intro.plays && !sequence.hasStarted
         onTriggered: sequence.start()
     }
