@@ -102,6 +102,8 @@ bool LarkspanApp::open()
         {u"diagnostics"_s, QVariant::fromValue(&m_diagnostics)},
         {u"buildNumber"_s, LARKSPAN_BUILD_NUMBER},
     });
+    // Opens the device and makes the cues now: in the middle of the intro it would be seen to halt.
+    static_cast<void>(SoundEngine::shared());
     m_qml.load(u"qrc:/qt/qml/Larkspan/Shell/RootView.qml"_s);
     if (!window()) {
         return false;

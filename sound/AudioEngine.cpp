@@ -88,14 +88,19 @@ bool AudioEngine::start()
     return true;
 }
 
-bool AudioEngine::hasLostDevice() const
+bool AudioEngine::isDisconnected() const
 {
     if (!m_device) {
-        return m_hadDevice;
+        return false;
     }
     ALCint connected = ALC_FALSE;
     alcGetIntegerv(m_device.get(), ALC_CONNECTED, 1, &connected);
     return connected == ALC_FALSE;
+}
+
+bool AudioEngine::hasLostDevice() const
+{
+    return m_device ? isDisconnected() : m_hadDevice;
 }
 
 ALuint AudioEngine::handOver(const SampleBufferPtr &buffer)

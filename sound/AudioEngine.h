@@ -30,6 +30,8 @@ public:
     // Opens the desktop's device and connects the nodes attached so far. False if there is none.
     bool start();
 
+    // Whether the device that it has is gone. No longer so once start() found none either.
+    [[nodiscard]] bool isDisconnected() const;
     // Whether it had a device once and has none now.
     [[nodiscard]] bool hasLostDevice() const;
 

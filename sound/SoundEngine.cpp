@@ -85,6 +85,9 @@ void SoundEngine::playTick(const SoundCue &cue)
         return;
     }
     if (const auto samples = buffer(cue)) {
+        if (m_engine.isDisconnected()) {
+            m_engine.start();
+        }
         m_tickNode.setVolume(tickVolume);
         m_tickNode.schedule(samples);
     }
@@ -106,6 +109,11 @@ void SoundEngine::fadeLoop(float target, double duration, std::function<void()> 
               .step = 0,
               .completion = std::move(completion)};
     takeFadeStep();
+}
+
+std::chrono::milliseconds SoundEngine::pendingFadeStep() const
+{
+    return m_loopFadeWorkItem.isActive() ? m_loopFadeWorkItem.intervalAsDuration() : std::chrono::milliseconds::zero();
 }
 
 void SoundEngine::takeFadeStep()

@@ -37,12 +37,15 @@ public:
     // Up to three cues sound together; a fourth waits for the first. After a lost device it looks for another.
     void play(const SoundCue &cue);
 
-    // On a node of its own, at half volume. Allocates nothing once the cue is known.
+    // On a node of its own, at half volume. Allocates nothing once the cue is known. Looks for another device once
+    // after one was lost: it is called several times a second.
     void playTick(const SoundCue &cue);
 
     // Brings the loop's volume to the target (0 to 1) in so many seconds, the first step at once; a running fade ends
     // where it stands, without its completion. The completion isn't called once the engine has gone.
     void fadeLoop(float target, double duration, std::function<void()> completion = {});
+    // From one step to the pending one; none pending is 0.
+    [[nodiscard]] std::chrono::milliseconds pendingFadeStep() const;
 
     // Off makes play and playTick do nothing and fades a playing loop out. What sounds already is left to end.
     void setEnabled(bool enabled);

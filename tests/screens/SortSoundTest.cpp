@@ -59,6 +59,15 @@ TEST(ScanTickScheduler, StoppedTicksNoMoreAndStartedTwiceTicksInOneRow)
     EXPECT_FALSE(scheduler.isRunning());
 }
 
+TEST(ScanTickScheduler, OfTheProgramSoundsAsATickAndAsNoCueOfThePool)
+{
+    const auto played = SoundEngine::shared().oneShotIndex();
+    ScanTickScheduler scheduler;
+    scheduler.start([] { return 0.0; });
+    EXPECT_EQ(SoundEngine::shared().tickNode().volume(), 0.5F);
+    EXPECT_EQ(SoundEngine::shared().oneShotIndex(), played);
+}
+
 TEST(ScanTickScheduler, ThatIsGoneTicksNoMore)
 {
     int ticks = 0;

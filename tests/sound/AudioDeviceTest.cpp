@@ -206,3 +206,22 @@ TEST(AudioDevice, GoingAwaySilencesCuesUntilThereIsOneAgain)
     EXPECT_EQ(player.tell("chord"), 1);
     EXPECT_EQ(player.finish(), "");
 }
+
+TEST(AudioDevice, GoingAwayAndComingBackIsNoticedByATickToo)
+{
+    if (std::string_view(LARKSPAN_PULSEAUDIO).empty()) {
+        GTEST_SKIP() << "no pulseaudio here";
+    }
+    const TempFolder folder;
+    auto server = std::make_unique<SoundServer>(folder);
+    ASSERT_TRUE(server->isUp());
+    CuePlayer player(server->forPlayers());
+    EXPECT_EQ(player.tell("chord"), 1);
+    server = std::make_unique<SoundServer>(folder);
+    ASSERT_TRUE(server->isUp());
+    for (int again = 0; again < 2; ++again) { // the first may still be for the old one
+        EXPECT_TRUE(waitUntil([&player] { return player.tell("tick") == 1; }));
+        EXPECT_TRUE(waitUntil([&player] { return player.tell("pending") == 0; }));
+    }
+    EXPECT_EQ(player.finish(), "");
+}

@@ -241,6 +241,17 @@ TEST(SoundEngine, FadesTheLoopInTwentyStepsTheFirstAtOnce)
     EXPECT_EQ(completions, 1);
 }
 
+TEST(SoundEngine, AFadesStepsShareItsTime)
+{
+    SoundEngine engine(Resources);
+    EXPECT_EQ(engine.pendingFadeStep(), std::chrono::milliseconds(0));
+    engine.fadeLoop(0, 2.0);
+    EXPECT_EQ(engine.pendingFadeStep(), std::chrono::milliseconds(100));
+    engine.loopNode().play();
+    engine.setEnabled(false); // in 0.15 seconds
+    EXPECT_EQ(engine.pendingFadeStep(), std::chrono::milliseconds(8));
+}
+
 TEST(SoundEngine, FadeWithoutALengthIsDoneAtOnce)
 {
     SoundEngine engine(Resources);
