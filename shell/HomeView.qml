@@ -107,7 +107,7 @@ FocusScope {
                         opacity: isActive ? 1 : 0.55
                         layer.enabled: blur > 0 && GraphicsInfo.api !== GraphicsInfo.Software
                         layer.effect: LKBlur {
-                            radius: 2 * place.blur // qmllint disable
+                            deviation: place.blur // qmllint disable
                         }
 
                         Behavior on scale  {

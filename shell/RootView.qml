@@ -73,18 +73,18 @@ Window {
         anchors.fill: parent
         focus: true
 
-        layer.enabled: haze.radius > 0
+        layer.enabled: haze.deviation > 0
         layer.effect: LKBlur {
-            radius: haze.radius // qmllint disable
+            deviation: haze.deviation // qmllint disable
             cached: true // qmllint disable
         }
 
         QtObject {
             id: haze
 
-            property real radius: stage.isCovered ? 24 : 0
+            property real deviation: stage.isCovered ? 12 : 0
 
-            Behavior on radius  {
+            Behavior on deviation  {
                 LKNumberMotion {
                     duration: LK.motion.overlay
                 }

@@ -50,7 +50,7 @@ FocusScope {
         scale: stage.app.closing ? 0.92 : 1
         layer.enabled: blur > 0
         layer.effect: LKBlur {
-            radius: tool.blur // qmllint disable
+            deviation: tool.blur // qmllint disable
         }
 
         Behavior on opacity  {
