@@ -85,6 +85,7 @@ T.Button {
     text: title.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
     font: LK.font([11.5, 12.5, 13][size], kind === LKButton.Accent ? Font.DemiBold : Font.Medium)
     opacity: enabled ? 1 : 0.45
+    layer.enabled: !enabled // else the fill would show through the label
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 

@@ -35,7 +35,7 @@ Item {
         if (animating)
             turn.start();
         else
-            turn.complete();
+            arriving.opacity = 1;
     }
 
     LKLoadingMark {

@@ -32,7 +32,14 @@ QImage emptyPicture(QSize size, double scale = 1.0)
     return picture;
 }
 
-QImage paintedGrid(const KineticGrid &grid, QSize size, double now, double scale = 1.0)
+// What a painting of the grid leaves out.
+struct Without
+{
+    bool dots = false;
+    bool rings = false;
+};
+
+QImage paintedGrid(const KineticGrid &grid, QSize size, double now, double scale = 1.0, Without without = {})
 {
     QImage picture = emptyPicture(size, scale);
     QPainter painter(&picture);
@@ -40,7 +47,7 @@ QImage paintedGrid(const KineticGrid &grid, QSize size, double now, double scale
     const GridColors &colors = GridColors::of(LK::instance().theme());
     painter.setPen(Qt::NoPen);
     painter.setBrush(colorOf(colors.lineBase.at(colors.dotOpacity)));
-    for (double y = 14; y < size.height(); y += 28) {
+    for (double y = 14; y < size.height() && !without.dots; y += 28) {
         for (double x = 14; x < size.width(); x += 28) {
             painter.drawEllipse(QPointF(x, y), 0.7, 0.7);
         }
@@ -82,7 +89,9 @@ QImage paintedGrid(const KineticGrid &grid, QSize size, double now, double scale
     painter.setBrush(Qt::NoBrush);
     for (const Ripple &ripple : grid.ripples()) {
         painter.setPen(QPen(colorOf(colors.ripple.at(0.28 * ripple.strength(now))), 1.5));
-        painter.drawEllipse(QPointF(ripple.x, ripple.y), ripple.radius(now), ripple.radius(now));
+        if (!without.rings) {
+            painter.drawEllipse(QPointF(ripple.x, ripple.y), ripple.radius(now), ripple.radius(now));
+        }
     }
     return picture;
 }
@@ -181,6 +190,43 @@ void expectAlike(const QImage &shown, const QImage &painted)
     EXPECT_LT(apart.greatest, 40);
 }
 
+// How far the pixels of an area are from the background, all channels together.
+double lightOf(const QImage &picture, const QRect &area)
+{
+    const QColor background = LK::instance().palette().surfaceWindow;
+    double light = 0.0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QColor color = picture.pixelColor(x, y);
+            light += std::abs(color.red() - background.red()) + std::abs(color.green() - background.green()) +
+                     std::abs(color.blue() - background.blue());
+        }
+    }
+    return light;
+}
+
+// Faint shapes, of which a picture's whole says nothing: at the places around which nothing else is drawn, there must
+// be as much light as painted.
+void expectFaintShapes(const QImage &shown, const QImage &painted, const QImage &without,
+                       const std::vector<QPoint> &places)
+{
+    double shownLight = 0.0;
+    double paintedLight = 0.0;
+    int free = 0;
+    for (const QPoint &place : places) {
+        const QRect around(place - QPoint(3, 3), QSize(6, 6));
+        if (!shown.rect().contains(around) || lightOf(without, around) > 0.0) {
+            continue;
+        }
+        ++free;
+        shownLight += lightOf(shown, around);
+        paintedLight += lightOf(painted, around);
+    }
+    EXPECT_GT(free, 20);
+    EXPECT_GT(paintedLight, 0.0);
+    EXPECT_NEAR(shownLight / paintedLight, 1.0, 0.25);
+}
+
 constexpr QSize usual(1180, 790);
 
 } // namespace
@@ -200,7 +246,16 @@ INSTANTIATE_TEST_SUITE_P(Backdrops, InBothThemes, testing::Values(LK::Theme::Dar
 TEST_P(InBothThemes, TheGridAtRestIsDrawnAsItIsWorkedOut)
 {
     BackdropScene scene("LKKineticGrid { anchors.fill: parent }", usual);
-    expectAlike(scene.picture(named(u"grid-rest"_s)), paintedGrid({}, usual, 0.0));
+    const QImage shown = scene.picture(named(u"grid-rest"_s));
+    const QImage painted = paintedGrid({}, usual, 0.0);
+    expectAlike(shown, painted);
+    std::vector<QPoint> dots;
+    for (int y = 14; y < usual.height(); y += 28) {
+        for (int x = 14; x < usual.width(); x += 28) {
+            dots.emplace_back(x, y);
+        }
+    }
+    expectFaintShapes(shown, painted, paintedGrid({}, usual, 0.0, 1.0, {.dots = true}), dots);
 }
 
 TEST_P(InBothThemes, TheGridBendsAndGlowsAroundThePointer)
@@ -220,7 +275,16 @@ TEST_P(InBothThemes, ARingRunsOutwardFromAClick)
     QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, {700, 420});
     ASSERT_EQ(canvas.grid().ripples().size(), 1U);
     scene.time = 0.35;
-    expectAlike(scene.picture(named(u"grid-ripple"_s)), paintedGrid(canvas.grid(), usual, 0.35));
+    const QImage shown = scene.picture(named(u"grid-ripple"_s));
+    const QImage painted = paintedGrid(canvas.grid(), usual, 0.35);
+    expectAlike(shown, painted);
+    std::vector<QPoint> ring;
+    for (int degree = 0; degree < 360; ++degree) {
+        const double angle = degree * M_PI / 180;
+        const double radius = canvas.grid().ripples().front().radius(0.35);
+        ring.push_back((QPointF(700, 420) + radius * QPointF(std::cos(angle), std::sin(angle))).toPoint());
+    }
+    expectFaintShapes(shown, painted, paintedGrid(canvas.grid(), usual, 0.35, 1.0, {.rings = true}), ring);
 }
 
 TEST_P(InBothThemes, StarlightIsDrawnAsItIsWorkedOut)

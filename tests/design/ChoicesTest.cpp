@@ -137,6 +137,17 @@ TEST(LKSegmented, PaintsTheChosenSegmentAndTheOthersApart)
     }
 }
 
+TEST(LKSegmented, DimsADisabledSegmentAndADisabledWholeEachOnce)
+{
+    Scene scene(document("LKSegmented { " + threeOptions + "selection: 'a'; disabledValues: ['b'] }"));
+    QQuickItem *whole = findNamed(scene.root(), u"choice"_s);
+    EXPECT_EQ(segment(scene, u"One"_s)->opacity(), 1);
+    EXPECT_EQ(segment(scene, u"Two"_s)->opacity(), 0.4);
+    whole->setEnabled(false);
+    EXPECT_EQ(whole->opacity(), 0.45);
+    EXPECT_EQ(segment(scene, u"One"_s)->opacity(), 1);
+}
+
 TEST(LKSegmented, WritesTheSelectionAndKeepsItsBinding)
 {
     Scene scene(document("property string stored: 'a'\nLKSegmented { " + threeOptions +

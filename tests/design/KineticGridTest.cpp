@@ -278,6 +278,16 @@ TEST(GridColors, OfTheLightThemeAreThese)
     EXPECT_EQ(light.glow.at(0), (RGBA{108, 116, 240, 0}));
     EXPECT_EQ(light.ripple.at(0), (RGBA{130, 138, 245, 0}));
     EXPECT_EQ(light.dotOpacity, 0.06);
-    EXPECT_EQ(GridColors::of(LK::Theme::Dark).dotOpacity, 0.05);
-    EXPECT_EQ(GridColors::of(LK::Theme::Dark).ripple.at(0), (RGBA{150, 158, 255, 0}));
+}
+
+TEST(GridColors, OfTheDarkThemeAreThese)
+{
+    const GridColors &dark = GridColors::of(LK::Theme::Dark);
+    EXPECT_EQ(dark.lineBase, (RGBA{255, 255, 255, 0.13}));
+    EXPECT_EQ(dark.lineActive, (RGBA{122, 130, 255, 0.9}));
+    EXPECT_EQ(dark.nodeBase, (RGBA{255, 255, 255, 0.2}));
+    EXPECT_EQ(dark.nodeActive, (RGBA{122, 130, 255, 1}));
+    EXPECT_EQ(dark.glow.at(0), (RGBA{122, 130, 255, 0}));
+    EXPECT_EQ(dark.ripple.at(0), (RGBA{150, 158, 255, 0}));
+    EXPECT_EQ(dark.dotOpacity, 0.05);
 }

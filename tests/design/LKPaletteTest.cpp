@@ -70,6 +70,40 @@ TEST(LKPalette, HasEveryColourOfBothThemes)
               static_cast<int>(std::size(table)) + 4); // and the shadows, and the gradient
 }
 
+TEST(LKPalette, HasItsFieldsInTheirOrder)
+{
+    std::vector<std::string> expected;
+    for (const Expected &row : table) {
+        expected.emplace_back(row.field);
+    }
+    expected.insert(expected.end(), {"shadowCard", "shadowPopover", "shadowModal"});
+    std::vector<std::string> fields;
+    for (int i = 0; i < static_cast<int>(expected.size()); ++i) {
+        fields.emplace_back(LKPalette::staticMetaObject.property(i).name());
+    }
+    EXPECT_EQ(fields, expected);
+}
+
+TEST(LKMotionScale, HasTheHousesDurationsAndCurves)
+{
+    const LKMotionScale motion;
+    EXPECT_EQ(motion.press, 100);
+    EXPECT_EQ(motion.hover, 120);
+    EXPECT_EQ(motion.reveal, 140);
+    EXPECT_EQ(motion.overlay, 180);
+    EXPECT_EQ(motion.step, 260);
+    EXPECT_EQ(motion.toolIn, 380);
+    EXPECT_EQ(motion.toolOut, 280);
+    EXPECT_EQ(motion.afterIntro, 650);
+    EXPECT_EQ(motion.breath, 2600);
+    EXPECT_EQ(motion.cellPulse, 325);
+    EXPECT_EQ(motion.shimmer, 1400);
+    EXPECT_EQ(motion.message, 350);
+    EXPECT_EQ(motion.messageStay, 2400);
+    EXPECT_EQ(motion.curve, (QVariantList{0.2, 0.8, 0.2, 1.0, 1.0, 1.0}));
+    EXPECT_EQ(motion.easeInOut, (QVariantList{0.42, 0.0, 0.58, 1.0, 1.0, 1.0}));
+}
+
 TEST(LKPalette, HasTheShadowsOfBothThemes)
 {
     const auto black = [](float opacity) { return QColor::fromRgbF(0, 0, 0, opacity); };

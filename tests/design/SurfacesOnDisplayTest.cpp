@@ -57,11 +57,11 @@ QRgb added(QColor below, QColor above, double opacity)
         .rgba();
 }
 
-void expectNear(QRgb drawn, QRgb expected, const std::string &where)
+void expectNear(QRgb drawn, QRgb expected, const std::string &where, int tolerance = 3)
 {
     EXPECT_LE(std::max({std::abs(qRed(drawn) - qRed(expected)), std::abs(qGreen(drawn) - qGreen(expected)),
                         std::abs(qBlue(drawn) - qBlue(expected))}),
-              3)
+              tolerance)
         << where << ": drawn " << QColor(drawn).name().toStdString() << ", expected "
         << QColor(expected).name().toStdString();
 }
@@ -130,12 +130,12 @@ TEST_F(Drawing, ASpotlightGlowsAroundTheCardAsABlurOfIt)
     Scene scene(card);
     const QImage drawn = litCard(scene, pointer);
     const QColor light = mixed(palette.accent, palette.info, 0.5);
-    for (const int distance : {3, 12, 30}) {
+    for (const int distance : {3, 12, 20, 30}) {
         const double fromEdge = distance - 0.5 - (1.015 - 1) * cardSize.width() / 2;
         const double share = 0.5 * std::erfc(fromEdge / (16 * std::sqrt(2.0)));
         const QPoint pixel(100 - distance, 190);
         expectNear(drawn.pixel(pixel), over(palette.surfaceWindow, light, 0.22 * share),
-                   std::to_string(distance) + " beside the card");
+                   std::to_string(distance) + " beside the card", 1);
     }
 }
 
@@ -197,6 +197,43 @@ TEST_F(Drawing, AGleamCrossesTheMessageUnlessMotionIsReduced)
             EXPECT_TRUE(waitUntil(isBright));
         }
     }
+}
+
+TEST_F(Drawing, AGleamIsHalfAsWideAsTheTextAndCrossesItFromBeyondItsEnds)
+{
+    constexpr int width = 400;
+    Scene scene(document("Rectangle { width: 400; height: 20; color: 'white'; layer.enabled: true;"
+                         "layer.effect: ShaderEffect { property real offset: 0.3;"
+                         "fragmentShader: 'qrc:/qt/qml/Larkspan/Design/shaders/shimmer.frag.qsb' } }"
+                         "LKLoadingState { objectName: 'loading'; y: 100; messages: ['Telling the rooms apart'] }"));
+    const QImage drawn = scene.window().grabWindow();
+    const int window = LK::instance().palette().surfaceWindow.red();
+    for (const auto &[at, share] : {std::pair(0.29, 0.0), {0.425, 0.5}, {0.55, 1.0}, {0.675, 0.5}, {0.81, 0.0}}) {
+        EXPECT_NEAR(qRed(drawn.pixel(static_cast<int>(at * width), 10)), std::lerp(window, 255, share), 4) << at;
+    }
+    const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
+    const QQuickItem *gleam = nullptr;
+    const auto items =
+        loading->findChildren<QQuickItem *>() + scene.window().contentItem()->findChildren<QQuickItem *>();
+    for (const QQuickItem *item : items) {
+        if (item->property("offset").isValid() && item->parentItem() && item->parentItem()->inherits("QQuickText")) {
+            gleam = item;
+        }
+    }
+    ASSERT_NE(gleam, nullptr);
+    EXPECT_DOUBLE_EQ(gleam->property("offset").toDouble(), loading->property("phase").toDouble() * 1.6 - 0.3);
+}
+
+TEST_F(Drawing, ADisabledButtonIsDimmedAsAWhole)
+{
+    Scene scene(document("LKButton { x: 100; y: 100; title: '\u2588\u2588'; kind: LKButton.Accent; enabled: false }"));
+    const QImage drawn = scene.window().grabWindow();
+    const QQuickItem *button = findShown(scene.root(), u"\u2588\u2588"_s);
+    const LKPalette &palette = LK::instance().palette();
+    // A block of text hides the fill below it, so only the page shines through.
+    expectNear(drawn.pixel(middleOf(button)), over(palette.surfaceWindow, palette.textOnAccent, 0.45), "on the text");
+    expectNear(drawn.pixel(middleOf(button) - QPoint(static_cast<int>(button->width() / 2) - 4, 0)),
+               over(palette.surfaceWindow, palette.accentSolid, 0.45), "beside it");
 }
 
 TEST_F(Frames, AreDrawnByALoadingStateThatIsSeenAndByNoneThatIsHidden)

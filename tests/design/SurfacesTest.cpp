@@ -1,4 +1,5 @@
 #include <cmath>
+#include <utility>
 
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -178,6 +179,17 @@ TEST_F(AIGlow, GoesFromFaintToFullAndGrowsWithIt)
     EXPECT_EQ(halo->cornerRadius(), number(glow, "cornerRadius") + 2);
 }
 
+TEST_F(AIGlow, GoesBackToFaintAsSlowlyAsItCame)
+{
+    Scene scene(document("LKAIGlowModifier { objectName: 'glow'; active: true; LKButton { title: 'Sort' } }"));
+    const QQuickItem *glow = findNamed(scene.root(), u"glow"_s);
+    double last = 0;
+    EXPECT_TRUE(waitUntil([&] {
+        const double before = std::exchange(last, number(glow, "breath"));
+        return last < before && last > 0.2 && last < 0.8;
+    }));
+}
+
 TEST_F(AIGlow, IsStillAndFaintInBoringMode)
 {
     LK::instance().setBoringMode(true);
@@ -246,6 +258,48 @@ TEST_F(LoadingState, PulsesItsCellsAndLetsAGleamCrossTheText)
         EXPECT_TRUE(waitUntil([&] { return cell->opacity() < 0.3; }));
     }
     EXPECT_TRUE(waitUntil([&] { return number(loading, "phase") > 0.5; }));
+}
+
+TEST_F(LoadingState, StartsItsCellsAsAChevron)
+{
+    Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one'] }"));
+    const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
+    std::vector<int> delays;
+    for (const QQuickItem *cell : cellsOf(loading->childItems().constFirst())) {
+        for (const QObject *part : cell->findChildren<QObject *>()) {
+            if (part->inherits("QQuickPauseAnimation")) {
+                delays.push_back(part->property("duration").toInt());
+            } else if (part->inherits("QQuickNumberAnimation")) {
+                EXPECT_EQ(part->property("duration").toInt(), 325);
+            }
+        }
+    }
+    EXPECT_EQ(delays, (std::vector{90, 180, 270, 0, 90, 180, 90, 180, 270}));
+}
+
+TEST_F(LoadingState, FadesFromOneMessageToTheNextAndWithoutMotionReplacesIt)
+{
+    Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one', 'two', 'three'] }"));
+    QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
+    EXPECT_TRUE(waitUntil([&] { return loading->property("animating").toBool(); }));
+    const auto opacityOf = [&](const QString &text) {
+        const QQuickItem *found = findShown(scene.root(), text);
+        return found ? found->opacity() : 0.0;
+    };
+    loading->setProperty("messageIndex", 1);
+    EXPECT_TRUE(waitUntil([&] { return opacityOf(u"two"_s) > 0.1; }));
+    if (const double two = opacityOf(u"two"_s); two < 1) {
+        EXPECT_DOUBLE_EQ(opacityOf(u"one"_s), 1 - two);
+    }
+    EXPECT_TRUE(waitUntil([&] { return opacityOf(u"two"_s) == 1; }));
+    EXPECT_EQ(opacityOf(u"one"_s), 0);
+    // Without motion from the middle of a turn on.
+    loading->setProperty("messageIndex", 2);
+    EXPECT_LT(opacityOf(u"three"_s), 1);
+    LK::instance().setReducedMotion(true);
+    loading->setProperty("messageIndex", 0);
+    EXPECT_EQ(opacityOf(u"one"_s), 1);
+    EXPECT_EQ(opacityOf(u"three"_s), 0);
 }
 
 TEST_F(LoadingState, IsStillWithReducedMotionAndInBoringMode)
