@@ -8,6 +8,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
+#include "design/Corners.h"
 #include "design/LK.h"
 
 namespace larkspan {
@@ -22,6 +23,7 @@ constexpr double barHeight = 60.0 / base;
 constexpr double barRadius = 5.0 / base;
 constexpr double shadowRadius = 0.15;
 constexpr double glowRadius = 0.186;
+constexpr double blurReach = 3.0; // radii; beyond them nothing is left to see
 constexpr double markShare = 0.8; // of an icon file; the rest is for the shadow
 constexpr std::array iconSizes{16, 22, 24, 32, 48, 64, 128, 256, 512};
 
@@ -51,11 +53,12 @@ void smear(std::vector<float> &plane, std::size_t lines, std::size_t length, std
     }
 }
 
-// Fills the shape and blurs it; radius as a shadow's, twice the deviation.
+// Fills the shape and blurs it. The radius is the blur's standard deviation, as of every shadow.
 void paintBlurred(QPainter &painter, const QPainterPath &shape, const QColor &color, double radius)
 {
     const double scale = painter.device()->devicePixelRatio() * painter.worldTransform().m11();
-    const QRectF area = shape.boundingRect().adjusted(-2 * radius, -2 * radius, 2 * radius, 2 * radius);
+    const double reach = blurReach * radius;
+    const QRectF area = shape.boundingRect().adjusted(-reach, -reach, reach, reach);
     QImage mask((area.size() * scale).toSize().expandedTo({1, 1}), QImage::Format_Alpha8);
     mask.fill(0);
     {
@@ -72,12 +75,12 @@ void paintBlurred(QPainter &painter, const QPainterPath &shape, const QColor &co
     for (std::size_t y = 0; y < height; ++y) {
         std::copy_n(mask.constScanLine(static_cast<int>(y)), width, plane.data() + y * width);
     }
-    const double deviation = radius / 2.0 * scale;
-    const auto reach =
+    const double deviation = radius * scale;
+    const auto halfWidth =
         static_cast<std::size_t>(std::max(0.0, std::round((std::sqrt(4 * deviation * deviation + 1) - 1) / 2)));
     for (int pass = 0; pass < 3; ++pass) {
-        smear(plane, height, width, width, 1, reach);
-        smear(plane, width, height, 1, width, reach);
+        smear(plane, height, width, width, 1, halfWidth);
+        smear(plane, width, height, 1, width, halfWidth);
     }
     QImage blurred(mask.size(), QImage::Format_ARGB32_Premultiplied);
     for (std::size_t y = 0; y < height; ++y) {
@@ -90,29 +93,22 @@ void paintBlurred(QPainter &painter, const QPainterPath &shape, const QColor &co
     painter.drawImage(area, blurred);
 }
 
-QPainterPath roundedRect(const QRectF &rect, double radius)
-{
-    QPainterPath path;
-    path.addRoundedRect(rect, radius, radius);
-    return path;
-}
-
 // A line within the edge of a rounded rectangle.
 void paintBorder(QPainter &painter, const QRectF &rect, double radius, const QColor &color)
 {
     constexpr double half = 0.5;
-    painter.strokePath(roundedRect(rect.adjusted(half, half, -half, -half), radius - half), QPen(color, 1.0));
+    painter.strokePath(corners::path(rect.adjusted(half, half, -half, -half), radius - half), QPen(color, 1.0));
 }
 
 } // namespace
 
-void paintAppIcon(QPainter &painter, double side, const QColor &accent)
+void paintAppIcon(QPainter &painter, double side, const QColor &accent, double room)
 {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const QRectF body(0, 0, side, side);
-    const QPainterPath bodyShape = roundedRect(body, side * cornerRadius);
-    paintBlurred(painter, bodyShape, QColor::fromRgbF(0, 0, 0, 0.55f), side * shadowRadius);
+    const QPainterPath bodyShape = corners::path(body, side * cornerRadius);
+    paintBlurred(painter, bodyShape, QColor::fromRgbF(0, 0, 0, 0.55f), std::min(side * shadowRadius, room / blurReach));
 
     QLinearGradient fill(0.13 * side, 0, 0.87 * side, side);
     fill.setColorAt(0, QColor::fromRgbF(0.2f, 0.2f, 0.22745098f));
@@ -127,7 +123,7 @@ void paintAppIcon(QPainter &painter, double side, const QColor &accent)
     const QRectF left((side - side * (2 * barWidth + barGap)) / 2, side * (1 - barHeight) / 2, side * barWidth,
                       side * barHeight);
     const QRectF right = left.translated(side * (barWidth + barGap), 0);
-    const QPainterPath lit = roundedRect(left, side * barRadius);
+    const QPainterPath lit = corners::path(left, side * barRadius);
     painter.save();
     painter.setClipPath(bodyShape);
     paintBlurred(painter, lit, white(0.3), side * glowRadius);
@@ -146,7 +142,7 @@ QImage appIconImage(int pixels)
     // On whole pixels, so that small sizes stay crisp.
     const double margin = std::round(pixels * (1 - markShare) / 2);
     painter.translate(margin, margin);
-    paintAppIcon(painter, pixels - 2 * margin, LKPalette::dark().accent);
+    paintAppIcon(painter, pixels - 2 * margin, LKPalette::dark().accent, margin);
     return image;
 }
 
@@ -172,8 +168,9 @@ AppIconCanvas::AppIconCanvas(QQuickItem *parent) : QQuickPaintedItem(parent)
 
 void AppIconCanvas::paint(QPainter *painter)
 {
-    painter->translate((width() - m_side) / 2, (height() - m_side) / 2);
-    paintAppIcon(*painter, m_side, LK::instance().palette().accent);
+    const double room = (width() - m_side) / 2;
+    painter->translate(room, room);
+    paintAppIcon(*painter, m_side, LK::instance().palette().accent, room);
 }
 
 } // namespace larkspan

@@ -10,8 +10,9 @@ class QPainter;
 namespace larkspan {
 
 // Paints the program's mark with its shadow around it: a dark rounded square from the origin to
-// (side, side), with one lit and one empty bar on it. accent: of the lit bar.
-void paintAppIcon(QPainter &painter, double side, const QColor &accent);
+// (side, side), with one lit and one empty bar on it. accent: of the lit bar. room: around the square; the shadow is
+// narrower where it would be cut off.
+void paintAppIcon(QPainter &painter, double side, const QColor &accent, double room);
 // A whole icon file of so many pixels: the mark with room for its shadow.
 [[nodiscard]] QImage appIconImage(int pixels);
 // The sizes in which desktops ask for an icon, in pixels.

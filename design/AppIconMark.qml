@@ -12,7 +12,7 @@ Item {
 
     AppIconCanvas {
         anchors.centerIn: parent
-        width: mark.size * 1.8
+        width: mark.size * 1.9
         height: width
         side: mark.size
     }

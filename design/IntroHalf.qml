@@ -48,7 +48,7 @@ Item {
                 Repeater {
                     model: half.frameCount
 
-                    Rectangle {
+                    LKRectangle {
                         required property int index
 
                         width: half.frameWidth

@@ -88,7 +88,7 @@ Item {
             cornerRadius: 1
         }
 
-        Rectangle {
+        LKRectangle {
             anchors.fill: parent
             radius: 1
             color: LK.palette.accent
@@ -98,7 +98,7 @@ Item {
     Item {
         objectName: "icon"
         anchors.centerIn: parent
-        width: 118 * 1.8 // with the shadow
+        width: 118 * 1.9 // with the shadow
         height: width
         opacity: sequence.look.iconOpacity
         scale: sequence.look.iconScale

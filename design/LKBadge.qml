@@ -23,7 +23,7 @@ LKText {
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 
-    Rectangle {
+    LKRectangle {
         objectName: "fill"
         anchors.fill: parent
         z: -1

@@ -56,7 +56,7 @@ T.Control {
         }
     }
 
-    background: Rectangle {
+    background: LKRectangle {
         radius: 4
         color: digits.fill
     }

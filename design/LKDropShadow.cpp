@@ -9,6 +9,8 @@
 #include <QtQuick/QSGImageNode>
 #include <QtQuick/QSGTexture>
 
+#include "design/Corners.h"
+
 namespace larkspan {
 
 namespace {
@@ -62,7 +64,7 @@ QImage shadowPicture(const LKShadow &shadow, double cornerRadius, QSizeF size, d
     painter.scale(scale, scale);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::white);
-    painter.drawRoundedRect(QRectF(QPointF(margin, margin), size), cornerRadius, cornerRadius);
+    painter.drawPath(corners::path(QRectF(QPointF(margin, margin), size), cornerRadius));
     painter.end();
     if (shadow.radius > 0) {
         const QList<float> weights = weightsOf(shadow.radius * scale);

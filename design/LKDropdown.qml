@@ -216,7 +216,7 @@ T.ComboBox {
             verticalAlignment: Text.AlignVCenter
         }
 
-        background: Rectangle {
+        background: LKRectangle {
             radius: 4
             color: row.highlighted ? LK.palette.surfaceSelected : "transparent"
         }

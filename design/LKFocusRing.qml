@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 
 // Shows where the keyboard is. Lies around its parent; bind visible to the parent's visualFocus.
-Rectangle {
+LKRectangle {
     property real cornerRadius: 5
 
     anchors.fill: parent

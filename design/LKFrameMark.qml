@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 
 // The empty frame of a film, above what a screen has to say.
-Rectangle {
+LKRectangle {
     implicitWidth: 44
     implicitHeight: 28
     radius: 3

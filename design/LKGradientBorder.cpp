@@ -3,6 +3,7 @@
 #include <QtGui/QPainter>
 
 #include "design/AngularGradient.h"
+#include "design/Corners.h"
 #include "design/LK.h"
 
 namespace larkspan {
@@ -35,10 +36,9 @@ void LKGradientBorder::paint(QPainter *painter)
 {
     const QConicalGradient gradient = angularGradient(boundingRect().center(), LK::instance().palette().aiGradient());
     const double inset = m_lineWidth / 2;
-    const double radius = m_cornerRadius - inset;
     painter->setPen(QPen(gradient, m_lineWidth));
     painter->setBrush(Qt::NoBrush);
-    painter->drawRoundedRect(boundingRect().adjusted(inset, inset, -inset, -inset), radius, radius);
+    painter->drawPath(corners::path(boundingRect().adjusted(inset, inset, -inset, -inset), m_cornerRadius - inset));
 }
 
 } // namespace larkspan

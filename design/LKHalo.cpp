@@ -10,6 +10,7 @@
 #include <QtQuick/QSGImageNode>
 
 #include "design/AngularGradient.h"
+#include "design/Corners.h"
 #include "design/LK.h"
 
 namespace larkspan {
@@ -79,8 +80,8 @@ QImage haloImage(QSizeF rectangle, double cornerRadius, double blur, const QList
     painter.translate(area.width() / 2, area.height() / 2);
     painter.setBrush(angularGradient({}, gradient));
     painter.setPen(Qt::NoPen);
-    painter.drawRoundedRect(QRectF(QPointF(-rectangle.width() / 2, -rectangle.height() / 2), rectangle), cornerRadius,
-                            cornerRadius);
+    painter.drawPath(
+        corners::path(QRectF(QPointF(-rectangle.width() / 2, -rectangle.height() / 2), rectangle), cornerRadius));
     painter.end();
 
     const std::vector<float> weights = bell(blur / pointsPerPixel);

@@ -17,7 +17,7 @@ Grid {
     Repeater {
         model: LK.motion.chevron
 
-        Rectangle {
+        LKRectangle {
             id: cell
 
             required property int modelData

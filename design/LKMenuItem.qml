@@ -58,7 +58,7 @@ T.MenuItem {
         color: LK.palette.textTertiary
     }
 
-    background: Rectangle {
+    background: LKRectangle {
         radius: 4
         color: item.down ? LK.palette.surfacePressed : item.highlighted ? LK.palette.surfaceSelected : "transparent"
     }

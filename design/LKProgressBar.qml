@@ -40,14 +40,14 @@ T.ProgressBar {
             }
         }
 
-        Rectangle {
+        LKRectangle {
             y: 26
             width: parent.width
             height: 4
             radius: 2
             color: LK.palette.surfacePressed
 
-            Rectangle {
+            LKRectangle {
                 objectName: "fill"
                 x: control.mirrored ? parent.width - width : 0
                 width: parent.width * control.value

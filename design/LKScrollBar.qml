@@ -13,7 +13,7 @@ T.ScrollBar {
     visible: control.size < 1
     Accessible.ignored: true // what it scrolls is walked by itself
 
-    contentItem: Rectangle {
+    contentItem: LKRectangle {
         implicitWidth: 4
         implicitHeight: 4
         radius: 2

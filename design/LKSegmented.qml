@@ -130,7 +130,7 @@ T.Pane {
                     }
                 }
 
-                background: Rectangle {
+                background: LKRectangle {
                     radius: 3
                     color: segment.isSelected ? LK.palette.surfaceSelected : "transparent"
 

@@ -81,7 +81,7 @@ T.AbstractButton {
         }
     }
 
-    background: Rectangle {
+    background: LKRectangle {
         radius: 6
         color: control.selected ? LK.palette.surfaceSelected : control.hovered ? LK.palette.surfaceHover : "transparent"
 

@@ -83,7 +83,7 @@ Item {
         stroke: LK.palette.borderSubtle
     }
 
-    Rectangle {
+    LKRectangle {
         anchors.fill: parent
         visible: !surface.hasShaders && surface.strength > 0
         radius: surface.cornerRadius

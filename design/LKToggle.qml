@@ -43,7 +43,7 @@ T.AbstractButton {
             control.flip();
     }
 
-    indicator: Rectangle {
+    indicator: LKRectangle {
         implicitWidth: 34
         implicitHeight: 20
         radius: height / 2
@@ -68,7 +68,7 @@ T.AbstractButton {
                 }
             }
 
-            Rectangle {
+            LKRectangle {
                 objectName: "knob"
                 anchors.fill: parent
                 radius: 8

@@ -26,7 +26,7 @@ QStringList Gallery::pages()
     return {u"Colours"_s,          u"Type"_s,           u"Icons"_s,        u"LKButton"_s,    u"LKBadge"_s,
             u"LKDropdown"_s,       u"LKToggle"_s,       u"LKSegmented"_s,  u"LKTextField"_s, u"LKSettingsRow"_s,
             u"LKSidebarRow"_s,     u"LKProgressBar"_s,  u"LKEmptyState"_s, u"LKMenu"_s,      u"LKSpotlightCard"_s,
-            u"LKAIGlowModifier"_s, u"LKLoadingState"_s, u"Sound"_s};
+            u"LKAIGlowModifier"_s, u"LKLoadingState"_s, u"Backdrops"_s,    u"Intro"_s,       u"Sound"_s};
 }
 
 QStringList Gallery::symbols()

@@ -131,7 +131,7 @@ T.ItemDelegate {
             verticalAlignment: Text.AlignVCenter
         }
 
-        background: Rectangle {
+        background: LKRectangle {
             radius: 4
             color: Qt.rgba(0, 0, 0, move.down ? 0.75 : move.hovered ? 0.6 : 0.45)
 

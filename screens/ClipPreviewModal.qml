@@ -105,7 +105,7 @@ FocusScope {
                 }
             }
 
-            background: Rectangle {
+            background: LKRectangle {
                 radius: height / 2
                 color: Qt.rgba(0, 0, 0, play.down ? 0.75 : play.hovered ? 0.6 : 0.45)
                 border.width: 1
@@ -134,7 +134,7 @@ FocusScope {
         anchors.fill: media
         clip: true
 
-        Rectangle {
+        LKRectangle {
             width: modal.width
             height: modal.height
             radius: modal.cornerRadius

@@ -4,6 +4,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
+#include "design/Corners.h"
 #include "screens/BinColors.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -20,9 +21,7 @@ const QString binPath = u"bin/"_s;     // then the bin
 // The outline of a picture. What isn't to be round below reaches beyond its lower edge.
 QPainterPath outline(const QSizeF &size, double radius, bool topOnly)
 {
-    QPainterPath path;
-    path.addRoundedRect(QRectF(QPointF(), topOnly ? size + QSizeF(0, 2 * radius) : size), radius, radius);
-    return path;
+    return corners::path(QRectF(QPointF(), topOnly ? size + QSizeF(0, 2 * corners::reach * radius) : size), radius);
 }
 
 QBrush gradient(const QString &bin, const QSizeF &size)

@@ -70,7 +70,7 @@ FocusScope {
         width: parent.width
         spacing: 14
 
-        Rectangle {
+        LKRectangle {
             anchors.horizontalCenter: parent.horizontalCenter
             width: 44
             height: 44

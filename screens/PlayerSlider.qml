@@ -16,17 +16,17 @@ T.Slider {
     Accessible.name: label
 
     background: Item {
-        Rectangle {
+        LKRectangle {
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
             height: 4
-            radius: 2
+            radius: height / 2
             color: Qt.rgba(1, 1, 1, 0.3)
 
-            Rectangle {
+            LKRectangle {
                 width: control.visualPosition * parent.width
                 height: 4
-                radius: 2
+                radius: height / 2
                 color: "white"
             }
         }
@@ -36,7 +36,7 @@ T.Slider {
         }
     }
 
-    handle: Rectangle {
+    handle: LKRectangle {
         x: control.visualPosition * (control.availableWidth - width)
         y: (control.height - height) / 2
         width: 12

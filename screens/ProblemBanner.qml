@@ -12,7 +12,7 @@ Item {
     Accessible.role: Accessible.AlertMessage
     Accessible.name: message
 
-    Rectangle {
+    LKRectangle {
         anchors.fill: parent
         anchors.leftMargin: 16
         anchors.rightMargin: 16

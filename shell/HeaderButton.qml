@@ -60,7 +60,7 @@ T.AbstractButton {
         }
     }
 
-    background: Rectangle {
+    background: LKRectangle {
         radius: 5
         color: control.down ? LK.palette.surfacePressed : control.hovered || control.isOpen ? LK.palette.surfaceHover : "transparent"
 

@@ -210,7 +210,7 @@ FocusScope {
                     Accessible.onPressAction: dot.clicked()
 
                     contentItem: Item {
-                        Rectangle {
+                        LKRectangle {
                             anchors.centerIn: parent
                             width: 5
                             height: 5

@@ -106,7 +106,7 @@ FocusScope {
                         width: parent ? parent.width : 0
                         spacing: 9
 
-                        Rectangle {
+                        LKRectangle {
                             y: 6
                             width: 5
                             height: 5

@@ -40,7 +40,7 @@ T.AbstractButton {
         detail: control.detail
     }
 
-    background: Rectangle {
+    background: LKRectangle {
         radius: 6
         color: control.down ? LK.palette.surfacePressed : control.hovered ? LK.palette.surfaceHover : "transparent"
 

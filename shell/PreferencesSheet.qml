@@ -34,25 +34,20 @@ FocusScope {
     }
 
     // Behind the tabs; as round as the card at its corner, and nowhere else.
-    Rectangle {
+    Item {
         objectName: "sidebar"
         x: 1
         y: 53
         width: 169
         height: parent.height - y - 1
-        radius: 9
-        color: LK.palette.surfaceSidebar
+        clip: true
 
-        Rectangle {
-            width: parent.width
-            height: parent.height - parent.radius
-            color: parent.color
-        }
-        Rectangle {
-            x: parent.radius
-            width: parent.width - x
-            height: parent.height
-            color: parent.color
+        LKRectangle {
+            y: -20
+            width: parent.width + 20
+            height: parent.height + 20
+            radius: 9 // of the card within its line
+            color: LK.palette.surfaceSidebar
         }
     }
 

@@ -71,7 +71,7 @@ T.ItemDelegate {
         trailing: 52
     }
 
-    background: Rectangle {
+    background: LKRectangle {
         radius: 6
         color: row.down ? LK.palette.surfacePressed : row.hovered ? LK.palette.surfaceHover : "transparent"
 

@@ -3,6 +3,8 @@
 #include <QtGui/QLinearGradient>
 #include <QtGui/QPainter>
 
+#include "design/Corners.h"
+
 namespace larkspan {
 
 ToolTileSurface::ToolTileSurface(QQuickItem *parent) : QQuickPaintedItem(parent)
@@ -19,13 +21,13 @@ void ToolTileSurface::paint(QPainter *painter)
     fill.setColorAt(1, m_to);
     painter->setPen(Qt::NoPen);
     painter->setBrush(fill);
-    painter->drawRoundedRect(area, m_cornerRadius, m_cornerRadius);
+    painter->drawPath(corners::path(area, m_cornerRadius));
 
     constexpr double halfEdge = 0.5;
     painter->setPen(QPen(QColor::fromRgbF(1, 1, 1, 0.1f), 1.0));
     painter->setBrush(Qt::NoBrush);
-    painter->drawRoundedRect(area.adjusted(halfEdge, halfEdge, -halfEdge, -halfEdge), m_cornerRadius - halfEdge,
-                             m_cornerRadius - halfEdge);
+    painter->drawPath(
+        corners::path(area.adjusted(halfEdge, halfEdge, -halfEdge, -halfEdge), m_cornerRadius - halfEdge));
 }
 
 } // namespace larkspan

@@ -1,4 +1,5 @@
 #version 440
+#extension GL_GOOGLE_include_directive : require
 // A picture cut to a rectangle with round corners.
 layout(location = 0) in vec2 qt_TexCoord0;
 layout(location = 0) out vec4 fragColor;
@@ -11,12 +12,13 @@ layout(std140, binding = 0) uniform buf {
 };
 layout(binding = 1) uniform sampler2D source;
 
+#include "corners.glsl"
+
 void main()
 {
     vec2 fromMiddle = (qt_TexCoord0 - 0.5) * area;
     float radius = fromMiddle.y < 0.0 ? upper : lower;
-    vec2 beyond = abs(fromMiddle) - area / 2.0 + radius;
-    float outside = length(max(beyond, 0.0)) + min(max(beyond.x, beyond.y), 0.0) - radius;
+    float outside = cornersDistance(fromMiddle, area, radius);
     float covered = clamp(0.5 - outside / fwidth(fromMiddle.x), 0.0, 1.0);
     fragColor = texture(source, qt_TexCoord0) * (covered * qt_Opacity);
 }

@@ -1,4 +1,5 @@
 #version 440
+#extension GL_GOOGLE_include_directive : require
 // A lit card: its fill, a spot of light over it, its border, and the light along the border.
 layout(location = 0) in vec2 qt_TexCoord0;
 layout(location = 0) out vec4 fragColor;
@@ -17,17 +18,12 @@ layout(std140, binding = 0) uniform buf {
     float adds;  // 1: the spot adds to the fill; 0: it covers it
 };
 
-// From the edge of the card, negative inside.
-float edgeDistance(vec2 place)
-{
-    vec2 corner = abs(place - card * 0.5) - card * 0.5 + cornerRadius;
-    return length(max(corner, 0.0)) + min(max(corner.x, corner.y), 0.0) - cornerRadius;
-}
+#include "corners.glsl"
 
 void main()
 {
     vec2 place = qt_TexCoord0 * card;
-    float distance = edgeDistance(place);
+    float distance = cornersDistance(place - card * 0.5, card, cornerRadius);
     float pixel = max(fwidth(distance), 1e-4);
     float falloff = max(0.0, 1.0 - length(place - centre * card) / reach);
 

@@ -20,7 +20,7 @@ GalleryPage {
 
                 caption: modelData
 
-                Rectangle {
+                LKRectangle {
                     width: 120
                     height: 44
                     radius: 5

@@ -39,6 +39,36 @@ TEST(AppIcon, ThatShipsIsTheMarkAsItIsDrawn)
     }
 }
 
+// With as much room as it asks for: the radius, 0.15 of the side, is the blur's standard deviation.
+TEST(AppIcon, HasAShadowAsWideAsAnyShadowOfItsRadius)
+{
+    constexpr int side = 400;
+    constexpr int room = 200;
+    QImage image(side + 2 * room, side + 2 * room, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.translate(room, room);
+    paintAppIcon(painter, side, LKPalette::dark().accent, room);
+    painter.end();
+    const auto opacityAt = [&](double deviations) {
+        const int distance = static_cast<int>(std::lround(deviations * 0.15 * side));
+        return image.pixelColor(room - 1 - distance, room + side / 2).alphaF();
+    };
+    EXPECT_NEAR(opacityAt(0), 0.55 * 0.5, 0.01);
+    EXPECT_NEAR(opacityAt(1), 0.55 * 0.1587, 0.01);
+    EXPECT_NEAR(opacityAt(2), 0.55 * 0.0228, 0.01);
+}
+
+TEST(AppIcon, HasNothingOfItsShadowCutOffInAFile)
+{
+    const QImage icon = appIconImage(512);
+    for (int at = 0; at < 512; ++at) {
+        EXPECT_LE(icon.pixelColor(at, 0).alpha(), 2);
+        EXPECT_LE(icon.pixelColor(at, 511).alpha(), 2);
+        EXPECT_LE(icon.pixelColor(0, at).alpha(), 2);
+    }
+}
+
 // At four times the base size, where a pixel is a quarter of a point of it.
 TEST(AppIcon, HasTheProportionsOfTheMark)
 {
@@ -47,7 +77,7 @@ TEST(AppIcon, HasTheProportionsOfTheMark)
     image.fill(Qt::transparent);
     QPainter painter(&image);
     const QColor accent = LKPalette::dark().accent;
-    paintAppIcon(painter, side, accent);
+    paintAppIcon(painter, side, accent, side);
     painter.end();
 
     // The body is dark and whole, but for its corners of radius 32.

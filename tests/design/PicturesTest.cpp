@@ -9,6 +9,7 @@
 #include <QtTest/QTest>
 
 #include "gallery/Gallery.h"
+#include "tests/support/Layout.h"
 #include "tests/support/Motion.h"
 #include "tests/support/Scene.h"
 #include "tests/support/WaitUntil.h"
@@ -198,6 +199,7 @@ TEST_P(Pictures, AreAsStored)
     Scene scene(documentOf(page), {}, pageSize);
     QTest::mouseMove(&scene.window(), nowhere);
     hideClocks(scene);
+    EXPECT_THAT(strangeCorners(*scene.root()), testing::IsEmpty());
     const QImage drawn = settled(scene);
     expectPicture(drawn.copy(0, 0, drawn.width(), bottomOf(drawn)), nameOf(page, theme));
     if (const QList<QQuickItem *> subjects = touchableSubjects(scene); !subjects.isEmpty()) {

@@ -199,29 +199,17 @@ TEST_F(Drawing, AGleamCrossesTheMessageUnlessMotionIsReduced)
     }
 }
 
-TEST_F(Drawing, AGleamIsHalfAsWideAsTheTextAndCrossesItFromBeyondItsEnds)
+TEST_F(Drawing, AGleamIsHalfAsWideAsTheTextAndBrightestInItsMiddle)
 {
     constexpr int width = 400;
     Scene scene(document("Rectangle { width: 400; height: 20; color: 'white'; layer.enabled: true;"
                          "layer.effect: ShaderEffect { property real offset: 0.3;"
-                         "fragmentShader: 'qrc:/qt/qml/Larkspan/Design/shaders/shimmer.frag.qsb' } }"
-                         "LKLoadingState { objectName: 'loading'; y: 100; messages: ['Telling the rooms apart'] }"));
+                         "fragmentShader: 'qrc:/qt/qml/Larkspan/Design/shaders/shimmer.frag.qsb' } }"));
     const QImage drawn = scene.window().grabWindow();
     const int window = LK::instance().palette().surfaceWindow.red();
     for (const auto &[at, share] : {std::pair(0.29, 0.0), {0.425, 0.5}, {0.55, 1.0}, {0.675, 0.5}, {0.81, 0.0}}) {
         EXPECT_NEAR(qRed(drawn.pixel(static_cast<int>(at * width), 10)), std::lerp(window, 255, share), 4) << at;
     }
-    const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
-    const QQuickItem *gleam = nullptr;
-    const auto items =
-        loading->findChildren<QQuickItem *>() + scene.window().contentItem()->findChildren<QQuickItem *>();
-    for (const QQuickItem *item : items) {
-        if (item->property("offset").isValid() && item->parentItem() && item->parentItem()->inherits("QQuickText")) {
-            gleam = item;
-        }
-    }
-    ASSERT_NE(gleam, nullptr);
-    EXPECT_DOUBLE_EQ(gleam->property("offset").toDouble(), loading->property("phase").toDouble() * 1.6 - 0.3);
 }
 
 TEST_F(Drawing, ADisabledButtonIsDimmedAsAWhole)
@@ -231,7 +219,8 @@ TEST_F(Drawing, ADisabledButtonIsDimmedAsAWhole)
     const QQuickItem *button = findShown(scene.root(), u"\u2588\u2588"_s);
     const LKPalette &palette = LK::instance().palette();
     // A block of text hides the fill below it, so only the page shines through.
-    expectNear(drawn.pixel(middleOf(button)), over(palette.surfaceWindow, palette.textOnAccent, 0.45), "on the text");
+    expectNear(drawn.pixel(middleOf(button)), over(palette.surfaceWindow, palette.textOnAccent, 0.45), "on the text",
+               10); // some of the fill between two blocks; nearly twice that where it shines through
     expectNear(drawn.pixel(middleOf(button) - QPoint(static_cast<int>(button->width() / 2) - 4, 0)),
                over(palette.surfaceWindow, palette.accentSolid, 0.45), "beside it");
 }

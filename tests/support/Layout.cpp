@@ -85,6 +85,25 @@ bool isWithin(const QQuickItem *item, const QQuickItem *other)
 
 } // namespace
 
+// NOLINTNEXTLINE(misc-no-recursion): a window is some levels deep
+std::vector<std::string> strangeCorners(const QQuickItem &root)
+{
+    std::vector<std::string> faults;
+    if (isKind(&root, "QQuickRectangle") && root.property("radius").toDouble() > 0 &&
+        !isKind(&root, "larkspan::LKRectangle")) {
+        std::ostringstream text;
+        text << "a rectangle of radius " << root.property("radius").toDouble() << " in "
+             << (root.parentItem() ? root.parentItem()->metaObject()->className() : "the window")
+             << " hasn't the house's corners";
+        faults.push_back(text.str());
+    }
+    for (const QQuickItem *child : root.childItems()) {
+        const auto below = strangeCorners(*child);
+        faults.insert(faults.end(), below.begin(), below.end());
+    }
+    return faults;
+}
+
 std::vector<std::string> layoutFaults(QQuickWindow &window, const std::set<QString> &mayBeElided)
 {
     constexpr double slack = 0.5;

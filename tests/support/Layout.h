@@ -13,6 +13,9 @@ namespace larkspan::test {
 // one layer that lie over each other. What is scrolled out of sight or disabled doesn't count.
 std::vector<std::string> layoutFaults(QQuickWindow &window, const std::set<QString> &mayBeElided = {});
 
+// Round rectangles that don't take their corners from LKRectangle, one sentence each, hidden ones included.
+std::vector<std::string> strangeCorners(const QQuickItem &root);
+
 // Where everything to read or press stands, and how opaque it is, but for clocks. The same twice: nothing moves.
 std::string layoutOf(QQuickWindow &window);
 
