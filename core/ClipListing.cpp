@@ -1,7 +1,6 @@
 #include "core/ClipListing.h"
 
 #include <algorithm>
-#include <array>
 #include <system_error>
 
 #include <QtCore/QCollator>
@@ -28,20 +27,21 @@ std::error_code listOneFolder(const fs::path &folder, std::vector<FileUrl> &clip
         if (isVideoFile(name)) {
             clips.emplace_back(entry->path());
         }
-        std::error_code unknown; // a file whose kind can't be told is no folder to look into
-        if (entry->symlink_status(unknown).type() == fs::file_type::directory && !isPackage(name)) {
+        // As the folder itself tells it; asked of the file only where the folder doesn't. What can't be told at all may
+        // be a folder, and then says itself why it can't be read.
+        std::error_code unknown;
+        const bool isLink = entry->is_symlink(unknown);
+        if ((unknown || (!isLink && entry->is_directory(unknown))) && !isPackage(name)) {
             folders.push_back(entry->path());
         }
     }
     return error;
 }
 
-// Not one that is merely closed to us or gone, the likes of which every disk has.
-bool isDamage(const std::error_code &error)
+// The folder that some file systems keep for what a repair finds. It is closed to all but the system on every card.
+bool isOfTheSystem(const fs::path &folder, const FileUrl &card, const std::error_code &error)
 {
-    constexpr std::array harmless{std::errc::permission_denied, std::errc::operation_not_permitted,
-                                  std::errc::no_such_file_or_directory, std::errc::not_a_directory};
-    return error && std::ranges::none_of(harmless, [&error](std::errc known) { return error == known; });
+    return folder == card.path() / "lost+found" && error == std::errc::permission_denied;
 }
 
 QCollator naturalOrder()
@@ -64,10 +64,12 @@ CardListing listCard(const FileUrl &card, const std::stop_token &stop)
     while (!folders.empty() && !stop.stop_requested()) {
         const fs::path next = std::move(folders.back());
         folders.pop_back();
-        if (isDamage(listOneFolder(next, clips, folders)) && !listing.damaged) {
-            listing.damaged = FileUrl(next);
+        const std::error_code error = listOneFolder(next, clips, folders);
+        if (error && !isOfTheSystem(next, card, error)) {
+            listing.unreadable.emplace_back(next);
         }
     }
+    std::ranges::sort(listing.unreadable, {}, &FileUrl::path);
 
     struct Keyed
     {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <stop_token>
 #include <vector>
 
@@ -14,12 +13,12 @@ namespace larkspan {
 // folder named like a clip counts as one. Polls the token between folders and then returns what it has.
 std::vector<FileUrl> listClips(const FileUrl &folder, const std::stop_token &stop = {});
 
-// The same of a card, whose clips are about to be copied and may then be wiped from it: a folder that the medium fails
-// to deliver is told rather than passed over.
+// The same of a card, whose clips are about to be copied and may then be wiped from it: a folder that can't be read to
+// its end is told rather than passed over.
 struct CardListing
 {
     std::vector<FileUrl> clips;
-    std::optional<FileUrl> damaged; // the first such folder
+    std::vector<FileUrl> unreadable; // by path; the card itself may be among them
 };
 CardListing listCard(const FileUrl &card, const std::stop_token &stop);
 

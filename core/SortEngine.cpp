@@ -6,6 +6,7 @@
 #include <QtCore/QCoreApplication>
 
 #include "core/CardFolder.h"
+#include "core/CardNote.h"
 #include "core/ClipListing.h"
 #include "core/ClipOrder.h"
 #include "core/ClipPipeline.h"
@@ -101,9 +102,11 @@ void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
     }
     beginWorking(destination);
     rememberRecent(destination);
-    countCopies(+1);
-    startTask([this, source, destination, classifier = makeClassifier(), options = m_options](const Run &run) {
-        importThenSort(run, source, destination, classifier, options);
+    startTask([this, source, destination, volumeName, classifier = makeClassifier(), options = m_options,
+               copying = std::make_shared<const Copying>(*this)](const Run &run) mutable {
+        if (copyCard(run, source, volumeName, destination, options, std::move(copying))) {
+            runSort(run, destination, classifier, options);
+        }
     });
 }
 
@@ -191,38 +194,29 @@ void SortEngine::finishSort(const SortOptions &options)
     saveCurrentProject();
 }
 
-void SortEngine::importThenSort(const Run &run, const FileUrl &source, const FileUrl &destination,
-                                const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options)
+bool SortEngine::copyCard(const Run &run, const FileUrl &source, const QString &volumeName, const FileUrl &destination,
+                          const SortOptions &options, std::shared_ptr<const Copying> /*untilReturn*/)
 {
-    const auto [urls, damaged] = listCard(source, run.stop);
-    if (damaged && !urls.empty()) {
+    const auto [urls, unreadable] = listCard(source, run.stop);
+    if (!unreadable.empty()) {
         // A copy that lacks clips would pass for the whole card, which may be wiped next.
-        const QString text = damaged->lastPathComponent() +
-                             u" on the card can't be read, so nothing was copied — the card may be damaged."_s;
-        post([this] { countCopies(-1); });
-        land(run, [this, text] { setStage({.kind = StageKind::failed, .text = text}); });
-        return;
+        land(run, [this, note = unreadableNote(source, volumeName, unreadable)] { addCardNote(note); });
     }
     if (urls.empty()) {
-        post([this] { countCopies(-1); });
         land(run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });
-        return;
+        return false;
     }
     land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
     const auto copied = m_seams.copyFiles(
         urls, destination, options.verifyLevel,
         [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
-    post([this] { countCopies(-1); });
     if (!copied) {
         land(run,
              [this, failure = copied.error()] { setStage({.kind = StageKind::failed, .text = failure.description}); });
-        return;
-    }
-    if (run.stop.stop_requested()) {
-        return;
+        return false;
     }
     land(run, [this] { setProgress(0, m_total); });
-    runSort(run, destination, classifier, options);
+    return !run.stop.stop_requested();
 }
 
 void SortEngine::land(const Run &run, std::function<void()> change)
@@ -266,12 +260,36 @@ void SortEngine::startTask(std::function<void(const Run &run)> work)
     m_taskPool.start(new PoolJob([run = Run{m_ticket, m_task.get_token()}, work = std::move(work)] { work(run); }));
 }
 
+SortEngine::Copying::Copying(SortEngine &engine) : m_engine(engine)
+{
+    engine.countCopies(+1);
+}
+
+SortEngine::Copying::~Copying()
+{
+    m_engine.post([&engine = m_engine] { engine.countCopies(-1); });
+}
+
 void SortEngine::countCopies(int change)
 {
     const bool wasCopying = isCopying();
     m_copies += change;
     if (wasCopying != isCopying()) {
         Q_EMIT isCopyingChanged();
+    }
+}
+
+void SortEngine::addCardNote(const QString &note)
+{
+    m_cardNote += m_cardNote.isEmpty() ? note : u'\n' + note;
+    Q_EMIT cardNoteChanged();
+}
+
+void SortEngine::dismissCardNote()
+{
+    if (!m_cardNote.isEmpty()) {
+        m_cardNote.clear();
+        Q_EMIT cardNoteChanged();
     }
 }
 

@@ -50,6 +50,7 @@ class SortEngine : public QObject
     Q_PROPERTY(int total READ total NOTIFY progressChanged)
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(bool isCopying READ isCopying NOTIFY isCopyingChanged)
+    Q_PROPERTY(QString cardNote READ cardNote NOTIFY cardNoteChanged)
     Q_PROPERTY(bool hasFolder READ hasFolder NOTIFY folderChanged)
     Q_PROPERTY(QString folderName READ folderName NOTIFY folderChanged)
     Q_PROPERTY(QString displayName READ displayName NOTIFY folderChanged)
@@ -96,7 +97,8 @@ public:
     Q_INVOKABLE void chooseFolder();
     // Asks for the Shoots folder.
     Q_INVOKABLE void chooseImportRoot();
-    // Copies a card into a dated folder under importRoot, then sorts the copy. Does nothing without an importRoot.
+    // Copies a card into a dated folder under importRoot, then sorts the copy. Does nothing without an importRoot. What
+    // of the card can't be read goes into cardNote.
     void importCard(const FileUrl &source, const QString &volumeName);
     // Restores a sorted shoot as it was saved, without sorting, and samples its thumbnails anew. One that can't be read
     // leaves the list, and nothing else changes. Footage that is gone only lacks its thumbnails.
@@ -145,6 +147,10 @@ public:
     // Footage is being copied or moved, for this shoot or for one that is on its way out: what was stopped still ends
     // the file that it is at.
     bool isCopying() const { return m_copies > 0; }
+    // The folders of imported cards that couldn't be read, a card a line; "" for none. Stays, whatever is sorted
+    // next, until it is dismissed.
+    const QString &cardNote() const { return m_cardNote; }
+    Q_INVOKABLE void dismissCardNote();
     const std::optional<FileUrl> &folder() const { return m_folder; }
     bool hasFolder() const { return m_folder.has_value(); }
     QString folderName() const;
@@ -213,6 +219,7 @@ Q_SIGNALS:
     void clipsChanged();
     void progressChanged();
     void isCopyingChanged();
+    void cardNoteChanged();
     void folderChanged();
     void selectedBinChanged();
     void previewClipChanged();
@@ -233,6 +240,20 @@ private:
     {
         quint64 ticket = 0;
         std::stop_token stop;
+    };
+
+    // Footage is being copied for as long as this lives. Made on the main thread; ends on the task's, and is counted
+    // off behind all that the task has posted by then, the outcome of its copy included.
+    class Copying
+    {
+    public:
+        explicit Copying(SortEngine &engine);
+        ~Copying();
+        Copying(const Copying &) = delete;
+        Copying &operator=(const Copying &) = delete;
+
+    private:
+        SortEngine &m_engine;
     };
 
     // A shoot on its way out, as it stood when the export began. The clips belong to the main thread.
@@ -256,6 +277,7 @@ private:
     void cancelTask();
     void startTask(std::function<void(const Run &run)> work);
     void countCopies(int change);
+    void addCardNote(const QString &note);
     void clearClips();
     void beginWorking(const FileUrl &folder);
     void setStage(Stage stage);
@@ -282,8 +304,10 @@ private:
     // On the task's thread; they reach the engine through land() alone.
     void runSort(const Run &run, const FileUrl &folder, const std::shared_ptr<const FrameClassifier> &classifier,
                  const SortOptions &options);
-    void importThenSort(const Run &run, const FileUrl &source, const FileUrl &destination,
-                        const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options);
+    // The first half of a card import, which counts as copying until it returns. Whether there is a copy to sort now.
+    [[nodiscard]] bool copyCard(const Run &run, const FileUrl &source, const QString &volumeName,
+                                const FileUrl &destination, const SortOptions &options,
+                                std::shared_ptr<const Copying> untilReturn);
     std::vector<ClipPtr> processBatch(const Run &run, std::span<const FileUrl> urls, const FrameClassifier &classifier,
                                       const SortOptions &options);
     // Runs the work for each index on the clips' threads and waits for all. What has not begun when the run is stopped
@@ -318,7 +342,8 @@ private:
     std::optional<QString> m_importVolumeName;
 
     quint64 m_ticket = 0;
-    int m_copies = 0; // tasks that copy footage
+    int m_copies = 0; // the living objects of class Copying
+    QString m_cardNote;
     std::stop_source m_task;
     QThreadPool m_taskPool; // one thread a task; a stopped one may still be ending beside the new one
     QThreadPool m_clipPool; // the clips in work, of all tasks together

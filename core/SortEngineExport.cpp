@@ -94,17 +94,15 @@ void SortEngine::organizeAndWrite(const Export &work)
     cancelTask();
     setStage({.kind = StageKind::organizing});
     setProgress(0, clipCount());
-    countCopies(+1);
-    startTask([this, work, clips = toOrganize(work.clips)](const Run &run) {
-        auto organized = m_seams.organizeByBin(
-            clips, work.root, work.options.fileHandling == FileHandling::move, work.options.verifyLevel,
-            [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
-        // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by now.
-        post([this, run, work, organized = std::move(organized)] {
-            finishOrganizing(run, work, organized);
-            countCopies(-1);
+    startTask(
+        [this, work, clips = toOrganize(work.clips), copying = std::make_shared<const Copying>(*this)](const Run &run) {
+            auto organized = m_seams.organizeByBin(
+                clips, work.root, work.options.fileHandling == FileHandling::move, work.options.verifyLevel,
+                [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
+            // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by
+            // now.
+            post([this, run, work, organized = std::move(organized)] { finishOrganizing(run, work, organized); });
         });
-    });
 }
 
 void SortEngine::finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized)

@@ -79,10 +79,26 @@ FocusScope {
         message: view.classifierProblem
     }
 
+    ProblemBanner {
+        id: cardNote
+
+        anchors.top: problem.bottom
+        anchors.topMargin: visible && problem.visible ? 6 : 0
+        anchors.left: parent.left
+        anchors.right: parent.right
+        message: view.engine.cardNote
+        dismissible: true
+        onDismissed: {
+            // The button goes, and focus with it.
+            middle.forceActiveFocus(Qt.OtherFocusReason);
+            view.engine.dismissCardNote();
+        }
+    }
+
     Loader {
         id: middle
 
-        anchors.top: problem.bottom
+        anchors.top: cardNote.bottom
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: footer.top

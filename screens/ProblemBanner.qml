@@ -1,14 +1,19 @@
 import QtQuick
 import Larkspan.Design
 
-// Says what keeps the tool from doing its work. Takes no room while there is nothing to say.
-Item {
+// Says what keeps the tool from doing its work, or what the editor must know before going on. Takes no room while there
+// is nothing to say.
+FocusScope {
     id: banner
 
     property string message
+    // Whether it has a button that takes it away.
+    property bool dismissible: false
+
+    signal dismissed
 
     visible: message !== ""
-    implicitHeight: visible ? note.implicitHeight + 12 : 0
+    implicitHeight: visible ? Math.max(note.implicitHeight, button.visible ? button.implicitHeight : 0) + 12 : 0
     Accessible.role: Accessible.AlertMessage
     Accessible.name: message
 
@@ -26,14 +31,28 @@ Item {
         id: note
 
         anchors.left: parent.left
-        anchors.right: parent.right
+        anchors.right: button.visible ? button.left : parent.right
         anchors.leftMargin: 28
-        anchors.rightMargin: 28
+        anchors.rightMargin: button.visible ? 12 : 28
         anchors.verticalCenter: parent.verticalCenter
         text: banner.message
         font: LK.font(11.5)
         color: LK.palette.textPrimary
         wrapMode: Text.Wrap
         textFormat: Text.PlainText
+    }
+
+    LKButton {
+        id: button
+
+        anchors.right: parent.right
+        anchors.rightMargin: 22
+        anchors.verticalCenter: parent.verticalCenter
+        visible: banner.dismissible
+        focus: true
+        size: LKButton.Sm
+        title: qsTr("Dismiss")
+        Accessible.description: banner.message // whoever comes here by keyboard hears what it is about
+        onActivated: banner.dismissed()
     }
 }

@@ -57,8 +57,8 @@ ModalOverlay {
             if (guard.engine.isCopying || !guard.asks)
                 return;
             guard.asks = false;
-            // A copy that failed is first read about.
-            const closes = guard.closesAfterwards && guard.engine.stage !== SortEngine.Failed;
+            // A copy that failed, or that lacks clips, is first read about.
+            const closes = guard.closesAfterwards && guard.engine.stage !== SortEngine.Failed && guard.engine.cardNote === "";
             guard.closesAfterwards = false;
             guard.wasCancelled = false;
             if (closes)

@@ -52,16 +52,16 @@ void WorkNotice::followStage()
     }
     switch (stage.kind) {
     case Kind::results:
-        tell(tr("%1 is sorted").arg(m_engine.displayName()), tr("%1 clips · %2 bins · %3 to review")
-                                                                 .arg(m_engine.clipCount())
-                                                                 .arg(m_engine.binCount())
-                                                                 .arg(m_engine.reviewCount()));
+        tell(tr("%1 is sorted").arg(m_engine.displayName()), withCardNote(tr("%1 clips · %2 bins · %3 to review")
+                                                                              .arg(m_engine.clipCount())
+                                                                              .arg(m_engine.binCount())
+                                                                              .arg(m_engine.reviewCount())));
         break;
     case Kind::done:
         tell(tr("%1 · event created").arg(m_engine.displayName()), m_engine.eventPath());
         break;
     case Kind::emptyFolder:
-        tell(tr("No video files found in %1").arg(stage.text), QString());
+        tell(tr("No video files found in %1").arg(stage.text), withCardNote(QString()));
         break;
     case Kind::failed:
         tell(tr("Couldn't write the event"), stage.text);
@@ -69,6 +69,12 @@ void WorkNotice::followStage()
     default: // the editor dropped the work
         break;
     }
+}
+
+QString WorkNotice::withCardNote(const QString &text) const
+{
+    const QString note = m_engine.cardNote();
+    return text.isEmpty() || note.isEmpty() ? text + note : text + u'\n' + note;
 }
 
 void WorkNotice::tell(const QString &summary, const QString &body)

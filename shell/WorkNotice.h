@@ -32,6 +32,8 @@ private:
     Q_SLOT void actionInvoked(uint id, const QString &action);
     void followStage();
     void tell(const QString &summary, const QString &body);
+    // What the editor must know of a card goes with what is told.
+    QString withCardNote(const QString &text) const;
 
     SortEngine &m_engine;
     const std::function<bool()> m_isInFront;

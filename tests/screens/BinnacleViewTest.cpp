@@ -1,5 +1,8 @@
 // The screen in each of its stages.
+#include <QtGui/QAccessible>
+
 #include "tests/screens/BinnacleViewFixture.h"
+#include "tests/support/Unprivileged.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -168,6 +171,40 @@ TEST_F(BinnacleViewTest, SaysWhatKeepsClipsFromBeingRecognised)
     EXPECT_TRUE(hides(u"no models"_s));
     scene->root()->setProperty("problem", u"no models"_s);
     EXPECT_TRUE(shows(u"no models"_s));
+}
+
+TEST_F(BinnacleViewTest, WhatOfACardCouldNotBeReadIsToldOnEveryScreenUntilItIsDismissedByKeyboard)
+{
+    const auto closed = folder.write("card/DCIM/pool 2.mov").parent_path();
+    std::filesystem::create_directory(folder / "Shoots");
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+    std::filesystem::permissions(folder / "Shoots", std::filesystem::perms::all);
+    std::filesystem::permissions(closed, std::filesystem::perms::none);
+    show();
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    {
+        const Unprivileged user;
+        engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+        ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    }
+    std::filesystem::permissions(closed, std::filesystem::perms::all);
+    const QString note = u"Clips may be missing: “DCIM” on CARD couldn't be read. Don't erase the card."_s;
+    EXPECT_TRUE(shows(u"No video files found in card"_s));
+    EXPECT_TRUE(shows(note));
+    engine.reset();
+    EXPECT_TRUE(shows(u"Drop a shoot folder here"_s));
+    EXPECT_TRUE(shows(note));
+
+    ASSERT_TRUE(waitUntil([this] { return focusedText() == u"Choose Folder"_s; })) << "the note takes no focus";
+    scene->key(Qt::Key_Backtab, Qt::ShiftModifier);
+    ASSERT_TRUE(waitUntil([this] { return focusedText() == u"Dismiss"_s; }));
+    QAccessibleInterface *button = QAccessible::queryAccessibleInterface(scene->window().activeFocusItem());
+    EXPECT_EQ(button->text(QAccessible::Description), note) << "for whoever hears only what has the focus";
+    EXPECT_EQ(button->parent()->role(), QAccessible::AlertMessage);
+    EXPECT_EQ(button->parent()->text(QAccessible::Name), note);
+    scene->key(Qt::Key_Return);
+    EXPECT_TRUE(hides(note));
+    EXPECT_TRUE(waitUntil([this] { return focusedText() == u"Choose Folder"_s; }));
 }
 
 TEST_F(BinnacleViewTest, TheModelsNoteTellsOfTheChosenOne)

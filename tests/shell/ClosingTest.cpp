@@ -1,5 +1,6 @@
 // The window closed while footage is copied.
 #include "tests/shell/ShellWindow.h"
+#include "tests/support/Unprivileged.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -10,6 +11,17 @@ namespace {
 class ClosingTest : public ShellWindowTest
 {
 protected:
+    ClosingTest()
+        : ShellWindowTest([this](SortSeams &parts) {
+            parts.copyFiles = [this](const auto &...) {
+                if (isImportHeld) {
+                    copying.pass();
+                }
+                return std::vector<CopyResult>();
+            };
+        })
+    {}
+
     void startCopy()
     {
         open();
@@ -32,6 +44,7 @@ protected:
         return *item;
     }
 
+    std::atomic<bool> isImportHeld = false;
     const QString question = u"Footage is still being copied"_s;
 };
 
@@ -76,7 +89,7 @@ TEST_F(ClosingTest, StoppingACopyThatHasJustEndedOnlyCloses)
     QObject &asked = card();
     copying.open();
     ASSERT_TRUE(reaches(engine, StageKind::done));
-    ASSERT_FALSE(engine.isCopying());
+    ASSERT_TRUE(waitUntil([this] { return !engine.isCopying(); }));
     QMetaObject::invokeMethod(&asked, "answered", Q_ARG(int, 0));
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(engine.stage().kind, StageKind::done);
@@ -97,5 +110,31 @@ TEST_F(ClosingTest, TheQuestionGoesWhenTheCopyEndsBeforeItsAnswer)
     startCopy();
     copying.open();
     EXPECT_TRUE(goes(question));
+    EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(ClosingTest, FinishingStaysOpenWhereSomethingOfTheCardCouldNotBeRead)
+{
+    const auto closed = folder.write("card/101MEDIA/pool 2.mov").parent_path();
+    (void)folder.write("card/kitchen 1.mov");
+    std::filesystem::create_directory(folder / "Shoots");
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+    std::filesystem::permissions(folder / "Shoots", std::filesystem::perms::all);
+    std::filesystem::permissions(closed, std::filesystem::perms::none);
+    open();
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    isImportHeld = true;
+    {
+        const Unprivileged user;
+        engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+        copying.awaitArrival();
+    }
+    std::filesystem::permissions(closed, std::filesystem::perms::all);
+    window->close();
+    Desktop::click(shown(u"Finish, Then Close"_s));
+    (void)shown(u"Closing when the copy is done…"_s);
+    copying.open();
+    ASSERT_TRUE(waitUntil([this] { return !engine.isCopying(); }));
+    (void)shown(u"Clips may be missing: “101MEDIA” on CARD couldn't be read. Don't erase the card."_s);
     EXPECT_TRUE(window->isVisible());
 }

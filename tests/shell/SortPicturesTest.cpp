@@ -3,6 +3,7 @@
 #include <QtGui/QDragEnterEvent>
 
 #include "tests/shell/ScreenPictures.h"
+#include "tests/support/Unprivileged.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -62,6 +63,31 @@ TEST_F(ScreenPictures, TheFailures)
     picture(u"failed"_s);
     Desktop::click(shown(u"Back to the Clips"_s));
     picture(u"results-empty"_s);
+}
+
+TEST_F(ScreenPictures, TheCardThatCouldNotBeReadWhole)
+{
+    const auto closed = world.write("card/DCIM/101MEDIA/pool 2.mov").parent_path();
+    std::filesystem::create_directory(world / "Shoots");
+    std::filesystem::permissions(world.path(), std::filesystem::perms::all);
+    std::filesystem::permissions(world / "Shoots", std::filesystem::perms::all);
+    std::filesystem::permissions(closed, std::filesystem::perms::none);
+    openInCorner();
+    engine.setImportRoot(FileUrl(world / "Shoots"));
+    {
+        const Unprivileged user;
+        engine.importCard(FileUrl(world / "card"), u"EOS_DIGITAL"_s);
+        ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    }
+    std::filesystem::permissions(closed, std::filesystem::perms::all);
+    (void)shown(u"Dismiss"_s);
+    mayBeElided = {};
+    picture(u"card-note-empty-folder"_s);
+    sortSample();
+    (void)shown(u"Dismiss"_s);
+    picture(u"card-note-results"_s);
+    window->setProperty("classifierProblem", u"The vision models can't be read."_s);
+    picture(u"card-note-below-problem"_s);
 }
 
 TEST_F(ScreenPictures, TheExport)

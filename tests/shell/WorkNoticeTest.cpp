@@ -2,6 +2,7 @@
 
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/MockService.h"
+#include "tests/support/Unprivileged.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -45,6 +46,28 @@ TEST_F(WorkNoticeTest, ALongSortThatEndsBehindAnotherWindowIsTold)
     ASSERT_TRUE(waitUntil([this] { return !told().isEmpty(); }));
     EXPECT_THAT(told().first().toStdString(),
                 testing::StartsWith("Notify Larkspan 0 larkspan Hill & Co is sorted 2 clips · 2 bins · 1 to review"));
+}
+
+TEST_F(WorkNoticeTest, WhatOfACardCouldNotBeReadIsToldWithTheOutcome)
+{
+    const auto closed = folder.write("card/DCIM/pool 2.mov").parent_path();
+    fs::permissions(folder.path(), fs::perms::all);
+    fs::permissions(closed, fs::perms::none);
+    const WorkNotice notice(
+        engine, [this] { return isInFront; }, std::chrono::milliseconds(0));
+    engine.setImportRoot(FileUrl(folder.path()));
+    {
+        const Unprivileged user;
+        engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+        ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    }
+    fs::permissions(closed, fs::perms::all);
+    ASSERT_TRUE(waitUntil([this] { return told().size() == 1; }));
+    EXPECT_THAT(told().first().toStdString(), testing::HasSubstr("No video files found in card Clips may be missing"));
+    engine.sortFolder(house);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    ASSERT_TRUE(waitUntil([this] { return told().size() == 2; }));
+    EXPECT_THAT(told().last().toStdString(), testing::HasSubstr("1 to review\nClips may be missing"));
 }
 
 TEST_F(WorkNoticeTest, TheNextNoticeTakesTheLastOnesPlaceAndAPressOnItIsHeard)

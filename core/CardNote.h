@@ -1,0 +1,15 @@
+#pragma once
+
+#include <span>
+
+#include <QtCore/QString>
+
+#include "core/FileUrl.h"
+
+namespace larkspan {
+
+// The warning about folders of a card that couldn't be read, in one line that says not to erase the card. Names up to
+// three of them by their places on the card. card: where it is mounted; name: how people know it.
+[[nodiscard]] QString unreadableNote(const FileUrl &card, const QString &name, std::span<const FileUrl> folders);
+
+} // namespace larkspan

@@ -1,0 +1,396 @@
+// A card on its way into the Shoots folder, and what is said of the part that can't be read.
+#include <QtCore/QDate>
+
+#include "core/CardNote.h"
+#include "core/ClipListing.h"
+#include "tests/core/SortEngineFixture.h"
+#include "tests/support/Unprivileged.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A real copy, small and plain: what the engine needs of an importer.
+tl::expected<std::vector<CopyResult>, CopyFailure> copyPlainly(const std::vector<FileUrl> &urls,
+                                                               const FileUrl &destination,
+                                                               const ProgressCallback &progress)
+{
+    std::vector<CopyResult> results;
+    fs::create_directories(destination.path());
+    for (const FileUrl &url : urls) {
+        const FileUrl copy = destination.appending(url.lastPathComponent());
+        fs::copy_file(url.path(), copy.path());
+        results.push_back({url, copy});
+        progress(static_cast<int>(results.size()), static_cast<int>(urls.size()));
+    }
+    return results;
+}
+
+} // namespace
+
+class CardImportTest : public SortEngineTest
+{
+protected:
+    SortSeams importingSeams()
+    {
+        auto parts = seams();
+        parts.copyFiles = [this](const auto &urls, const auto &destination, VerifyLevel verify, const auto &progress,
+                                 const std::stop_token &) {
+            askedLevel = verify;
+            return copyPlainly(urls, destination, progress);
+        };
+        return parts;
+    }
+
+    void insertCard() const
+    {
+        (void)folder.write("card/DCIM/kitchen 1.mov", "film");
+        (void)folder.write("card/DCIM/pool 2.mov", "film");
+        fs::create_directory(folder / "Shoots");
+    }
+
+    FileUrl card() const { return FileUrl(folder / "card"); }
+    FileUrl shoots() const { return FileUrl(folder / "Shoots"); }
+
+    std::optional<VerifyLevel> askedLevel;
+};
+
+TEST_F(CardImportTest, WithoutAShootsFolderNothingHappens)
+{
+    insertCard();
+    SortEngine engine(importingSeams());
+    engine.importCard(card(), u"CARD"_s);
+    EXPECT_EQ(engine.stage().kind, StageKind::empty);
+    EXPECT_FALSE(engine.isRemovableImport());
+}
+
+TEST_F(CardImportTest, AMissingShootsFolderIsSaidAndTheRunningTaskIsLeftAlone)
+{
+    makeClips({"pool 1"});
+    Gate gate;
+    auto parts = importingSeams();
+    parts.probeClip = [&gate](const FileUrl &url) {
+        gate.pass();
+        return probe(url);
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(FileUrl(folder / "gone"));
+    engine.sortFolder(shoot);
+    gate.awaitArrival();
+    engine.importCard(card(), u"CARD"_s);
+    EXPECT_EQ(engine.stage(),
+              (SortEngine::Stage{
+                  .kind = StageKind::failed,
+                  .text = u"Your Shoots folder isn't available right now — check it's connected, then try again."_s}));
+    gate.open();
+    EXPECT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(CardImportTest, AShootsFolderThatCannotBeLookedAtIsSaidToBeUnavailable)
+{
+    insertCard();
+    (void)folder.write("locked/Shoots/keep");
+    fs::permissions(folder.path(), fs::perms::all);
+    fs::permissions(folder / "locked", fs::perms::none);
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(FileUrl(folder / "locked/Shoots"));
+    {
+        const Unprivileged user;
+        engine.importCard(card(), u"CARD"_s);
+    }
+    EXPECT_EQ(engine.stage().kind, StageKind::failed);
+    fs::permissions(folder / "locked", fs::perms::all);
+}
+
+TEST_F(CardImportTest, CopiesTheCardIntoADatedFolderAndSortsTheCopy)
+{
+    insertCard();
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    engine.setOptions({.verifyLevel = VerifyLevel::checksum});
+    std::vector<std::pair<int, int>> progress;
+    QObject::connect(&engine, &SortEngine::progressChanged,
+                     [&] { progress.emplace_back(engine.done(), engine.total()); });
+    engine.importCard(card(), u"CARD"_s);
+    EXPECT_TRUE(engine.isRemovableImport());
+    EXPECT_EQ(engine.importVolumeName(), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+
+    const QString name = u"CARD — "_s + QDate::currentDate().toString(Qt::ISODate);
+    EXPECT_EQ(engine.folderName(), name);
+    EXPECT_EQ(askedLevel, VerifyLevel::checksum);
+    EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"kitchen 1"_s, u"pool 2"_s));
+    EXPECT_EQ(engine.clips().front()->url, shoots().appending(name).appending(u"kitchen 1.mov"_s));
+    EXPECT_THAT(progress,
+                ElementsAre(std::pair(0, 2), std::pair(1, 2), std::pair(2, 2), std::pair(0, 2), std::pair(2, 2)));
+    EXPECT_THAT(engine.recents(), SizeIs(1));
+}
+
+TEST_F(CardImportTest, LeavingInPlaceBecomesCopyingForGoodAndMovingStays)
+{
+    insertCard();
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    int saved = 0;
+    QObject::connect(&engine, &SortEngine::optionsChanged, [&] { ++saved; });
+    engine.importCard(card(), u"CARD"_s);
+    EXPECT_EQ(engine.options().fileHandling, FileHandling::copy);
+    EXPECT_EQ(saved, 1);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.setOptions({.fileHandling = FileHandling::move});
+    engine.importCard(card(), u"CARD"_s);
+    EXPECT_EQ(engine.options().fileHandling, FileHandling::move);
+}
+
+TEST_F(CardImportTest, ACardWithoutVideoFilesIsSaidToBeEmptyByItsOwnName)
+{
+    fs::create_directory(folder / "Shoots");
+    fs::create_directory(folder / "card");
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    EXPECT_EQ(engine.stage().text, u"card"_s);
+}
+
+TEST_F(CardImportTest, AFailedCopyFailsInTheImportersWords)
+{
+    insertCard();
+    auto parts = importingSeams();
+    parts.copyFiles = [](const auto &...) {
+        return tl::make_unexpected(CopyFailure{u"1 file didn't copy cleanly (a.mov)"_s});
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::failed));
+    EXPECT_EQ(engine.stage().text, u"1 file didn't copy cleanly (a.mov)"_s);
+}
+
+TEST_F(CardImportTest, CancellingTheCopyStopsBeforeTheSortAndLeavesTheDatedFolder)
+{
+    insertCard();
+    Gate gate;
+    std::atomic<int> probed = 0;
+    auto parts = importingSeams();
+    parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
+                          const std::stop_token &stop) {
+        auto copied = copyPlainly({urls.front()}, destination, progress);
+        gate.pass();
+        EXPECT_TRUE(stop.stop_requested());
+        return copied;
+    };
+    parts.probeClip = [&](const FileUrl &url) {
+        ++probed;
+        return probe(url);
+    };
+    std::optional<FileUrl> dated;
+    {
+        SortEngine engine(parts);
+        engine.setImportRoot(shoots());
+        engine.importCard(card(), u"CARD"_s);
+        dated = engine.folder();
+        gate.awaitArrival();
+        engine.reset();
+        gate.open();
+        drain();
+        EXPECT_EQ(engine.stage(), SortEngine::Stage{});
+        EXPECT_FALSE(engine.isRemovableImport());
+        EXPECT_EQ(engine.importVolumeName(), std::nullopt);
+    }
+    EXPECT_EQ(probed, 0);
+    EXPECT_TRUE(fs::exists(dated->path() / "kitchen 1.mov"));
+}
+
+TEST_F(CardImportTest, ACopyIsUnderWayUntilItsLastFileIsDoneEvenWhenItWasStopped)
+{
+    insertCard();
+    Gate gate;
+    auto parts = importingSeams();
+    parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
+                          const std::stop_token &) {
+        gate.pass();
+        return copyPlainly(urls, destination, progress);
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(shoots());
+    EXPECT_FALSE(engine.isCopying());
+    engine.importCard(card(), u"CARD"_s);
+    gate.awaitArrival();
+    EXPECT_TRUE(engine.isCopying());
+    engine.reset();
+    EXPECT_TRUE(engine.isCopying());
+    gate.open();
+    EXPECT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
+
+    engine.importCard(card(), u"CARD"_s);
+    gate.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_FALSE(engine.isCopying());
+}
+
+TEST_F(CardImportTest, AnEmptyCardIsNotUnderWayForever)
+{
+    fs::create_directory(folder / "Shoots");
+    fs::create_directory(folder / "card");
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    EXPECT_TRUE(engine.isCopying());
+    ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    EXPECT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
+}
+
+TEST_F(CardImportTest, ACopyThatFailedIsShownToHaveFailedByTheTimeItCountsAsEnded)
+{
+    insertCard();
+    auto parts = importingSeams();
+    parts.copyFiles = [](const auto &...) { return tl::make_unexpected(CopyFailure{u"no"_s}); };
+    SortEngine engine(parts);
+    engine.setImportRoot(shoots());
+    std::vector<std::pair<bool, StageKind>> seen;
+    QObject::connect(&engine, &SortEngine::isCopyingChanged,
+                     [&] { seen.emplace_back(engine.isCopying(), engine.stage().kind); });
+    engine.importCard(card(), u"CARD"_s);
+    EXPECT_TRUE(waitUntil([&] { return seen.size() == 2; }));
+    EXPECT_THAT(seen, ElementsAre(Pair(true, StageKind::working), Pair(false, StageKind::failed)));
+}
+
+// A card with folders that are closed to its reader.
+class ClosedCardTest : public CardImportTest
+{
+protected:
+    ClosedCardTest()
+    {
+        fs::create_directory(folder / "Shoots");
+        fs::permissions(folder.path(), fs::perms::all);
+        fs::permissions(folder / "Shoots", fs::perms::all);
+    }
+    ~ClosedCardTest() override
+    {
+        for (const fs::path &path : m_closed) {
+            fs::permissions(path, fs::perms::all);
+        }
+    }
+
+    void close(const fs::path &path)
+    {
+        fs::permissions(path, fs::perms::none);
+        m_closed.push_back(path);
+    }
+
+    [[nodiscard]] bool importEnds(SortEngine &engine, StageKind stage) const
+    {
+        const Unprivileged user;
+        engine.importCard(card(), u"CARD"_s);
+        return reaches(engine, stage) && waitUntil([&] { return !engine.isCopying(); });
+    }
+
+private:
+    std::vector<fs::path> m_closed;
+};
+
+TEST_F(ClosedCardTest, WhatCanBeReadIsImportedAndANoteNamesWhatCannotUntilItIsDismissed)
+{
+    (void)folder.write("card/DCIM/100MEDIA/kitchen 1.mov", "film");
+    (void)folder.write("card/DCIM/101MEDIA/pool 2.mov", "film");
+    close(folder / "card/DCIM/101MEDIA");
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    int changes = 0;
+    QObject::connect(&engine, &SortEngine::cardNoteChanged, [&] { ++changes; });
+    ASSERT_TRUE(importEnds(engine, StageKind::results));
+    EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"kitchen 1"_s));
+    const QString note = u"Clips may be missing: “DCIM/101MEDIA” on CARD couldn't be read. Don't erase the card."_s;
+    EXPECT_EQ(engine.cardNote(), note);
+
+    engine.sortAgain();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.reset();
+    EXPECT_EQ(engine.cardNote(), note) << "whatever is done next";
+    engine.dismissCardNote();
+    EXPECT_EQ(engine.cardNote(), QString());
+    engine.dismissCardNote();
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(ClosedCardTest, ACardOfWhichNothingCanBeReadHoldsNoClipsButSaysWhy)
+{
+    (void)folder.write("card/DCIM/pool 2.mov", "film");
+    close(folder / "card/DCIM");
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    ASSERT_TRUE(importEnds(engine, StageKind::emptyFolder));
+    EXPECT_EQ(engine.stage().text, u"card"_s);
+    EXPECT_EQ(engine.cardNote(), u"Clips may be missing: “DCIM” on CARD couldn't be read. Don't erase the card."_s);
+}
+
+TEST_F(ClosedCardTest, ASecondCardsNoteStandsBelowTheFirsts)
+{
+    (void)folder.write("card/DCIM/pool 2.mov", "film");
+    close(folder / "card/DCIM");
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    ASSERT_TRUE(importEnds(engine, StageKind::emptyFolder));
+    const QString first = engine.cardNote();
+    {
+        const Unprivileged user;
+        engine.importCard(card(), u"OTHER"_s);
+        ASSERT_TRUE(waitUntil([&] { return engine.cardNote() != first; }));
+        ASSERT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
+    }
+    EXPECT_EQ(engine.cardNote(),
+              first + u"\nClips may be missing: “DCIM” on OTHER couldn't be read. Don't erase the card."_s);
+}
+
+TEST_F(ClosedCardTest, TheFolderThatAFileSystemKeepsForItselfHoldsNoClips)
+{
+    (void)folder.write("card/kitchen 1.mov", "film");
+    (void)folder.write("card/DCIM/lost+found/pool 2.mov", "film");
+    fs::create_directory(folder / "card/lost+found");
+    close(folder / "card/lost+found");
+    close(folder / "card/DCIM/lost+found");
+    const Unprivileged user;
+    const CardListing listing = listCard(card(), {});
+    EXPECT_THAT(listing.clips, ElementsAre(FileUrl(folder / "card/kitchen 1.mov")));
+    EXPECT_THAT(listing.unreadable, ElementsAre(FileUrl(folder / "card/DCIM/lost+found"))) << "only at the top";
+}
+
+TEST_F(ClosedCardTest, UnreadableFoldersComeByTheirPlacesAndACardThatIsGoneIsOne)
+{
+    for (const char *name : {"b", "a/c", "a"}) {
+        (void)folder.write(fs::path("card") / name / "kitchen 1.mov", "film");
+    }
+    close(folder / "card/b");
+    close(folder / "card/a/c");
+    const Unprivileged user;
+    EXPECT_THAT(listCard(card(), {}).unreadable, ElementsAre(FileUrl(folder / "card/a/c"), FileUrl(folder / "card/b")));
+    EXPECT_THAT(listCard(FileUrl(folder / "gone"), {}).unreadable, ElementsAre(FileUrl(folder / "gone")));
+}
+
+TEST(UnreadableNote, NamesUpToThreeFoldersByTheirPlacesOnTheCard)
+{
+    const FileUrl card("/media/card");
+    const auto note = [&](std::initializer_list<const char *> folders) {
+        return unreadableNote(card, u"CARD"_s, std::vector<FileUrl>(folders.begin(), folders.end()));
+    };
+    EXPECT_EQ(note({"/media/card/DCIM/101"}),
+              u"Clips may be missing: “DCIM/101” on CARD couldn't be read. Don't erase the card."_s);
+    EXPECT_EQ(note({"/media/card/a", "/media/card/b"}),
+              u"Clips may be missing: “a” and “b” on CARD couldn't be read. Don't erase the card."_s);
+    EXPECT_EQ(note({"/media/card/a", "/media/card/b", "/media/card/c"}),
+              u"Clips may be missing: “a”, “b” and “c” on CARD couldn't be read. Don't erase the card."_s);
+    EXPECT_EQ(note({"/media/card/a", "/media/card/b", "/media/card/c", "/media/card/d", "/media/card/e"}),
+              u"Clips may be missing: “a”, “b”, “c” and 2 more on CARD couldn't be read. Don't erase the card."_s);
+    EXPECT_EQ(note({"/media/card"}), u"Clips may be missing: CARD couldn't be read. Don't erase the card."_s);
+    EXPECT_EQ(note({"/media/card/50% %1 %2"}),
+              u"Clips may be missing: “50% %1 %2” on CARD couldn't be read. Don't erase the card."_s);
+}
