@@ -35,6 +35,7 @@ SortSeams realSeams(std::shared_ptr<const VisionRequests> requests)
         .probeClip = probeClip,
         .sampleFrames = sampleFrames,
         .makeLocalClassifier = [requests] { return std::make_shared<VisionClassifier>(requests); },
+        .awaitCloudKey = [](const std::stop_token &) { return QString(); },
         .makeCloudClassifier =
             [client = std::make_shared<const HttpClient>()](const CloudSettings &settings,
                                                             std::shared_ptr<const FrameClassifier> local) {

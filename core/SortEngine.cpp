@@ -50,19 +50,14 @@ SortEngine::~SortEngine()
 void SortEngine::sortFolder(const FileUrl &url)
 {
     cancelTask();
+    if (url != m_folder) { // the same once more is still what came from its card
+        m_isRemovableImport = false;
+        m_importVolumeName.reset();
+    }
     beginWorking(url);
-    m_currentProjectID = projectID(url);
-    const auto project = std::find_if(m_projects.begin(), m_projects.end(), [this](const ProjectSummary &summary) {
-        return summary.id == m_currentProjectID;
-    });
-    // A project whose name isn't its folder's was renamed by the editor, and keeps that name.
-    const bool wasRenamed = project != m_projects.end() && project->name != url.lastPathComponent();
-    m_projectName = wasRenamed ? project->name : QString();
-    Q_EMIT folderChanged();
+    adoptProject(url);
     rememberRecent(url);
-    startTask([this, url, classifier = makeClassifier(), options = m_options](const Run &run) {
-        runSort(run, url, classifier, options);
-    });
+    startTask([this, url](const Run &run) { runSort(run, url); });
 }
 
 void SortEngine::chooseFolder()
@@ -102,10 +97,10 @@ void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
     }
     beginWorking(destination);
     rememberRecent(destination);
-    startTask([this, source, destination, volumeName, classifier = makeClassifier(), options = m_options,
+    startTask([this, source, volumeName, destination, verify = m_options.verifyLevel,
                copying = std::make_shared<const Copying>(*this)](const Run &run) mutable {
-        if (copyCard(run, source, volumeName, destination, options, std::move(copying))) {
-            runSort(run, destination, classifier, options);
+        if (copyCard(run, source, volumeName, destination, verify, std::move(copying))) {
+            runSort(run, destination);
         }
     });
 }
@@ -131,29 +126,37 @@ void SortEngine::sortAgain()
     }
 }
 
-void SortEngine::runSort(const Run &run, const FileUrl &folder,
-                         const std::shared_ptr<const FrameClassifier> &classifier, const SortOptions &options)
+void SortEngine::runSort(const Run &run, const FileUrl &folder)
 {
-    const std::vector<FileUrl> urls = listClips(folder, run.stop);
+    std::vector<FileUrl> urls = listClips(folder, run.stop);
     if (urls.empty()) {
         land(run, [this, folder] { setStage({.kind = StageKind::emptyFolder, .text = folder.lastPathComponent()}); });
         return;
     }
-    land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
+    // Back on the main thread for what the editor has chosen by now, which holds for the whole run.
+    land(run, [this, run, urls = std::move(urls)] {
+        setProgress(0, static_cast<int>(urls.size()));
+        const SortChoices choices{m_options, m_modelTier, m_cloudSettings};
+        continueTask(run, [this, urls, choices](const Run &same) { processClips(same, urls, choices); });
+    });
+}
 
+void SortEngine::processClips(const Run &run, std::span<const FileUrl> urls, const SortChoices &choices)
+{
+    const auto classifier = makeClassifier(run, choices);
     const auto width = static_cast<std::size_t>(m_width);
     for (std::size_t first = 0; first < urls.size(); first += width) {
         if (run.stop.stop_requested()) {
             return;
         }
-        const auto batch = std::span(urls).subspan(first, std::min(width, urls.size() - first));
-        land(run, [this, landed = processBatch(run, batch, *classifier, options)] {
+        const auto batch = urls.subspan(first, std::min(width, urls.size() - first));
+        land(run, [this, landed = processBatch(run, batch, *classifier, choices.options)] {
             m_clips.insert(m_clips.end(), landed.begin(), landed.end());
             Q_EMIT clipsChanged();
             setProgress(static_cast<int>(m_clips.size()), m_total);
         });
     }
-    land(run, [this, options] { finishSort(options); });
+    land(run, [this, options = choices.options] { finishSort(options); });
 }
 
 std::vector<ClipPtr> SortEngine::processBatch(const Run &run, std::span<const FileUrl> urls,
@@ -195,7 +198,7 @@ void SortEngine::finishSort(const SortOptions &options)
 }
 
 bool SortEngine::copyCard(const Run &run, const FileUrl &source, const QString &volumeName, const FileUrl &destination,
-                          const SortOptions &options, std::shared_ptr<const Copying> /*untilReturn*/)
+                          VerifyLevel verify, std::shared_ptr<const Copying> /*untilReturn*/)
 {
     const auto [urls, unreadable] = listCard(source, run.stop);
     if (!unreadable.empty()) {
@@ -208,14 +211,17 @@ bool SortEngine::copyCard(const Run &run, const FileUrl &source, const QString &
     }
     land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
     const auto copied = m_seams.copyFiles(
-        urls, destination, options.verifyLevel,
+        urls, destination, verify,
         [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
     if (!copied) {
         land(run,
              [this, failure = copied.error()] { setStage({.kind = StageKind::failed, .text = failure.description}); });
         return false;
     }
-    land(run, [this] { setProgress(0, m_total); });
+    land(run, [this, destination] {
+        setProgress(0, m_total);
+        adoptProject(destination); // until here the screens tell of the project that was open before
+    });
     return !run.stop.stop_requested();
 }
 
@@ -240,12 +246,18 @@ void SortEngine::customEvent(QEvent *event)
     }
 }
 
-std::shared_ptr<const FrameClassifier> SortEngine::makeClassifier() const
+std::shared_ptr<const FrameClassifier> SortEngine::makeClassifier(const Run &run, const SortChoices &choices) const
 {
     auto local = m_seams.makeLocalClassifier();
+    if (choices.modelTier != ModelTier::cloud) {
+        return local;
+    }
+    CloudSettings cloud = choices.cloudSettings;
+    if (cloud.apiKey.isEmpty()) {
+        cloud.apiKey = m_seams.awaitCloudKey(run.stop);
+    }
     // Without a key the cloud can't be asked, and a sort is worth more than a message about it.
-    const bool usesCloud = m_modelTier == ModelTier::cloud && !m_cloudSettings.apiKey.isEmpty();
-    return usesCloud ? m_seams.makeCloudClassifier(m_cloudSettings, std::move(local)) : local;
+    return cloud.apiKey.isEmpty() ? local : m_seams.makeCloudClassifier(cloud, std::move(local));
 }
 
 void SortEngine::cancelTask()
@@ -257,7 +269,12 @@ void SortEngine::cancelTask()
 void SortEngine::startTask(std::function<void(const Run &run)> work)
 {
     m_task = std::stop_source();
-    m_taskPool.start(new PoolJob([run = Run{m_ticket, m_task.get_token()}, work = std::move(work)] { work(run); }));
+    continueTask(Run{m_ticket, m_task.get_token()}, std::move(work));
+}
+
+void SortEngine::continueTask(const Run &run, std::function<void(const Run &run)> work)
+{
+    m_taskPool.start(new PoolJob([run, work = std::move(work)] { work(run); }));
 }
 
 SortEngine::Copying::Copying(SortEngine &engine) : m_engine(engine)

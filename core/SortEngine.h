@@ -242,6 +242,14 @@ private:
         std::stop_token stop;
     };
 
+    // What a sort goes by from its first clip to its last, whatever the editor changes meanwhile.
+    struct SortChoices
+    {
+        SortOptions options;
+        ModelTier modelTier = ModelTier::local;
+        CloudSettings cloudSettings;
+    };
+
     // Footage is being copied for as long as this lives. Made on the main thread; ends on the task's, and is counted
     // off behind all that the task has posted by then, the outcome of its copy included.
     class Copying
@@ -256,14 +264,12 @@ private:
         SortEngine &m_engine;
     };
 
-    // A shoot on its way out, as it stood when the export began. The clips belong to the main thread.
+    // A shoot on its way out. The clips belong to the main thread.
     struct Export
     {
         FileUrl folder;
         std::vector<ClipPtr> clips;
         FileUrl root; // of the folders by bin
-        SortOptions options;
-        NLE target = NLE::finalCut;
     };
 
     StageKind stageKind() const { return m_stage.kind; }
@@ -273,9 +279,10 @@ private:
 
     // Main thread.
     void adoptSettings(SettingsStore &store);
-    std::shared_ptr<const FrameClassifier> makeClassifier() const;
     void cancelTask();
     void startTask(std::function<void(const Run &run)> work);
+    // The next step of the running task, on a thread again.
+    void continueTask(const Run &run, std::function<void(const Run &run)> work);
     void countCopies(int change);
     void addCardNote(const QString &note);
     void clearClips();
@@ -291,6 +298,8 @@ private:
     void finishEdit();
     void leaveReviewIfDone();
     void rememberRecent(const FileUrl &url);
+    // What is sorted now is this folder's project, under the name that the editor may have given it.
+    void adoptProject(const FileUrl &folder);
     void setProjects(const std::vector<ProjectSummary> &projects);
     void saveCurrentProject();
     void loadThumbnails();
@@ -302,11 +311,12 @@ private:
     void writeEvent(const Export &work, const std::optional<FileUrl> &directory);
 
     // On the task's thread; they reach the engine through land() alone.
-    void runSort(const Run &run, const FileUrl &folder, const std::shared_ptr<const FrameClassifier> &classifier,
-                 const SortOptions &options);
+    void runSort(const Run &run, const FileUrl &folder);
+    void processClips(const Run &run, std::span<const FileUrl> urls, const SortChoices &choices);
+    std::shared_ptr<const FrameClassifier> makeClassifier(const Run &run, const SortChoices &choices) const;
     // The first half of a card import, which counts as copying until it returns. Whether there is a copy to sort now.
     [[nodiscard]] bool copyCard(const Run &run, const FileUrl &source, const QString &volumeName,
-                                const FileUrl &destination, const SortOptions &options,
+                                const FileUrl &destination, VerifyLevel verify,
                                 std::shared_ptr<const Copying> untilReturn);
     std::vector<ClipPtr> processBatch(const Run &run, std::span<const FileUrl> urls, const FrameClassifier &classifier,
                                       const SortOptions &options);

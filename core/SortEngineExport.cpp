@@ -49,13 +49,12 @@ void SortEngine::exportEvent()
     if (m_target == NLE::premiere || !m_folder) {
         return;
     }
-    renumberSplitBins(m_clips);
+    const auto renamed = renumberSplitBins(m_clips);
+    if (const auto name = renamed.find(m_selectedBin.value_or(QString())); name != renamed.end()) {
+        setSelectedBin(name->second);
+    }
     Q_EMIT clipsChanged();
-    const Export work{.folder = *m_folder,
-                      .clips = m_clips,
-                      .root = m_importRoot.value_or(*m_folder),
-                      .options = m_options,
-                      .target = m_target};
+    const Export work{.folder = *m_folder, .clips = m_clips, .root = m_importRoot.value_or(*m_folder)};
     if (m_options.fileHandling == FileHandling::inPlace) {
         writeEvent(work, std::nullopt);
     } else {
@@ -94,46 +93,44 @@ void SortEngine::organizeAndWrite(const Export &work)
     cancelTask();
     setStage({.kind = StageKind::organizing});
     setProgress(0, clipCount());
-    startTask(
-        [this, work, clips = toOrganize(work.clips), copying = std::make_shared<const Copying>(*this)](const Run &run) {
-            auto organized = m_seams.organizeByBin(
-                clips, work.root, work.options.fileHandling == FileHandling::move, work.options.verifyLevel,
-                [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
-            // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by
-            // now.
-            post([this, run, work, organized = std::move(organized)] { finishOrganizing(run, work, organized); });
-        });
+    startTask([this, work, clips = toOrganize(work.clips), verify = m_options.verifyLevel,
+               deleteSources = m_options.fileHandling == FileHandling::move,
+               copying = std::make_shared<const Copying>(*this)](const Run &run) {
+        auto organized = m_seams.organizeByBin(
+            clips, work.root, deleteSources, verify,
+            [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
+        // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by now.
+        post([this, run, work, organized = std::move(organized)] { finishOrganizing(run, work, organized); });
+    });
 }
 
 void SortEngine::finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized)
 {
     const bool isOnShow = run.ticket == m_ticket;
-    if (!organized) {
+    if (organized) {
+        for (const ClipPtr &clip : work.clips) {
+            if (const auto moved = organized->find(clip->id); moved != organized->end()) {
+                clip->destinationURL = moved->second;
+            }
+        }
+        const auto directory = m_options.writeNextToFootage ? std::optional(work.root) : std::nullopt;
         if (isOnShow) {
-            setStage({.kind = StageKind::failed, .text = organized.error().description});
+            Q_EMIT clipsChanged();
+            writeEvent(work, directory);
+        } else {
+            [[maybe_unused]] const auto written = writeEventFile(work, directory); // its screen is gone
         }
-        return;
-    }
-    for (const ClipPtr &clip : work.clips) {
-        if (const auto moved = organized->find(clip->id); moved != organized->end()) {
-            clip->destinationURL = moved->second;
-        }
-    }
-    const auto directory = work.options.writeNextToFootage ? std::optional(work.root) : std::nullopt;
-    if (isOnShow) {
-        Q_EMIT clipsChanged();
-        writeEvent(work, directory);
-    } else {
-        [[maybe_unused]] const auto written = writeEventFile(work, directory); // its screen is gone
+    } else if (isOnShow) {
+        setStage({.kind = StageKind::failed, .text = organized.error().description});
     }
 }
 
 tl::expected<FileUrl, std::error_code> SortEngine::writeEventFile(const Export &work,
                                                                   const std::optional<FileUrl> &directory) const
 {
-    const FileUrl folder = directory                         ? *directory
-                           : work.options.writeNextToFootage ? work.folder
-                                                             : documentsFolder().value_or(work.folder);
+    const FileUrl folder = directory                      ? *directory
+                           : m_options.writeNextToFootage ? work.folder
+                                                          : documentsFolder().value_or(work.folder);
     // The name goes by its bytes: a folder whose name is no UTF-8 has its event under the same one.
     FileUrl event(folder.path() / (work.folder.lastPathBytes() + ".fcpxml"));
     const QString text = m_seams.eventText(work.clips, work.folder.lastPathComponent());
@@ -147,8 +144,8 @@ void SortEngine::writeEvent(const Export &work, const std::optional<FileUrl> &di
         setStage({.kind = StageKind::failed, .text = QString::fromStdString(event.error().message())});
         return;
     }
-    if (work.options.openEditorAfterExport) {
-        (work.target == NLE::finalCut ? m_seams.openFile : m_seams.revealFile)(*event);
+    if (m_options.openEditorAfterExport) {
+        (m_target == NLE::finalCut ? m_seams.openFile : m_seams.revealFile)(*event);
     }
     setStage({.kind = StageKind::done, .event = *event});
     saveCurrentProject();

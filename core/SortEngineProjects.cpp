@@ -68,6 +68,16 @@ void SortEngine::deleteProject(const QString &id)
     setProjects(m_seams.projects->remove(id));
 }
 
+void SortEngine::adoptProject(const FileUrl &folder)
+{
+    m_currentProjectID = projectID(folder);
+    const auto project = std::ranges::find(m_projects, *m_currentProjectID, &ProjectSummary::id);
+    // A project whose name isn't its folder's was renamed by the editor, and keeps that name.
+    const bool wasRenamed = project != m_projects.end() && project->name != folder.lastPathComponent();
+    m_projectName = wasRenamed ? project->name : QString();
+    Q_EMIT folderChanged();
+}
+
 void SortEngine::rememberRecent(const FileUrl &url)
 {
     std::erase_if(m_recents, [&url](const Recent &recent) { return recent.path == url; });

@@ -70,9 +70,13 @@ struct SortSeams
     std::function<ClipPtr(const FileUrl &url)> probeClip;
     // Off the main thread. Never fails; fewer frames than asked for, or none, when they can't be read.
     std::function<Frames(const MediaClip &clip, int count, double maxDimension)> sampleFrames;
-    // The classifier that stays on this machine. Once per sort, on the main thread.
+    // The classifier that stays on this machine. Once per sort, off the main thread: its models may not be loaded yet.
     std::function<std::shared_ptr<const FrameClassifier>()> makeLocalClassifier;
-    // One that lays a cloud model's answer over the local one. Asked for only with a key in the settings.
+    // The key of the cloud model once the keyring has answered; empty if it has none, or hasn't answered for so long
+    // that the sort goes on without it. Asked for, off the main thread, by a sort under the cloud tier that has none.
+    std::function<QString(const std::stop_token &stop)> awaitCloudKey;
+    // One that lays a cloud model's answer over the local one. Off the main thread, and only with a key in the
+    // settings.
     std::function<std::shared_ptr<const FrameClassifier>(const CloudSettings &settings,
                                                          std::shared_ptr<const FrameClassifier> local)>
         makeCloudClassifier;

@@ -1,5 +1,7 @@
 #include "shell/LarkspanApp.h"
 
+#include <mutex>
+
 #include <QtConcurrent/QtConcurrentRun>
 #include <QtCore/QFutureWatcher>
 #include <QtQml/QQmlExtensionPlugin>
@@ -33,6 +35,24 @@ namespace larkspan {
 
 namespace {
 
+// How long a sort waits for the keyring before it does without the cloud. A healthy one answers within milliseconds.
+constexpr std::chrono::seconds keyringPatience{3};
+
+// Made by the first sort that needs one; the next find its connections open.
+class LazyClient
+{
+public:
+    std::shared_ptr<const HttpClient> get()
+    {
+        std::call_once(m_once, [this] { m_client = std::make_shared<const HttpClient>(); });
+        return m_client;
+    }
+
+private:
+    std::once_flag m_once;
+    std::shared_ptr<const HttpClient> m_client;
+};
+
 QString problemText(const ModelError &error)
 {
     return u"The vision models can't be read (%1), so no clip can be recognised: all will be filed under “Unsorted”. "
@@ -62,7 +82,11 @@ OrganizeAnswer organizeByBin(const std::vector<ClipToOrganize> &clips, const Fil
 LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatcher::System volumes)
     : m_models(QtConcurrent::run(
           [models = std::move(models)] { return models ? VisionModels::load(*models) : VisionModels::load(); }))
-    , m_cloudKey(QtConcurrent::run([stop = m_stop.get_token()] { return loadCloudKey(stop); }))
+    , m_cloudKey(QtConcurrent::run([this, stop = m_stop.get_token()] {
+        QString key = loadCloudKey(stop);
+        m_keyringAnswer.give(key);
+        return key;
+    }))
     , m_state(m_settings, m_system, LoginItem(), [](bool enabled) { SoundEngine::shared().setEnabled(enabled); })
     , m_engine(std::make_unique<SortEngine>(seams()))
     , m_volumeWatcher(std::move(volumes))
@@ -136,13 +160,14 @@ SortSeams LarkspanApp::seams()
         .probeClip = probeClip,
         .sampleFrames = sampleFrames,
         .makeLocalClassifier = [this] { return std::make_shared<const VisionClassifier>(localClassifier()); },
+        .awaitCloudKey =
+            [this](const std::stop_token &stop) {
+                return m_keyringAnswer.waitFor(keyringPatience, stop).value_or(QString());
+            },
         .makeCloudClassifier =
-            [client = std::shared_ptr<const HttpClient>()](const CloudSettings &settings,
-                                                           std::shared_ptr<const FrameClassifier> local) mutable {
-                if (!client) { // the first sort that needs one; the next find its connections open
-                    client = std::make_shared<const HttpClient>();
-                }
-                return std::make_shared<const CloudClassifier>(settings, std::move(local), client);
+            [client = std::make_shared<LazyClient>()](const CloudSettings &settings,
+                                                      std::shared_ptr<const FrameClassifier> local) {
+                return std::make_shared<const CloudClassifier>(settings, std::move(local), client->get());
             },
         .copyFiles = copyFiles,
         .organizeByBin = organizeByBin,
@@ -187,6 +212,7 @@ void LarkspanApp::watchForCards()
 
 void LarkspanApp::adoptCloudSettings()
 {
+    m_engine->setCloudSettings(CloudClassifier::Settings::load(m_settings, QString()));
     auto *watcher = new QFutureWatcher<QString>(this);
     connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher] {
         m_engine->setCloudSettings(CloudClassifier::Settings::load(m_settings, watcher->result()));

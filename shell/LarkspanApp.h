@@ -10,6 +10,7 @@
 
 #include "classify/VisionClassifier.h"
 #include "classify/VisionModels.h"
+#include "core/LateValue.h"
 #include "core/SortEngine.h"
 #include "design/SystemMotion.h"
 #include "output/VolumeWatcher.h"
@@ -54,13 +55,15 @@ private:
     void followState();
     // Looks out for cards while the program is past its intro, and brings in those that the editor accepts.
     void watchForCards();
-    // Until the keyring has answered there is no key, and a sort under the cloud tier stays on this machine.
+    // The key comes when the keyring has answered; a sort under the cloud tier that begins earlier waits for it a
+    // while.
     void adoptCloudSettings();
     void reportModels();
 
     std::stop_source m_stop; // of what is still awaited when the program ends
     // Read in the background, so that the window needn't wait for them.
     QFuture<LoadedModels> m_models;
+    LateValue<QString> m_keyringAnswer; // for the threads of a sort; m_cloudKey is for this one
     QFuture<QString> m_cloudKey;
     FolderRequest m_folderRequest;
     SettingsStore m_settings;

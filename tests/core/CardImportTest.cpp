@@ -264,6 +264,93 @@ TEST_F(CardImportTest, ACopyThatFailedIsShownToHaveFailedByTheTimeItCountsAsEnde
     EXPECT_THAT(seen, ElementsAre(Pair(true, StageKind::working), Pair(false, StageKind::failed)));
 }
 
+TEST_F(CardImportTest, TheSortOfACopyGoesByWhatTheEditorHasChosenWhenTheCopyHasEnded)
+{
+    (void)folder.write("card/unsorted 1.mov", "film");
+    fs::create_directory(folder / "Shoots");
+    Gate gate;
+    int cloudAsked = 0;
+    auto parts = importingSeams();
+    parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
+                          const std::stop_token &) {
+        gate.pass();
+        return copyPlainly(urls, destination, progress);
+    };
+    parts.makeCloudClassifier = [&](const CloudSettings &, std::shared_ptr<const FrameClassifier> local) {
+        ++cloudAsked;
+        return local;
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    gate.awaitArrival();
+    engine.setOptions({.sendUnsureToReview = false, .fileHandling = FileHandling::copy});
+    engine.setModelTier(ModelTier::cloud);
+    engine.setCloudSettings({.apiKey = u"key"_s});
+    gate.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_FALSE(engine.clips().front()->needsReview);
+    EXPECT_EQ(cloudAsked, 1);
+}
+
+TEST_F(CardImportTest, AnImportLeavesTheOpenProjectAloneAndItsShootGetsANameOfItsOwn)
+{
+    insertCard();
+    makeClips({"pool 9"});
+    Gate gate;
+    auto parts = importingSeams();
+    parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
+                          const std::stop_token &) {
+        gate.pass();
+        return copyPlainly(urls, destination, progress);
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(shoots());
+    engine.sortFolder(FileUrl(folder / "card"));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    const QString open = projectID(card());
+    engine.renameProject(open, u"House"_s);
+
+    engine.importCard(card(), u"CARD"_s);
+    gate.awaitArrival();
+    EXPECT_EQ(engine.currentProjectID(), open);
+    EXPECT_EQ(engine.projectName(), u"House"_s);
+    gate.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(engine.displayName(), engine.folderName());
+    ASSERT_THAT(engine.projects(), SizeIs(2));
+    EXPECT_EQ(engine.projects()[0].name, engine.folderName());
+    EXPECT_EQ(engine.projects()[1].name, u"House"_s);
+}
+
+TEST_F(CardImportTest, AnotherFolderChosenAfterAnEmptyCardIsNoCardsAnyMore)
+{
+    fs::create_directory(folder / "Shoots");
+    fs::create_directory(folder / "card");
+    (void)folder.write("plain/pool 1.mov");
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    engine.sortFolder(FileUrl(folder / "plain"));
+    EXPECT_FALSE(engine.isRemovableImport());
+    EXPECT_EQ(engine.importVolumeName(), std::nullopt);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(CardImportTest, AnImportedCardThatIsSortedAgainIsStillACards)
+{
+    insertCard();
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.sortAgain();
+    EXPECT_TRUE(engine.isRemovableImport());
+    EXPECT_EQ(engine.importVolumeName(), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+}
+
 // A card with folders that are closed to its reader.
 class ClosedCardTest : public CardImportTest
 {

@@ -255,3 +255,44 @@ TEST_F(ProjectsTest, AnEngineWithoutACacheOpensRenamesAndDeletesNothing)
     EXPECT_EQ(engine.currentProjectID(), id);
     EXPECT_THAT(engine.projects(), IsEmpty());
 }
+
+TEST_F(ProjectsTest, OpeningAProjectForgetsThePreviewAndTheCardAndOrdersTheClipsByDate)
+{
+    (void)folder.write("card/pool 7.mov", "film");
+    fs::create_directory(folder / "Shoots");
+    auto parts = seams();
+    parts.copyFiles = [](const auto &urls, const FileUrl &destination, const auto &...) {
+        fs::create_directories(destination.path());
+        fs::copy_file(urls.front().path(), destination.path() / "pool 7.mov");
+        return std::vector<CopyResult>();
+    };
+    CachedProject stored{.summary = {.id = u"abc"_s, .name = u"Other"_s, .folderPath = FileUrl("/other")}};
+    for (const char *name : {"/other/pool 3.mov", "/other/kitchen 1.mov", "/other/garage 2.mov"}) {
+        stored.clips.push_back(ClipRecord::fromClip(*probe(FileUrl(name))));
+    }
+    cache.save(stored);
+    SortEngine engine(parts);
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.setPreviewClip(engine.clips().front());
+
+    engine.openProject(u"abc"_s);
+    EXPECT_FALSE(engine.isRemovableImport());
+    EXPECT_EQ(engine.importVolumeName(), std::nullopt);
+    EXPECT_FALSE(engine.hasPreview());
+    EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"kitchen 1"_s, u"garage 2"_s, u"pool 3"_s));
+}
+
+TEST_F(ProjectsTest, AResetForgetsThePreviewAndTheName)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    sortShoot(engine);
+    engine.renameProject(id, u"House"_s);
+    engine.setPreviewClip(engine.clips().front());
+    engine.reset();
+    EXPECT_FALSE(engine.hasPreview());
+    EXPECT_EQ(engine.projectName(), QString());
+    EXPECT_EQ(engine.displayName(), QString());
+}

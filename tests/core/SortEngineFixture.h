@@ -3,6 +3,7 @@
 #include <atomic>
 #include <mutex>
 #include <semaphore>
+#include <stdexcept>
 
 #include <gmock/gmock.h>
 
@@ -58,6 +59,7 @@ protected:
             .probeClip = probe,
             .sampleFrames = [](const MediaClip &clip, int, double) { return sample(clip); },
             .makeLocalClassifier = [] { return std::make_shared<NamedFrames>(); },
+            .awaitCloudKey = [](const std::stop_token &) { return QString(); },
             .copyFiles = [](const auto &...) { return std::vector<CopyResult>(); },
             .eventText = [](const std::vector<ClipPtr> &, const QString &name) { return name; },
             .openFile = [this](const FileUrl &file) { opened.push_back(file); },
@@ -125,7 +127,15 @@ public:
         m_arrived.release();
         m_open.acquire();
     }
-    void awaitArrival() { m_arrived.acquire(); }
+    // On the main thread its events go on meanwhile: what is awaited may come only after some of them.
+    void awaitArrival()
+    {
+        if (QThread::currentThread() != QCoreApplication::instance()->thread()) {
+            m_arrived.acquire();
+        } else if (!waitUntil([this] { return m_arrived.try_acquire(); })) {
+            throw std::runtime_error("nobody has arrived");
+        }
+    }
     void open(int count = 1) { m_open.release(count); }
 
 private:

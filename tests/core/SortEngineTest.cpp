@@ -2,6 +2,7 @@
 #include <sstream>
 #include <thread>
 
+#include "core/LateValue.h"
 #include "core/RoomLabel.h"
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/Unprivileged.h"
@@ -78,19 +79,15 @@ TEST_F(SortEngineTest, WorksInBatchesOfTheWidthAndProgressMovesByBatch)
     EXPECT_THAT(progress, ElementsAre(3, 6, 7));
 }
 
-TEST_F(SortEngineTest, NeverHasMoreClipsInWorkThanTheWidthAndABatchIsABarrier)
+TEST_F(SortEngineTest, NeverHasMoreClipsInWorkThanTheWidth)
 {
     makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6", "g 7", "h 8"});
     std::atomic<int> inWork = 0;
     std::atomic<int> most = 0;
-    std::atomic<bool> firstBatchEnded = true;
     auto parts = seams();
     parts.probeClip = [&](const FileUrl &url) {
         const int now = ++inWork;
         for (int seen = most; now > seen && !most.compare_exchange_weak(seen, now);) {
-        }
-        if (url.baseName() == u"d 4"_s && inWork > 3) {
-            firstBatchEnded = false;
         }
         std::this_thread::yield();
         auto clip = probe(url);
@@ -101,7 +98,30 @@ TEST_F(SortEngineTest, NeverHasMoreClipsInWorkThanTheWidthAndABatchIsABarrier)
     engine.sortFolder(shoot);
     ASSERT_TRUE(reaches(engine, StageKind::results));
     EXPECT_LE(most, 3);
-    EXPECT_TRUE(firstBatchEnded);
+}
+
+TEST_F(SortEngineTest, ABatchIsABarrierThatItsSlowestClipHoldsUp)
+{
+    makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6"});
+    Gate slowest;
+    std::atomic<int> begun = 0;
+    auto parts = seams();
+    parts.probeClip = [&](const FileUrl &url) {
+        ++begun;
+        if (url.baseName() == u"a 1"_s) {
+            slowest.pass();
+        }
+        return probe(url);
+    };
+    SortEngine engine(parts, 5);
+    ASSERT_EQ(engine.width(), 3);
+    engine.sortFolder(shoot);
+    slowest.awaitArrival();
+    ASSERT_TRUE(waitUntil([&] { return begun == 3; }));
+    EXPECT_FALSE(waitUntil([&] { return begun > 3; }, std::chrono::seconds(1))) << "two threads have nothing to do";
+    slowest.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(begun, 6);
 }
 
 TEST_F(SortEngineTest, ClipsOfOneDateStandInFileOrderWhoeverIsThroughFirst)
@@ -281,6 +301,69 @@ TEST_F(SortEngineTest, TheCloudTierWithAnEmptyKeySortsLocally)
     EXPECT_EQ(cloudAsked, 1);
 }
 
+TEST_F(SortEngineTest, ASortUnderTheCloudTierWaitsInItsTaskForTheKeyOfAKeyringThatHasNotAnswered)
+{
+    makeClips({"pool 1"});
+    Gate keyring;
+    QString keyUsed;
+    auto parts = seams();
+    parts.awaitCloudKey = [&](const std::stop_token &) {
+        keyring.pass();
+        return u"late key"_s;
+    };
+    parts.makeCloudClassifier = [&](const CloudSettings &settings, std::shared_ptr<const FrameClassifier> local) {
+        keyUsed = settings.apiKey;
+        return local;
+    };
+    SortEngine engine(parts);
+    engine.setModelTier(ModelTier::cloud);
+    engine.sortFolder(shoot);
+    keyring.awaitArrival();
+    EXPECT_TRUE(waitUntil([&] { return engine.total() == 1; })) << "the main thread goes on";
+    keyring.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(keyUsed, u"late key"_s);
+}
+
+TEST_F(SortEngineTest, OnlyASortUnderTheCloudTierWithoutAKeyAsksTheKeyring)
+{
+    makeClips({"pool 1"});
+    int asked = 0;
+    auto parts = seams();
+    parts.awaitCloudKey = [&](const std::stop_token &) {
+        ++asked;
+        return QString();
+    };
+    parts.makeCloudClassifier = [](const CloudSettings &, std::shared_ptr<const FrameClassifier> local) {
+        return local;
+    };
+    SortEngine engine(parts);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.setCloudSettings({.apiKey = u"key"_s});
+    engine.setModelTier(ModelTier::cloud);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(asked, 0);
+}
+
+TEST_F(SortEngineTest, AResetEndsTheWaitForTheKeyring)
+{
+    makeClips({"pool 1"});
+    LateValue<QString> key;
+    std::atomic<bool> waits = false;
+    auto parts = seams();
+    parts.awaitCloudKey = [&](const std::stop_token &stop) {
+        waits = true;
+        return key.waitFor(std::chrono::hours(1), stop).value_or(QString());
+    };
+    SortEngine engine(parts);
+    engine.setModelTier(ModelTier::cloud);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(waitUntil([&] { return waits.load(); }));
+    engine.reset(); // or the engine's end would wait for an hour
+}
+
 TEST_F(SortEngineTest, PickersOfferEveryBinInUseAndInTheTable)
 {
     makeClips({"pool 1"});
@@ -382,6 +465,31 @@ TEST_F(SortEngineTest, ANumberWithoutASiblingIsGoneFromTheBinsAtExport)
     engine.exportEvent();
     EXPECT_EQ(engine.clips().front()->primaryBin, u"Kitchen"_s);
     EXPECT_EQ(saved()->clips.front().primaryBin, u"Kitchen"_s);
+}
+
+TEST_F(SortEngineTest, TheChosenBinKeepsBeingChosenUnderTheNameThatTheExportGivesIt)
+{
+    makeClips({"pool 1", "pool 2", "pool 3"});
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.clips()[0]->primaryBin = u"Kitchen 7"_s;
+    engine.clips()[1]->primaryBin = u"Kitchen 2"_s;
+    engine.setSelectedBin(u"Kitchen 2"_s);
+    engine.exportEvent();
+    EXPECT_EQ(engine.selectedBin(), u"Kitchen 2"_s);
+    engine.setSelectedBin(u"Kitchen 1"_s);
+    engine.reassign(engine.clips()[1]->id, u"Pool"_s);
+    engine.exportEvent();
+    EXPECT_EQ(engine.selectedBin(), u"Kitchen"_s);
+    engine.setSelectedBin(u"Pool"_s);
+    engine.exportEvent();
+    EXPECT_EQ(engine.selectedBin(), u"Pool"_s);
+}
+
+TEST_F(SortEngineTest, WithoutAFolderTheSummaryTellsOfAnEvent)
+{
+    EXPECT_EQ(SortEngine(seams()).exportSummary(), u"Event.fcpxml · 0 bins · 0 clips"_s);
 }
 
 TEST_F(SortEngineTest, AFolderNameOfAnyBytesGivesAnEventOfThatName)

@@ -131,6 +131,34 @@ TEST_F(CloudProgram, WithALockedKeyringItOpensAndSortsOnThisMachine)
     EXPECT_THAT(server.requests(), IsEmpty());
 }
 
+TEST_F(CloudProgram, ASortThatBeginsBeforeTheKeyringHasAnsweredWaitsForItsKey)
+{
+    const HttpServer server([](const HttpServer::Request &) {
+        return HttpServer::respond(200, R"({"content":[{"type":"text","text":"{\"primary\":\"Pool\"}"}]})");
+    });
+    chooseModel(server);
+    ASSERT_TRUE(keyring.store(secret));
+    keyring.freeze();
+    const auto program = open();
+    program->engine().sortFolder(FileUrl(shoot.path()));
+    ASSERT_TRUE(waitUntil([&] { return program->engine().total() == 1; })) << "its clips are listed";
+    keyring.thaw();
+    ASSERT_TRUE(waitUntil([&] { return program->engine().stage().kind == SortEngine::StageKind::results; }));
+    EXPECT_THAT(program->engine().binCounts(), ElementsAre(BinCount{u"Pool"_s, 1}));
+    EXPECT_THAT(server.requests(), SizeIs(1));
+}
+
+TEST_F(CloudProgram, UnderTheCloudTierASortGoesOnWithoutAKeyringThatHangs)
+{
+    const HttpServer server([](const HttpServer::Request &) { return HttpServer::respond(500, ""); });
+    chooseModel(server);
+    keyring.freeze();
+    const auto program = open();
+    ASSERT_TRUE(sort(*program));
+    EXPECT_THAT(server.requests(), IsEmpty());
+    keyring.thaw();
+}
+
 TEST_F(CloudProgram, AKeyringThatHangsHoldsUpNeitherTheStartNorTheEnd)
 {
     keyring.freeze();

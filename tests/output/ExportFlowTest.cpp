@@ -248,7 +248,7 @@ TEST_F(ExportFlowTest, ForPremiereNothingIsCopied)
     EXPECT_THAT(namesBeneath(housePath), SizeIs(3));
 }
 
-TEST_F(ExportFlowTest, OptionsChangedWhileOrganizingDoNotReachTheExport)
+TEST_F(ExportFlowTest, WhatIsChangedDuringTheCopyHoldsForTheEventAndTheEditor)
 {
     Gate gate;
     auto parts = exportingSeams();
@@ -261,11 +261,22 @@ TEST_F(ExportFlowTest, OptionsChangedWhileOrganizingDoNotReachTheExport)
     sort(engine);
     engine.exportEvent();
     gate.awaitArrival();
-    engine.setOptions({.openEditorAfterExport = false, .writeNextToFootage = false});
+    engine.setTarget(NLE::resolve);
+    engine.setOptions({.writeNextToFootage = false, .fileHandling = FileHandling::move});
     gate.open();
     ASSERT_TRUE(reaches(engine, StageKind::done));
-    EXPECT_EQ(engine.stage().event, FileUrl(housePath / "A&B.fcpxml"));
-    EXPECT_THAT(opened, SizeIs(1));
+    EXPECT_EQ(engine.stage().event, FileUrl(documents / "A&B.fcpxml"));
+    EXPECT_THAT(opened, IsEmpty());
+    EXPECT_THAT(revealed, ElementsAre(FileUrl(documents / "A&B.fcpxml")));
+    EXPECT_TRUE(fs::exists(housePath / "pool 3.mov")) << "a copy stays one";
+
+    engine.setOptions({.fileHandling = FileHandling::copy});
+    engine.exportEvent();
+    gate.awaitArrival();
+    engine.setOptions({.openEditorAfterExport = false, .fileHandling = FileHandling::copy});
+    gate.open();
+    ASSERT_TRUE(reaches(engine, StageKind::done));
+    EXPECT_THAT(revealed, SizeIs(1));
 }
 
 TEST_F(ExportFlowTest, AMoveThatIsCancelledWritesTheEventOfWhatItHasAndLeavesTheNextShootAlone)
@@ -325,7 +336,7 @@ TEST_F(ExportFlowTest, AFailureOfACancelledExportIsNotShown)
         gate.awaitArrival();
         engine.reset();
         gate.open();
-        drain();
+        ASSERT_TRUE(waitUntil([&] { return !engine.isCopying(); })) << "its outcome has been looked at";
         EXPECT_EQ(engine.stage(), SortEngine::Stage{});
     }
     EXPECT_FALSE(fs::exists(housePath / "A&B.fcpxml"));
