@@ -53,6 +53,7 @@ MadeUpShoot::MadeUpShoot(int clips, int bins)
     m_cache = std::make_unique<ProjectCache>(path);
     m_engine = std::make_unique<SortEngine>(SortSeams{
         .sampleFrames = [](const MediaClip &clip, int, double) { return Frames{frameOf(qHash(clip.url.baseName()))}; },
+        .placesInBin = [](const auto &...) { return std::vector<FileUrl>(); },
         .projects = m_cache.get()});
 }
 

@@ -114,7 +114,9 @@ int main(int argc, char **argv)
     const auto bytes = std::filesystem::file_size(path / (project.summary.id.toStdString() + ".json"));
 
     ProjectCache cache(path);
-    const SortSeams seams{.sampleFrames = [](const MediaClip &, int, double) { return Frames(); }, .projects = &cache};
+    const SortSeams seams{.sampleFrames = [](const MediaClip &, int, double) { return Frames(); },
+                          .placesInBin = [](const auto &...) { return std::vector<FileUrl>(); },
+                          .projects = &cache};
     const auto opening = timesOf(rounds, [&](int) {
         SortEngine engine(seams);
         engine.openProject(project.summary.id);

@@ -33,7 +33,7 @@ QString MediaClip::rationalDuration() const
 FileUrl MediaClip::footageURL() const
 {
     std::error_code unreadable; // taken for gone
-    return destinationURL && !std::filesystem::exists(url.path(), unreadable) ? *destinationURL : url;
+    return destinationURL && !std::filesystem::exists(sourceURL().path(), unreadable) ? *destinationURL : sourceURL();
 }
 
 } // namespace larkspan

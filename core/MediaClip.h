@@ -49,10 +49,13 @@ public:
 
     Thumbnail thumbnail;                   // none if no frame could be read
     std::optional<FileUrl> destinationURL; // where the importer put the footage
+    std::optional<FileUrl> foundURL;       // of a reopened clip that is gone from its url: where it was found
 
     // The primary bin, then the extras, without empty names and doubles. This decides membership of a bin everywhere.
     std::vector<QString> bins() const;
-    // Where the footage is now: at its url, or where the importer moved it if it is gone from there. Asks the file
+    // What an export begins with: the url, or where a reopened clip was found.
+    const FileUrl &sourceURL() const { return foundURL ? *foundURL : url; }
+    // Where the footage is now: at its source, or where the importer moved it if it is gone from there. Asks the file
     // system.
     FileUrl footageURL() const;
     bool isVertical() const { return displaySize.width() < displaySize.height(); }

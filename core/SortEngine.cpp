@@ -264,6 +264,8 @@ void SortEngine::cancelTask()
 {
     m_task.request_stop();
     ++m_ticket;
+    m_looksForFootage = false;
+    m_exportsOnceFound = false;
 }
 
 void SortEngine::startTask(std::function<void(const Run &run)> work)
@@ -313,6 +315,7 @@ void SortEngine::dismissCardNote()
 void SortEngine::clearClips()
 {
     m_confirmedReview.clear();
+    m_lacksThumbnails = false;
     setClips({});
     setSelectedBin(std::nullopt);
     setProgress(0, 0);

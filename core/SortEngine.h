@@ -302,8 +302,11 @@ private:
     void adoptProject(const FileUrl &folder);
     void setProjects(const std::vector<ProjectSummary> &projects);
     void saveCurrentProject();
+    // Samples the thumbnails that are missing, after a look for footage that was moved. An export that replaces this
+    // task goes on with it at its end.
     void loadThumbnails();
     void organizeAndWrite(const Export &work);
+    std::vector<ClipToOrganize> toOrganize(const Export &work) const;
     void finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized);
     // directory: none for the folder that the options say.
     [[nodiscard]] tl::expected<FileUrl, std::error_code> writeEventFile(const Export &work,
@@ -314,6 +317,9 @@ private:
     void runSort(const Run &run, const FileUrl &folder);
     void processClips(const Run &run, std::span<const FileUrl> urls, const SortChoices &choices);
     std::shared_ptr<const FrameClassifier> makeClassifier(const Run &run, const SortChoices &choices) const;
+    void lookForFootage(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies,
+                        std::span<const FileUrl> roots);
+    void sampleThumbnails(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies);
     // The first half of a card import, which counts as copying until it returns. Whether there is a copy to sort now.
     [[nodiscard]] bool copyCard(const Run &run, const FileUrl &source, const QString &volumeName,
                                 const FileUrl &destination, VerifyLevel verify,
@@ -354,6 +360,9 @@ private:
     quint64 m_ticket = 0;
     int m_copies = 0; // the living objects of class Copying
     QString m_cardNote;
+    bool m_lacksThumbnails = false;  // their loading hasn't come to its end
+    bool m_looksForFootage = false;  // the running task does, before it loads thumbnails
+    bool m_exportsOnceFound = false; // the editor has asked for an export meanwhile
     std::stop_source m_task;
     QThreadPool m_taskPool; // one thread a task; a stopped one may still be ending beside the new one
     QThreadPool m_clipPool; // the clips in work, of all tasks together

@@ -26,13 +26,10 @@ std::optional<FileUrl> documentsFolder()
     return FileUrl(QFile::encodeName(folder).toStdString());
 }
 
-std::vector<ClipToOrganize> toOrganize(std::span<const ClipPtr> clips)
+bool isLost(const ClipPtr &clip)
 {
-    std::vector<ClipToOrganize> list;
-    std::ranges::transform(clips, std::back_inserter(list), [](const ClipPtr &clip) {
-        return ClipToOrganize{.id = clip->id, .url = clip->url, .primaryBin = clip->primaryBin};
-    });
-    return list;
+    std::error_code unreachable; // counts as gone
+    return !std::filesystem::exists(clip->footageURL().path(), unreachable);
 }
 
 } // namespace
@@ -47,6 +44,10 @@ QString SortEngine::exportSummary() const
 void SortEngine::exportEvent()
 {
     if (m_target == NLE::premiere || !m_folder) {
+        return;
+    }
+    if (m_looksForFootage && std::ranges::any_of(m_clips, isLost)) {
+        m_exportsOnceFound = true;
         return;
     }
     const auto renamed = renumberSplitBins(m_clips);
@@ -93,7 +94,7 @@ void SortEngine::organizeAndWrite(const Export &work)
     cancelTask();
     setStage({.kind = StageKind::organizing});
     setProgress(0, clipCount());
-    startTask([this, work, clips = toOrganize(work.clips), verify = m_options.verifyLevel,
+    startTask([this, work, clips = toOrganize(work), verify = m_options.verifyLevel,
                deleteSources = m_options.fileHandling == FileHandling::move,
                copying = std::make_shared<const Copying>(*this)](const Run &run) {
         auto organized = m_seams.organizeByBin(
@@ -102,6 +103,23 @@ void SortEngine::organizeAndWrite(const Export &work)
         // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by now.
         post([this, run, work, organized = std::move(organized)] { finishOrganizing(run, work, organized); });
     });
+}
+
+std::vector<ClipToOrganize> SortEngine::toOrganize(const Export &work) const
+{
+    // A clip that was found in the very folder that it would be brought into is there already.
+    const auto isInPlace = [&](const MediaClip &clip) {
+        const auto places =
+            clip.foundURL ? m_seams.placesInBin(clip.url, work.root, clip.primaryBin) : std::vector<FileUrl>();
+        return clip.foundURL && std::ranges::find(places, *clip.foundURL) != places.end();
+    };
+    std::vector<ClipToOrganize> list;
+    for (const ClipPtr &clip : work.clips) {
+        if (!isInPlace(*clip)) {
+            list.push_back({.id = clip->id, .url = clip->sourceURL(), .primaryBin = clip->primaryBin});
+        }
+    }
+    return list;
 }
 
 void SortEngine::finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized)
@@ -122,6 +140,9 @@ void SortEngine::finishOrganizing(const Run &run, const Export &work, const Orga
         }
     } else if (isOnShow) {
         setStage({.kind = StageKind::failed, .text = organized.error().description});
+    }
+    if (isOnShow && m_lacksThumbnails) {
+        loadThumbnails();
     }
 }
 

@@ -4,13 +4,14 @@
 #include <algorithm>
 
 #include "core/ClipOrder.h"
+#include "core/ClipPipeline.h"
+#include "core/FootageSearch.h"
 
 namespace larkspan {
 
 namespace {
 
 constexpr std::size_t thumbnailGroup = 4; // shown together as they are sampled
-constexpr double thumbnailSize = 448.0;   // pixels, the long side
 
 } // namespace
 
@@ -116,30 +117,70 @@ void SortEngine::saveCurrentProject()
 
 void SortEngine::loadThumbnails()
 {
-    if (m_clips.empty()) {
+    m_lacksThumbnails = false;
+    std::vector<ClipPtr> clips;
+    std::ranges::copy_if(m_clips, std::back_inserter(clips),
+                         [](const ClipPtr &clip) { return clip->thumbnail.isNull(); });
+    if (clips.empty()) {
         return;
     }
     // The editor may change the clips meanwhile, so the task reads copies.
     std::vector<ClipPtr> copies;
-    std::ranges::transform(m_clips, std::back_inserter(copies),
-                           [](const ClipPtr &clip) { return ClipRecord::fromClip(*clip).toClip(); });
-    startTask([this, clips = m_clips, copies = std::move(copies)](const Run &run) {
-        for (std::size_t first = 0; first < clips.size() && !run.stop.stop_requested(); first += thumbnailGroup) {
-            const auto groupBegin = clips.begin() + static_cast<std::ptrdiff_t>(first);
-            const auto groupSize = static_cast<std::ptrdiff_t>(std::min(thumbnailGroup, clips.size() - first));
-            std::vector<Thumbnail> pictures(static_cast<std::size_t>(groupSize));
-            forEachClip(run, pictures.size(), [&](std::size_t i) {
-                const Frames frames = m_seams.sampleFrames(*copies[first + i], 1, thumbnailSize);
-                pictures[i] = frames.empty() ? Thumbnail() : Thumbnail(frames.front());
-            });
-            land(run, [this, group = std::vector(groupBegin, groupBegin + groupSize), pictures = std::move(pictures)] {
-                for (std::size_t i = 0; i < group.size(); ++i) {
-                    group[i]->thumbnail = pictures[i];
-                }
-                Q_EMIT clipsChanged();
-            });
+    std::ranges::transform(clips, std::back_inserter(copies), [](const ClipPtr &clip) {
+        auto copy = ClipRecord::fromClip(*clip).toClip();
+        copy->destinationURL = clip->destinationURL;
+        copy->foundURL = clip->foundURL;
+        return copy;
+    });
+    std::vector<FileUrl> roots{*m_folder};
+    if (m_importRoot) {
+        roots.insert(roots.begin(), *m_importRoot);
+    }
+    m_lacksThumbnails = true;
+    m_looksForFootage = true;
+    startTask([this, clips = std::move(clips), copies = std::move(copies), roots = std::move(roots)](const Run &run) {
+        lookForFootage(run, clips, copies, roots);
+        sampleThumbnails(run, clips, copies);
+        land(run, [this] { m_lacksThumbnails = false; });
+    });
+}
+
+void SortEngine::lookForFootage(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies,
+                                std::span<const FileUrl> roots)
+{
+    const auto found = findMovedFootage(copies, roots, m_seams, run.stop);
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        copies[i]->foundURL = found[i] ? found[i] : copies[i]->foundURL;
+    }
+    land(run, [this, all = std::vector(clips.begin(), clips.end()), found] {
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            all[i]->foundURL = found[i] ? found[i] : all[i]->foundURL;
+        }
+        m_looksForFootage = false;
+        if (std::exchange(m_exportsOnceFound, false)) {
+            exportEvent();
         }
     });
+}
+
+void SortEngine::sampleThumbnails(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies)
+{
+    for (std::size_t first = 0; first < clips.size() && !run.stop.stop_requested(); first += thumbnailGroup) {
+        const auto group = clips.subspan(first, std::min(thumbnailGroup, clips.size() - first));
+        std::vector<Thumbnail> pictures(group.size());
+        forEachClip(run, group.size(), [&](std::size_t i) {
+            ClipRecord record = ClipRecord::fromClip(*copies[first + i]);
+            record.path = copies[first + i]->footageURL();
+            const Frames frames = m_seams.sampleFrames(*record.toClip(), 1, frameMaxDimension);
+            pictures[i] = frames.empty() ? Thumbnail() : Thumbnail(frames.front());
+        });
+        land(run, [this, landed = std::vector(group.begin(), group.end()), pictures = std::move(pictures)] {
+            for (std::size_t i = 0; i < landed.size(); ++i) {
+                landed[i]->thumbnail = pictures[i];
+            }
+            Q_EMIT clipsChanged();
+        });
+    }
 }
 
 } // namespace larkspan

@@ -90,6 +90,9 @@ struct SortSeams
     std::function<OrganizeAnswer(const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool deleteSources,
                                  VerifyLevel verify, const ProgressCallback &progress, const std::stop_token &stop)>
         organizeByBin;
+    // The files in a bin's folder under root that organizing may have made of a clip's file, judged by their names: the
+    // clip's, or the same with a number. Any thread.
+    std::function<std::vector<FileUrl>(const FileUrl &clip, const FileUrl &root, const QString &bin)> placesInBin;
     // The text of the event file for clips in any order.
     std::function<QString(const std::vector<ClipPtr> &clips, const QString &name)> eventText;
     // Hands a file to the program that is registered for it; failures are nobody's concern.

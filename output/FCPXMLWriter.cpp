@@ -126,7 +126,7 @@ public:
                            "\" start=\"0s\" duration=\""_L1 % clip->rationalDuration() %
                            "\" hasVideo=\"1\" hasAudio=\"1\" format=\""_L1 % formatID(Format::of(*clip)) %
                            "\">\n      <media-rep kind=\"original-media\" src=\""_L1 %
-                           xmlEscaped(clip->destinationURL.value_or(clip->url).absoluteString()) %
+                           xmlEscaped(clip->destinationURL.value_or(clip->sourceURL()).absoluteString()) %
                            "\"/>\n    </asset>\n"_L1;
         }
     }

@@ -19,6 +19,7 @@
 #include "design/LKAccessible.h"
 #include "output/FCPXMLWriter.h"
 #include "output/MediaImporter.h"
+#include "output/PlacesInBin.h"
 #include "screens/ClipThumbnails.h"
 #include "shell/DesktopFiles.h"
 #include "shell/DisplayScale.h"
@@ -171,6 +172,7 @@ SortSeams LarkspanApp::seams()
             },
         .copyFiles = copyFiles,
         .organizeByBin = organizeByBin,
+        .placesInBin = placesInBin,
         .eventText = [](const std::vector<ClipPtr> &clips,
                         const QString &name) { return FCPXMLWriter::event(clips, name); },
         .openFile = openFile,

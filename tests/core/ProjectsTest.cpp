@@ -296,3 +296,35 @@ TEST_F(ProjectsTest, AResetForgetsThePreviewAndTheName)
     EXPECT_EQ(engine.projectName(), QString());
     EXPECT_EQ(engine.displayName(), QString());
 }
+
+TEST_F(ProjectsTest, ACopyThatInterruptsTheThumbnailsLetsThemGoOnAtItsEnd)
+{
+    makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6", "g 7", "h 8", "i 9"});
+    {
+        SortEngine engine(seams());
+        sortShoot(engine);
+    }
+    for (const bool fails : {false, true}) {
+        Gate gate;
+        std::atomic<bool> isHeld = true;
+        auto parts = seams();
+        parts.sampleFrames = [&](const MediaClip &clip, int, double) {
+            if (isHeld) {
+                gate.pass();
+            }
+            return sample(clip);
+        };
+        parts.organizeByBin = [&](const auto &...) -> OrganizeAnswer {
+            isHeld = false;
+            gate.open(9);
+            return fails ? OrganizeAnswer(tl::make_unexpected(CopyFailure{u"no"_s})) : OrganizeAnswer();
+        };
+        SortEngine engine(parts);
+        engine.setOptions({.fileHandling = FileHandling::copy});
+        engine.openProject(id);
+        gate.awaitArrival();
+        engine.exportEvent();
+        ASSERT_TRUE(reaches(engine, fails ? StageKind::failed : StageKind::done));
+        EXPECT_TRUE(waitUntil([&] { return hasAllThumbnails(engine); })) << fails;
+    }
+}

@@ -61,6 +61,7 @@ protected:
             .makeLocalClassifier = [] { return std::make_shared<NamedFrames>(); },
             .awaitCloudKey = [](const std::stop_token &) { return QString(); },
             .copyFiles = [](const auto &...) { return std::vector<CopyResult>(); },
+            .placesInBin = [](const auto &...) { return std::vector<FileUrl>(); },
             .eventText = [](const std::vector<ClipPtr> &, const QString &name) { return name; },
             .openFile = [this](const FileUrl &file) { opened.push_back(file); },
             .revealFile = [this](const FileUrl &file) { revealed.push_back(file); },

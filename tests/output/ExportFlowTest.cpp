@@ -3,6 +3,7 @@
 
 #include "output/FCPXMLWriter.h"
 #include "output/MediaImporter.h"
+#include "output/PlacesInBin.h"
 #include "tests/core/SortEngineFixture.h"
 #include "tests/output/Footage.h"
 
@@ -59,6 +60,7 @@ protected:
             return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop)
                 .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
         };
+        parts.placesInBin = placesInBin;
         parts.eventText = [](const std::vector<ClipPtr> &clips, const QString &name) {
             return FCPXMLWriter::event(clips, name);
         };
@@ -340,4 +342,81 @@ TEST_F(ExportFlowTest, AFailureOfACancelledExportIsNotShown)
         EXPECT_EQ(engine.stage(), SortEngine::Stage{});
     }
     EXPECT_FALSE(fs::exists(housePath / "A&B.fcpxml"));
+}
+
+TEST_F(ExportFlowTest, AMovedShootThatIsReopenedGoesOnFromItsFolders)
+{
+    auto parts = exportingSeams();
+    parts.probeClip = [](const FileUrl &url) {
+        auto clip = probe(url);
+        clip->duration = 10.0;
+        clip->naturalSize = clip->displaySize = {160, 90};
+        return clip;
+    };
+    parts.sampleFrames = [](const MediaClip &clip, int, double) {
+        return fs::exists(clip.url.path()) ? sample(clip) : Frames();
+    };
+    for (const bool toShoots : {false, true}) {
+        const fs::path root = toShoots ? shoots : housePath;
+        const auto setUp = [&](SortEngine &engine) {
+            engine.setImportRoot(toShoots ? std::optional(FileUrl(shoots)) : std::nullopt);
+            engine.setOptions({.openEditorAfterExport = false, .fileHandling = FileHandling::move});
+        };
+        if (toShoots) {
+            fs::rename(housePath / "Kitchen/kitchen 1.mov", housePath / "kitchen 1.mov");
+            fs::rename(housePath / "Garage/kitchen 2.mov", housePath / "kitchen 2.mov");
+            fs::rename(housePath / "Pool/pool 3.mov", housePath / "pool 3.mov");
+        }
+        {
+            SortEngine engine(parts);
+            setUp(engine);
+            sort(engine);
+            engine.exportEvent();
+            ASSERT_TRUE(reaches(engine, StageKind::done)) << engine.stage().text.toStdString();
+        }
+        fs::remove(root / "A&B.fcpxml");
+        SortEngine engine(parts);
+        setUp(engine);
+        engine.openProject(projectID(house));
+        ASSERT_TRUE(waitUntil([&] {
+            return std::ranges::none_of(engine.clips(), [](const ClipPtr &clip) { return clip->thumbnail.isNull(); });
+        }));
+        EXPECT_EQ(engine.clips()[2]->footageURL(), FileUrl(root / "Pool/pool 3.mov"));
+        engine.reassign(engine.clips()[1]->id, u"Garage"_s);
+        engine.exportEvent();
+        ASSERT_TRUE(reaches(engine, StageKind::done)) << engine.stage().text.toStdString();
+        EXPECT_THAT(namesBeneath(root),
+                    ElementsAre("A&B.fcpxml", "Garage/kitchen 2.mov", "Kitchen/kitchen 1.mov", "Pool/pool 3.mov"));
+        const std::string event = contentOf(root / "A&B.fcpxml");
+        for (const char *place : {"/Garage/kitchen%202.mov", "/Kitchen/kitchen%201.mov", "/Pool/pool%203.mov"}) {
+            EXPECT_THAT(event, HasSubstr(place));
+        }
+        engine.backToResults();
+        engine.setOptions({.openEditorAfterExport = false});
+        engine.setImportRoot(std::nullopt);
+        engine.exportEvent();
+        EXPECT_THAT(contentOf(housePath / "A&B.fcpxml"), HasSubstr("/Pool/pool%203.mov")) << "in place as well";
+        fs::remove(housePath / "A&B.fcpxml");
+    }
+}
+
+TEST_F(ExportFlowTest, PlacesAreTheFilesOfAClipsNameAndItsNumberedSuccessors)
+{
+    const auto places = [this](const char *clip, const QString &bin) {
+        std::vector<std::string> names;
+        for (const FileUrl &place : placesInBin(FileUrl(fs::path("/gone") / clip), FileUrl(shoots), bin)) {
+            names.push_back(fs::relative(place.path(), shoots).native());
+        }
+        return names;
+    };
+    EXPECT_THAT(places("a.mov", u"Pool"_s), IsEmpty());
+    for (const char *name : {"a.mov", "a 3.mov", "a 4.mov", "a 7.mov", "b.mov", "a 2.MOV"}) {
+        (void)folder.write(fs::path("Shoots/Hallway - Stairs") / name);
+    }
+    fs::create_directory(shoots / "Hallway - Stairs/b 2.mov");
+    EXPECT_THAT(places("a.mov", u"Hallway / Stairs"_s),
+                ElementsAre("Hallway - Stairs/a.mov", "Hallway - Stairs/a 3.mov", "Hallway - Stairs/a 4.mov"));
+    EXPECT_THAT(places("b.mov", u"Hallway / Stairs"_s), ElementsAre("Hallway - Stairs/b.mov"));
+    (void)folder.write("Shoots/c.mov");
+    EXPECT_THAT(places("c.mov", QString()), ElementsAre("c.mov"));
 }
