@@ -99,7 +99,9 @@ void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
     rememberRecent(destination);
     startTask([this, source, volumeName, destination, verify = m_options.verifyLevel,
                copying = std::make_shared<const Copying>(*this)](const Run &run) mutable {
-        if (copyCard(run, source, volumeName, destination, verify, std::move(copying))) {
+        const bool isCopied = copyCard(run, source, volumeName, destination, verify);
+        copying.reset();
+        if (isCopied) {
             runSort(run, destination);
         }
     });
@@ -198,7 +200,7 @@ void SortEngine::finishSort(const SortOptions &options)
 }
 
 bool SortEngine::copyCard(const Run &run, const FileUrl &source, const QString &volumeName, const FileUrl &destination,
-                          VerifyLevel verify, std::shared_ptr<const Copying> /*untilReturn*/)
+                          VerifyLevel verify)
 {
     const auto [urls, unreadable] = listCard(source, run.stop);
     if (!unreadable.empty()) {

@@ -320,10 +320,9 @@ private:
     void lookForFootage(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies,
                         std::span<const FileUrl> roots);
     void sampleThumbnails(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies);
-    // The first half of a card import, which counts as copying until it returns. Whether there is a copy to sort now.
+    // The first half of a card import. Returns whether there is a copy to sort now.
     [[nodiscard]] bool copyCard(const Run &run, const FileUrl &source, const QString &volumeName,
-                                const FileUrl &destination, VerifyLevel verify,
-                                std::shared_ptr<const Copying> untilReturn);
+                                const FileUrl &destination, VerifyLevel verify);
     std::vector<ClipPtr> processBatch(const Run &run, std::span<const FileUrl> urls, const FrameClassifier &classifier,
                                       const SortOptions &options);
     // Runs the work for each index on the clips' threads and waits for all. What has not begun when the run is stopped
