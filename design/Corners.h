@@ -6,12 +6,10 @@
 #include <QtCore/QPointF>
 #include <QtGui/QPainterPath>
 
-namespace larkspan {
-
 // The corner of every rounded shape: a continuous one, which begins to bend before it turns, so that no straight edge
 // ends at a visible point. Fills, borders, shadows, clips and the icon all take it from here; corners.glsl is the same
 // curve for the shaders. Lengths in points.
-namespace corners {
+namespace larkspan::corners {
 
 // How much of an edge a corner takes where there is room, in radii. With less room it comes closer to an arc, and with
 // no more than its radius, as in a pill or a circle, it is one.
@@ -37,6 +35,4 @@ struct OutlinePoint
 // That outline moved inwards everywhere by a distance; what would cross itself meets in one point instead.
 [[nodiscard]] QPointF movedIn(const OutlinePoint &point, double distance, QSizeF rectangle, double radius);
 
-} // namespace corners
-
-} // namespace larkspan
+} // namespace larkspan::corners

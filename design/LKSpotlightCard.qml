@@ -15,8 +15,11 @@ Item {
     readonly property color lightColor: spotlight.colorAt(LK.palette.accent, LK.palette.info, motion.nx)
     readonly property bool hasPointer: spotlight.hasPointer
 
-    implicitWidth: holder.childrenRect.width
-    implicitHeight: holder.childrenRect.height
+    // One item may fill the card; the card's size doesn't move what that item asks for.
+    readonly property Item onlyItem: holder.children.length === 1 ? holder.children[0] : null
+
+    implicitWidth: onlyItem && onlyItem.implicitWidth > 0 ? onlyItem.implicitWidth : holder.childrenRect.width
+    implicitHeight: onlyItem && onlyItem.implicitHeight > 0 ? onlyItem.implicitHeight : holder.childrenRect.height
 
     function followPointer() {
         if (hover.hovered && lights)

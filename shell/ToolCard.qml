@@ -30,13 +30,10 @@ T.AbstractButton {
 
     // The light's surface holds the content: hover reaches the topmost item and those that it lies in.
     contentItem: LKSpotlightCard {
-        implicitHeight: content.implicitHeight
         cornerRadius: 14
         active: card.isActive
 
         Column {
-            id: content
-
             anchors.left: parent.left
             anchors.leftMargin: 40
             anchors.right: parent.right
