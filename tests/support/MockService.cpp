@@ -5,6 +5,7 @@
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusReply>
 #include <QtDBus/QDBusVariant>
 
 #include "tests/support/WaitUntil.h"
@@ -15,9 +16,11 @@ namespace larkspan::test {
 
 namespace {
 
-bool isServed(const QString &name)
+// Whether the name is this process's. The bus may still give it to the mock of the test before, which has just ended.
+bool isServed(const QString &name, qint64 process)
 {
-    return QDBusConnection::sessionBus().interface()->isServiceRegistered(name).value();
+    const QDBusReply<uint> owner = QDBusConnection::sessionBus().interface()->servicePid(name);
+    return owner.isValid() && owner.value() == process;
 }
 
 } // namespace
@@ -29,7 +32,10 @@ MockService::MockService(const QString &name, const QString &path, const QString
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(u"/usr/bin/python3"_s, {u"-m"_s, u"dbusmock"_s, u"--session"_s, name, path, interface});
-    EXPECT_TRUE(waitUntil([&] { return isServed(name) || m_process.state() == QProcess::NotRunning; }));
+    EXPECT_TRUE(waitUntil([&] {
+        return m_process.state() == QProcess::NotRunning ||
+               (m_process.state() == QProcess::Running && isServed(name, m_process.processId()));
+    }));
     EXPECT_EQ(m_process.state(), QProcess::Running) << "is python3-dbusmock installed?";
 }
 
