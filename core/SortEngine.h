@@ -242,7 +242,7 @@ private:
         std::stop_token stop;
     };
 
-    // What a sort goes by from its first clip to its last, whatever the editor changes meanwhile.
+    // Settings of one sort, from its first clip to its last, whatever the editor changes meanwhile.
     struct SortChoices
     {
         SortOptions options;
@@ -298,7 +298,7 @@ private:
     void finishEdit();
     void leaveReviewIfDone();
     void rememberRecent(const FileUrl &url);
-    // What is sorted now is this folder's project, under the name that the editor may have given it.
+    // Makes this folder's project the current one, under the name that the editor may have given it.
     void adoptProject(const FileUrl &folder);
     void setProjects(const std::vector<ProjectSummary> &projects);
     void saveCurrentProject();

@@ -87,7 +87,7 @@ std::vector<FileUrl> linksOutOfTheShoot(std::span<const FileUrl> urls)
     return links;
 }
 
-// Where a copied card's folder is made.
+// The folder in which a copied card's folder is made.
 fs::path folderAbove(const fs::path &folder)
 {
     const fs::path above = (folder.has_filename() ? folder : folder.parent_path()).parent_path();

@@ -36,7 +36,7 @@ namespace larkspan {
 
 namespace {
 
-// How long a sort waits for the keyring before it does without the cloud. A healthy one answers within milliseconds.
+// A sort waits this long for the keyring before it does without the cloud. A healthy one answers within milliseconds.
 constexpr std::chrono::seconds keyringPatience{3};
 
 // Made by the first sort that needs one; the next find its connections open.

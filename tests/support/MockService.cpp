@@ -16,7 +16,8 @@ namespace larkspan::test {
 
 namespace {
 
-// Whether the name is this process's. The bus may still give it to the mock of the test before, which has just ended.
+// Returns true if this process owns the name. The bus may still give it to the mock of the test before, which has just
+// ended.
 bool isServed(const QString &name, qint64 process)
 {
     const QDBusReply<uint> owner = QDBusConnection::sessionBus().interface()->servicePid(name);
