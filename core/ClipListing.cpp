@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <system_error>
 
-#include <QtCore/QCollator>
-#include <QtCore/QLocale>
-
 #include "core/FootageNames.h"
+#include "core/NaturalOrder.h"
 
 namespace larkspan {
 
@@ -42,16 +40,6 @@ std::error_code listOneFolder(const fs::path &folder, std::vector<FileUrl> &clip
 bool isOfTheSystem(const fs::path &folder, const FileUrl &card, const std::error_code &error)
 {
     return folder == card.path() / "lost+found" && error == std::errc::permission_denied;
-}
-
-QCollator naturalOrder()
-{
-    // The plain C locale knows no numbers in names, and a desktop without a language has that one.
-    const QLocale locale = QLocale::system().language() == QLocale::C ? QLocale(QLocale::English) : QLocale::system();
-    QCollator collator(locale);
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    return collator;
 }
 
 } // namespace

@@ -1,32 +1,17 @@
 #include "screens/ShootDrop.h"
 
+#include "core/FileUrls.h"
+
 namespace larkspan {
-
-namespace {
-
-// The path as bytes: a name that is no valid UTF-8 keeps its percent signs in QUrl's text, but not in its path.
-std::filesystem::path localPath(const QUrl &url)
-{
-    const QByteArray encoded = url.path(QUrl::FullyEncoded).toLatin1();
-    return QByteArray::fromPercentEncoding(encoded).toStdString();
-}
-
-} // namespace
 
 std::optional<FileUrl> shootFolder(const QUrl &dropped)
 {
-    if (!dropped.isLocalFile()) {
-        return std::nullopt;
-    }
-    std::filesystem::path path = localPath(dropped);
-    if (!path.has_filename() && path.has_relative_path()) {
-        path = path.parent_path(); // "/shoot/" is "/shoot"
-    }
+    std::optional<FileUrl> item = fileOfUrl(dropped);
     std::error_code unreadable; // taken for a file
-    if (std::filesystem::is_directory(path, unreadable)) {
-        return FileUrl(path);
+    if (item && !std::filesystem::is_directory(item->path(), unreadable)) {
+        item = FileUrl(item->path().parent_path());
     }
-    return FileUrl(path.parent_path());
+    return item;
 }
 
 void ShootDrop::take(const QList<QUrl> &urls)

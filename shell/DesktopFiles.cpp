@@ -1,11 +1,12 @@
 #include "shell/DesktopFiles.h"
 
-#include <QtCore/QUrl>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusPendingReply>
 #include <QtGui/QDesktopServices>
+
+#include "core/FileUrls.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -13,21 +14,16 @@ namespace larkspan {
 
 namespace {
 
-QUrl toQUrl(const FileUrl &file)
-{
-    return QUrl::fromEncoded(file.absoluteString().toLatin1());
-}
-
 void openFolderOf(const FileUrl &file)
 {
-    QDesktopServices::openUrl(toQUrl(FileUrl(file.path().parent_path())));
+    QDesktopServices::openUrl(urlOfFile(FileUrl(file.path().parent_path())));
 }
 
 } // namespace
 
 void openFile(const FileUrl &file)
 {
-    QDesktopServices::openUrl(toQUrl(file));
+    QDesktopServices::openUrl(urlOfFile(file));
 }
 
 void revealFile(const FileUrl &file)

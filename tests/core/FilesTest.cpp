@@ -6,7 +6,7 @@
 #include "core/AtomicFile.h"
 #include "core/CardFolder.h"
 #include "core/ClipListing.h"
-#include "core/FileUrl.h"
+#include "core/FileUrls.h"
 #include "core/Project.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Unprivileged.h"
@@ -58,6 +58,21 @@ TEST(FileUrl, PercentEncodesAllButWhatTheEventMayHold)
     EXPECT_EQ(FileUrl("/%;?#[]\"<>\n|").absoluteString(), u"file:///%25%3B%3F%23%5B%5D%22%3C%3E%0A%7C"_s);
     EXPECT_EQ(FileUrl("/é🏠").absoluteString(), u"file:///%C3%A9%F0%9F%8F%A0"_s);
     EXPECT_EQ(FileUrl("/\xff").absoluteString(), u"file:///%FF"_s);
+}
+
+TEST(FileUrl, OfALocalFileKeepsEveryByteAndLosesTheSlashAtItsEnd)
+{
+    for (const fs::path path : {"/", "/shoot", "/100% \xC3\xA9\xF0\x9F\x8F\xA0 #1 ?\n \xFF"}) {
+        EXPECT_THAT(fileOfUrl(urlOfFile(FileUrl(path))), testing::Optional(FileUrl(path)));
+    }
+    EXPECT_THAT(fileOfUrl(QUrl(u"file:///shoot/"_s)), testing::Optional(FileUrl("/shoot")));
+    EXPECT_THAT(fileOfUrl(QUrl(u"file://localhost/shoot"_s)), testing::Optional(FileUrl("/shoot")));
+    EXPECT_THAT(fileOfUrl(QUrl(u"file://%1/shoot"_s.arg(QSysInfo::machineHostName()))),
+                testing::Optional(FileUrl("/shoot")));
+    EXPECT_EQ(fileOfUrl(QUrl(u"file://elsewhere/shoot"_s)), std::nullopt);
+    EXPECT_EQ(fileOfUrl(QUrl(u"file://localhost"_s)), std::nullopt);
+    EXPECT_EQ(fileOfUrl(QUrl(u"https://127.0.0.1/shoot"_s)), std::nullopt);
+    EXPECT_EQ(fileOfUrl(QUrl()), std::nullopt);
 }
 
 TEST(ClipListing, FindsEveryVideoTypeInAnyCaseAndNothingElse)
