@@ -1,12 +1,11 @@
 #include "classify/InferenceSession.h"
 
 #include <array>
-#include <fstream>
-#include <iterator>
 
 #include <onnxruntime_cxx_api.h>
 #include <QtCore/QtGlobal>
 
+#include "classify/ModelFile.h"
 #include "classify/PictureTensor.h"
 
 namespace larkspan {
@@ -35,20 +34,6 @@ Ort::SessionOptions sessionOptions()
     options.SetExecutionMode(ORT_SEQUENTIAL);
     options.SetGraphOptimizationLevel(ORT_ENABLE_ALL);
     return options;
-}
-
-std::optional<std::vector<char>> readFile(const std::filesystem::path &file)
-{
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error)) {
-        return std::nullopt;
-    }
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        return std::nullopt;
-    }
-    std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
-    return stream.bad() ? std::nullopt : std::optional(std::move(bytes));
 }
 
 // What is wrong with the session's inputs and outputs, or an empty text.
@@ -116,7 +101,7 @@ InferenceSession::~InferenceSession() = default;
 tl::expected<InferenceSession, ModelError> InferenceSession::load(const std::filesystem::path &file,
                                                                   std::span<const Expected> outputs)
 {
-    const auto bytes = readFile(file);
+    const auto bytes = readModelFile(file);
     if (!bytes) {
         return failure(ModelError{ModelError::Reason::Missing, file, "there is no such file, or it can't be read"});
     }

@@ -5,11 +5,11 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QFloat16>
+
+#include "classify/ModelFile.h"
 
 namespace larkspan {
 
@@ -107,12 +107,11 @@ private:
 tl::expected<RoomHead, ModelError> RoomHead::load(const std::filesystem::path &file)
 {
     using Reason = ModelError::Reason;
-    std::error_code error;
-    std::ifstream stream(file, std::ios::binary);
-    if (!std::filesystem::is_regular_file(file, error) || !stream) {
+    const auto read = readModelFile(file);
+    if (!read) {
         return failure(Reason::Missing, file, "there is no such file, or it can't be read");
     }
-    const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
+    const std::vector<char> &bytes = *read;
     if (bytes.size() < magic.size() + sizeof(knownVersion) + checksumLength) {
         return failure(Reason::Broken, file, "it is too short");
     }

@@ -47,7 +47,9 @@ const std::filesystem::path &sharedMedia(const std::string &name, std::string_vi
 std::string bytesOf(const std::filesystem::path &file)
 {
     std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    std::string bytes(std::filesystem::file_size(file), '\0');
+    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
 }
 
 } // namespace larkspan::test
