@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include <QtCore/QList>
 #include <QtGui/QPainter>
@@ -80,6 +81,35 @@ QImage shadowPicture(const LKShadow &shadow, double cornerRadius, QSizeF size, d
     return colored;
 }
 
+// A stretch of the picture, in dots, and where it is drawn, in points from the picture's edge.
+struct Stretch
+{
+    double from = 0;
+    double dots = 0;
+    double at = 0;
+    double points = 0;
+};
+
+// How one axis of the shadow is drawn, length points long with its room for the blur: both ends as they are, and
+// between them two dots of the even middle, drawn as long as it takes. end: points that a corner and the blur take.
+std::vector<Stretch> stretches(double length, double end, double scale)
+{
+    const double endDots = std::ceil(end * scale);
+    constexpr double middleDots = 2;
+    if (length * scale <= 2 * endDots + middleDots) {
+        return {{0, std::round(length * scale), 0, length}};
+    }
+    const double endPoints = endDots / scale;
+    return {{0, endDots, 0, endPoints},
+            {endDots, middleDots, endPoints, length - 2 * endPoints},
+            {endDots + middleDots, endDots, length - endPoints, endPoints}};
+}
+
+double dotsOf(const std::vector<Stretch> &axis)
+{
+    return axis.back().from + axis.back().dots;
+}
+
 } // namespace
 
 LKDropShadow::LKDropShadow(QQuickItem *parent) : QQuickItem(parent)
@@ -129,14 +159,27 @@ QSGNode *LKDropShadow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
     const double scale = m_shadow.radius > 0
                              ? std::min(window()->effectiveDevicePixelRatio(), widestBlur / m_shadow.radius)
                              : window()->effectiveDevicePixelRatio();
-    const QImage picture = shadowPicture(m_shadow, m_cornerRadius, size(), margin, scale);
+    const double end = 2 * margin + corners::reach * m_cornerRadius;
+    const auto columns = stretches(width() + 2 * margin, end, scale);
+    const auto rows = stretches(height() + 2 * margin, end, scale);
+    const QSizeF pictured(columns.size() == 1 ? width() : dotsOf(columns) / scale - 2 * margin,
+                          rows.size() == 1 ? height() : dotsOf(rows) / scale - 2 * margin);
+    const QImage picture = shadowPicture(m_shadow, m_cornerRadius, pictured, margin, scale);
 
-    QSGImageNode *node = window()->createImageNode();
-    node->setOwnsTexture(true);
-    node->setTexture(window()->createTextureFromImage(picture, QQuickWindow::TextureHasAlphaChannel));
-    node->setFiltering(QSGTexture::Linear);
-    node->setRect(QRectF(m_shadow.x, m_shadow.y, width(), height()).adjusted(-margin, -margin, margin, margin));
-    return node;
+    QSGTexture *texture = window()->createTextureFromImage(picture, QQuickWindow::TextureHasAlphaChannel);
+    auto *shadow = new QSGNode;
+    for (const Stretch &row : rows) {
+        for (const Stretch &column : columns) {
+            QSGImageNode *part = window()->createImageNode();
+            part->setTexture(texture);
+            part->setOwnsTexture(shadow->childCount() == 0);
+            part->setFiltering(QSGTexture::Linear);
+            part->setSourceRect(column.from, row.from, column.dots, row.dots);
+            part->setRect(m_shadow.x - margin + column.at, m_shadow.y - margin + row.at, column.points, row.points);
+            shadow->appendChildNode(part);
+        }
+    }
+    return shadow;
 }
 
 } // namespace larkspan

@@ -2,8 +2,10 @@
 #include <cmath>
 
 #include <QtGui/QCursor>
+#include <QtGui/QPainter>
 #include <QtTest/QTest>
 
+#include "design/Corners.h"
 #include "design/LK.h"
 #include "design/SurfaceMath.h"
 #include "tests/support/Motion.h"
@@ -90,7 +92,52 @@ double falloff(QPoint pixel, QPointF pointer)
                     1.0 - std::hypot(place.x() - pointer.x(), place.y() - pointer.y()) / spotlightRadius(cardSize));
 }
 
+// How much of a point's neighbourhood a shape fills, weighted by a Gaussian of that deviation.
+double blurred(const QImage &shape, QPoint place, double deviation)
+{
+    const int reach = static_cast<int>(std::ceil(4 * deviation));
+    double sum = 0;
+    double whole = 0;
+    for (int y = -reach; y <= reach; ++y) {
+        for (int x = -reach; x <= reach; ++x) {
+            const double weight = std::exp(-(x * x + y * y) / (2 * deviation * deviation));
+            const QPoint there = place + QPoint(x, y);
+            sum += shape.rect().contains(there) ? weight * qGray(shape.pixel(there)) / 255.0 : 0.0;
+            whole += weight;
+        }
+    }
+    return sum / whole;
+}
+
 } // namespace
+
+TEST_F(Drawing, AShadowIsItsShapeBlurredAtEveryEdgeAndCorner)
+{
+    const LKShadow shadow = LK::instance().palette().shadowPopover;
+    for (const QSize size : {QSize(300, 200), QSize(300, 40), QSize(60, 50)}) {
+        constexpr int radius = 20;
+        const QRect place(QPoint(100, 80), size);
+        Scene scene("import QtQuick\nimport Larkspan.Design\nRectangle { width: 600; height: 400; color: 'white';"
+                    "LKDropShadow { x: 100; y: 80; width: " +
+                    std::to_string(size.width()) + "; height: " + std::to_string(size.height()) +
+                    "; cornerRadius: 20; shadow: LK.palette.shadowPopover } }");
+        const QImage drawn = scene.window().grabWindow();
+        QImage shape(600, 400, QImage::Format_RGB32);
+        shape.fill(Qt::black);
+        QPainter painter(&shape);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(corners::path(place.translated(qRound(shadow.x), qRound(shadow.y)), radius), Qt::white);
+        painter.end();
+        for (int y = 50; y < place.bottom() + 40; y += 14) {
+            for (int x = 70; x < place.right() + 40; x += 14) {
+                expectNear(drawn.pixel(x, y),
+                           over(Qt::white, Qt::black,
+                                blurred(shape, {x, y}, shadow.radius) * static_cast<double>(shadow.color.alphaF())),
+                           std::to_string(x) + ", " + std::to_string(y));
+            }
+        }
+    }
+}
 
 TEST_F(Drawing, ASpotlightAddsToADarkCardAndCoversALightOne)
 {
