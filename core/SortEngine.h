@@ -60,6 +60,7 @@ class SortEngine : public QObject
     Q_PROPERTY(int reviewCount READ reviewCount NOTIFY clipsChanged)
     Q_PROPERTY(bool canExport READ canExport NOTIFY canExportChanged)
     Q_PROPERTY(QString exportSummary READ exportSummary NOTIFY clipsChanged)
+    Q_PROPERTY(QString deletedProject READ deletedProject NOTIFY projectsChanged)
     Q_PROPERTY(QString eventPath READ eventPath NOTIFY stageChanged)
     Q_PROPERTY(QString targetName READ targetName NOTIFY targetChanged)
     Q_PROPERTY(larkspan::ModelTier modelTier READ modelTier WRITE setModelTier NOTIFY modelTierChanged)
@@ -107,6 +108,9 @@ public:
     Q_INVOKABLE void renameProject(const QString &id, const QString &name);
     // The clips stay on screen if it is the one on show.
     Q_INVOKABLE void deleteProject(const QString &id);
+    // Puts the project that was deleted last back where it was. Nothing if it couldn't be read any more, or if its
+    // folder has been sorted again since.
+    Q_INVOKABLE void restoreProject();
     // Drops everything, the running task included.
     Q_INVOKABLE void reset();
     // Copies or moves the footage into a folder for each bin if the options say so, writes the event and goes to done,
@@ -192,6 +196,8 @@ public:
     void setOptions(const SortOptions &options);
     const std::vector<Recent> &recents() const { return m_recents; }
     const std::vector<ProjectSummary> &projects() const { return m_projects; }
+    // The name of the project that restoreProject() would put back; "" if there is none.
+    QString deletedProject() const;
     const std::optional<QString> &currentProjectID() const { return m_currentProjectID; }
     const QString &projectName() const { return m_projectName; }
     const std::optional<FileUrl> &importRoot() const { return m_importRoot; }
@@ -350,6 +356,7 @@ private:
     SortOptions m_options;
     std::vector<Recent> m_recents;
     std::vector<ProjectSummary> m_projects;
+    std::optional<CachedProject> m_deletedProject; // the last one
     std::optional<QString> m_currentProjectID;
     QString m_projectName;
     std::optional<FileUrl> m_importRoot;

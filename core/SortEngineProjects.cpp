@@ -2,6 +2,7 @@
 #include "core/SortEngine.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/ClipOrder.h"
 #include "core/ClipPipeline.h"
@@ -66,6 +67,7 @@ void SortEngine::deleteProject(const QString &id)
     if (id == m_currentProjectID) {
         m_currentProjectID.reset();
     }
+    m_deletedProject = m_seams.projects->open(id);
     setProjects(m_seams.projects->remove(id));
 }
 
@@ -77,6 +79,24 @@ void SortEngine::adoptProject(const FileUrl &folder)
     const bool wasRenamed = project != m_projects.end() && project->name != folder.lastPathComponent();
     m_projectName = wasRenamed ? project->name : QString();
     Q_EMIT folderChanged();
+}
+
+QString SortEngine::deletedProject() const
+{
+    const auto isIt = [this](const ProjectSummary &project) { return project.id == m_deletedProject->summary.id; };
+    return m_deletedProject && std::ranges::none_of(m_projects, isIt) ? m_deletedProject->summary.name : QString();
+}
+
+void SortEngine::restoreProject()
+{
+    if (deletedProject().isEmpty()) {
+        return;
+    }
+    CachedProject project = *std::exchange(m_deletedProject, std::nullopt);
+    if (m_folder && projectID(*m_folder) == project.summary.id) {
+        m_currentProjectID = project.summary.id;
+    }
+    setProjects(m_seams.projects->save(std::move(project)));
 }
 
 void SortEngine::rememberRecent(const FileUrl &url)

@@ -229,6 +229,57 @@ TEST_F(ProjectsTest, DeletingTheOpenProjectLeavesTheResultsAndTheNextSaveAddsItB
     EXPECT_TRUE(saved());
 }
 
+TEST_F(ProjectsTest, ADeletedProjectIsPutBackWhereItWas)
+{
+    for (const char *name : {"first", "second", "third"}) {
+        (void)folder.write(std::filesystem::path(name) / "pool 1.mov");
+    }
+    SortEngine engine(seams());
+    for (const char *name : {"first", "second", "third"}) {
+        engine.sortFolder(FileUrl(folder / name));
+        ASSERT_TRUE(reaches(engine, StageKind::working));
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+    const auto before = engine.projects();
+    EXPECT_EQ(engine.deletedProject(), QString());
+    engine.deleteProject(before[0].id); // the one on show
+    engine.deleteProject(before[1].id);
+    EXPECT_EQ(engine.deletedProject(), u"second"_s);
+    engine.restoreProject();
+    EXPECT_THAT(engine.projects(), ElementsAre(before[1], before[2]));
+    EXPECT_EQ(engine.deletedProject(), QString());
+    EXPECT_EQ(engine.currentProjectID(), std::nullopt);
+    engine.restoreProject(); // nothing is left to
+    EXPECT_THAT(engine.projects(), SizeIs(2));
+    engine.openProject(before[1].id);
+    EXPECT_THAT(engine.clips(), SizeIs(1));
+}
+
+TEST_F(ProjectsTest, TheProjectOnShowIsAgainTheOneOnShowWhenItIsPutBack)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    sortShoot(engine);
+    const auto before = engine.projects();
+    engine.deleteProject(id);
+    engine.restoreProject();
+    EXPECT_EQ(engine.projects(), before);
+    EXPECT_EQ(engine.currentProjectID(), id);
+    EXPECT_TRUE(saved());
+}
+
+TEST_F(ProjectsTest, ADeletedProjectWhoseFolderIsSortedAgainStaysAsItWasSorted)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    sortShoot(engine);
+    engine.deleteProject(id);
+    engine.reassign(engine.clips().front()->id, u"Garage"_s); // saves it anew
+    EXPECT_EQ(engine.deletedProject(), QString());
+    engine.restoreProject();
+    EXPECT_EQ(saved()->clips.front().primaryBin, u"Garage"_s);
+}
+
 TEST_F(ProjectsTest, SortingAFolderTwiceGivesOneProjectAtTheTop)
 {
     makeClips({"pool 1"});
