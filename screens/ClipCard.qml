@@ -72,6 +72,7 @@ T.ItemDelegate {
         picture: card.thumbnail
         cornerRadius: 8
         roundsBottom: false
+        crops: true // a card may be wider than sixteen to nine
     }
 
     Text {
@@ -98,6 +99,7 @@ T.ItemDelegate {
             picture: tag.visible ? card.thumbnail : ""
             cornerRadius: 4
             isFrosted: true
+            crops: true
             whole: Qt.size(picture.width, picture.height)
             place: Qt.point(tag.x, tag.y)
         }

@@ -7,6 +7,8 @@ Image {
     property url picture
     property int cornerRadius: 4
     property bool roundsBottom: true
+    // Rather than stretching what has another shape.
+    property bool crops: false
     // Where this is glass before a part of the picture: the size of the whole, and the place in it.
     property size whole: Qt.size(width, height)
     property bool isFrosted: false
@@ -24,7 +26,7 @@ Image {
         if (!isShown)
             return "";
         const part = isFrosted ? "&frosted=" + [place.x, place.y, width, height].map(pixels).join(",") : "";
-        return picture + "?radius=" + cornerRadius * dots + (roundsBottom ? "" : "&top") + part;
+        return picture + "?radius=" + cornerRadius * dots + (roundsBottom ? "" : "&top") + (crops ? "&crop" : "") + part;
     }
     // In points: an image asks its provider for as many pixels as the display has for them.
     sourceSize.width: whole.width

@@ -45,6 +45,16 @@ QImage painted(const QSize &size, const QBrush &content, const QPainterPath &sha
     return picture;
 }
 
+// The middle of a picture, in its own aspect, as large as fills the size.
+QImage filling(const QSize &size, const Thumbnail &thumbnail)
+{
+    if (thumbnail.isNull() || size.isEmpty()) {
+        return thumbnail.stretchedTo(size);
+    }
+    const QImage whole = thumbnail.stretchedTo(thumbnail.size().scaled(size, Qt::KeepAspectRatioByExpanding));
+    return whole.copy(QRect(QPoint((whole.width() - size.width()) / 2, (whole.height() - size.height()) / 2), size));
+}
+
 // The part that is to be seen as through frosted glass; empty for none.
 QRect frostedPart(const QUrlQuery &options)
 {
@@ -98,7 +108,8 @@ QImage ClipThumbnails::requestImage(const QString &id, QSize *size, const QSize 
     }();
 
     // A frame that is asked for in no size is given as it is.
-    const QImage frame = thumbnail.stretchedTo(requestedSize);
+    const QImage frame =
+        options.hasQueryItem(u"crop"_s) ? filling(requestedSize, thumbnail) : thumbnail.stretchedTo(requestedSize);
     QSize wanted = !requestedSize.isEmpty() ? requestedSize : frame.isNull() ? usualSize : frame.size();
     QBrush content(frame);
     if (frame.isNull()) {

@@ -13,9 +13,10 @@ namespace larkspan {
 
 // Hands the clips' pictures to QML under "image://clips/…": the first frame, or its bin's colours while there is none,
 // stretched to the size asked for, or as it is for none. "?radius=8" rounds the corners by so many pixels, "&top" only
-// the upper ones. "?frosted=6,70,60,16" gives that part alone, as it looks through dark, frosted glass. Follows the
-// engine on the main thread; QML may ask from its loading threads. A picture is decoded when it is asked for and
-// dropped with its clip: all that is held of a shoot is Thumbnail::mostBytes a clip at most.
+// the upper ones. "&crop" fills the size with the frame's middle instead of stretching it. "?frosted=6,70,60,16" gives
+// that part alone, as it looks through dark, frosted glass. Follows the engine on the main thread; QML may ask from its
+// loading threads. A picture is decoded when it is asked for and dropped with its clip: all that is held of a shoot is
+// Thumbnail::mostBytes a clip at most.
 class ClipThumbnails : public QQuickImageProvider
 {
     Q_OBJECT

@@ -43,6 +43,32 @@ TEST_F(ClipThumbnailsTest, GivesAClipsFirstFrameFillingTheSizeAskedFor)
     EXPECT_TRUE(isNear(picture.pixelColor(15, 8), Qt::red));
 }
 
+TEST_F(ClipThumbnailsTest, FillsASizeOfAnotherShapeWithAFramesMiddleWhereItIsToBeCropped)
+{
+    makeClips({"kitchen 1"});
+    ClipThumbnails pictures(engine);
+    sortShoot();
+    const ClipPtr clip = engine.clips().front();
+    QImage frame = filled({160, 80}, Qt::red);
+    QPainter(&frame).fillRect(40, 0, 80, 80, Qt::blue); // as wide as it is high, in the middle
+    clip->thumbnail = Thumbnail(frame);
+    Q_EMIT engine.clipsChanged();
+    const QString path = ClipThumbnails::urlOf(*clip).path().mid(1) + u"?radius=0&crop"_s;
+    const QImage square = pictures.requestImage(path, nullptr, {40, 40});
+    EXPECT_EQ(square.size(), QSize(40, 40));
+    EXPECT_TRUE(isNear(square.pixelColor(3, 20), Qt::blue));
+    EXPECT_TRUE(isNear(square.pixelColor(36, 20), Qt::blue));
+    const QImage wide = pictures.requestImage(path, nullptr, {160, 40}); // as wide as the frame, half as high
+    EXPECT_TRUE(isNear(wide.pixelColor(20, 20), Qt::red));
+    EXPECT_TRUE(isNear(wide.pixelColor(60, 20), Qt::blue));
+    EXPECT_TRUE(isNear(wide.pixelColor(100, 20), Qt::blue));
+    EXPECT_TRUE(isNear(wide.pixelColor(140, 20), Qt::red));
+    clip->thumbnail = Thumbnail();
+    Q_EMIT engine.clipsChanged();
+    const QString colours = ClipThumbnails::urlOf(*clip).path().mid(1) + u"?radius=0&crop"_s;
+    EXPECT_EQ(pictures.requestImage(colours, nullptr, {40, 40}).size(), QSize(40, 40));
+}
+
 TEST_F(ClipThumbnailsTest, RoundsTheCornersAskedFor)
 {
     makeClips({"kitchen 1"});

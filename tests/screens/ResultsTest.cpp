@@ -1,9 +1,12 @@
 // The bins and the grid of the chosen one.
+#include <functional>
+
 #include "tests/screens/ResultsFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
 using testing::ElementsAre;
+using testing::SizeIs;
 
 TEST_F(ResultsTest, ACardOfItsExtraBinOpensTheSameClip)
 {
@@ -123,6 +126,25 @@ TEST_F(ResultsTest, WhenTheLastClipLeavesABinItsRowGoesAndTheSelectionFollows)
     engine.reassign(clip(u"pool 3"_s)->id, u"Kitchen"_s);
     EXPECT_TRUE(hides(u"Pool"_s));
     EXPECT_EQ(engine.selectedBin(), u"Pool"_s) << "only the review list is left by itself";
+}
+
+TEST_F(ResultsTest, ACardsPictureKeepsItsShapeHoweverWideTheCardIs)
+{
+    sortAndShowAll({"kitchen 1"});
+    engine.toggleExtraBin(clip(u"kitchen 1"_s)->id, u"Garage"_s);
+    ASSERT_TRUE(shows(u"Garage"_s));
+    QStringList sources;
+    const std::function<void(const QQuickItem *)> collect = [&](const QQuickItem *item) {
+        if (item->inherits("QQuickImage")) {
+            sources.append(item->property("source").toString());
+        }
+        std::ranges::for_each(item->childItems(), collect);
+    };
+    collect(grid());
+    ASSERT_THAT(sources, SizeIs(2)); // the card's, and the glass of its tag
+    for (const QString &source : sources) {
+        EXPECT_TRUE(source.contains(u"&crop"_s)) << source.toStdString();
+    }
 }
 
 TEST_F(ResultsTest, TheGridIsWorkedByKeyboardAndKeepsItAfterAnEdit)
