@@ -37,7 +37,7 @@ FocusScope {
         Text {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
-            text: view.engine.exportSummary
+            text: Wording.leftToRight(view.engine.exportSummary)
             font: LK.font(11.5)
             color: LK.palette.textSecondary
             elide: Text.ElideMiddle

@@ -14,7 +14,7 @@ FocusScope {
         anchors.centerIn: parent
         focus: true
         tone: LKEmptyState.Error
-        title: qsTr("No video files found in %1").arg(view.engine.stageText)
+        title: Wording.of(qsTr("No video files found in %1"), [view.engine.stageText])
         description: qsTr("Binnacle looked in that folder and every folder inside it. Check that the card is mounted, or choose a different folder.")
         actionTitle: qsTr("Choose Another Folder")
         onActivated: view.engine.chooseFolder()

@@ -12,13 +12,13 @@ Column {
     readonly property string firstLine: {
         switch (engine.stage) {
         case SortEngine.Working:
-            return qsTr("Sorting %1").arg(engine.folderName);
+            return Wording.of(qsTr("Sorting %1"), [engine.folderName]);
         case SortEngine.Results:
-            return qsTr("%1 · %2 clips · %3 bins").arg(engine.folderName).arg(engine.clipCount).arg(engine.binCount);
+            return Wording.of(qsTr("%1 · %2 clips · %3 bins"), [engine.folderName, engine.clipCount, engine.binCount]);
         case SortEngine.Organizing:
             return texts.title;
         case SortEngine.Done:
-            return qsTr("%1 · event created").arg(engine.folderName);
+            return Wording.of(qsTr("%1 · event created"), [engine.folderName]);
         default:
             return title.toolName;
         }

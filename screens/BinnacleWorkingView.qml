@@ -47,7 +47,7 @@ FocusScope {
             LKProgressBar {
                 anchors.horizontalCenter: parent.horizontalCenter
                 width: 340
-                label: qsTr("Sorting %1").arg(view.engine.folderName)
+                label: Wording.of(qsTr("Sorting %1"), [view.engine.folderName])
                 done: view.engine.done
                 total: view.engine.total
             }

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import Larkspan.Design
+import Larkspan.Screens
 
 // One clip in the grid: its first frame, its name, its second bin, and a way to move it while the pointer is there.
 T.ItemDelegate {
@@ -30,7 +31,7 @@ T.ItemDelegate {
     text: name
     onClicked: card.activated()
 
-    Accessible.name: extraBin === "" ? qsTr("%1, %2").arg(fileName).arg(duration) : qsTr("%1, %2, also %3").arg(fileName).arg(duration).arg(extraBin)
+    Accessible.name: extraBin === "" ? Wording.of(qsTr("%1, %2"), [fileName, duration]) : Wording.of(qsTr("%1, %2, also %3"), [fileName, duration, extraBin])
     Accessible.selectable: true
     Accessible.selected: showsFocus
     Accessible.focusable: true
@@ -122,7 +123,7 @@ T.ItemDelegate {
         onClicked: card.moveAsked(move.mapToItem(card, 0, move.height + 4))
 
         LKAccessible.role: Accessible.ButtonMenu
-        Accessible.name: qsTr("Move %1").arg(card.name)
+        Accessible.name: Wording.of(qsTr("Move %1"), [card.name])
         Accessible.onPressAction: move.clicked()
 
         contentItem: Text {
@@ -159,7 +160,7 @@ T.ItemDelegate {
     }
 
     LKToolTip {
-        text: card.name === "" ? "" : qsTr("%1 · %2").arg(card.fileName).arg(card.duration)
+        text: card.name === "" ? "" : Wording.of(qsTr("%1 · %2"), [card.fileName, card.duration])
         wanted: card.hovering && !move.hovered
     }
 }

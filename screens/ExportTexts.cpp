@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "screens/Wording.h"
+
 namespace larkspan {
 
 void ExportTexts::follow(SortEngine &engine)
@@ -19,7 +21,7 @@ QString ExportTexts::title() const
 QString ExportTexts::progress() const
 {
     const QString folder = m_engine ? m_engine->folderName() : QString();
-    return (handling() == FileHandling::move ? tr("Moving %1") : tr("Copying %1")).arg(folder);
+    return Wording::of(handling() == FileHandling::move ? tr("Moving %1") : tr("Copying %1"), {folder});
 }
 
 QStringList ExportTexts::steps() const

@@ -19,9 +19,9 @@ FocusScope {
         if (needsFolder)
             return qsTr("Choose a Shoots folder in Preferences so Binnacle knows where to organize footage from a card.");
         if (!isCounted)
-            return displayName + qsTr(" — looking for clips…");
+            return Wording.of(qsTr("%1 — looking for clips…"), [displayName]);
         const found = clipCount === 1 ? qsTr("1 clip found.") : qsTr("%1 clips found.").arg(clipCount);
-        return displayName + " · " + found + qsTr(" Import and sort it into your Shoots folder?");
+        return Wording.of(qsTr("%1 · %2 Import and sort it into your Shoots folder?"), [displayName, found]);
     }
 
     signal accept

@@ -33,7 +33,7 @@ Item {
     implicitHeight: 54 + 2 * 8
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: qsTr("%1, %2, %3").arg(fileName).arg(primaryBin).arg(reviewReason)
+    Accessible.name: Wording.of(qsTr("%1, %2, %3"), [fileName, primaryBin, reviewReason])
     Accessible.selectable: true
     Accessible.selected: showsFocus
     Accessible.focusable: true
@@ -74,7 +74,7 @@ Item {
             focusPolicy: Qt.NoFocus
             onClicked: row.previewAsked()
 
-            Accessible.name: qsTr("Open preview of %1").arg(row.fileName)
+            Accessible.name: Wording.of(qsTr("Open preview of %1"), [row.fileName])
             Accessible.onPressAction: still.clicked()
 
             contentItem: ClipPicture {
@@ -127,7 +127,7 @@ Item {
 
             Layout.preferredWidth: 190
             tone: row.isUnsorted ? LKDropdown.Caution : LKDropdown.Standard
-            label: qsTr("Bin of %1").arg(row.fileName)
+            label: Wording.of(qsTr("Bin of %1"), [row.fileName])
             names: row.choices.names
             bin: row.primaryBin
             onChosen: bin => row.reassigned(bin)

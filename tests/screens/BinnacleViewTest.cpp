@@ -1,6 +1,9 @@
 // The screen in each of its stages.
 #include <QtGui/QAccessible>
+#include <QtGui/QTextLayout>
 
+#include "design/LK.h"
+#include "screens/Wording.h"
 #include "tests/screens/BinnacleViewFixture.h"
 #include "tests/support/Unprivileged.h"
 
@@ -224,4 +227,39 @@ TEST_F(BinnacleViewTest, TheModelsNoteTellsOfTheChosenOne)
         inWindow(u"Sends a few downscaled still frames to a vision model. Much better on hard shots — doorways, "
                  u"open plan, staged vs. empty rooms. Source footage never leaves this Mac."_s));
     EXPECT_TRUE(inWindow(u"95% accuracy on a typical listing shoot"_s));
+}
+
+TEST_F(BinnacleViewTest, AFoldersNameIsNoPatternAndTurnsNothingAroundIt)
+{
+    const auto titleOf = [this](const char *name) {
+        (void)folder.write(std::filesystem::path(name) / "kitchen 1.mov");
+        (void)folder.write(std::filesystem::path(name) / "pool 2.mov");
+        engine.sortFolder(FileUrl(folder / name));
+        EXPECT_TRUE(reaches(engine, StageKind::working));
+        EXPECT_TRUE(reaches(engine, StageKind::results));
+    };
+    show();
+    titleOf("House 50%1 off %2 %3");
+    EXPECT_TRUE(shows(u"House 50%1 off %2 %3 · 2 clips · 2 bins"_s));
+    titleOf("בית 14");
+    const QString isolated = u"\u2068בית 14\u2069"_s;
+    EXPECT_TRUE(shows(isolated + u" · 2 clips · 2 bins"_s));
+    scene->click(u"Export"_s);
+    EXPECT_TRUE(shows(isolated + u" · event created"_s));
+    EXPECT_TRUE(shows(u"\u200eבית 14.fcpxml · 2 bins · 2 clips"_s));
+}
+
+TEST_F(BinnacleViewTest, ARightToLeftNameStandsBeforeTheNumbersThatFollowIt)
+{
+    // Where the letters are drawn, and not only which they are.
+    const QString title = Wording::of(u"%1 · %2 clips · %3 bins"_s, {u"בית 14"_s, 24, 10});
+    QTextLayout layout(title, LK::instance().font(11.5));
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    const auto at = [&](const QString &part) { return line.cursorToX(static_cast<int>(title.indexOf(part))); };
+    EXPECT_LT(at(u"בית"_s), at(u"24"_s));
+    EXPECT_LT(at(u"24"_s), at(u"clips"_s));
+    EXPECT_LT(at(u"clips"_s), at(u"10"_s));
+    EXPECT_LT(at(u"10"_s), at(u"bins"_s));
 }

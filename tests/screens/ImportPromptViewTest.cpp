@@ -185,5 +185,6 @@ TEST_F(ImportPromptViewTest, ALongNameAndAnEmptyOneLeaveTheButtonsInThePlace)
     show(u""_s, 3);
     EXPECT_TRUE(find(u" · 3 clips found. Import and sort it into your Shoots folder?"_s));
     show(u"<b>A</b> & \u202e/ %1 %2"_s, 3);
-    EXPECT_TRUE(find(u"<b>A</b> & \u202e/ %1 %2 · 3 clips found. Import and sort it into your Shoots folder?"_s));
+    EXPECT_TRUE(
+        find(u"\u2068<b>A</b> & \u202e/ %1 %2\u2069 · 3 clips found. Import and sort it into your Shoots folder?"_s));
 }
