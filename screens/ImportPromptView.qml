@@ -24,6 +24,12 @@ FocusScope {
         return Wording.of(qsTr("%1 · %2 Import and sort it into your Shoots folder?"), [displayName, found]);
     }
 
+    // Nothing lies above the prompt.
+    property bool isTopmost: true
+    // A key that was meant for what the prompt has come up over answers nothing. The pointer may answer at once.
+    readonly property bool answersKeys: d.isLookedAt
+    readonly property int patience: 500 // milliseconds in sight, topmost and with keyboard focus
+
     signal accept
     signal decline
     signal openPreferences
@@ -39,12 +45,44 @@ FocusScope {
     implicitHeight: column.implicitHeight + 2 * 28
 
     // Every card is asked about anew, whatever was pressed for the one before.
-    onVisibleChanged: {
-        if (visible)
-            primary.focus = true;
+    onDisplayNameChanged: d.lookAgain()
+
+    QtObject {
+        id: d
+
+        readonly property bool isInReach: prompt.isTopmost && prompt.activeFocus
+        property bool isLookedAt: false
+
+        onIsInReachChanged: lookAgain()
+
+        function lookAgain() {
+            isLookedAt = false;
+            waiting.focus = true;
+            if (isInReach)
+                look.restart();
+            else
+                look.stop();
+        }
     }
-    Keys.onReturnPressed: prompt.answer()
-    Keys.onEnterPressed: prompt.answer()
+
+    Timer {
+        id: look
+
+        objectName: "patience"
+        interval: prompt.patience
+        onTriggered: {
+            d.isLookedAt = true;
+            primary.forceActiveFocus(Qt.PopupFocusReason);
+        }
+    }
+
+    // Has keyboard focus until keys may answer, and swallows them.
+    Item {
+        id: waiting
+
+        focus: true
+        Keys.onPressed: event => event.accepted = true
+    }
 
     Accessible.role: Accessible.Dialog
     Accessible.name: title
@@ -128,7 +166,6 @@ FocusScope {
             LKButton {
                 id: primary
 
-                focus: true
                 kind: LKButton.Accent
                 size: LKButton.Lg
                 title: prompt.needsFolder ? qsTr("Open Preferences") : qsTr("Import & Sort")

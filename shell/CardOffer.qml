@@ -10,13 +10,36 @@ ModalOverlay {
     required property SortEngine engine
     required property VolumeWatcher volumeWatcher
 
+    // Nothing lies above it.
+    required property bool isTopmost
+
+    // The editor writes in a field below; the field keeps keyboard focus until that is done.
+    readonly property bool isWriting: parent && parent.Window.activeFocusItem instanceof TextInput
+    readonly property bool takesKeyboard: isTopmost && !isWriting
+
+    // By itself a popup takes the keyboard at the end of its entering, whatever lies above it.
+    focus: takesKeyboard
+    onTakesKeyboardChanged: takingKeyboard.restart()
+
     shown: volumeWatcher.hasCandidate && app.phase === AppState.App
     scrimOpacity: 0.45
     onScrimTapped: volumeWatcher.decline()
 
+    // Later, once whoever had keyboard focus has given it away.
+    Timer {
+        id: takingKeyboard
+
+        interval: 0
+        onTriggered: {
+            if (offer.takesKeyboard && offer.opened)
+                offer.forceActiveFocus(Qt.PopupFocusReason);
+        }
+    }
+
     ImportPromptView {
         focus: true
         engine: offer.engine
+        isTopmost: offer.isTopmost
         onAccept: offer.volumeWatcher.accept()
         onDecline: offer.volumeWatcher.decline()
         onOpenPreferences: offer.app.openPreferences()

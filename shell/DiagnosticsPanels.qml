@@ -9,6 +9,8 @@ Item {
     required property DiagnosticsExport diagnostics
 
     readonly property bool shown: problem.shown
+    // Until it has faded.
+    readonly property bool covers: problem.visible
 
     function exportClips() {
         clips.open();

@@ -172,6 +172,7 @@ Window {
         app: root.app
         engine: root.engine
         volumeWatcher: root.volumeWatcher
+        isTopmost: !preview.visible && !preferences.visible && !closeGuard.visible && !diagnosticsPanels.covers
         z: 1
         onEscaped: root.closeTopmost()
     }

@@ -87,6 +87,10 @@ TEST_F(CardTest, ReturnBringsACardIn)
 {
     startAndInsertCard();
     (void)shown(offered);
+    ASSERT_TRUE(waitUntil([this] { // looked at for long enough
+        const QQuickItem *item = program->window()->activeFocusItem();
+        return item != nullptr && item->property("text") == u"Import && Sort"_s;
+    }));
     Desktop::key(u"Return"_s);
     ASSERT_TRUE(reaches(StageKind::results));
     EXPECT_THAT(engine().clips(), SizeIs(3));

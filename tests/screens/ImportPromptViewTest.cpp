@@ -3,6 +3,7 @@
 #include "design/LK.h"
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/Scene.h"
+#include "tests/support/WaitUntil.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -58,6 +59,11 @@ protected:
     QQuickItem *find(const QString &text) { return findShown(scene->root(), text); }
     QQuickItem *prompt() { return findNamed(scene->root(), u"prompt"_s); }
     QStringList answers() { return scene->root()->property("answers").toStringList(); }
+
+    void awaitKeys()
+    {
+        ASSERT_TRUE(waitUntil([this] { return prompt()->property("answersKeys").toBool(); }));
+    }
 
     QString body() { return prompt()->property("body").toString(); }
 
@@ -115,9 +121,50 @@ TEST_F(ImportPromptViewTest, BothButtonsAnswerByMouse)
     EXPECT_THAT(answers(), ElementsAre(u"decline"_s, u"accept"_s));
 }
 
+TEST_F(ImportPromptViewTest, NoKeyAnswersBeforeItHasBeenTopmostForHalfASecond)
+{
+    show();
+    const auto *patience = prompt()->findChild<QObject *>(u"patience"_s);
+    ASSERT_NE(patience, nullptr);
+    EXPECT_EQ(patience->property("interval"), 500);
+    const auto expectNoAnswerByKey = [&] { // no time goes by for the window in between
+        EXPECT_FALSE(prompt()->property("answersKeys").toBool());
+        EXPECT_TRUE(patience->property("running").toBool());
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_Tab, Qt::Key_Return}) {
+            scene->key(key);
+        }
+        EXPECT_THAT(answers(), IsEmpty());
+        EXPECT_FALSE(prompt()->property("answersKeys").toBool());
+    };
+    prompt()->setProperty("isTopmost", false);
+    EXPECT_FALSE(patience->property("running").toBool());
+    prompt()->setProperty("isTopmost", true);
+    expectNoAnswerByKey();
+    EXPECT_TRUE(waitUntil([this] { return prompt()->property("answersKeys").toBool(); }));
+    scene->root()->setProperty("cardName", u"NEXT"_s); // another card is asked about anew
+    expectNoAnswerByKey();
+    EXPECT_TRUE(waitUntil([this] { return prompt()->property("answersKeys").toBool(); }));
+    scene->key(Qt::Key_Return);
+    EXPECT_THAT(answers(), ElementsAre(u"accept"_s));
+}
+
+TEST_F(ImportPromptViewTest, AKeyThatWasPressedTooEarlyDoesNotAnswerWhenItIsLetGo)
+{
+    show();
+    prompt()->setProperty("isTopmost", false);
+    prompt()->setProperty("isTopmost", true);
+    QTest::keyPress(&scene->window(), Qt::Key_Space);
+    EXPECT_TRUE(waitUntil([this] { return prompt()->property("answersKeys").toBool(); }));
+    QTest::keyRelease(&scene->window(), Qt::Key_Space);
+    EXPECT_THAT(answers(), IsEmpty());
+    scene->key(Qt::Key_Space);
+    EXPECT_THAT(answers(), ElementsAre(u"accept"_s));
+}
+
 TEST_F(ImportPromptViewTest, ReturnAcceptsAndTabReachesTheOtherButton)
 {
     show();
+    awaitKeys();
     scene->key(Qt::Key_Return);
     EXPECT_THAT(answers(), ElementsAre(u"accept"_s));
     scene->key(Qt::Key_Tab);
@@ -130,6 +177,7 @@ TEST_F(ImportPromptViewTest, ReturnAcceptsAndTabReachesTheOtherButton)
 TEST_F(ImportPromptViewTest, EscapeIsLeftToTheWindow)
 {
     show();
+    awaitKeys();
     scene->key(Qt::Key_Escape);
     EXPECT_THAT(answers(), IsEmpty());
 }
@@ -137,6 +185,7 @@ TEST_F(ImportPromptViewTest, EscapeIsLeftToTheWindow)
 TEST_F(ImportPromptViewTest, TheAmpersandOfTheButtonIsNoShortcut)
 {
     show();
+    awaitKeys();
     scene->key(Qt::Key_Backtab); // to "Not Now"
     scene->key(Qt::Key_Space, Qt::AltModifier);
     EXPECT_THAT(answers(), Not(Contains(u"accept"_s)));
