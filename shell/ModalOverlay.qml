@@ -88,6 +88,7 @@ T.Popup {
     Shortcut {
         enabled: overlay.visible
         sequence: "Escape"
+        autoRepeat: false
         onActivated: overlay.escaped()
     }
 }

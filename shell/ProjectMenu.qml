@@ -1,5 +1,6 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Screens
@@ -17,16 +18,32 @@ LKPopover {
         engine: menu.engine
     }
 
+    // The place of the project that was removed last, while it can be put back; -1 for none.
+    property int removedRow: -1
+    readonly property bool offersRestoring: removedRow >= 0 && engine.deletedProject !== ""
+
     // The next row has the keyboard then, or what stands above them all.
     function remove(projectId: string, row: int) {
         engine.deleteProject(projectId);
+        removedRow = row;
         rows.forceLayout();
         rows.goTo(Math.min(row, rows.count - 1));
     }
 
+    function restore() {
+        const row = removedRow;
+        removedRow = -1;
+        engine.restoreProject();
+        rows.forceLayout();
+        rows.goTo(row);
+    }
+
     padding: 8
     LKAccessible.name: qsTr("Projects")
-    onClosed: editingID = ""
+    onClosed: {
+        editingID = "";
+        removedRow = -1;
+    }
 
     // Lets the popover close first.
     Timer {
@@ -161,6 +178,41 @@ LKPopover {
             wrapMode: Text.Wrap
             Accessible.role: Accessible.StaticText
             Accessible.name: text
+        }
+
+        RowLayout {
+            width: parent.width
+            visible: menu.offersRestoring
+            spacing: 8
+
+            Text {
+                Layout.fillWidth: true
+                text: Wording.of(qsTr("Removed %1"), [menu.engine.deletedProject])
+                font: LK.font(11)
+                color: LK.palette.textSecondary
+                leftPadding: 8
+                topPadding: 8
+                bottomPadding: 8
+                elide: Text.ElideRight
+                maximumLineCount: 1
+                textFormat: Text.PlainText
+                Accessible.role: Accessible.AlertMessage
+                Accessible.name: text
+            }
+
+            LKButton {
+                Layout.rightMargin: 6
+                size: LKButton.Sm
+                title: qsTr("Undo")
+                onActivated: menu.restore()
+                Keys.onUpPressed: rows.goTo(rows.count - 1)
+            }
+        }
+
+        Shortcut {
+            enabled: menu.opened && menu.offersRestoring
+            sequence: "Ctrl+Z"
+            onActivated: menu.restore()
         }
 
         Rectangle {

@@ -54,7 +54,13 @@ Window {
     Shortcut {
         enabled: root.app.phase === AppState.Intro
         sequence: "Escape"
+        autoRepeat: false
         onActivated: root.closeTopmost()
+    }
+
+    InputGuard {
+        window: root
+        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.volumeWatcher.hasCandidate}`
     }
 
     FocusScope {

@@ -7,6 +7,7 @@
 
 #include <QtGui/QCursor>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QKeyEvent>
 #include <QtGui/QScreen>
 
 #include "tests/support/WaitUntil.h"
@@ -63,6 +64,37 @@ void await(QProcess &process)
         throw std::runtime_error(process.program().toStdString() + " does not end");
     }
 }
+
+// Counts how often a key that is held is pressed again, before anyone else hears of it.
+class RepeatCount : public QObject
+{
+public:
+    RepeatCount() { qGuiApp->installEventFilter(this); }
+
+    int counted() const { return m_counted; }
+    bool isLetGo() const { return m_isLetGo; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (!watched->isWindowType() || (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)) {
+            return false;
+        }
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (event->type() == QEvent::KeyRelease) {
+            m_isLetGo = !key->isAutoRepeat();
+            m_released = key->timestamp();
+        } else if (key->isAutoRepeat() || key->timestamp() == m_released) { // Qt doesn't mark every one
+            m_isLetGo = false;
+            ++m_counted;
+        }
+        return false;
+    }
+
+private:
+    int m_counted = 0;
+    bool m_isLetGo = false;
+    quint64 m_released = 0; // when
+};
 
 } // namespace
 
@@ -129,6 +161,20 @@ void Desktop::key(const QString &name)
     const Releases released;
     xdotool({u"key"_s, name});
     released.await(name.split(u'+').size(), name);
+}
+
+void Desktop::hold(const QString &name, int repeats)
+{
+    RepeatCount count;
+    xdotool({u"keydown"_s, name});
+    const bool repeated = waitUntil([&] { return count.counted() >= repeats; });
+    xdotool({u"keyup"_s, name});
+    if (!repeated) {
+        throw std::runtime_error("the display doesn't repeat a key that is held");
+    }
+    if (!waitUntil([&] { return count.isLetGo(); })) {
+        throw std::runtime_error("the key isn't let go");
+    }
 }
 
 bool Desktop::drop(const QStringList &what, const QQuickItem &onto)

@@ -28,6 +28,8 @@ public:
     static void drag(QPoint from, QPoint to);
     // Keys by xdotool's names: "Tab", "Return", "shift+Tab".
     static void key(const QString &name);
+    // Holds a key down until the window has had so many repeats of it.
+    static void hold(const QString &name, int repeats);
     // Drags files or addresses from another program's window, or a text after "--text", and drops them on an item.
     // False if the drop was refused.
     [[nodiscard]] static bool drop(const QStringList &what, const QQuickItem &onto);
