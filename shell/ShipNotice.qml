@@ -1,5 +1,6 @@
 import QtQuick
 import Larkspan.Design
+import Larkspan.Screens
 import Larkspan.Shell
 
 // Offers to tell when a tool ships. The address is kept while the program runs and sent nowhere.
@@ -9,12 +10,20 @@ Column {
     required property AppState app
     required property string toolName
 
+    // Blanks are no address.
+    readonly property bool canSend: app.shipEmail.trim() !== ""
+
+    function send() {
+        if (canSend)
+            app.shipSent = true;
+    }
+
     spacing: 14
 
     Text {
         anchors.horizontalCenter: parent.horizontalCenter
         visible: notice.app.shipSent
-        text: qsTr("Noted. We'll email %1 when %2 ships.").arg(notice.app.shipEmail).arg(notice.toolName)
+        text: Wording.of(qsTr("Noted. We'll email %1 when %2 ships."), [notice.app.shipEmail, notice.toolName])
         font: LK.font(12.5)
         color: LK.palette.textSecondary
         textFormat: Text.PlainText
@@ -37,13 +46,14 @@ Column {
             label: qsTr("E-mail address")
             text: notice.app.shipEmail
             onTextEdited: notice.app.shipEmail = text
-            onAccepted: notice.app.shipSent = true
+            onAccepted: notice.send()
         }
 
         LKButton {
             kind: LKButton.Accent
             title: qsTr("Notify me")
-            onActivated: notice.app.shipSent = true
+            enabled: notice.canSend
+            onActivated: notice.send()
         }
     }
 

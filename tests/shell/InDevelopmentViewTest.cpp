@@ -97,6 +97,26 @@ TEST_F(InDevelopmentViewTest, StartsClosedOpensItsFormAndThanksByTheToolsName)
     EXPECT_FALSE(shows(u"Notify me"_s));
 }
 
+TEST_F(InDevelopmentViewTest, BlanksAreNoAddress)
+{
+    click(u"Tell me when it ships"_s);
+    EXPECT_FALSE(findShown(scene.root(), u"Notify me"_s)->isEnabled());
+    write("  ");
+    EXPECT_FALSE(findShown(scene.root(), u"Notify me"_s)->isEnabled());
+    scene.key(Qt::Key_Return);
+    EXPECT_FALSE(app.property("shipSent").toBool());
+    write("a@b.c");
+    EXPECT_TRUE(findShown(scene.root(), u"Notify me"_s)->isEnabled());
+}
+
+TEST_F(InDevelopmentViewTest, AnAddressIsNoPattern)
+{
+    click(u"Tell me when it ships"_s);
+    write("a%2b@x.de");
+    scene.key(Qt::Key_Return);
+    EXPECT_TRUE(shows(u"Noted. We'll email a%2b@x.de when Huelock ships."_s));
+}
+
 TEST_F(InDevelopmentViewTest, ComingBackShowsItClosedAgain)
 {
     click(u"Tell me when it ships"_s);
