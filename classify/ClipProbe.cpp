@@ -10,6 +10,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 }
 
+#include "classify/CameraTimecode.h"
 #include "classify/MovieMetadata.h"
 #include "classify/PictureGeometry.h"
 
@@ -165,6 +166,7 @@ ClipPtr probeClipWithin(const FileUrl &url, const MediaLimits &limits, std::int6
         }
         metadata = file->isFormat("mov") ? movieMetadata(*file) : plainMetadata(format);
         clip->cameraModel = metadata.cameraModel;
+        clip->timecode = cameraTimecode(*file);
         if (bytesRead != nullptr) {
             *bytesRead = file->bytesRead();
         }

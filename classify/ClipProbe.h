@@ -8,8 +8,8 @@
 
 namespace larkspan {
 
-// Reads what the header of a file tells: length, sizes, frame rate, date, camera. Reads little of a large file.
-// Never fails: what can't be read keeps its default. Any thread; calls share nothing.
+// Reads what the header of a file tells: length, sizes, frame rate, date, camera, timecode. Reads little of a large
+// file. Never fails: what can't be read keeps its default. Any thread; calls share nothing.
 [[nodiscard]] ClipPtr probeClip(const FileUrl &url);
 
 // The same within other limits; bytesRead, if given, gets what was read from the file.

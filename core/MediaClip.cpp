@@ -19,7 +19,7 @@ std::vector<QString> MediaClip::bins() const
     return result;
 }
 
-QString MediaClip::rationalDuration() const
+std::int64_t MediaClip::durationTicks() const
 {
     const auto value = static_cast<double>(std::max<std::int64_t>(frameDurationValue, 1));
     const double exactFrames = std::round(duration * (frameDurationScale / value));
@@ -27,7 +27,12 @@ QString MediaClip::rationalDuration() const
     constexpr double mostTicks = 9.0e18;
     const double frames =
         std::isfinite(exactFrames) ? std::clamp(exactFrames, 1.0, std::max(mostTicks / value, 1.0)) : 1.0;
-    return QStringLiteral("%1/%2s").arg(static_cast<std::int64_t>(frames) * frameDurationValue).arg(frameDurationScale);
+    return static_cast<std::int64_t>(frames) * frameDurationValue;
+}
+
+QString MediaClip::rationalDuration() const
+{
+    return QStringLiteral("%1/%2s").arg(durationTicks()).arg(frameDurationScale);
 }
 
 FileUrl MediaClip::footageURL() const

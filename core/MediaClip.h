@@ -14,6 +14,7 @@
 #include "core/FileUrl.h"
 #include "core/FrameAnalysis.h"
 #include "core/Thumbnail.h"
+#include "core/Timecode.h"
 
 namespace larkspan {
 
@@ -35,6 +36,7 @@ public:
     std::int32_t frameDurationScale = 60000;
     Date creationDate = distantPast;
     QString cameraModel;
+    std::optional<Timecode> timecode; // of the first frame; none if the file has none, and for a reopened clip
 
     QString primaryBin;             // a bin name, "Unsorted" or a split name such as "Kitchen 2"
     std::vector<QString> extraBins; // secondary bins in order
@@ -59,7 +61,9 @@ public:
     // system.
     FileUrl footageURL() const;
     bool isVertical() const { return displaySize.width() < displaySize.height(); }
-    // The length on the clip's own frame grid, at least one frame: "599599/60000s".
+    // The length on the clip's own frame grid, at least one frame, in ticks of 1 / frameDurationScale seconds.
+    std::int64_t durationTicks() const;
+    // The same in seconds: "599599/60000s".
     QString rationalDuration() const;
 };
 
