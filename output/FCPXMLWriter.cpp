@@ -3,64 +3,19 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <vector>
 
 #include <QtCore/QHash>
 #include <QtCore/QStringBuilder>
+
+#include "output/EventOrder.h"
+#include "output/StringOut.h"
+#include "output/XmlText.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace larkspan {
 
 namespace {
-
-// No control characters but tab, line feed and return, no halves of surrogate pairs, no U+FFFE and U+FFFF.
-bool fitsXml(char16_t unit)
-{
-    return unit == u'\t' || unit == u'\n' || unit == u'\r' ||
-           (unit >= 0x20 && !QChar::isSurrogate(unit) && unit < 0xFFFE);
-}
-
-QString xmlEscaped(const QString &text)
-{
-    QString result;
-    result.reserve(text.size() + 8);
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t unit = text.at(i).unicode();
-        switch (unit) {
-        case u'&':
-            result += "&amp;"_L1;
-            break;
-        case u'<':
-            result += "&lt;"_L1;
-            break;
-        case u'>':
-            result += "&gt;"_L1;
-            break;
-        case u'"':
-            result += "&quot;"_L1;
-            break;
-        case u'\'':
-            result += "&apos;"_L1;
-            break;
-        default:
-            if (QChar::isHighSurrogate(unit) && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
-                result += text.at(i);
-                result += text.at(++i);
-            } else {
-                result += fitsXml(unit) ? QChar(unit) : QChar(QChar::ReplacementCharacter);
-            }
-        }
-    }
-    return result;
-}
-
-// By code point: UTF-16 units sort alike but for surrogates, which stand for points above all other units.
-bool codePointsLess(const QString &a, const QString &b)
-{
-    const auto rank = [](QChar unit) { return unit.unicode() + (unit.isSurrogate() ? 0x10000 : 0); };
-    return std::ranges::lexicographical_compare(a, b, {}, rank, rank);
-}
 
 // A side of the picture in whole pixels, at least 2; a size that no file can have is held to a number.
 std::int64_t pixels(double side)
@@ -100,55 +55,59 @@ QString sequenceFormatName(const Format &format)
     return code == codes.end() ? QString() : u"FFVideoFormat3840x2160p"_s + code->second;
 }
 
+// The editor's own name for the format of a timeline with clips on it; empty where it has none, as for upright
+// pictures.
+QString timelineFormatName(const TimelineFormat &format)
+{
+    static const std::map<std::pair<int, int>, QString> sizes{
+        {{3840, 2160}, u"3840x2160"_s}, {{1920, 1080}, u"1080"_s}, {{1280, 720}, u"720"_s}};
+    static const std::map<std::int32_t, QString> rates{{2398, u"2398"_s}, {2400, u"24"_s}, {2500, u"25"_s},
+                                                       {2997, u"2997"_s}, {3000, u"30"_s}, {5000, u"50"_s},
+                                                       {5994, u"5994"_s}, {6000, u"60"_s}};
+    const auto size = sizes.find({format.width, format.height});
+    const auto rate = rates.find(static_cast<std::int32_t>(std::lround(format.rate.framesPerSecond() * 100.0)));
+    return size == sizes.end() || rate == rates.end() ? QString()
+                                                      : u"FFVideoFormat"_s + size->second + u'p' + rate->second;
+}
+
+// The rate of a clip among those that the editor conforms to a timeline's; empty for any other.
+QString conformedRate(FrameRate rate)
+{
+    static const std::map<FrameRate, QString> names{
+        {{24, true}, u"23.98"_s}, {{24, false}, u"24"_s},   {{25, false}, u"25"_s},   {{30, true}, u"29.97"_s},
+        {{30, false}, u"30"_s},   {{48, true}, u"47.95"_s}, {{48, false}, u"48"_s},   {{50, false}, u"50"_s},
+        {{60, true}, u"59.94"_s}, {{60, false}, u"60"_s},   {{100, false}, u"100"_s}, {{120, true}, u"119.88"_s},
+        {{120, false}, u"120"_s}};
+    const auto name = names.find(rate);
+    return name == names.end() ? QString() : name->second;
+}
+
+// The first frame of a clip on its own clock.
+enum class ClipStart { zero, timecode };
+
 // The resources and the event's content of one file, in the order in which ids are handed out.
 class Event
 {
 public:
-    explicit Event(std::span<const ClipPtr> clips) : m_clips(clips)
+    Event(std::span<const ClipPtr> clips, ClipStart start, const MediaPaths &paths)
+        : m_clips(clips)
+        , m_start(start)
+        , m_paths(paths)
     {
         m_resources.reserve(static_cast<qsizetype>(clips.size()) * 320);
         m_body.reserve(static_cast<qsizetype>(clips.size()) * 320);
     }
 
-    void addFormats()
+    void addContent()
     {
         for (const ClipPtr &clip : m_clips) {
             formatID(Format::of(*clip));
         }
-    }
-
-    void addAssets()
-    {
         for (const ClipPtr &clip : m_clips) {
-            const QString id = nextID();
-            m_assetIDs.insert(clip->id, id);
-            m_resources += "    <asset id=\""_L1 % id % "\" name=\""_L1 % xmlEscaped(clip->url.baseName()) %
-                           "\" start=\"0s\" duration=\""_L1 % clip->rationalDuration() %
-                           "\" hasVideo=\"1\" hasAudio=\"1\" format=\""_L1 % formatID(Format::of(*clip)) %
-                           "\">\n      <media-rep kind=\"original-media\" src=\""_L1 %
-                           xmlEscaped(clip->destinationURL.value_or(clip->sourceURL()).absoluteString()) %
-                           "\"/>\n    </asset>\n"_L1;
+            addAsset(*clip);
         }
-    }
-
-    // Each bin's clips together, in shooting order.
-    void addClips()
-    {
-        std::vector<ClipPtr> sorted(m_clips.begin(), m_clips.end());
-        std::ranges::stable_sort(sorted, [](const ClipPtr &a, const ClipPtr &b) {
-            return a->primaryBin == b->primaryBin ? a->creationDate < b->creationDate
-                                                  : codePointsLess(a->primaryBin, b->primaryBin);
-        });
-        for (const ClipPtr &clip : sorted) {
-            const QString duration = clip->rationalDuration();
-            m_body += "      <asset-clip ref=\""_L1 % m_assetIDs.value(clip->id) % "\" name=\""_L1 %
-                      xmlEscaped(clip->url.baseName()) % "\" start=\"0s\" duration=\""_L1 % duration %
-                      "\" format=\""_L1 % formatID(Format::of(*clip)) % "\">\n"_L1;
-            for (const QString &bin : clip->bins()) {
-                m_body += "        <keyword start=\"0s\" duration=\""_L1 % duration % "\" value=\""_L1 %
-                          xmlEscaped(bin) % "\"/>\n"_L1;
-            }
-            m_body += "      </asset-clip>\n"_L1;
+        for (const ClipPtr &clip : inEventOrder(m_clips)) {
+            addClip(*clip);
         }
     }
 
@@ -177,6 +136,20 @@ public:
                   "          <spine/>\n        </sequence>\n      </project>\n"_L1;
     }
 
+    // A project with all clips on its timeline.
+    void addStringOut(const StringOut &stringOut, const QString &escapedName)
+    {
+        const FrameRate rate = stringOut.format.rate;
+        const Format format{stringOut.format.width, stringOut.format.height, rate.value(), rate.scale(), true};
+        m_body += "      <project name=\""_L1 % escapedName % "\">\n        <sequence format=\""_L1 %
+                  formatID(format, timelineFormatName(stringOut.format)) % "\" duration=\""_L1 %
+                  timeOf(stringOut.length, rate) % "\" tcStart=\"0s\" tcFormat=\"NDF\">\n          <spine>\n"_L1;
+        for (const TimelineClip &clip : stringOut.clips) {
+            addTimelineClip(clip, rate);
+        }
+        m_body += "          </spine>\n        </sequence>\n      </project>\n"_L1;
+    }
+
     QString text(const QString &escapedName) const
     {
         return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE fcpxml>\n<fcpxml version=\"1.10\">\n"
@@ -187,6 +160,76 @@ public:
 
 private:
     QString nextID() { return u'r' + QString::number(m_nextID++); }
+
+    QString startOf(const MediaClip &clip) const
+    {
+        return m_start == ClipStart::timecode && clip.timecode ? clip.timecode->rationalTime(clip.frameDurationScale)
+                                                               : u"0s"_s;
+    }
+
+    QString timecodeFormatOf(const MediaClip &clip) const
+    {
+        if (m_start == ClipStart::zero || !clip.timecode) {
+            return {};
+        }
+        return clip.timecode->isDropFrame ? u" tcFormat=\"DF\""_s : u" tcFormat=\"NDF\""_s;
+    }
+
+    void addAsset(const MediaClip &clip)
+    {
+        const QString id = nextID();
+        m_assetIDs.insert(clip.id, id);
+        m_resources += "    <asset id=\""_L1 % id % "\" name=\""_L1 % xmlEscaped(clip.url.baseName()) %
+                       "\" start=\""_L1 % startOf(clip) % "\" duration=\""_L1 % clip.rationalDuration() %
+                       "\" hasVideo=\"1\" hasAudio=\"1\" format=\""_L1 % formatID(Format::of(clip)) %
+                       "\">\n      <media-rep kind=\"original-media\" src=\""_L1 %
+                       xmlEscaped(m_paths.of(clip).absoluteString()) % "\"/>\n    </asset>\n"_L1;
+    }
+
+    void addClip(const MediaClip &clip)
+    {
+        const QString start = startOf(clip);
+        const QString duration = clip.rationalDuration();
+        m_body += "      <asset-clip ref=\""_L1 % m_assetIDs.value(clip.id) % "\" name=\""_L1 %
+                  xmlEscaped(clip.url.baseName()) % "\" start=\""_L1 % start % "\" duration=\""_L1 % duration %
+                  "\" format=\""_L1 % formatID(Format::of(clip)) % u'"' % timecodeFormatOf(clip) % ">\n"_L1;
+        for (const QString &bin : clip.bins()) {
+            m_body += "        <keyword start=\""_L1 % start % "\" duration=\""_L1 % duration % "\" value=\""_L1 %
+                      xmlEscaped(bin) % "\"/>\n"_L1;
+        }
+        m_body += "      </asset-clip>\n"_L1;
+    }
+
+    void addTimelineClip(const TimelineClip &entry, FrameRate rate)
+    {
+        const MediaClip &clip = *entry.clip;
+        const QString start = startOf(clip);
+        const QString frame = timeOf(1, rate);
+        m_body += "            <asset-clip ref=\""_L1 % m_assetIDs.value(clip.id) % "\" offset=\""_L1 %
+                  timeOf(entry.start, rate) % "\" name=\""_L1 % xmlEscaped(clip.url.baseName()) % "\" start=\""_L1 %
+                  start % "\" duration=\""_L1 % timeOf(entry.length, rate) % "\" format=\""_L1 %
+                  formatID(Format::of(clip)) % u'"' % timecodeFormatOf(clip);
+        const QString ownRate = entry.rate == rate ? QString() : conformedRate(entry.rate);
+        if (!entry.opensBin && ownRate.isEmpty()) {
+            m_body += "/>\n"_L1;
+            return;
+        }
+        m_body += ">\n"_L1;
+        if (!ownRate.isEmpty()) {
+            // At its own speed: the timeline's frames are picked from the clip's.
+            m_body += "              <conform-rate scaleEnabled=\"0\" srcFrameRate=\""_L1 % ownRate % "\"/>\n"_L1;
+        }
+        if (entry.opensBin) {
+            m_body += "              <marker start=\""_L1 % start % "\" duration=\""_L1 % frame % "\" value=\""_L1 %
+                      xmlEscaped(filedBin(clip)) % "\"/>\n"_L1;
+        }
+        m_body += "            </asset-clip>\n"_L1;
+    }
+
+    static QString timeOf(std::int64_t frames, FrameRate rate)
+    {
+        return frames == 0 ? u"0s"_s : u"%1/%2s"_s.arg(frames * rate.value()).arg(rate.scale());
+    }
 
     // The id of a format; one that is new is written to the resources.
     QString formatID(const Format &format, const QString &name = {})
@@ -207,6 +250,8 @@ private:
     }
 
     std::span<const ClipPtr> m_clips;
+    ClipStart m_start;
+    const MediaPaths &m_paths;
     int m_nextID = 1; // formats and assets share the numbers
     std::map<Format, QString> m_formats;
     QHash<QUuid, QString> m_assetIDs;
@@ -220,13 +265,28 @@ QString FCPXMLWriter::event(std::span<const ClipPtr> clips, const QString &name,
                             std::optional<ProjectOrientation> projectOrientation)
 {
     const QString escapedName = xmlEscaped(name);
-    Event event(clips);
-    event.addFormats();
-    event.addAssets();
-    event.addClips();
+    const MediaPaths paths;
+    Event event(clips, ClipStart::zero, paths);
+    event.addContent();
     if (projectOrientation) {
         event.addProject(*projectOrientation, escapedName);
     }
+    return event.text(escapedName);
+}
+
+QString FCPXMLWriter::eventWithTimecode(std::span<const ClipPtr> clips, const QString &name, const MediaPaths &paths)
+{
+    Event event(clips, ClipStart::timecode, paths);
+    event.addContent();
+    return event.text(xmlEscaped(name));
+}
+
+QString FCPXMLWriter::stringOut(std::span<const ClipPtr> clips, const QString &name, const MediaPaths &paths)
+{
+    const QString escapedName = xmlEscaped(name);
+    Event event(clips, ClipStart::timecode, paths);
+    event.addContent();
+    event.addStringOut(StringOut::of(clips), escapedName);
     return event.text(escapedName);
 }
 

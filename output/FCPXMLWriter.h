@@ -5,7 +5,7 @@
 
 #include <QtCore/QString>
 
-#include "core/MediaClip.h"
+#include "output/MediaPaths.h"
 
 namespace larkspan {
 
@@ -21,6 +21,15 @@ public:
     // clips: in any order; name: the event's, as people read it. Without an orientation there is no project.
     [[nodiscard]] static QString event(std::span<const ClipPtr> clips, const QString &name,
                                        std::optional<ProjectOrientation> projectOrientation = std::nullopt);
+
+    // The same event with each clip's own timecode for its start; a clip without one starts at zero.
+    [[nodiscard]] static QString eventWithTimecode(std::span<const ClipPtr> clips, const QString &name,
+                                                   const MediaPaths &paths = {});
+
+    // The event with timecode, and a project of its name: all clips on one timeline in the order of a tour, a marker at
+    // each bin's start.
+    [[nodiscard]] static QString stringOut(std::span<const ClipPtr> clips, const QString &name,
+                                           const MediaPaths &paths = {});
 };
 
 } // namespace larkspan

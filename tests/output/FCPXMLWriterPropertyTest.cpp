@@ -56,6 +56,8 @@ rc::Gen<ClipPtr> anyClip()
         clip->creationDate = distantPast + std::chrono::seconds(*rc::gen::inRange(0, 5));
         clip->primaryBin = *anyText();
         clip->extraBins = *rc::gen::container<std::vector<QString>>(anyText());
+        clip->timecode = *rc::gen::element<std::optional<Timecode>>(
+            std::nullopt, Timecode::parsed(u"01:00:00;00"_s, 29.97), Timecode::parsed(u"23:59:59:23"_s, 23.976));
         return ClipPtr(clip);
     });
 }
@@ -195,6 +197,38 @@ RC_GTEST_PROP(FCPXMLWriterProperty, AnyClipsWithAnyNamesGiveAnEventThatKeepsTheG
         std::ranges::transform(bins, bins.begin(), expected);
         RC_ASSERT(keywords == bins);
     }
+}
+
+RC_GTEST_PROP(FCPXMLWriterProperty, AnyClipsWithAnyNamesGiveATimelineThatKeepsTheGrammarWithoutGapsOrOverlaps, ())
+{
+    const auto clips = *rc::gen::resize(20, rc::gen::container<std::vector<ClipPtr>>(anyClip()));
+    const QString text = FCPXMLWriter::stringOut(clips, *anyText());
+    const XmlDocument document = parsed(text.toUtf8());
+    RC_ASSERT(document != nullptr);
+    RC_ASSERT(breach(document.get()) == "");
+    RC_ASSERT(badTimes(text) == std::vector<std::string>());
+
+    xmlNode *const library = elements(xmlDocGetRootElement(document.get()), "library").at(0);
+    xmlNode *const project = elements(elements(library, "event").at(0), "project").at(0);
+    xmlNode *const sequence = elements(project, "sequence").at(0);
+    const auto ticks = [](const QString &time) { return time.chopped(1).section(u'/', 0, 0).toLongLong(); };
+    qint64 end = 0;
+    for (xmlNode *const clip : elements(elements(sequence, "spine").at(0), "asset-clip")) {
+        RC_ASSERT(ticks(attribute(clip, "offset")) == end);
+        RC_ASSERT(ticks(attribute(clip, "duration")) > 0);
+        end += ticks(attribute(clip, "duration"));
+    }
+    RC_ASSERT(ticks(attribute(sequence, "duration")) == end);
+}
+
+RC_GTEST_PROP(FCPXMLWriterProperty, AnyTimecodeGivesAnEventThatKeepsTheGrammar, ())
+{
+    const auto clips = *rc::gen::resize(20, rc::gen::container<std::vector<ClipPtr>>(anyClip()));
+    const QString text = FCPXMLWriter::eventWithTimecode(clips, *anyText());
+    const XmlDocument document = parsed(text.toUtf8());
+    RC_ASSERT(document != nullptr);
+    RC_ASSERT(breach(document.get()) == "");
+    RC_ASSERT(badTimes(text) == std::vector<std::string>());
 }
 
 TEST(EventGrammar, AnEventWithAProjectKeepsIt)
