@@ -1,0 +1,23 @@
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include <QtCore/QString>
+
+namespace larkspan {
+
+// The files that a sorted shoot can be written as on demand, beside the event.
+enum class HandoffFormat { kdenlive, fcpxmlTimeline, otio, fcpxmlTimecode, csv };
+
+inline constexpr std::array allHandoffFormats{HandoffFormat::kdenlive, HandoffFormat::fcpxmlTimeline,
+                                              HandoffFormat::otio, HandoffFormat::fcpxmlTimecode, HandoffFormat::csv};
+
+// The stored form: "kdenlive", "fcpxml-timeline", "otio", "fcpxml-timecode", "csv". None for any other text.
+QString handoffRawValue(HandoffFormat format);
+std::optional<HandoffFormat> handoffFromRawValue(const QString &rawValue);
+
+// What follows a shoot's name in the file's: ".kdenlive", " Timeline.fcpxml", so that no format takes the event's name.
+QString handoffSuffix(HandoffFormat format);
+
+} // namespace larkspan
