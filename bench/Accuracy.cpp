@@ -52,7 +52,7 @@ bool isCommon(const QString &bin)
     return common.contains(bin);
 }
 
-// How far confidence is from the share that is right, over ten equal steps of confidence, weighted by their items.
+// The distance of confidence from the share that is right, over ten equal steps of confidence, weighted by items.
 double calibrationError(const std::vector<Filed> &items)
 {
     struct Step

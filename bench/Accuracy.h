@@ -18,7 +18,7 @@ struct Filed
     bool needsReview = false;
 };
 
-// How right the rules were. Aerial and agent items, which other signs than the place tell, count in "perBin" and
+// Reports how right the rules were. Aerial and agent items, which aren't judged by the place, count in "perBin" and
 // "confusion" alone, and so do items that show no house:
 // - "accuracy"; "topTwo": the bin or the runner-up is right;
 // - "filedPrecision": how many are right of those that go to no review; "reviewShare"; "calibrationError";

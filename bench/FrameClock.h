@@ -10,7 +10,7 @@
 
 namespace larkspan::bench {
 
-// What one frame cost, from one swap to the next: processor time in milliseconds by who spent it, and allocations.
+// The cost of one frame, from one swap to the next: processor time in milliseconds by thread, and allocations.
 struct FrameCost
 {
     double main = 0;        // the thread of the event loop
@@ -32,7 +32,7 @@ public:
     // Frames drawn since the last restart, noted or not.
     [[nodiscard]] std::size_t count() const { return m_count; }
     void restart() { m_count = 0; }
-    // Of the noted frames; call it while none is drawn.
+    // Returns the costs of the noted frames. Call it while none is drawn.
     [[nodiscard]] std::vector<FrameCost> costs() const;
 
 private:

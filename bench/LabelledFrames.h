@@ -20,7 +20,7 @@ struct LabelledFrames : Filed
     std::vector<std::filesystem::path> frames;
 };
 
-// Which columns of a tab-separated list hold what, from 0 on.
+// The columns of a tab-separated list, counted from 0.
 struct ListColumns
 {
     std::size_t name = 0;

@@ -57,7 +57,7 @@ struct View
     std::function<void()> prepare = {};
     // Gives the engine what the view needs, and says the view's properties.
     std::function<QVariantMap(QQmlEngine &qml)> equip = {};
-    // What its own code asks malloc for in a frame; for those that draw by themselves.
+    // Calls of malloc by the view's own code in a frame; for views that draw by themselves.
     std::function<double(QSize size, int frames)> ownAllocations = {};
 };
 
@@ -82,7 +82,7 @@ void sweepAndClick(QQuickWindow &window, int frame)
     }
 }
 
-// What a backdrop asks for in a frame, once it has been stirred for a while.
+// Returns the calls of malloc by a backdrop in a frame, once it has been stirred for a while.
 template <typename Canvas>
 double ownAllocations(QSize size, int frames)
 {
@@ -293,7 +293,7 @@ double medianCpu(const QJsonObject &report)
     return report[u"cpuMilliseconds"_s].toObject()[u"median"_s].toDouble();
 }
 
-// Of all pages, as the heaviest one's report with the others' medians beside it.
+// Measures all pages: returns the heaviest one's report, with the medians of the others beside it.
 QJsonObject heaviestPage(QSize size, std::size_t frames)
 {
     QJsonObject heaviest;

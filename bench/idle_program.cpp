@@ -33,7 +33,7 @@ void sleepFor(std::chrono::seconds time)
     (void)waitUntil([] { return false; }, time);
 }
 
-// Of all its threads, in seconds.
+// The processor time of all threads of a process, in seconds.
 double processorTime(qint64 process)
 {
     QFile file(u"/proc/%1/stat"_s.arg(process));
@@ -49,7 +49,7 @@ double processorTime(qint64 process)
 
 QJsonObject measured(const QString &path, bool boring, std::chrono::seconds time)
 {
-    // What Qt keeps for half a minute after its last use has gone by then.
+    // Qt keeps some things for half a minute after their last use; they are gone by then.
     constexpr std::chrono::seconds settling(40);
     StartedProgram program(path, boring ? "[General]\nlkBoringMode=true\n" : "");
     if (!program.showsItsWindow() || !program.leavesItsIntro()) {

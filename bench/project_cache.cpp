@@ -60,8 +60,8 @@ double now(clockid_t clock)
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-// What runs took, in milliseconds, ascending: by the clock on the wall, and of the calling thread's processor time,
-// which other programs on the machine don't lengthen.
+// The times of the runs in milliseconds, ascending: by the clock on the wall, and as processor time of the calling
+// thread, which other programs on the machine don't lengthen.
 struct Times
 {
     std::vector<double> wall;

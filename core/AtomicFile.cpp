@@ -45,8 +45,8 @@ std::error_code fill(int file, std::string_view content)
     return error;
 }
 
-// The new name is only sure to survive a crash when the folder is synced too. File systems that can't do that are
-// no reason to fail: the file stands.
+// The new name survives a crash for sure only when the folder is synced too. A file system that can't sync a folder
+// is no reason to fail: the file is complete.
 void syncFolder(const std::filesystem::path &folder)
 {
     const int directory = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);

@@ -25,8 +25,8 @@ std::error_code listOneFolder(const fs::path &folder, std::vector<FileUrl> &clip
         if (isVideoFile(name)) {
             clips.emplace_back(entry->path());
         }
-        // As the folder itself tells it; asked of the file only where the folder doesn't. What can't be told at all may
-        // be a folder, and then says itself why it can't be read.
+        // The folder's own entry says what each name is; the file is asked only where the entry doesn't. A name of
+        // unknown kind may be a folder, so it is opened later, and the error names the reason.
         std::error_code unknown;
         const bool isLink = entry->is_symlink(unknown);
         if ((unknown || (!isLink && entry->is_directory(unknown))) && !isPackage(name)) {

@@ -17,7 +17,7 @@ namespace {
 constexpr Date referenceDate =
     std::chrono::sys_days{std::chrono::year{2001} / std::chrono::January / std::chrono::day{1}};
 constexpr double microsecondsPerSecond = 1e6;
-constexpr double mostSeconds = 9e12; // Date holds microseconds in 64 bits; what lies beyond is no date
+constexpr double mostSeconds = 9e12; // Date holds microseconds in 64 bits; anything larger is no date
 
 double secondsOf(Date date)
 {
@@ -34,7 +34,7 @@ double finite(double number)
 
 QByteArray textOf(const QJsonDocument &document)
 {
-    // A slash stands in strings alone.
+    // JSON has slashes in strings only, so all of them can be escaped.
     return document.toJson(QJsonDocument::Compact).replace("/", "\\/");
 }
 

@@ -1,4 +1,4 @@
-// What the engine keeps of shoots from run to run: the recent folders and the sorted projects.
+// SortEngine's part that outlives a run: the recent folders and the sorted projects.
 #include "core/SortEngine.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What the editor does with finished clips. Every operation sends one change notification and saves once.
+// The editor's operations on finished clips. Each sends one change notification and saves the project once.
 #include "core/SortEngine.h"
 
 #include <algorithm>

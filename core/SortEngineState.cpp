@@ -1,4 +1,4 @@
-// What the screens read of the engine, and the plain setters.
+// The values that the screens read from the engine, and the plain setters.
 #include "core/SortEngine.h"
 
 #include <algorithm>

@@ -11,7 +11,7 @@ T.AbstractButton {
     property color hoverTint: tint
     property string help
     property bool helpAbove: false
-    // What it opens is there, and says more than the help.
+    // True while what the button opens is shown; the tool tip is hidden then.
     property bool isOpen: false
     // The side of the square that answers to the pointer, in points.
     property real size: 22

@@ -43,7 +43,7 @@ const QEasingCurve &springCurve()
     return spring;
 }
 
-// How much of a change that begins at a moment has happened; above 1 where the curve overshoots.
+// The share of a change that has happened at a time, from 0; above 1 where the curve overshoots.
 double share(double seconds, double begin, double duration, const QEasingCurve &along)
 {
     return along.valueForProgress(std::clamp((seconds - begin) / duration, 0.0, 1.0));

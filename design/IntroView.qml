@@ -9,10 +9,10 @@ Item {
     // False for a view that shows a moment of the sequence and doesn't play.
     property bool plays: true
     property alias seconds: sequence.seconds
-    // Nothing moves: time for what takes long and isn't to be noticed.
+    // True while nothing moves: slow work can be done then without a visible stutter.
     readonly property bool isAtRest: sequence.isAtRest
 
-    // To be answered with a sound.
+    // Emitted when the chime is due; the owner plays it.
     signal chimeDue
     signal finished
 
@@ -33,7 +33,7 @@ Item {
         }
     }
 
-    // A window that nobody looks at draws no frame. A slow machine takes a while to its first one.
+    // A hidden window draws no frame, and a slow machine takes a while to draw the first one.
     Timer {
         interval: 3000
         running: intro.plays && !sequence.hasStarted

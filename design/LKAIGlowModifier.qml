@@ -1,7 +1,8 @@
 import QtQuick
 import Larkspan.Design
 
-// A breathing halo behind what the cloud model touches. Lay the content into it, or anchor it behind something.
+// A breathing halo behind something that the cloud model touches: put the content into it, or anchor it behind an item.
+// Not used by a screen yet; the gallery shows it.
 Item {
     id: glow
 

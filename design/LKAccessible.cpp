@@ -19,7 +19,7 @@ void tellChange(QObject *object, const QAccessible::State &changed)
     QAccessible::updateAccessibility(&event);
 }
 
-// What a popup's body knows the popup's attached object by.
+// The property of a popup's body that holds the popup's attached object.
 constexpr const char *ofThePopup = "larkspanAccessible";
 
 LKAccessible *attachedTo(QQuickItem *item)
@@ -30,7 +30,7 @@ LKAccessible *attachedTo(QQuickItem *item)
     return qobject_cast<LKAccessible *>(item->property(ofThePopup).value<QPointer<QObject>>());
 }
 
-// An item as Qt Quick tells of it, and what is attached to it or to the popup that it is the body of.
+// Qt Quick's interface of an item, with the role and state attached to it, or to the popup whose body it is.
 class ToldItem : public QAccessibleQuickItem
 {
 public:
@@ -81,13 +81,13 @@ public:
 
 QAccessibleInterface *tell(const QString &className, QObject *object)
 {
-    // Asked for each class that the object is of. A popup's body is of one that has an interface of its own, which is
-    // about headers and footers.
+    // Qt calls this for each class of the object in turn. A popup's body has a class with an interface of its own,
+    // which only knows headers and footers.
     if (className != "QQuickItem"_L1 && className != "QQuickPopupItem"_L1) {
         return nullptr;
     }
     auto *item = static_cast<QQuickItem *>(object);
-    // What nothing is said of isn't told about at all.
+    // An item without accessible properties has no interface.
     return QQuickItemPrivate::get(item)->isAccessible ? new ToldItem(item) : nullptr; // owned by QAccessible
 }
 

@@ -1,6 +1,6 @@
 import Qt5Compat.GraphicalEffects
 
-// What is seen through frosted glass, as an item's layer.effect. Takes graphics that draw shaders.
+// Blurs an item like frosted glass, as its layer.effect. Needs graphics that draw shaders.
 FastBlur {
     property real deviation // the blur's radius in points, as of a shadow
 

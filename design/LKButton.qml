@@ -89,7 +89,7 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
-    // A press and its release move faster than the pointer's coming and going.
+    // A press and its release animate faster than hovering.
     property int fillMotion: LK.motion.hover
 
     onDownChanged: fillMotion = LK.motion.press

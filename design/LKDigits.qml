@@ -9,7 +9,7 @@ T.Control {
 
     property string text
     property color color: LK.palette.textTertiary
-    // Of the tag that it stands on, if any.
+    // The colour of the tag behind the text, if any.
     property color fill: "transparent"
 
     readonly property var runs: text.match(/\d|\D+/g) ?? []

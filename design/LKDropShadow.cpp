@@ -90,8 +90,8 @@ struct Stretch
     double points = 0;
 };
 
-// How one axis of the shadow is drawn, length points long with its room for the blur: both ends as they are, and
-// between them two dots of the even middle, drawn as long as it takes. end: points that a corner and the blur take.
+// Divides one axis of the shadow, which is length points long with its blur, into stretches: both ends as they are,
+// and two dots of the even middle, stretched to fill what is left. end: points that a corner and the blur take.
 std::vector<Stretch> stretches(double length, double end, double scale)
 {
     const double endDots = std::ceil(end * scale);

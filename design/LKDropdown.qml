@@ -15,16 +15,16 @@ T.ComboBox {
         Ai
     }
 
-    // Of {value, label}.
+    // A list of {value, label}.
     property var options: []
-    // The value of one of them; activated tells that the user has written it. With anything else the label is empty.
+    // The value of one option. activated is emitted after the user has changed it. Any other value shows no label.
     property var selection
     property var disabledValues: []
     property int size: LKButton.Md
     property int tone: LKDropdown.Standard
-    // Whether a key alone may choose in the closed list. Not where a choice does more than a second one undoes.
+    // True if keys choose in the closed list. Turn off where choosing again doesn't undo the first choice.
     property bool choosesClosed: true
-    // What the choice is about, for assistive technology.
+    // The subject of the choice, for assistive technology.
     property string label
 
     readonly property int selectedIndex: options.findIndex(entry => entry.value === selection)
@@ -187,7 +187,7 @@ T.ComboBox {
 
         required property int index
 
-        // The bar of a list that scrolls lies beside it.
+        // Leaves room for the scroll bar of a list that scrolls.
         width: ListView.view ? ListView.view.width - (ListView.view.interactive ? 8 : 0) : 0
         implicitWidth: implicitContentWidth + leftPadding + rightPadding
         implicitHeight: 24

@@ -1,7 +1,7 @@
 import QtQuick
 import Larkspan.Design
 
-// What a screen says when it has nothing to show, or nothing good.
+// The content of a screen that has nothing to show, or only an error: a mark, a title, a text and one button.
 FocusScope {
     id: state
 

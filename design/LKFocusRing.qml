@@ -1,7 +1,7 @@
 import QtQuick
 import Larkspan.Design
 
-// Shows where the keyboard is. Lies around its parent; bind visible to the parent's visualFocus.
+// Shows keyboard focus, as a ring around its parent. Bind visible to the parent's visualFocus.
 LKRectangle {
     property real cornerRadius: 5
 

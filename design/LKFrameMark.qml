@@ -1,7 +1,7 @@
 import QtQuick
 import Larkspan.Design
 
-// The empty frame of a film, above what a screen has to say.
+// The empty frame of a film, drawn above a screen's message.
 LKRectangle {
     implicitWidth: 44
     implicitHeight: 28

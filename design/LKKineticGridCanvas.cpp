@@ -8,10 +8,10 @@ namespace larkspan {
 
 namespace {
 
-// Room for what comes and goes, so that pointing and clicking take no memory.
+// Spare room for shapes that come and go, so that pointing and clicking allocate nothing.
 constexpr std::size_t spareShapes = 128;
 
-// How many dots of the lattice lie within this length.
+// Number of dots of the lattice within this length, in points.
 int dotsAlong(double length)
 {
     return std::max(0, static_cast<int>(std::ceil(length / KineticGrid::dotSpacing - 0.5)));

@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Larkspan.Design
 
-// What is shown while the program is at work: a pulsing mark, messages in turn, and how long it has been so far.
+// Shows that the program is at work: a pulsing mark, messages in turn, and the time since it began.
 Item {
     id: waiting
 

@@ -10,7 +10,7 @@ T.Menu {
     readonly property LKTypeAhead typeAhead: LKTypeAhead {
     }
 
-    // Who had the keyboard, and has it again afterwards.
+    // The item that had keyboard focus, and gets it back when the menu closes.
     property Item keyboardBefore: null
 
     // Once a row is too long for this it is elided.
@@ -65,13 +65,13 @@ T.Menu {
         keyboardBefore = parent ? parent.Window.activeFocusItem : null;
     }
     onAboutToHide: {
-        // Of a submenu it is the menu's that it opened from.
+        // Closing a submenu returns focus to the menu that it opened from.
         const opener = parent as T.MenuItem;
         if (opener && opener.menu && opener.menu.visible) {
             opener.forceActiveFocus(Qt.PopupFocusReason);
             return;
         }
-        // Unless someone else has taken it meanwhile.
+        // Focus goes back unless another item has taken it meanwhile.
         const now = parent ? parent.Window.activeFocusItem : null;
         if (keyboardBefore && (!now || now === parent.Window.contentItem))
             keyboardBefore.forceActiveFocus(Qt.PopupFocusReason);

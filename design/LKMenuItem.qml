@@ -7,7 +7,7 @@ import Larkspan.Design
 T.MenuItem {
     id: item
 
-    // What holds already is marked before its text.
+    // Shows a mark before the text of a choice that holds already.
     property bool marked: false
     // The key that does the same, as the platform writes it.
     property string keys

@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Larkspan.Design
 
-// The card of what is asked or shown above the whole window.
+// The card of a dialog above the whole window.
 Item {
     id: panel
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Larkspan.Design
 
-// The surface of what floats above the rest for a while.
+// The surface of menus, dropdown lists, popovers and tool tips.
 LKDropShadow {
     cornerRadius: 7
     shadow: LK.palette.shadowPopover

@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Larkspan.Design
 
 // A panel that belongs to its parent and opens beside it, below where there is room and above where there is more.
-// It has the keyboard at once, and goes with Escape or a press elsewhere; a press on the parent is the parent's matter.
+// Takes keyboard focus at once. Escape or a press elsewhere closes it; a press on the parent is left to the parent.
 T.Popup {
     id: popover
 
@@ -26,7 +26,7 @@ T.Popup {
     transformOrigin: opensBelow ? T.Popup.Top : T.Popup.Bottom
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
 
-    // By itself it would take the keyboard only at the end of its entering, and then not know whom to give it back to.
+    // T.Popup takes focus only at the end of its enter transition, and then doesn't know which item to return it to.
     property Item keyboardBefore: null
 
     onAboutToShow: {
@@ -38,7 +38,7 @@ T.Popup {
             forceActiveFocus(Qt.PopupFocusReason);
     }
     onAboutToHide: {
-        // Unless someone else has taken it meanwhile.
+        // Focus goes back unless another item has taken it meanwhile.
         const now = parent ? parent.Window.activeFocusItem : null;
         if (keyboardBefore && (!now || now === parent.Window.contentItem))
             keyboardBefore.forceActiveFocus(Qt.PopupFocusReason);

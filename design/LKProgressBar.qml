@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Larkspan.Design
 
-// How far a countable piece of work is: what it is, "3 of 12", and a bar.
+// Shows the progress of countable work: a label, "3 of 12", and a bar.
 T.ProgressBar {
     id: control
 

@@ -66,7 +66,7 @@ public:
             double inwards;
             QColor color;
         };
-        // Half a pixel to each side of an edge, so that one that lies between pixels is smooth.
+        // Half a pixel to each side of an edge, so that an edge between two pixels is smooth.
         const double soft = pixel / 2;
         const double half = look.lineWidth / 2;
         const QColor &outermost = half > 0 ? look.line : look.fill;
@@ -146,7 +146,7 @@ QImage picture(const Look &look, double pixelsPerPoint)
     painter.setBrush(look.lineWidth > 0 ? look.line : look.fill);
     painter.drawPolygon(polygon(look, 0, pixelsPerPoint));
     if (look.lineWidth > 0) {
-        painter.setCompositionMode(QPainter::CompositionMode_Source); // the fill lies beside its border
+        painter.setCompositionMode(QPainter::CompositionMode_Source); // the fill is beside its border, not under it
         painter.setBrush(look.fill);
         painter.drawPolygon(polygon(look, look.lineWidth, pixelsPerPoint));
     }

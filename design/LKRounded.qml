@@ -1,6 +1,6 @@
 import QtQuick
 
-// A layer's effect: rounds the corners of what it shows, the upper and the lower ones each by so many points. Takes
+// Rounds the corners of an item, as its layer.effect: the upper and the lower ones each by a number of points. Needs
 // graphics that draw shaders.
 ShaderEffect {
     property var source

@@ -8,14 +8,14 @@ import Larkspan.Design
 T.Pane {
     id: control
 
-    // Of {value, label}.
+    // A list of {value, label}.
     property var options: []
     property var selection
     property int size: LKButton.Md
     // Those whose choice brings the gradient, and those that can't be chosen.
     property var aiValues: []
     property var disabledValues: []
-    // What the choice is about, for assistive technology.
+    // The subject of the choice, for assistive technology.
     property string label
 
     // The user has chosen; selection says it already.
@@ -74,7 +74,7 @@ T.Pane {
                 required property var modelData
 
                 readonly property bool isSelected: index === control.selectedIndex
-                // Where Tab stops.
+                // The one segment that Tab reaches.
                 readonly property bool isStop: index === (control.selectedIndex >= 0 ? control.selectedIndex : control.next(-1, 1))
 
                 implicitWidth: widest.implicitWidth + leftPadding + rightPadding

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Larkspan.Design
 
-// A setting: what it is at the leading end, what sets it at the trailing one.
+// A setting: its label at the leading end, its control at the trailing one.
 T.Control {
     id: row
 

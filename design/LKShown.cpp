@@ -22,7 +22,7 @@ bool LKShown::eventFilter(QObject *, QEvent *event)
 {
     // Not on Show or Hide alone: a window on another desktop of the screen is visible, but not exposed.
     if (event->type() == QEvent::Expose) {
-        // What it changes may not be changed from within a filter, before the window has seen the event itself.
+        // Queued: listeners change the window's content, which isn't allowed before the window has seen the event.
         QMetaObject::invokeMethod(this, &LKShown::update, Qt::QueuedConnection);
     }
     return false;

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Larkspan.Design
 
-// A row of a side list: what it leads to, and how much is there.
+// A row of a side list: a label, and the number of things that it leads to.
 T.AbstractButton {
     id: control
 
@@ -17,7 +17,7 @@ T.AbstractButton {
     property bool selected: false
     property int tone: LKSidebarRow.Neutral
     property bool showsCount: true
-    // For a list that keeps the focus itself and moves it among its rows.
+    // Shows the focus ring for a list that keeps focus itself and moves it among its rows.
     property bool showsFocus: visualFocus
 
     readonly property bool isWarning: tone === LKSidebarRow.Warning

@@ -1,7 +1,7 @@
 import QtQuick
 import Larkspan.Design
 
-// A card whose light follows the pointer. Its content lies on it; without content it is a surface to anchor to.
+// A card whose light follows the pointer, under its content. Without content it is a surface to anchor to.
 Item {
     id: surface
 
@@ -10,7 +10,7 @@ Item {
     default property alias content: holder.data
 
     readonly property bool lights: active && !LK.boringMode
-    // Of the light as it is drawn, 0 to 1. Out at once, without a fade, when nothing may light any more.
+    // The light's strength as drawn, 0 to 1. Drops to 0 without a fade when the card may not light any more.
     readonly property real strength: lights ? motion.strength : 0
     readonly property color lightColor: spotlight.colorAt(LK.palette.accent, LK.palette.info, motion.nx)
     readonly property bool hasPointer: spotlight.hasPointer

@@ -1,7 +1,8 @@
 import QtQuick
 import Larkspan.Design
 
-// Content on a field of small squares that bloom from the centre and then twinkle.
+// Content on a field of small squares that bloom from the centre and then twinkle. Not used by a screen yet; the
+// gallery shows it.
 Item {
     id: background
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Larkspan.Design
 
-// One line of text as it stands. What has no room is told by a tool tip.
+// One line of plain text. A text that has no room is elided, and a tool tip shows all of it.
 Text {
     id: text
 

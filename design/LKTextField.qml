@@ -6,7 +6,7 @@ import Larkspan.Design
 T.TextField {
     id: field
 
-    // What is written there, for assistive technology; the placeholder where empty.
+    // The field's name for assistive technology; the placeholder if this is empty.
     property string label
 
     readonly property bool visualFocus: activeFocus && (focusReason === Qt.TabFocusReason || focusReason === Qt.BacktabFocusReason)

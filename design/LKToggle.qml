@@ -7,10 +7,10 @@ T.AbstractButton {
     id: control
 
     property bool isOn: false
-    // What it switches, for assistive technology.
+    // The name of what it switches, for assistive technology.
     property string label
 
-    // As the user does; toggled then tells the owner, to whom isOn says the new state already.
+    // Flips the switch as the user does, then emits toggled; isOn has the new state by then.
     function flip() {
         LK.put(control, "isOn", !control.isOn);
         control.toggled();
@@ -35,7 +35,7 @@ T.AbstractButton {
     Accessible.name: label
     Accessible.checkable: true
     Accessible.checked: isOn
-    // The template tells of its own state, which is always off, when assistive technology turns up.
+    // The template reports its own state, which is always off, when assistive technology connects.
     Accessible.onCheckableChanged: LK.put(control.Accessible, "checkable", true)
     Accessible.onCheckedChanged: LK.put(control.Accessible, "checked", control.isOn)
     Accessible.onPressAction: {

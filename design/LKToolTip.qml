@@ -4,13 +4,13 @@ import QtQuick
 import QtQuick.Templates as T
 import Larkspan.Design
 
-// A line of help for the item that it lies over, after a moment. Costs nothing until it is wanted.
+// A line of help for its parent, shown after a moment. Costs nothing until it is wanted.
 Item {
     id: help
 
     property string text
     property bool wanted: false
-    // Rather than below.
+    // Shows the help above the item instead of below it.
     property bool above: false
     readonly property alias told: tips.active
 

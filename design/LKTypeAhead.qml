@@ -11,7 +11,7 @@ QtObject {
         onTriggered: search.typed = ""
     }
 
-    // Whether the key is part of what is looked for. A space never is: it chooses.
+    // Returns true for a key that is part of the search. A space never is: it chooses.
     function takes(event: var): bool {
         const text = event.text;
         const plain = !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier));

@@ -16,7 +16,7 @@ namespace {
 constexpr int cornersPerShape = 4;
 constexpr int indicesPerShape = 6;
 
-// As the shaders lay it out.
+// The layout of the shaders' uniform block, in bytes.
 constexpr int matrixOffset = 0;
 constexpr int matrixBytes = 64;
 constexpr int opacityOffset = matrixOffset + matrixBytes;
@@ -136,7 +136,7 @@ void SoftShapeNode::begin(int shapes, double pixel, double squareSide, double sq
 
 void SoftShapeNode::end()
 {
-    // What is left of a larger drawing shrinks to nothing.
+    // Vertices left over from a larger drawing collapse to nothing.
     auto *const first = static_cast<Vertex *>(m_shapes.vertexData());
     const auto corners = static_cast<int>(m_next - first);
     Q_ASSERT(corners <= m_capacity * cornersPerShape);

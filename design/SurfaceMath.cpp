@@ -9,7 +9,7 @@ namespace larkspan {
 
 namespace {
 
-// Of one way of the card; an empty card has no inside to be told apart.
+// A place along one side of the card as a share of it, 0 to 1. An empty side counts as one point long.
 double part(double place, double length)
 {
     return std::clamp(place / std::max(1.0, length), 0.0, 1.0);

@@ -7,7 +7,7 @@ Column {
 
     default property alias subject: holder.data
     property string caption
-    // What the pictures show hovered, pressed and with the keyboard's focus as well.
+    // True if the stored pictures also show the subject hovered, pressed and with keyboard focus.
     property bool interactive: false
     readonly property Item subjectItem: holder.children.length > 0 ? holder.children[0] : null
 

@@ -1,4 +1,4 @@
-# What the scripts share. Sourced, from the root of the checkout.
+# Functions that the scripts share. To be sourced; goes to the root of the checkout.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

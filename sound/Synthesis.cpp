@@ -8,7 +8,7 @@ namespace larkspan {
 
 namespace {
 
-// Where an exponential fall ends: -80 decibels, which nobody hears.
+// An exponential fall ends at -80 decibels, which nobody hears.
 constexpr double tailEnd = 0.0001;
 constexpr double longestSeconds = 600;
 
