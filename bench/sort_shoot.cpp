@@ -1,5 +1,5 @@
-// sort_shoot FOLDER [--event FILE]: the real engine on a folder, without a window: where each clip went and where the
-// time did. With a truth.tsv in the folder (file, bin; apart by a tab) also how right that was.
+// sort_shoot FOLDER [--event FILE] [--export FORMAT FILE]…: the real engine on a folder, without a window: where each
+// clip went and where the time did. With a truth.tsv in the folder (file, bin; apart by a tab) also how right that was.
 #include <chrono>
 #include <fstream>
 #include <iostream>
@@ -22,6 +22,7 @@
 #include "core/AtomicFile.h"
 #include "core/SortEngine.h"
 #include "output/FCPXMLWriter.h"
+#include "output/Handoff.h"
 
 using namespace larkspan;
 using namespace larkspan::bench;
@@ -145,6 +146,39 @@ QJsonObject modelReport(const VisionTimings::Sum &sum)
     return {{u"runs"_s, static_cast<double>(sum.runs)}, {u"milliseconds"_s, milliseconds}};
 }
 
+// One file to write beside the event.
+struct Handoff
+{
+    HandoffFormat format;
+    std::filesystem::path file;
+};
+
+// Takes every "--export FORMAT FILE" out of the arguments: Qt's parser knows no options with two values. None if one
+// isn't whole.
+std::optional<std::vector<Handoff>> takeExports(QStringList &arguments)
+{
+    std::vector<Handoff> exports;
+    for (qsizetype at = 0; (at = arguments.indexOf(u"--export"_s)) >= 0;) {
+        const auto format = handoffFromRawValue(arguments.value(at + 1));
+        if (!format || arguments.value(at + 2).isEmpty()) {
+            return std::nullopt;
+        }
+        exports.push_back({*format, arguments.value(at + 2).toStdString()});
+        arguments.remove(at, 3);
+    }
+    return exports;
+}
+
+bool write(const std::filesystem::path &file, const QByteArray &text)
+{
+    const auto written =
+        writeFileAtomically(file, std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
+    if (!written) {
+        std::cerr << "sort_shoot: " << file.string() << ": " << written.error().message() << '\n';
+    }
+    return written.has_value();
+}
+
 double peakMegabytes()
 {
     rusage usage{};
@@ -160,9 +194,15 @@ int main(int argc, char **argv)
     QCommandLineParser arguments;
     arguments.addPositionalArgument(u"folder"_s, u"the shoot"_s);
     arguments.addOption({u"event"_s, u"where to write the event"_s, u"file"_s});
+    arguments.addOption({u"export"_s,
+                         u"the shoot for another program, as often as wanted, in the format kdenlive, "
+                         "fcpxml-timeline, otio, fcpxml-timecode or csv"_s,
+                         u"format> <file"_s});
     arguments.addHelpOption();
-    arguments.process(application);
-    if (arguments.positionalArguments().size() != 1) {
+    QStringList given = QCoreApplication::arguments();
+    const auto exports = takeExports(given);
+    arguments.process(given);
+    if (!exports || arguments.positionalArguments().size() != 1) {
         arguments.showHelp(2);
     }
     const std::filesystem::path folder = arguments.positionalArguments().front().toStdString();
@@ -221,11 +261,15 @@ int main(int argc, char **argv)
                                                   {u"pose"_s, modelReport(timings.pose)},
                                                   {u"face"_s, modelReport(timings.face)}};
 
+    const QString name = FileUrl(folder).lastPathComponent();
     if (arguments.isSet(u"event"_s)) {
-        const QString text = FCPXMLWriter::event(engine.clips(), FileUrl(folder).lastPathComponent(), std::nullopt);
-        const auto written = writeFileAtomically(arguments.value(u"event"_s).toStdString(), text.toStdString());
-        if (!written) {
-            std::cerr << "sort_shoot: " << written.error().message() << '\n';
+        const QString text = FCPXMLWriter::event(engine.clips(), name, std::nullopt);
+        if (!write(arguments.value(u"event"_s).toStdString(), text.toUtf8())) {
+            return 1;
+        }
+    }
+    for (const Handoff &handoff : *exports) {
+        if (!write(handoff.file, handoffText(handoff.format, engine.clips(), name))) {
             return 1;
         }
     }
