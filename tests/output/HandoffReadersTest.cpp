@@ -6,10 +6,12 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
+#include <QtCore/QStandardPaths>
 #include <QtGui/QImage>
 
 #include "core/AtomicFile.h"
 #include "output/Handoff.h"
+#include "tests/output/KdenliveProject.h"
 #include "tests/support/FfmpegMedia.h"
 #include "tests/support/TempFolder.h"
 
@@ -20,6 +22,8 @@ using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
+using testing::Pair;
+using testing::UnorderedElementsAre;
 
 namespace fs = std::filesystem;
 
@@ -167,4 +171,29 @@ TEST_F(HandoffReaders, MeltReadsTheKdenliveProjectOfAnEmptyShoot)
     EXPECT_THAT(
         outputOf(u"melt"_s, {QString::fromStdString(written(HandoffFormat::kdenlive)), u"-consumer"_s, u"xml"_s}),
         HasSubstr("<mlt "));
+}
+
+// Kdenlive is too large to install for one test; the picture that LARKSPAN_PICTURES names shows what it made of it.
+TEST_F(HandoffReaders, KdenliveOpensItsProjectWithoutAQuestionAndSavesTheSameFoldersAndTags)
+{
+    if (QStandardPaths::findExecutable(u"kdenlive"_s).isEmpty()) {
+        GTEST_SKIP() << "Kdenlive isn't installed";
+    }
+    clips[1]->extraBins = {u"Dining Room"_s};
+    const fs::path project = written(HandoffFormat::kdenlive);
+    const ReadProject before(QString::fromStdString(bytesOf(project)));
+    QStringList arguments{QStringLiteral(LARKSPAN_SOURCES "/tests/output/kdenlive_saves.sh"),
+                          QString::fromStdString(project)};
+    if (qEnvironmentVariableIsSet("LARKSPAN_PICTURES")) {
+        arguments.append(qEnvironmentVariable("LARKSPAN_PICTURES") + u"/kdenlive.png"_s);
+    }
+    outputOf(QStringLiteral(LARKSPAN_SOURCES "/script/with-display"), arguments);
+    const ReadProject saved(QString::fromStdString(bytesOf(project)));
+    EXPECT_THAT(saved.folders(),
+                UnorderedElementsAre(Pair("Pool", "blue 100% #1?.mov"), Pair("Kitchen", "red & <\"'>.mov"),
+                                     Pair("Kitchen", "gr\303\274n = a;b|c,d.mov")));
+    EXPECT_EQ(saved.properties.at("main_bin").at("kdenlive:docproperties.tag1"),
+              before.properties.at("main_bin").at("kdenlive:docproperties.tag1"));
+    EXPECT_EQ(saved.attribute("profile", u"width"_s), "160");
+    EXPECT_EQ(saved.attribute("profile", u"frame_rate_num"_s), "25");
 }

@@ -1,20 +1,19 @@
 #include "output/KdenliveWriter.h"
 
-#include <map>
 #include <set>
 
 #include <gmock/gmock.h>
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
 
+#include "core/RoomLabel.h"
+#include "tests/output/KdenliveProject.h"
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QXmlStreamReader>
-
-#include "core/RoomLabel.h"
 
 using namespace larkspan;
+using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
 using testing::Pair;
@@ -33,56 +32,6 @@ ClipPtr kdenliveClip(const std::string &path, const QString &bin, std::vector<QS
     clip->extraBins = std::move(extras);
     return clip;
 }
-
-using Properties = std::map<std::string, std::string>;
-
-// What a project says: its elements with their attributes, and the properties of each by its id.
-struct ReadProject
-{
-    explicit ReadProject(const QString &text)
-    {
-        QXmlStreamReader xml(text);
-        std::string id;
-        while (!xml.atEnd()) {
-            if (xml.readNext() != QXmlStreamReader::StartElement) {
-                continue;
-            }
-            if (xml.name() == u"property"_s) {
-                const std::string name = xml.attributes().value(u"name"_s).toString().toStdString();
-                properties[id][name] = xml.readElementText().toStdString();
-            } else if (xml.name() == u"entry"_s) {
-                entries[id].push_back(xml.attributes().value(u"producer"_s).toString().toStdString());
-            } else {
-                id = xml.attributes().value(u"id"_s).toString().toStdString();
-                attributes[xml.name().toString().toStdString()] = xml.attributes();
-            }
-        }
-        problem = xml.errorString().toStdString();
-    }
-
-    std::string attribute(const std::string &element, const QString &name) const
-    {
-        return attributes.at(element).value(name).toString().toStdString();
-    }
-
-    // The names of the clips in each folder.
-    std::multimap<std::string, std::string> folders() const
-    {
-        std::multimap<std::string, std::string> result;
-        for (const auto &[id, clip] : properties) {
-            if (const auto folder = clip.find("kdenlive:folderid"); folder != clip.end()) {
-                result.emplace(properties.at("main_bin").at("kdenlive:folder.-1." + folder->second),
-                               clip.at("kdenlive:clipname"));
-            }
-        }
-        return result;
-    }
-
-    std::map<std::string, Properties> properties;
-    std::map<std::string, std::vector<std::string>> entries;
-    std::map<std::string, QXmlStreamAttributes> attributes; // of the last element of each name
-    std::string problem;
-};
 
 } // namespace
 
