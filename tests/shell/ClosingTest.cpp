@@ -13,11 +13,14 @@ class ClosingTest : public ShellWindowTest
 protected:
     ClosingTest()
         : ShellWindowTest([this](SortSeams &parts) {
-            parts.copyFiles = [this](const auto &...) {
+            parts.copyFiles = [this](const auto &...) -> tl::expected<std::vector<CopyResult>, CopyFailure> {
                 if (isImportHeld) {
                     copying.pass();
                 }
-                return std::vector<CopyResult>();
+                if (importFailure.isEmpty()) {
+                    return std::vector<CopyResult>();
+                }
+                return tl::unexpected(CopyFailure{importFailure});
             };
         })
     {}
@@ -35,6 +38,21 @@ protected:
         (void)shown(question);
     }
 
+    // Closes the window while a card is brought in, and answers to finish that first.
+    void finishImport()
+    {
+        open();
+        engine.setImportRoot(FileUrl(desk.path()));
+        makeClips({"kitchen 1"});
+        isImportHeld = true;
+        engine.importCard(shoot, u"CARD"_s);
+        copying.awaitArrival();
+        window->close();
+        Desktop::click(shown(u"Finish, Then Close"_s));
+        (void)shown(u"Closing when the copy is done…"_s);
+        copying.open();
+    }
+
     QObject &card()
     {
         QQuickItem *item = &shown(question);
@@ -45,6 +63,7 @@ protected:
     }
 
     std::atomic<bool> isImportHeld = false;
+    QString importFailure; // set before the import begins; empty for none
     const QString question = u"Footage is still being copied"_s;
 };
 
@@ -137,4 +156,24 @@ TEST_F(ClosingTest, FinishingStaysOpenWhereSomethingOfTheCardCouldNotBeRead)
     ASSERT_TRUE(waitUntil([this] { return !engine.isCopying(); }));
     (void)shown(u"Clips may be missing: “101MEDIA” on CARD couldn't be read. Don't erase the card."_s);
     EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(ClosingTest, FinishingClosesOnceACardIsCopied)
+{
+    finishImport();
+    EXPECT_TRUE(waitUntil([this] { return !window->isVisible(); }));
+}
+
+TEST_F(ClosingTest, FinishingStaysOpenOverACardsCopyThatFailed)
+{
+    importFailure = u"The card can't be read any more."_s;
+    finishImport();
+    (void)shown(importFailure);
+    EXPECT_TRUE(waitUntil([this] { return !engine.isCopying(); }));
+    EXPECT_TRUE(goes(u"Closing when the copy is done…"_s));
+    drain();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(engine.stage().kind, StageKind::failed);
+    window->close(); // it has been read
+    EXPECT_FALSE(window->isVisible());
 }
