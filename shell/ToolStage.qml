@@ -18,6 +18,7 @@ FocusScope {
     FocusScope {
         id: launcher
 
+        objectName: "launcher"
         anchors.fill: parent
         focus: !stage.hasTool
         visible: opacity > 0
@@ -40,14 +41,17 @@ FocusScope {
     FocusScope {
         id: tool
 
-        property real blur: stage.app.closing ? 8 : 0
+        objectName: "tool"
+        // Shrunk and blurred until it has faded, so that it is still there when the launcher takes its place.
+        readonly property bool isLeaving: stage.app.closing || visible && !stage.hasTool
+        property real blur: isLeaving ? 8 : 0
         readonly property int pace: stage.app.closing ? LK.motion.toolOut : LK.motion.toolIn
 
         anchors.fill: parent
         focus: stage.hasTool
         visible: opacity > 0
-        opacity: stage.hasTool && !stage.app.closing ? 1 : 0
-        scale: stage.app.closing ? 0.92 : 1
+        opacity: stage.hasTool ? 1 : 0
+        scale: isLeaving ? 0.92 : 1
         layer.enabled: blur > 0
         layer.effect: LKBlur {
             deviation: tool.blur // qmllint disable
@@ -59,11 +63,13 @@ FocusScope {
             }
         }
         Behavior on scale  {
+            enabled: stage.hasTool || stage.app.closing
             LKNumberMotion {
                 duration: tool.pace
             }
         }
         Behavior on blur  {
+            enabled: stage.hasTool || stage.app.closing
             LKNumberMotion {
                 duration: tool.pace
             }

@@ -199,3 +199,50 @@ TEST_F(WindowTest, TheTitleTellsTheProgressOnlyWhileTheWindowIsNotInFront)
     copying.open();
     EXPECT_TRUE(reaches(engine, StageKind::done));
 }
+
+TEST_F(WindowTest, TheToolShrinksAndBlursAndIsStillThereWhenTheLauncherTakesItsPlace)
+{
+    open();
+    const QQuickItem *tool = findNamed(window->contentItem(), u"tool"_s);
+    const QQuickItem *launcher = findNamed(window->contentItem(), u"launcher"_s);
+    ASSERT_TRUE(waitUntil([&] { return tool->opacity() == 1 && tool->scale() == 1; }));
+    double smallest = 1;
+    double mostBlurred = 0;
+    double emptiest = 1;
+    double opacityWhileClosing = 1;
+    QObject::connect(window, &QQuickWindow::afterAnimating, window, [&] {
+        smallest = std::min(smallest, tool->scale());
+        mostBlurred = std::max(mostBlurred, tool->property("blur").toDouble());
+        emptiest = std::min(emptiest, std::max(tool->opacity(), launcher->opacity()));
+        if (app.closing()) {
+            opacityWhileClosing = std::min(opacityWhileClosing, tool->opacity());
+        }
+    });
+    app.closeTool();
+    EXPECT_TRUE(waitUntil([&] { return launcher->opacity() == 1 && !tool->isVisible(); }));
+    EXPECT_EQ(smallest, 0.92);
+    EXPECT_EQ(mostBlurred, 8);
+    EXPECT_EQ(opacityWhileClosing, 1);
+    EXPECT_GT(emptiest, 0.4);    // the one comes as the other goes
+    EXPECT_EQ(tool->scale(), 1); // for the next time, when it comes as large as it is
+    app.openTool(u"binnacle"_s);
+    smallest = 1;
+    EXPECT_TRUE(waitUntil([&] { return tool->opacity() == 1; }));
+    EXPECT_EQ(smallest, 1);
+}
+
+TEST_F(WindowTest, WhatComesAndGoesTakesTheTimeThatIsNamedForIt)
+{
+    open();
+    const LKMotionScale motion = LK::instance().motion();
+    EXPECT_EQ(motion.toolOut, 280);
+    EXPECT_EQ(motion.toolIn, 380);
+    EXPECT_EQ(motion.overlay, 180);
+    EXPECT_EQ(motion.afterIntro, 650);
+    const QQuickItem *tool = findNamed(window->contentItem(), u"tool"_s);
+    EXPECT_EQ(tool->property("pace"), motion.toolIn);
+    app.closeTool();
+    EXPECT_EQ(tool->property("pace"), motion.toolOut);
+    app.openTool(u"binnacle"_s);
+    EXPECT_EQ(tool->property("pace"), motion.toolIn);
+}
