@@ -34,12 +34,17 @@ FocusScope {
         }
     }
 
+    // Leads keyboard focus from the header or the footer to what is shown between them.
+    function takeKeyboard() {
+        middle.focus = true;
+    }
+
     // What is shown next has the keyboard, also after a button that goes on being there.
     onStageViewChanged: {
         middle.setSource(stageView, {
                 "engine": view.engine
             });
-        middle.focus = true;
+        takeKeyboard();
     }
 
     Rectangle {

@@ -14,6 +14,9 @@ FocusScope {
     // Room for the window's controls and menu.
     readonly property real trafficLightInset: 124
 
+    // Another project takes the place of the one on show.
+    signal projectChosen
+
     implicitHeight: 44
     Accessible.role: Accessible.ToolBar
     Accessible.name: qsTr("Header")
@@ -56,6 +59,7 @@ FocusScope {
                 objectName: "projects"
                 x: 0
                 engine: header.engine
+                onProjectChosen: header.projectChosen()
             }
         }
 

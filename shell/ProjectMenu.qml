@@ -38,6 +38,9 @@ LKPopover {
         rows.goTo(row);
     }
 
+    // Another project, or a new one, takes the place of the one on show.
+    signal projectChosen
+
     padding: 8
     LKAccessible.name: qsTr("Projects")
     onClosed: {
@@ -52,7 +55,10 @@ LKPopover {
         property string projectID
 
         interval: 0
-        onTriggered: menu.engine.openProject(projectID)
+        onTriggered: {
+            menu.engine.openProject(projectID);
+            menu.projectChosen();
+        }
     }
 
     Column {
@@ -92,6 +98,7 @@ LKPopover {
             detail: qsTr("Clear the workspace and start fresh")
             onActivated: {
                 menu.engine.reset();
+                menu.projectChosen();
                 menu.close();
             }
         }

@@ -15,6 +15,7 @@ BinnacleView {
         HeaderRow {
             app: tool.app // qmllint disable
             engine: tool.engine // qmllint disable
+            onProjectChosen: tool.takeKeyboard() // qmllint disable
         }
     }
 }

@@ -188,3 +188,23 @@ TEST_F(HeaderTest, BackLeadsToTheLauncher)
     Desktop::click(shown(u"Back to Larkspan"_s));
     EXPECT_TRUE(waitUntil([this] { return app.view() == AppState::ViewMode::Landing; }));
 }
+
+TEST_F(HeaderTest, AProjectOpenedByMouseFromTheResultsHasTheKeyboard)
+{
+    open();
+    for (const char *name : {"first", "second"}) {
+        (void)folder.write(std::filesystem::path(name) / "pool 1.mov");
+        (void)folder.write(std::filesystem::path(name) / "kitchen 2.mov");
+        engine.sortFolder(FileUrl(folder / name));
+        ASSERT_TRUE(reaches(engine, StageKind::working));
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+    openSwitcher();
+    Desktop::click(shown(u"first"_s));
+    ASSERT_TRUE(waitUntil([this] { return engine.folder() == FileUrl(folder / "first"); }));
+    ASSERT_TRUE(goes(u"New Project"_s));
+    ASSERT_TRUE(waitUntil([this] { return window->activeFocusItem() != nullptr; }));
+    const auto before = engine.selectedBin();
+    Desktop::key(u"Down"_s); // in the bins
+    EXPECT_TRUE(waitUntil([&] { return engine.selectedBin() != before; }));
+}
