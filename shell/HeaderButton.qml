@@ -10,6 +10,7 @@ T.AbstractButton {
     property alias title: control.text
     property string help
     property bool isOpen: false
+    property bool isCut: false // the title is, for want of room
 
     // By mouse, by keyboard or by assistive technology.
     signal activated
@@ -42,6 +43,7 @@ T.AbstractButton {
 
         Text {
             Layout.fillWidth: true
+            onTruncatedChanged: control.isCut = truncated
             text: control.text
             font: LK.font(12.5)
             color: control.hovered || control.isOpen ? LK.palette.textPrimary : LK.palette.textSecondary
@@ -73,7 +75,7 @@ T.AbstractButton {
     }
 
     LKToolTip {
-        text: control.help
+        text: control.isCut ? control.title + "\n" + control.help : control.help
         wanted: (control.hovered || control.visualFocus) && !control.isOpen
     }
 }

@@ -18,7 +18,7 @@ Column {
         Row {
             spacing: 8
 
-            Text {
+            ElidedText {
                 anchors.verticalCenter: parent.verticalCenter
                 width: Math.min(implicitWidth, 140)
                 text: tab.preferences.shootsFolder
@@ -26,8 +26,6 @@ Column {
                 color: LK.palette.textSecondary
                 horizontalAlignment: Text.AlignRight
                 elide: Text.ElideMiddle
-                maximumLineCount: 1
-                textFormat: Text.PlainText
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text
             }

@@ -1,5 +1,6 @@
 import QtQuick
 import Larkspan.Design
+import Larkspan.Shell
 
 // A symbol, and beside it a title over a line of detail.
 Item {
@@ -11,6 +12,8 @@ Item {
     property string detail
     property real trailing: 0 // room left at the end, in points
     property bool showsTitle: true
+    // Has keyboard focus, or what the lines belong to has.
+    property bool isReached: false
 
     readonly property real textX: icon.width + 10
 
@@ -29,15 +32,13 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
 
-        Text {
+        ElidedText {
             width: parent.width
+            isReached: lines.isReached
             opacity: lines.showsTitle ? 1 : 0
             text: lines.title
             font: LK.font(12, Font.Medium)
             color: LK.palette.textPrimary
-            elide: Text.ElideRight
-            maximumLineCount: 1
-            textFormat: Text.PlainText
         }
 
         Text {

@@ -67,6 +67,7 @@ T.ItemDelegate {
         tint: row.isCurrent ? LK.palette.accent : LK.palette.textSecondary
         title: row.name
         showsTitle: !row.isEditing
+        isReached: row.visualFocus
         detail: row.detail
         trailing: 52
     }

@@ -33,6 +33,20 @@ protected:
 
     QString name() const { return shoot.lastPathComponent(); }
 
+    // The tool tip of this text that is up.
+    static QQuickItem *findByTip(QQuickItem *root, const QString &text)
+    {
+        for (QQuickItem *child : root->childItems()) {
+            if (child->property("told").toBool() && child->property("text") == text) {
+                return child;
+            }
+            if (QQuickItem *found = findByTip(child, text)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
     static QQuickItem *findByHelp(QQuickItem *root, const QString &help)
     {
         for (QQuickItem *child : root->childItems()) {
@@ -207,4 +221,24 @@ TEST_F(HeaderTest, AProjectOpenedByMouseFromTheResultsHasTheKeyboard)
     const auto before = engine.selectedBin();
     Desktop::key(u"Down"_s); // in the bins
     EXPECT_TRUE(waitUntil([&] { return engine.selectedBin() != before; }));
+}
+
+TEST_F(HeaderTest, ALongNameIsToldInFullUnderThePointerAndByKeyboard)
+{
+    const QString longName = u"Harbour View 3, penthouse with the roof terrace and both guest apartments"_s;
+    app.setAccountName(longName);
+    open();
+    sort();
+    engine.renameProject(*engine.currentProjectID(), longName);
+    openSwitcher();
+    Desktop::key(u"Down"_s);
+    ASSERT_TRUE(hasKeyboard(longName));
+    const QQuickItem *row = window->activeFocusItem();
+    EXPECT_TRUE(waitUntil([&] { return isTold(*row); }));
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"New Project"_s));
+    QQuickItem *profile = findByHelp(window->contentItem(), u"Settings and account"_s);
+    ASSERT_NE(profile, nullptr);
+    Desktop::moveTo(*profile);
+    EXPECT_TRUE(waitUntil([&] { return findByTip(profile, longName + u"\nSettings and account"_s) != nullptr; }));
 }

@@ -72,6 +72,19 @@ TEST_F(PreferencesTest, OpenOnSortingInTheSortToolAndHoldEachChangeAtOnce)
                 "plan, staged vs. empty rooms. Source footage never leaves this Mac."_s);
 }
 
+TEST_F(PreferencesTest, TheShootsFoldersWholePathIsToldWhereThereIsNoRoomForIt)
+{
+    const QString shoots = u"/media/shoots/2026 and everything that is still to be delivered"_s;
+    open();
+    engine.setImportRoot(FileUrl(shoots.toStdString()));
+    app.openPreferences();
+    app.setProperty("preferencesTab", u"Import"_s);
+    QQuickItem &path = shown(shoots);
+    EXPECT_TRUE(path.property("truncated").toBool());
+    Desktop::moveTo(path);
+    EXPECT_TRUE(waitUntil([&] { return isTold(path); }));
+}
+
 TEST_F(PreferencesTest, TheListOfADropdownOpensAboveThem)
 {
     open();

@@ -101,6 +101,14 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return popup.isNull() || !popup->property("visible").toBool(); }));
     }
 
+    // Whether a tool tip on the item, or on one in it, is up.
+    static bool isTold(const QQuickItem &item)
+    {
+        return std::ranges::any_of(item.childItems(), [](const QQuickItem *child) {
+            return child->property("told").toBool() || isTold(*child);
+        });
+    }
+
     bool isShown(const QString &text) const { return findShown(window->contentItem(), text) != nullptr; }
     [[nodiscard]] bool goes(const QString &text)
     {
