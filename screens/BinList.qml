@@ -25,7 +25,7 @@ T.Control {
     Keys.onRightPressed: control.entered()
     Keys.onReturnPressed: control.entered()
     Keys.onEnterPressed: control.entered()
-    Keys.onUpPressed: bins.select(bins.selectedRow - 1)
+    Keys.onUpPressed: bins.select(Math.max(0, bins.selectedRow - 1))
     Keys.onDownPressed: bins.select(bins.selectedRow + 1)
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {

@@ -106,6 +106,22 @@ GridView {
 
     model: clips
 
+    // The last clip has left the bin, or there never was one.
+    Text {
+        parent: grid
+        anchors.centerIn: parent
+        width: Math.min(implicitWidth, grid.width - 2 * grid.padding)
+        visible: grid.count === 0
+        text: grid.engine.selectedBin === "" ? qsTr("No clips") : Wording.of(qsTr("No clips are left in %1"), [grid.engine.selectedBin])
+        font: LK.font(12.5)
+        color: LK.palette.textTertiary
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        textFormat: Text.PlainText
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
     delegate: ClipCard {
         id: card
 

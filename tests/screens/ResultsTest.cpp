@@ -126,6 +126,10 @@ TEST_F(ResultsTest, WhenTheLastClipLeavesABinItsRowGoesAndTheSelectionFollows)
     engine.reassign(clip(u"pool 3"_s)->id, u"Kitchen"_s);
     EXPECT_TRUE(hides(u"Pool"_s));
     EXPECT_EQ(engine.selectedBin(), u"Pool"_s) << "only the review list is left by itself";
+    EXPECT_TRUE(shows(u"No clips are left in Pool"_s));
+    scene->key(Qt::Key_Up); // in the bins, of which none is chosen
+    EXPECT_EQ(engine.selectedBin(), u"Kitchen"_s);
+    EXPECT_TRUE(hides(u"No clips are left in Pool"_s));
 }
 
 TEST_F(ResultsTest, ACardsPictureKeepsItsShapeHoweverWideTheCardIs)
