@@ -79,7 +79,7 @@ Window {
         anchors.fill: parent
         focus: true
 
-        layer.enabled: haze.deviation > 0
+        layer.enabled: haze.deviation > 0 && GraphicsInfo.api !== GraphicsInfo.Software
         layer.effect: LKBlur {
             deviation: haze.deviation // qmllint disable
             cached: true // qmllint disable

@@ -52,7 +52,7 @@ FocusScope {
         visible: opacity > 0
         opacity: stage.hasTool ? 1 : 0
         scale: isLeaving ? 0.92 : 1
-        layer.enabled: blur > 0
+        layer.enabled: blur > 0 && GraphicsInfo.api !== GraphicsInfo.Software
         layer.effect: LKBlur {
             deviation: tool.blur // qmllint disable
         }
