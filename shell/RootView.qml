@@ -18,6 +18,8 @@ Window {
 
     readonly property bool isAtWork: engine.stage === SortEngine.Working || engine.stage === SortEngine.Organizing
 
+    readonly property size room: DisplayRoom.now()
+
     // To be answered with the chime.
     signal introChimeDue
 
@@ -33,8 +35,8 @@ Window {
 
     title: root.active || !root.isAtWork ? qsTr("Larkspan") : qsTr("%1% – Larkspan").arg(Math.floor(100 * engine.progress))
     flags: Qt.Window | Qt.FramelessWindowHint
-    width: 1180
-    height: 790
+    width: Math.max(minimumWidth, Math.min(1180, room.width))
+    height: Math.max(minimumHeight, Math.min(790, room.height))
     minimumWidth: 980
     minimumHeight: 640
     color: LK.palette.surfaceWindow

@@ -1,4 +1,5 @@
 // The window itself: its frame, what it shows when, and what lies above.
+#include <QtGui/QScreen>
 #include <QtQml/QQmlExtensionPlugin>
 
 #include "design/IntroSequence.h"
@@ -33,6 +34,17 @@ TEST_F(WindowTest, OpensInItsIdealSizeWithoutATitleBar)
     EXPECT_EQ(window->size(), QSize(1180, 790));
     EXPECT_EQ(window->frameMargins(), QMargins());
     EXPECT_EQ(window->title(), u"Larkspan"_s);
+}
+
+TEST_F(WindowTest, OpensNoLargerThanItsDisplayHasRoomFor)
+{
+    Desktop::setScale(1.5);
+    openInIntro();
+    const QSize room = window->screen()->availableSize();
+    EXPECT_LT(room.width(), 1180);
+    EXPECT_LT(room.height(), 790);
+    EXPECT_EQ(window->size(), room);
+    Desktop::setScale(1);
 }
 
 TEST_F(WindowTest, CannotBeMadeSmallerThanItsContentByItsCorner)

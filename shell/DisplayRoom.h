@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QSizeF>
+#include <QtQml/qqmlregistration.h>
+
+namespace larkspan {
+
+// How much room there is for a window that opens now. Main thread.
+class DisplayRoom : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    using QObject::QObject;
+
+    // Of the primary display, in points, without what the desktop keeps for itself. Not a property: a window that is
+    // open keeps its size.
+    Q_INVOKABLE static QSizeF now();
+};
+
+} // namespace larkspan
