@@ -44,18 +44,16 @@ FocusScope {
             textFormat: Text.PlainText
             Accessible.role: Accessible.StaticText
             Accessible.name: text
-        }
+            Accessible.description: view.engine.eventPath
 
-        Text {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
-            text: view.engine.eventPath
-            font: LK.font(11)
-            color: LK.palette.textTertiary
-            wrapMode: Text.WrapAnywhere
-            textFormat: Text.PlainText
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            HoverHandler {
+                id: hover
+            }
+
+            LKToolTip {
+                text: view.engine.eventPath
+                wanted: hover.hovered
+            }
         }
 
         Text {

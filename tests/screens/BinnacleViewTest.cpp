@@ -134,7 +134,14 @@ TEST_F(BinnacleViewTest, ExportTellsWhereTheEventWentAndTheWayBack)
     EXPECT_TRUE(shows(name + u" · event created"_s));
     EXPECT_TRUE(shows(u"Event created"_s));
     EXPECT_TRUE(shows(name + u".fcpxml · 2 bins · 2 clips"_s));
-    EXPECT_TRUE(shows(FileUrl(folder.path() / (folder.path().filename().string() + ".fcpxml")).displayPath()));
+    // Where it lies is told of the line that names it.
+    const QString path = FileUrl(folder.path() / (folder.path().filename().string() + ".fcpxml")).displayPath();
+    const QQuickItem *summary = findShown(scene->root(), name + u".fcpxml · 2 bins · 2 clips"_s);
+    ASSERT_NE(summary, nullptr);
+    EXPECT_TRUE(std::ranges::any_of(summary->childItems(),
+                                    [&](const QQuickItem *child) { return child->property("text") == path; }));
+    EXPECT_TRUE(std::ranges::none_of(summary->parentItem()->childItems(),
+                                     [&](const QQuickItem *line) { return line->property("text") == path; }));
     EXPECT_TRUE(shows(u"Your footage was not moved or copied."_s));
     scene->click(u"Reveal in Finder"_s);
     EXPECT_THAT(revealed, SizeIs(1));
