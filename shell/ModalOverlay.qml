@@ -64,6 +64,7 @@ T.Popup {
     WindowMoveArea {
         width: parent.width
         height: 44
+        onTapped: overlay.scrimTapped()
     }
 
     // A press beside the controls of the card isn't one on the scrim.

@@ -6,11 +6,24 @@ MouseArea {
     id: area
 
     property point hold
+    property bool isMoving: false // since it was pressed last
 
-    onPressed: mouse => hold = Qt.point(mouse.x, mouse.y)
+    // Pressed and let go again without having moved the window.
+    signal tapped
+
+    onPressed: mouse => {
+        hold = Qt.point(mouse.x, mouse.y);
+        isMoving = false;
+    }
     onPositionChanged: mouse => {
-        if (Math.abs(mouse.x - hold.x) + Math.abs(mouse.y - hold.y) >= drag.threshold)
-            area.Window.window.startSystemMove();
+        if (isMoving || Math.abs(mouse.x - hold.x) + Math.abs(mouse.y - hold.y) < drag.threshold)
+            return;
+        isMoving = true;
+        area.Window.window.startSystemMove();
+    }
+    onClicked: {
+        if (!isMoving)
+            tapped();
     }
     onDoubleClicked: {
         if (area.Window.window.visibility === Window.Maximized)

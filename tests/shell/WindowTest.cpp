@@ -258,3 +258,18 @@ TEST_F(WindowTest, WhatComesAndGoesTakesTheTimeThatIsNamedForIt)
     app.openTool(u"binnacle"_s);
     EXPECT_EQ(tool->property("pace"), motion.toolIn);
 }
+
+TEST_F(WindowTest, AnOverlayIsLeftByAPressOnTheUppermostStripOfItsScrimByWhichTheWindowIsMoved)
+{
+    open();
+    app.openPreferences();
+    (void)shown(u"Binnacle Preferences"_s);
+    const QPoint strip = window->mapToGlobal(QPoint(590, 20));
+    const QPoint before = window->position();
+    Desktop::drag(strip, strip + QPoint(60, 40));
+    EXPECT_TRUE(waitUntil([&] { return window->x() > before.x() + 20; }));
+    EXPECT_TRUE(app.property("showPreferences").toBool());
+    const QPoint moved = window->mapToGlobal(QPoint(590, 20));
+    Desktop::drag(moved, moved);
+    EXPECT_TRUE(waitUntil([this] { return !app.property("showPreferences").toBool(); }));
+}
