@@ -9,6 +9,7 @@ Item {
     required property DiagnosticsExport diagnostics
 
     readonly property bool shown: problem.shown
+    readonly property alias level: problem.level
     // Until it has faded.
     readonly property bool covers: problem.visible
 

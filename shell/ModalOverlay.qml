@@ -10,6 +10,8 @@ T.Popup {
 
     required property bool shown
     required property real scrimOpacity
+    // Its place in the stack while it is shown; 0 otherwise.
+    readonly property real level: shown ? z : 0
     // What stands in the middle of the scrim.
     default property alias content: card.data
 

@@ -20,6 +20,10 @@ Window {
 
     readonly property size room: DisplayRoom.now()
 
+    readonly property real glassBlur: 12 // of the overlays' glass, in points
+    // The place of the topmost overlay in the stack; 0 without one.
+    readonly property real coveredUpTo: Math.max(cardOffer.level, preview.level, preferences.level, closeGuard.level, diagnosticsPanels.level)
+
     // To be answered with the chime.
     signal introChimeDue
 
@@ -68,7 +72,7 @@ Window {
     FocusScope {
         id: stage
 
-        readonly property bool isCovered: cardOffer.shown || preview.shown || preferences.shown || closeGuard.shown || diagnosticsPanels.shown
+        readonly property bool isCovered: root.coveredUpTo > 0
 
         // A popup or a panel that goes leaves the keyboard to the window itself; what it came over has it where it was.
         function takeKeyboardBack() {
@@ -90,7 +94,7 @@ Window {
         QtObject {
             id: haze
 
-            property real deviation: stage.isCovered ? 12 : 0
+            property real deviation: stage.isCovered ? root.glassBlur : 0
 
             Behavior on deviation  {
                 LKNumberMotion {
@@ -146,6 +150,11 @@ Window {
 
     WindowFrame {
         anchors.fill: parent
+    }
+
+    PopupFrost {
+        level: root.coveredUpTo
+        haze: root.glassBlur
     }
 
     ModalOverlay {

@@ -259,6 +259,17 @@ TEST_F(WindowTest, WhatComesAndGoesTakesTheTimeThatIsNamedForIt)
     EXPECT_EQ(tool->property("pace"), motion.toolIn);
 }
 
+TEST_F(WindowTest, EachOverlayHasItsOwnScrim)
+{
+    open();
+    const auto scrimOf = [this](const QString &overlay) {
+        return window->findChild<QObject *>(overlay)->property("scrimOpacity").toDouble();
+    };
+    EXPECT_EQ(scrimOf(u"importPromptOverlay"_s), 0.45);
+    EXPECT_EQ(scrimOf(u"previewOverlay"_s), 0.5);
+    EXPECT_EQ(scrimOf(u"preferencesOverlay"_s), 0.4);
+}
+
 TEST_F(WindowTest, AnOverlayIsLeftByAPressOnTheUppermostStripOfItsScrimByWhichTheWindowIsMoved)
 {
     open();
@@ -272,4 +283,52 @@ TEST_F(WindowTest, AnOverlayIsLeftByAPressOnTheUppermostStripOfItsScrimByWhichTh
     const QPoint moved = window->mapToGlobal(QPoint(590, 20));
     Desktop::drag(moved, moved);
     EXPECT_TRUE(waitUntil([this] { return !app.property("showPreferences").toBool(); }));
+}
+
+namespace {
+
+// The steepest change of brightness between two neighbours of a picture's line.
+int sharpnessOf(const QImage &picture)
+{
+    const QImage gray = picture.convertToFormat(QImage::Format_Grayscale8);
+    int steepest = 0;
+    for (int y = 0; y < gray.height(); ++y) {
+        const uchar *line = gray.constScanLine(y);
+        for (int x = 1; x < gray.width(); ++x) {
+            steepest = std::max(steepest, std::abs(line[x] - line[x - 1]));
+        }
+    }
+    return steepest;
+}
+
+} // namespace
+
+TEST_F(WindowTest, AnOverlayAndAPopoverBelowAnotherAreSeenAsThroughFrostedGlass)
+{
+    open();
+    sort();
+    engine.setSelectedBin(u"Kitchen"_s);
+    Desktop::click(shown(u"kitchen 1"_s));
+    (void)shown(u"Done"_s);
+    const QRect place(915, 140, 80, 520); // the preview's right edge, which Preferences leave in sight
+    const auto sharpness = [&] { return sharpnessOf(window->grabWindow().copy(place)); };
+    ASSERT_TRUE(waitUntil([&] { return sharpness() > 60; }));
+    const int sharp = sharpness();
+    app.openPreferences();
+    ASSERT_TRUE(waitUntil(
+        [this] { return window->findChild<QObject *>(u"preferencesOverlay"_s)->property("opened").toBool(); }));
+    EXPECT_TRUE(waitUntil([&] { return sharpness() < sharp / 4; })); // a scrim alone leaves more than half
+    app.setProperty("showPreferences", false);
+    EXPECT_TRUE(waitUntil([&] { return sharpness() > sharp * 3 / 4; }));
+    engine.closePreview();
+    ASSERT_TRUE(goes(u"Done"_s));
+
+    Desktop::click(shown(u"Projects"_s));
+    QQuickItem &heading = shown(u"Reopen a sorted shoot, or start a new one."_s);
+    const QRect words = heading.mapRectToScene(heading.boundingRect()).toAlignedRect();
+    const auto legibility = [&] { return sharpnessOf(window->grabWindow().copy(words)); };
+    ASSERT_TRUE(waitUntil([&] { return legibility() > 40; }));
+    const int legible = legibility();
+    Desktop::key(u"ctrl+comma"_s);
+    EXPECT_TRUE(waitUntil([&] { return legibility() < legible / 4; }));
 }
