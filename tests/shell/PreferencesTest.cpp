@@ -1,4 +1,7 @@
 // Preferences, by mouse and keyboard.
+#include <array>
+#include <map>
+
 #include "tests/shell/ShellWindow.h"
 #include "tests/support/Unprivileged.h"
 
@@ -70,6 +73,80 @@ TEST_F(PreferencesTest, OpenOnSortingInTheSortToolAndHoldEachChangeAtOnce)
     EXPECT_EQ(store.string(u"modelTier"_s), u"cloud"_s);
     (void)shown(u"Sends a few downscaled still frames to a vision model. Much better on hard shots — doorways, open "
                 "plan, staged vs. empty rooms. Source footage never leaves this Mac."_s);
+}
+
+namespace {
+
+struct ToggleRow
+{
+    const char16_t *tab;
+    const char16_t *label;
+    const char16_t *detail; // empty for none
+    const char16_t *key;
+    bool isOnAtFirst;
+};
+
+constexpr std::array toggleRows{
+    ToggleRow{u"General", u"Reopen the last shoot on launch",
+              u"Picks up where you left off instead of the drop target.", u"lkReopenLast", false},
+    ToggleRow{u"General", u"Check for updates automatically", u"", u"lkCheckForUpdates", true},
+    ToggleRow{u"General", u"Boring Mode",
+              u"Turns off the background warp, cursor glow, and other animation — lighter on an older Mac.",
+              u"lkBoringMode", false},
+    ToggleRow{u"General", u"Sound Effects",
+              u"Few and subtle: an intro chime, and a completion cue when a sort finishes.", u"lkSoundEnabled", true},
+    ToggleRow{u"Sorting", u"Show clip counts in the sidebar", u"Off gives you a quieter bin list.", u"lkShowClipCounts",
+              true},
+    ToggleRow{u"Sorting", u"Send unsure clips to Needs a look", u"Off files them by best guess and never asks.",
+              u"lkSendUnsure", true},
+    ToggleRow{u"Sorting", u"Split repeated rooms", u"Kitchen 1 and Kitchen 2 rather than one crowded bin.",
+              u"lkSplitRooms", true},
+    ToggleRow{u"Sorting", u"Tag open-plan shots twice", u"A dining shot that shows the kitchen lands in both.",
+              u"lkOpenPlan", true},
+    ToggleRow{u"Sorting", u"Keep drone clips out of room bins", u"Aerials stay in Aerial / Drone and nowhere else.",
+              u"lkDroneExclusive", true},
+    ToggleRow{u"Import", u"Open the editor after export",
+              u"Hands the event straight to Final Cut. Clip aspect ratios are never changed, and the timeline is left "
+              u"for Final Cut to set from your first clip.",
+              u"lkOpenEditor", true},
+    ToggleRow{u"Import", u"Write the event file next to the footage",
+              u"Off writes it to your Documents folder instead.", u"lkWriteNextTo", true},
+};
+
+// The value of every switch, by its key, as another start of the program would read it.
+std::map<QString, bool> switchesIn(const SettingsStore &store)
+{
+    std::map<QString, bool> values;
+    for (const ToggleRow &row : toggleRows) {
+        const QString key = QString::fromUtf16(row.key);
+        values[key] = store.boolean(key).value_or(row.isOnAtFirst);
+    }
+    return values;
+}
+
+} // namespace
+
+TEST_F(PreferencesTest, EachSwitchChangesItsOwnSettingAndNoOther)
+{
+    open();
+    app.openPreferences();
+    for (const ToggleRow &row : toggleRows) {
+        const QString label = QString::fromUtf16(row.label);
+        app.setProperty("preferencesTab", QString::fromUtf16(row.tab));
+        QQuickItem &toggle = controlOf(label);
+        EXPECT_EQ(toggle.property("isOn"), row.isOnAtFirst) << label.toStdString();
+        if (const QString detail = QString::fromUtf16(row.detail); !detail.isEmpty()) {
+            EXPECT_TRUE(isShown(detail)) << label.toStdString();
+        }
+        auto expected = switchesIn(store);
+        bool &value = expected[QString::fromUtf16(row.key)];
+        for (const bool on : {!row.isOnAtFirst, row.isOnAtFirst}) {
+            value = on;
+            Desktop::click(toggle);
+            EXPECT_TRUE(waitUntil([&] { return toggle.property("isOn") == on; })) << label.toStdString();
+            EXPECT_TRUE(waitUntil([&] { return switchesIn(store) == expected; })) << label.toStdString();
+        }
+    }
 }
 
 TEST_F(PreferencesTest, TheShootsFoldersWholePathIsToldWhereThereIsNoRoomForIt)
