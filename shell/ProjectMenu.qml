@@ -116,6 +116,8 @@ LKPopover {
         ListView {
             id: rows
 
+            objectName: "projectList"
+
             // -1 is above them.
             function goTo(row: int) {
                 if (row < 0) {

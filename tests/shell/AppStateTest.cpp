@@ -139,6 +139,9 @@ TEST_F(AppStateTest, ClosingAToolLetsItLeaveBeforeTheLauncherComes)
     app->closeTool();
     EXPECT_TRUE(app->closing());
     EXPECT_EQ(app->view(), AppState::ViewMode::Tool);
+    const auto *timer = app->findChild<QTimer *>();
+    EXPECT_EQ(timer->intervalAsDuration(), std::chrono::milliseconds(270));
+    EXPECT_TRUE(timer->isSingleShot());
     EXPECT_TRUE(waitUntil([&] { return app->view() == AppState::ViewMode::Landing; }));
     EXPECT_FALSE(app->closing());
     EXPECT_FALSE(app->isSortToolOpen());

@@ -203,6 +203,26 @@ TEST_F(HeaderTest, BackLeadsToTheLauncher)
     EXPECT_TRUE(waitUntil([this] { return app.view() == AppState::ViewMode::Landing; }));
 }
 
+TEST_F(HeaderTest, ALongNameIsToldInFullUnderThePointerAndByKeyboard)
+{
+    const QString longName = u"Harbour View 3, penthouse with the roof terrace and both guest apartments"_s;
+    app.setAccountName(longName);
+    open();
+    sort();
+    engine.renameProject(*engine.currentProjectID(), longName);
+    openSwitcher();
+    Desktop::key(u"Down"_s);
+    ASSERT_TRUE(hasKeyboard(longName));
+    const QQuickItem *row = window->activeFocusItem();
+    EXPECT_TRUE(waitUntil([&] { return isTold(*row); }));
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"New Project"_s));
+    QQuickItem *profile = findByHelp(window->contentItem(), u"Settings and account"_s);
+    ASSERT_NE(profile, nullptr);
+    Desktop::moveTo(*profile);
+    EXPECT_TRUE(waitUntil([&] { return findByTip(profile, longName + u"\nSettings and account"_s) != nullptr; }));
+}
+
 TEST_F(HeaderTest, AProjectOpenedByMouseFromTheResultsHasTheKeyboard)
 {
     open();
@@ -223,22 +243,37 @@ TEST_F(HeaderTest, AProjectOpenedByMouseFromTheResultsHasTheKeyboard)
     EXPECT_TRUE(waitUntil([&] { return engine.selectedBin() != before; }));
 }
 
-TEST_F(HeaderTest, ALongNameIsToldInFullUnderThePointerAndByKeyboard)
+TEST_F(HeaderTest, TheListOfProjectsIs244PointsHighAtMostAndMarksTheCurrentOne)
 {
-    const QString longName = u"Harbour View 3, penthouse with the roof terrace and both guest apartments"_s;
-    app.setAccountName(longName);
+    for (int i = 0; i < 12; ++i) {
+        (void)cache.save({.summary = {.id = QString::number(i + 1),
+                                      .name = u"Shoot %1"_s.arg(i),
+                                      .folderPath = FileUrl(folder / std::to_string(i)),
+                                      .clipCount = 1,
+                                      .binCount = 1,
+                                      .savedAt = Date(std::chrono::hours(i))},
+                          .clips = {}});
+    }
     open();
     sort();
-    engine.renameProject(*engine.currentProjectID(), longName);
     openSwitcher();
-    Desktop::key(u"Down"_s);
-    ASSERT_TRUE(hasKeyboard(longName));
-    const QQuickItem *row = window->activeFocusItem();
-    EXPECT_TRUE(waitUntil([&] { return isTold(*row); }));
-    Desktop::key(u"Escape"_s);
-    ASSERT_TRUE(goes(u"New Project"_s));
-    QQuickItem *profile = findByHelp(window->contentItem(), u"Settings and account"_s);
-    ASSERT_NE(profile, nullptr);
-    Desktop::moveTo(*profile);
-    EXPECT_TRUE(waitUntil([&] { return findByTip(profile, longName + u"\nSettings and account"_s) != nullptr; }));
+    EXPECT_EQ(findNamed(window->contentItem(), u"projectList"_s)->height(), 244);
+    const auto symbolOf = [this](const QString &project) {
+        return shown(project).property("contentItem").value<QQuickItem *>()->property("symbol").toString();
+    };
+    EXPECT_EQ(symbolOf(name()), u"checkmark.circle.fill"_s);
+    EXPECT_EQ(symbolOf(u"Shoot 11"_s), u"rectangle.stack"_s);
+}
+
+TEST_F(HeaderTest, OnAPlaceholdersPageThereIsTheWayBackAndNoProjects)
+{
+    open();
+    app.openTool(u"huelock"_s);
+    (void)shown(u"Tell me when it ships"_s);
+    (void)shown(u"Larkspan"_s);
+    (void)shown(u"Preferences"_s);
+    (void)shown(u"My Account"_s);
+    EXPECT_TRUE(goes(u"Projects"_s));
+    Desktop::click(shown(u"Back to Larkspan"_s));
+    EXPECT_TRUE(waitUntil([this] { return app.view() == AppState::ViewMode::Landing; }));
 }
