@@ -257,7 +257,7 @@ int main(int argc, char **argv)
                                                   {u"sample"_s, sum.sample},
                                                   {u"classify"_s, sum.classify},
                                                   {u"objects"_s, modelReport(timings.objects)},
-                                                  {u"closer"_s, modelReport(timings.closer)},
+                                                  {u"scene"_s, modelReport(timings.scene)},
                                                   {u"pose"_s, modelReport(timings.pose)},
                                                   {u"face"_s, modelReport(timings.face)}};
 

@@ -58,7 +58,7 @@ double framesPerSecond(const ModelRequests &requests, const QImage &frame, int r
         for (unsigned i = 0; i < threads; ++i) {
             workers.emplace_back([&] {
                 for (int round = 0; round < rounds; ++round) {
-                    static_cast<void>(requests.perform(frame));
+                    static_cast<void>(requests.perform({&frame, 1}));
                 }
             });
         }
@@ -98,14 +98,18 @@ int main(int argc, char **argv)
     const auto &nets = **models;
     const ModelRequests requests(*models);
     const QRectF whole(0, 0, 1, 1);
-    const std::vector<float> features(ObjectDetector::featureCount, 1.0f);
+    const std::vector<float> objects(ObjectDetector::featureCount, 1.0f);
+    const std::vector<float> scene(SceneNetwork::featureCount, 1.0f);
     const QJsonObject each{
         {QStringLiteral("objects"), timesOf(rounds, [&] { return nets.objects().detect(frame).has_value(); })},
-        {QStringLiteral("closer"), timesOf(rounds, [&] { return nets.objects().lookCloser(frame).has_value(); })},
+        {QStringLiteral("scene"), timesOf(rounds, [&] { return nets.scene().featuresOf(frame).has_value(); })},
         {QStringLiteral("pose"), timesOf(rounds, [&] { return nets.pose().read(frame, whole).has_value(); })},
         {QStringLiteral("face"), timesOf(rounds, [&] { return nets.face().detect(frame, 0.5f).has_value(); })},
-        {QStringLiteral("rooms"), timesOf(rounds, [&] { return nets.rooms().read(features, features).has_value(); })},
-        {QStringLiteral("frame"), timesOf(rounds, [&] { return requests.perform(frame).has_value(); })},
+        {QStringLiteral("rooms"), timesOf(rounds, [&] { return nets.rooms().hear(objects, scene).has_value(); })},
+        {QStringLiteral("frame"), timesOf(rounds,
+                                          [&] {
+                                              return requests.perform({&frame, 1}).front().has_value();
+                                          })},
     };
     const unsigned cores = std::max(1u, std::thread::hardware_concurrency());
     const QJsonObject result{

@@ -65,38 +65,58 @@ ModelRequests::ModelRequests(std::shared_ptr<const VisionModels> models, VisionT
     , m_timings(timings)
 {}
 
-std::optional<FrameObservations> ModelRequests::perform(const QImage &frame) const
+std::optional<ModelRequests::Sight> ModelRequests::lookAt(const QImage &frame) const
 {
     if (frame.isNull()) {
         return std::nullopt;
     }
-    const auto seen = timed(m_timings, &VisionTimings::objects, [&] { return m_models->objects().detect(frame); });
+    auto seen = timed(m_timings, &VisionTimings::objects, [&] { return m_models->objects().detect(frame); });
     if (!seen) {
         return std::nullopt;
     }
-    const auto closer = timed(m_timings, &VisionTimings::closer, [&] { return m_models->objects().lookCloser(frame); });
-    if (!closer) {
+    const auto scene = timed(m_timings, &VisionTimings::scene, [&] { return m_models->scene().featuresOf(frame); });
+    if (!scene) {
         return std::nullopt;
     }
-    const auto place =
-        timed(m_timings, &VisionTimings::rooms, [&] { return m_models->rooms().read(seen->features, *closer); });
-    if (!place) {
+    auto word = timed(m_timings, &VisionTimings::rooms, [&] { return m_models->rooms().hear(seen->features, *scene); });
+    if (!word) {
         return std::nullopt;
     }
-    FrameObservations found;
-    if (!isStrip(frame)) {
-        found.classifications = RoomEvidence::merged(*place, ObjectEvidence::observations(seen->objects));
-    }
-    found.featurePrint = place->print;
-    found.humans = humansAmong(seen->objects);
-    const auto poses = countPoses(frame, found.humans);
-    const auto faces = countFaces(frame, found.humans);
+    const auto humans = humansAmong(seen->objects);
+    const auto poses = countPoses(frame, humans);
+    const auto faces = countFaces(frame, humans);
     if (!poses || !faces) {
         return std::nullopt;
     }
-    found.bodyPoses = *poses;
-    found.faces = *faces;
-    return found;
+    return Sight{.objects = std::move(seen->objects), .word = std::move(*word), .poses = *poses, .faces = *faces};
+}
+
+std::vector<std::optional<FrameObservations>> ModelRequests::perform(std::span<const QImage> frames) const
+{
+    std::vector<Sight> sights;
+    std::vector<RoomHead::Word> words;
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        if (auto sight = lookAt(frames[i])) {
+            sight->frame = i;
+            if (!isStrip(frames[i])) {
+                words.push_back(sight->word);
+            }
+            sights.push_back(std::move(*sight));
+        }
+    }
+    const auto place = m_models->rooms().read(words);
+    std::vector<std::optional<FrameObservations>> answers(frames.size());
+    for (const auto &sight : sights) {
+        auto &answer = answers[sight.frame].emplace();
+        if (!isStrip(frames[sight.frame])) {
+            answer.classifications = RoomEvidence::merged(place, ObjectEvidence::observations(sight.objects));
+        }
+        answer.featurePrint = sight.word.print;
+        answer.humans = humansAmong(sight.objects);
+        answer.bodyPoses = sight.poses;
+        answer.faces = sight.faces;
+    }
+    return answers;
 }
 
 std::vector<QString> ModelRequests::supportedIdentifiers() const

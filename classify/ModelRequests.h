@@ -17,25 +17,36 @@ struct VisionTimings
     };
 
     Sum objects;
-    Sum closer;
+    Sum scene;
     Sum pose;
     Sum face;
     Sum rooms;
 };
 
-// The five requests, answered by the networks: the object detector's pass over a frame gives the classification, the
-// print and the human rectangles, and its closer look at the middle makes the classification surer; the two that
-// confirm a person look only where it holds a person to be possible.
+// The five requests, answered by the networks: the object detector and the scene network give the classification and
+// the print, the detector the human rectangles too; the two that confirm a person look only where it holds a person to
+// be possible. The frames of a clip are judged together.
 class ModelRequests : public VisionRequests
 {
 public:
     // timings, if given, must outlive this and is added to by every frame.
     explicit ModelRequests(std::shared_ptr<const VisionModels> models, VisionTimings *timings = nullptr);
 
-    [[nodiscard]] std::optional<FrameObservations> perform(const QImage &frame) const override;
+    [[nodiscard]] std::vector<std::optional<FrameObservations>> perform(std::span<const QImage> frames) const override;
     [[nodiscard]] std::vector<QString> supportedIdentifiers() const override;
 
 private:
+    // What was seen in a frame of a clip, before the clip is judged.
+    struct Sight
+    {
+        std::size_t frame = 0; // its place in the clip
+        std::vector<DetectedObject> objects;
+        RoomHead::Word word;
+        int poses = 0;
+        int faces = 0;
+    };
+
+    std::optional<Sight> lookAt(const QImage &frame) const;
     std::optional<int> countPoses(const QImage &frame, std::span<const HumanObservation> humans) const;
     std::optional<int> countFaces(const QImage &frame, std::span<const HumanObservation> humans) const;
 

@@ -13,7 +13,6 @@ namespace {
 
 constexpr int cellPixels = 4;
 constexpr int longSide = 448; // pixels
-constexpr int closerSide = 352;
 // Two boxes of one kind that share more than this are one object.
 constexpr double sameObject = 0.5;
 
@@ -108,14 +107,6 @@ std::optional<ObjectDetector::Result> ObjectDetector::detect(const QImage &image
         }
     }
     return result;
-}
-
-std::optional<std::vector<float>> ObjectDetector::lookCloser(const QImage &image) const
-{
-    const int side = std::min(image.width(), image.height());
-    const QRect middle((image.width() - side) / 2, (image.height() - side) / 2, side, side);
-    auto outputs = m_session.run(PictureTensor(image, middle, {closerSide, closerSide}, PictureTensor::Range::Bytes));
-    return outputs ? std::optional(std::move((*outputs)[2].values)) : std::nullopt;
 }
 
 } // namespace larkspan

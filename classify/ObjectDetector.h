@@ -39,10 +39,6 @@ public:
     // Nothing if the engine fails. Any thread.
     [[nodiscard]] std::optional<Result> detect(const QImage &image) const;
 
-    // The features of the largest square in the middle of the image, seen larger than in the whole. Nothing if the
-    // engine fails. Any thread.
-    [[nodiscard]] std::optional<std::vector<float>> lookCloser(const QImage &image) const;
-
 private:
     explicit ObjectDetector(InferenceSession session) : m_session(std::move(session)) {}
 

@@ -10,6 +10,7 @@
 #include <QtCore/QFloat16>
 
 #include "classify/ModelFile.h"
+#include "core/RoomLabel.h"
 
 namespace larkspan {
 
@@ -18,7 +19,7 @@ namespace {
 static_assert(std::endian::native == std::endian::little, "the head's file is read as it lies");
 
 constexpr std::string_view magic = "LKROOMS\n";
-constexpr std::uint32_t knownVersion = 2;  // 1 was read from other features
+constexpr std::uint32_t knownVersion = 3;  // 1 and 2 were read from other features
 constexpr std::size_t checksumLength = 32; // SHA-256 of all before it
 // Features are clipped to so many spreads; what lies beyond says no more.
 constexpr float farthestFeature = 5.0f;
@@ -135,22 +136,29 @@ tl::expected<RoomHead, ModelError> RoomHead::load(const std::filesystem::path &f
     File data(content.subspan(magic.size() + sizeof(knownVersion)));
     RoomHead head;
     const auto inputs = data.size();
-    const auto hidden = data.size();
     const auto print = data.size();
     for (const auto &name : data.text(data.size()).split(u'\n', Qt::SkipEmptyParts)) {
         head.m_identifiers.push_back(name);
     }
     head.m_mean = data.numbers<float>(inputs);
     head.m_spread = data.numbers<float>(inputs);
-    head.m_hidden = data.layer(inputs, hidden);
-    head.m_out = data.layer(hidden, head.m_identifiers.size() + 1);
+    head.m_place = data.layer(inputs, head.m_identifiers.size() + 1);
     head.m_print = data.layer(inputs, print);
-    const auto caution = data.numbers<float>(4);
+    head.m_caution.leastSureFrame = data.numbers<float>(head.m_identifiers.size());
+    head.m_caution.leastSureClip = data.numbers<float>(head.m_identifiers.size());
+    const auto rest = data.numbers<float>(4);
     if (!data.isSound() || !data.isAtEnd() || head.m_identifiers.empty()) {
         return failure(Reason::Broken, file, "its parts don't fit together");
     }
-    head.m_caution = {caution[0], caution[1], caution[2]};
-    head.m_printLength = caution[3];
+    head.m_caution.unsureShare = rest[0];
+    head.m_caution.unsureFloor = rest[1];
+    head.m_caution.noPlace = rest[2];
+    head.m_printLength = rest[3];
+    for (const auto &name : head.m_identifiers) {
+        const auto bins = RoomLabel::binsByIdentifier().find(name);
+        head.m_isShot.push_back(bins != RoomLabel::binsByIdentifier().end() &&
+                                RoomLabel::exclusiveBins().contains(bins->second.front()));
+    }
     return head;
 }
 
@@ -176,55 +184,32 @@ std::vector<float> RoomHead::Layer::apply(std::span<const float> values) const
     return result;
 }
 
-std::optional<std::vector<float>> RoomHead::standardised(std::span<const float> features) const
+std::optional<std::vector<float>> RoomHead::standardised(std::span<const float> objects,
+                                                         std::span<const float> scene) const
 {
-    if (features.size() != m_mean.size() || !std::ranges::all_of(features, [](float f) { return std::isfinite(f); })) {
+    if (objects.size() + scene.size() != m_mean.size()) {
         return std::nullopt;
     }
-    std::vector<float> inputs;
-    inputs.reserve(features.size());
-    for (std::size_t i = 0; i < features.size(); ++i) {
+    std::vector<float> inputs(objects.begin(), objects.end());
+    inputs.insert(inputs.end(), scene.begin(), scene.end());
+    if (!std::ranges::all_of(inputs, [](float f) { return std::isfinite(f); })) {
+        return std::nullopt;
+    }
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
         // Square roots tame the features' long tails.
-        const float root = std::copysign(std::sqrt(std::abs(features[i])), features[i]);
-        inputs.push_back(std::clamp((root - m_mean[i]) / m_spread[i], -farthestFeature, farthestFeature));
+        const float root = std::copysign(std::sqrt(std::abs(inputs[i])), inputs[i]);
+        inputs[i] = std::clamp((root - m_mean[i]) / m_spread[i], -farthestFeature, farthestFeature);
     }
     return inputs;
 }
 
-std::vector<float> RoomHead::logits(std::span<const float> inputs) const
+std::optional<RoomHead::Word> RoomHead::hear(std::span<const float> objects, std::span<const float> scene) const
 {
-    auto hidden = m_hidden.apply(inputs);
-    for (float &value : hidden) {
-        value = std::max(0.0f, value);
-    }
-    return m_out.apply(hidden);
-}
-
-std::optional<RoomHead::Reading> RoomHead::read(std::span<const float> features, std::span<const float> closer) const
-{
-    const auto inputs = standardised(features);
-    const auto closerInputs = standardised(closer);
-    if (!inputs || !closerInputs) {
+    const auto inputs = standardised(objects, scene);
+    if (!inputs) {
         return std::nullopt;
     }
-    auto said = logits(*inputs);
-    const auto saidCloser = logits(*closerInputs);
-    for (std::size_t i = 0; i < said.size(); ++i) {
-        said[i] = (said[i] + saidCloser[i]) / 2;
-    }
-    const auto probabilities = softmax(std::move(said));
-    const auto places = std::span(probabilities).first(m_identifiers.size());
-    const bool isSure = *std::ranges::max_element(places) >= m_caution.leastSure;
-
-    Reading reading;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        const float showsSomething = 1.0f - probabilities.back();
-        const float evidence =
-            isSure ? places[i] : places[i] * m_caution.unsureShare + m_caution.unsureFloor * showsSomething;
-        reading.scenes.push_back({m_identifiers[i], evidence});
-        reading.trust.push_back(isSure ? places[i] : places[i] * m_caution.unsureShare);
-    }
-
+    Word word{.logits = m_place.apply(*inputs), .print = nullptr};
     auto print = m_print.apply(*inputs);
     double squares = 0.0;
     for (const float value : print) {
@@ -234,7 +219,41 @@ std::optional<RoomHead::Reading> RoomHead::read(std::span<const float> features,
         for (float &value : print) {
             value *= static_cast<float>(m_printLength / std::sqrt(squares));
         }
-        reading.print = std::make_shared<const FeaturePrint>(std::move(print));
+        word.print = std::make_shared<const FeaturePrint>(std::move(print));
+    }
+    return word;
+}
+
+RoomHead::Reading RoomHead::read(std::span<const Word> frames) const
+{
+    if (frames.empty()) {
+        return {};
+    }
+    std::vector<float> said(m_identifiers.size() + 1, 0.0f);
+    for (const auto &word : frames) {
+        for (std::size_t i = 0; i < said.size(); ++i) {
+            said[i] += word.logits[i] / static_cast<float>(frames.size());
+        }
+    }
+    const auto probabilities = softmax(std::move(said));
+    std::size_t likeliest = 0;
+    float highest = 0.0f;
+    for (std::size_t i = 0; i < m_identifiers.size(); ++i) {
+        if (!m_isShot[i] && probabilities[i] > highest) {
+            likeliest = i;
+            highest = probabilities[i];
+        }
+    }
+    const auto &bars = frames.size() > 1 ? m_caution.leastSureClip : m_caution.leastSureFrame;
+    const bool isSure = highest >= bars[likeliest];
+    const bool showsPlace = probabilities.back() < m_caution.noPlace;
+
+    Reading reading;
+    for (std::size_t i = 0; i < m_identifiers.size(); ++i) {
+        const float doubtful = probabilities[i] * m_caution.unsureShare + m_caution.unsureFloor;
+        const float evidence = isSure ? probabilities[i] : showsPlace ? doubtful : 0.0f;
+        reading.scenes.push_back({m_identifiers[i], evidence});
+        reading.trust.push_back(isSure ? probabilities[i] : 0.0f);
     }
     return reading;
 }

@@ -10,30 +10,39 @@
 
 namespace larkspan {
 
-// What the object detector's pooled features say of the place: trained by classify/models/train_rooms.py, which also
-// writes the file. Loaded once, never changed, read by any number of threads.
+// Tells the place that the frames of a clip show from the features of the networks. Trained by
+// classify/models/train_rooms.py, which also writes the file. Loaded once, never changed, read by any number of
+// threads.
 class RoomHead
 {
 public:
+    // One frame's part in a reading.
+    struct Word
+    {
+        std::vector<float> logits; // for each of identifiers(), then for a frame that shows no place
+        FeaturePrintPtr print;     // null if the features say nothing
+    };
+
     struct Reading
     {
-        // What each scene is evidence of, in the order of identifiers(). A frame that the head is unsure of speaks
-        // softly for every place, so that the rules send it to review.
+        // The evidence for each scene, in the order of identifiers(). A clip that the head is unsure of has a little of
+        // it for every place, so that the rules send it to review.
         std::vector<ClassificationObservation> scenes;
         // How far objects may speak for the bin of each scene, 0...1: an object of a room that this isn't is no
         // evidence of it.
         std::vector<float> trust;
-        // Null if the features say nothing.
-        FeaturePrintPtr print;
     };
 
     // The error tells a file that is missing from one that is damaged and one of another version.
     [[nodiscard]] static tl::expected<RoomHead, ModelError> load(const std::filesystem::path &file);
 
-    // What the features of a frame, and those of a closer look at its middle, say of the place; the print is of the
-    // frame alone. Nothing if either are not as many as the head was trained on, or no numbers. The same features give
-    // the same reading, bit for bit.
-    [[nodiscard]] std::optional<Reading> read(std::span<const float> features, std::span<const float> closer) const;
+    // Reads one frame. None if the features are not as many as the head was trained on, or no numbers. The same
+    // features give the same word, bit for bit.
+    [[nodiscard]] std::optional<Word> hear(std::span<const float> objects, std::span<const float> scene) const;
+
+    // Reads all frames of a clip at once: frames that disagree, or that are each unsure, don't add up to a sure clip.
+    // Without frames there is no evidence of anything.
+    [[nodiscard]] Reading read(std::span<const Word> frames) const;
 
     [[nodiscard]] const std::vector<QString> &identifiers() const { return m_identifiers; }
 
@@ -47,26 +56,28 @@ private:
         [[nodiscard]] std::vector<float> apply(std::span<const float> values) const;
     };
 
-    // What turns a probability into evidence; fitted with the head.
+    // Turns probabilities into evidence; fitted with the head.
     struct Caution
     {
-        float leastSure = 0.0f;   // a likeliest place below this is no sure one
-        float unsureShare = 0.0f; // what an unsure frame keeps of each probability
-        float unsureFloor = 0.0f; // and what it says of every place beside
+        // A likeliest room below its bar is no sure one. By identifier: of a single frame, and of a clip of several.
+        std::vector<float> leastSureFrame;
+        std::vector<float> leastSureClip;
+        float unsureShare = 0.0f; // the part of each probability that an unsure clip keeps as evidence
+        float unsureFloor = 0.0f; // its evidence for every place beside
+        float noPlace = 0.0f;     // an unsure clip that shows no place as probably as this has no evidence at all
     };
 
     class File;
     RoomHead() = default;
 
-    [[nodiscard]] std::optional<std::vector<float>> standardised(std::span<const float> features) const;
-    // For each identifier, and that the frame shows nothing.
-    [[nodiscard]] std::vector<float> logits(std::span<const float> inputs) const;
+    [[nodiscard]] std::optional<std::vector<float>> standardised(std::span<const float> objects,
+                                                                 std::span<const float> scene) const;
 
     std::vector<QString> m_identifiers;
+    std::vector<bool> m_isShot; // whether the identifier is of a kind of shot rather than of a room
     std::vector<float> m_mean;
     std::vector<float> m_spread;
-    Layer m_hidden;
-    Layer m_out; // one more than the identifiers: a frame that shows nothing
+    Layer m_place; // one more output than the identifiers: a frame that shows no place
     Layer m_print;
     Caution m_caution;
     float m_printLength = 0.0f; // in units of the splitting rules

@@ -65,8 +65,8 @@ FrameAnalysis VisionClassifier::analyze(std::span<const QImage> frames) const
 {
     FrameAnalysis analysis;
     BestConfidences best;
-    for (const auto &frame : frames) {
-        const auto found = m_requests ? m_requests->perform(frame) : std::nullopt;
+    for (const auto &found :
+         m_requests ? m_requests->perform(frames) : std::vector<std::optional<FrameObservations>>()) {
         if (!found) {
             continue;
         }

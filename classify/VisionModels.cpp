@@ -4,8 +4,10 @@
 
 namespace larkspan {
 
-VisionModels::VisionModels(ObjectDetector objects, PoseDetector pose, FaceDetector face, RoomHead rooms)
+VisionModels::VisionModels(ObjectDetector objects, SceneNetwork scene, PoseDetector pose, FaceDetector face,
+                           RoomHead rooms)
     : m_objects(std::move(objects))
+    , m_scene(std::move(scene))
     , m_pose(std::move(pose))
     , m_face(std::move(face))
     , m_rooms(std::move(rooms))
@@ -16,6 +18,10 @@ tl::expected<std::shared_ptr<const VisionModels>, ModelError> VisionModels::load
     auto objects = ObjectDetector::load(folder / "objects.onnx");
     if (!objects) {
         return tl::unexpected(objects.error());
+    }
+    auto scene = SceneNetwork::load(folder / "scene.onnx");
+    if (!scene) {
+        return tl::unexpected(scene.error());
     }
     auto pose = PoseDetector::load(folder / "pose.onnx");
     if (!pose) {
@@ -29,8 +35,8 @@ tl::expected<std::shared_ptr<const VisionModels>, ModelError> VisionModels::load
     if (!rooms) {
         return tl::unexpected(rooms.error());
     }
-    return std::shared_ptr<const VisionModels>(
-        new VisionModels(std::move(*objects), std::move(*pose), std::move(*face), std::move(*rooms)));
+    return std::shared_ptr<const VisionModels>(new VisionModels(std::move(*objects), std::move(*scene),
+                                                                std::move(*pose), std::move(*face), std::move(*rooms)));
 }
 
 tl::expected<std::shared_ptr<const VisionModels>, ModelError> VisionModels::load()

@@ -4,6 +4,7 @@
 #include "classify/ObjectDetector.h"
 #include "classify/PoseDetector.h"
 #include "classify/RoomHead.h"
+#include "classify/SceneNetwork.h"
 
 namespace larkspan {
 
@@ -11,22 +12,24 @@ namespace larkspan {
 class VisionModels
 {
 public:
-    // Reads objects.onnx, pose.onnx, face.onnx and rooms.head. The error names the first file that is missing or no
-    // good.
+    // Reads objects.onnx, scene.onnx, pose.onnx, face.onnx and rooms.head. The error names the first file that is
+    // missing or no good.
     [[nodiscard]] static tl::expected<std::shared_ptr<const VisionModels>, ModelError> load(
         const std::filesystem::path &folder);
     // From where the program keeps them: beside it, in ../share/larkspan/models, or in the folder it was built with.
     [[nodiscard]] static tl::expected<std::shared_ptr<const VisionModels>, ModelError> load();
 
     [[nodiscard]] const ObjectDetector &objects() const { return m_objects; }
+    [[nodiscard]] const SceneNetwork &scene() const { return m_scene; }
     [[nodiscard]] const PoseDetector &pose() const { return m_pose; }
     [[nodiscard]] const FaceDetector &face() const { return m_face; }
     [[nodiscard]] const RoomHead &rooms() const { return m_rooms; }
 
 private:
-    VisionModels(ObjectDetector objects, PoseDetector pose, FaceDetector face, RoomHead rooms);
+    VisionModels(ObjectDetector objects, SceneNetwork scene, PoseDetector pose, FaceDetector face, RoomHead rooms);
 
     ObjectDetector m_objects;
+    SceneNetwork m_scene;
     PoseDetector m_pose;
     FaceDetector m_face;
     RoomHead m_rooms;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <vector>
 
 #include <QtCore/QRectF>
@@ -41,8 +42,10 @@ class VisionRequests
 public:
     virtual ~VisionRequests() = default;
 
-    // All requests on one frame, or nothing if any of them failed.
-    [[nodiscard]] virtual std::optional<FrameObservations> perform(const QImage &frame) const = 0;
+    // All requests on the frames of one clip: for each frame its observations, or none if any of its requests failed.
+    // The frames of a clip bear on one another: an answer may depend on all of them.
+    [[nodiscard]] virtual std::vector<std::optional<FrameObservations>> perform(
+        std::span<const QImage> frames) const = 0;
     // Every identifier that a classification can carry, in any order.
     [[nodiscard]] virtual std::vector<QString> supportedIdentifiers() const = 0;
 };

@@ -8,7 +8,7 @@ set(LARKSPAN_DEPS "${larkspan_default_deps}" CACHE PATH "Where script/fetch-mode
 set(larkspan_detectors "${LARKSPAN_DEPS}/models")
 
 set(larkspan_engine "${LARKSPAN_DEPS}/onnxruntime/lib/libonnxruntime.so.1")
-if(NOT EXISTS "${larkspan_engine}" OR NOT EXISTS "${larkspan_detectors}/objects.onnx")
+if(NOT EXISTS "${larkspan_engine}" OR NOT EXISTS "${larkspan_detectors}/scene.onnx")
   message(FATAL_ERROR "The inference engine is not in ${LARKSPAN_DEPS}: run script/bootstrap or script/fetch-models")
 endif()
 

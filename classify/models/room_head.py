@@ -1,16 +1,23 @@
-"""The head: standardised features, one hidden layer beside a linear map, a probability for each scene."""
+"""The head: a linear map of standardised features, in weighted squares closest to the labels, and its probabilities."""
+
 import numpy
-import torch
 
-from room_data import BINS, FEATURES, NOTHING
+from room_data import BINS, EXCLUSIVE, FRAMES, NONE, NOTHING, OUTPUTS
 
-OUTPUTS = len(BINS) + 1
-HIDDEN = 128
 CLIP = 5.0  # standard deviations; what lies beyond says no more
+PENALTY = 0.6
+# How much of a label goes to the second bin that a reasonable editor might choose.
+SECOND = 0.45
+# How much a picture of a source weighs beside a photo of a site. The four frames of a clip are much alike.
+SOURCE_WEIGHTS = {"sites": 1.0, "sites2": 1.0, "sites-rendered": 0.3, "sites2-rendered": 0.3, "clips-real": 0.5,
+                  "clips-cg": 0.3, "clips-slideshow-of-stills": 0.3, "garden": 0.05, "made": 0.25}
+OTHER_WEIGHT = 0.25
+BALANCE = 0.4  # 0: a bin weighs as its pictures do, 1: all bins alike
+ROOMS = [index for index in range(len(BINS)) if index not in EXCLUSIVE]
 
 
 class Scaling:
-    """Each feature's mean and spread over the photos trained on. Square roots tame the features' long tails."""
+    """Each feature's mean and spread. Square roots tame the features' long tails."""
 
     def __init__(self, features):
         values = self.root(features)
@@ -25,58 +32,30 @@ class Scaling:
         return numpy.clip((self.root(features) - self.mean) / self.spread, -CLIP, CLIP).astype(numpy.float32)
 
 
-class Head(torch.nn.Module):
-    def __init__(self, hidden=HIDDEN):
-        super().__init__()
-        self.hidden = torch.nn.Linear(FEATURES, hidden)
-        self.out = torch.nn.Linear(hidden, OUTPUTS)
-
-    def forward(self, x, dropout=0.0):
-        x = torch.nn.functional.dropout(x, dropout * 0.4, self.training)
-        x = torch.relu(self.hidden(x))
-        return self.out(torch.nn.functional.dropout(x, dropout, self.training))
+def weights_of(pictures, rows):
+    weight = numpy.array([SOURCE_WEIGHTS.get(source, OTHER_WEIGHT) for source in pictures.sources[rows]])
+    bins = pictures.bins[rows]
+    count = numpy.bincount(bins, weight, minlength=OUTPUTS)
+    return (weight * (count.mean() / count[bins]) ** BALANCE).astype(numpy.float32)
 
 
-def train(inputs, targets, weights, seed, steps=1000, batch=192, rate=1e-3, decay=0.1, dropout=0.5, smoothing=0.05):
-    """Draws rows by weight. targets: one row of probabilities for each row of inputs."""
-    torch.manual_seed(seed)
-    generator = numpy.random.default_rng(seed)
-    head = Head()
-    optimiser = torch.optim.AdamW(head.parameters(), lr=rate, weight_decay=decay)
-    schedule = torch.optim.lr_scheduler.OneCycleLR(optimiser, rate, total_steps=steps, pct_start=0.1)
-    share = numpy.cumsum(weights / weights.sum())
-    inputs = torch.from_numpy(inputs)
-    targets = torch.from_numpy(targets.astype(numpy.float32))
-    head.train()
-    for _ in range(steps):
-        rows = torch.from_numpy(numpy.searchsorted(share, generator.random(batch)).clip(0, len(inputs) - 1))
-        x, t = inputs[rows], targets[rows] * (1 - smoothing) + smoothing / OUTPUTS
-        loss = -(torch.log_softmax(head(x, dropout), dim=1) * t).sum(dim=1).mean()
-        optimiser.zero_grad()
-        loss.backward()
-        optimiser.step()
-        schedule.step()
-    head.eval()
-    return head
+def targets_of(pictures, rows):
+    bins, second = pictures.bins[rows], pictures.alternatives[rows]
+    targets = numpy.zeros((len(rows), OUTPUTS), numpy.float32)
+    targets[numpy.arange(len(rows)), bins] = 1.0
+    unsure = numpy.nonzero(second != NONE)[0]
+    targets[unsure] *= 1 - SECOND
+    targets[unsure, second[unsure]] += SECOND
+    return targets
 
 
-def logits(head, inputs):
-    with torch.no_grad():
-        return head(torch.from_numpy(inputs)).numpy().astype(numpy.float64)
-
-
-def fit_linear(inputs, targets, weights, penalty=0.6):
-    """Weights (a row for each scene) and bias of the map that comes closest to the targets, in weighted squares.
-
-    It errs elsewhere than a hidden layer does: together they are better than either.
-    """
-    share = (weights / weights.sum()).astype(numpy.float32)
-    wide = numpy.concatenate([inputs, numpy.ones((len(inputs), 1), numpy.float32)], axis=1)
-    weighted = wide * share[:, None]
-    normal = (wide.T @ weighted).astype(numpy.float64)
-    normal[numpy.arange(FEATURES), numpy.arange(FEATURES)] += penalty
-    solution = numpy.linalg.solve(normal, (weighted.T @ targets).astype(numpy.float64))
-    return solution[:-1].T, solution[-1]
+def dual(products, pictures, rows):
+    """The map as a weight for each of the rows: what it says of a picture is (products with the rows + 1) @ this."""
+    root = numpy.sqrt(weights_of(pictures, rows))
+    root /= numpy.sqrt((root**2).mean())
+    system = (products[numpy.ix_(rows, rows)] + 1) * root[:, None] * root[None, :]
+    system[numpy.arange(len(rows)), numpy.arange(len(rows))] += PENALTY
+    return numpy.linalg.solve(system, targets_of(pictures, rows) * root[:, None]) * root[:, None]
 
 
 def softmax(values):
@@ -84,8 +63,28 @@ def softmax(values):
     return values / values.sum(axis=1, keepdims=True)
 
 
-def one_hot(bins):
-    """Rows of bin -1 show nothing."""
-    targets = numpy.zeros((len(bins), OUTPUTS), numpy.float32)
-    targets[numpy.arange(len(bins)), numpy.where(bins < 0, NOTHING, bins)] = 1.0
-    return targets
+def of_clips(values):
+    """The mean over each clip's frames, rows of four being a clip's."""
+    return values.reshape(-1, FRAMES, values.shape[1]).mean(axis=1)
+
+
+def sharpness_of(said, targets):
+    """The factor that makes what the map says logits, so that the labels are likeliest."""
+    steps = numpy.arange(3.0, 20.0, 0.25)
+    losses = [-(targets * numpy.log(softmax(said * step) + 1e-9)).sum(axis=1).mean() for step in steps]
+    return float(steps[int(numpy.argmin(losses))])
+
+
+def likeliest_rooms(probabilities):
+    """For each row the likeliest bin that isn't a kind of shot, and how probable it is."""
+    rooms = probabilities[:, ROOMS]
+    return numpy.array(ROOMS)[rooms.argmax(axis=1)], rooms.max(axis=1)
+
+
+def is_right(filed, bins, alternatives):
+    return (filed == bins) | (filed == alternatives)
+
+
+def counted(bins):
+    """Aerial and agent items are told by other signs, and those without a house have no right bin."""
+    return ~numpy.isin(bins, [*EXCLUSIVE, NOTHING])

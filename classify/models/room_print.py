@@ -1,26 +1,36 @@
-"""The feature print: a projection in which views of one room lie close and rooms of one kind far apart."""
+"""The feature print: a projection in which the frames of a clip lie close and rooms of one kind far apart."""
+
 import numpy
 
 LENGTH = 48  # numbers in a print
-SHRINK = 0.5  # how far the spread within a photo is drawn towards an even one
+DIRECTIONS = 300  # of the features, in which most of their spread is
+SHRINK = 0.5  # how far the spread within a clip is drawn towards an even one
 
 
-def fit(inputs, photo, bins):
-    """Rows of a linear map of standardised features, with its bias. Rows with photo -1 are passed over."""
-    known = photo >= 0
-    inputs, photo = inputs[known].astype(numpy.float64), photo[known]
-    names, index, counts = numpy.unique(photo, return_inverse=True, return_counts=True)
-    means = numpy.zeros((len(names), inputs.shape[1]))
-    numpy.add.at(means, index, inputs)
+def directions(inputs):
+    """The features' main directions, a column each."""
+    sample = inputs[:: max(1, len(inputs) // 2000)]
+    values, vectors = numpy.linalg.eigh(sample @ sample.T)
+    kept = numpy.argsort(values)[::-1][:DIRECTIONS]
+    return (sample.T @ vectors[:, kept]) / numpy.sqrt(values[kept])
+
+
+def fit(projected, clip, bins):
+    """Rows of a linear map of the projected features, with its bias. clip tells which rows are of one clip."""
+    projected = projected.astype(numpy.float64)
+    names, index, counts = numpy.unique(clip, return_inverse=True, return_counts=True)
+    means = numpy.zeros((len(names), projected.shape[1]))
+    numpy.add.at(means, index, projected)
     means /= counts[:, None]
-    stray = (inputs - means[index])[counts[index] > 1]
+    stray = (projected - means[index])[counts[index] > 1]
     within = stray.T @ stray / len(stray)
     within = (1 - SHRINK) * within + SHRINK * numpy.trace(within) / len(within) * numpy.eye(len(within))
     values, vectors = numpy.linalg.eigh(within)
     whiten = vectors / numpy.sqrt(values) @ vectors.T
     # Rooms of one kind must be told apart; kinds are the head's business.
     apart = means.copy()
-    kinds = bins[names]
+    kinds = numpy.zeros(len(names), int)
+    kinds[index] = bins
     for kind in numpy.unique(kinds):
         apart[kinds == kind] -= means[kinds == kind].mean(axis=0)
     apart = apart @ whiten
@@ -29,24 +39,16 @@ def fit(inputs, photo, bins):
     return rows.astype(numpy.float32), (-rows @ means.mean(axis=0)).astype(numpy.float32)
 
 
-def prints(inputs, rows, bias):
-    values = inputs @ rows.T + bias
+def prints(projected, rows, bias):
+    values = projected @ rows.T + bias
     return values / numpy.linalg.norm(values, axis=1, keepdims=True)
 
 
-def pairs(values, photo, bins, houses, seed=1):
-    """Distances of views of one photo, and of photos of one kind from different houses."""
-    generator = numpy.random.default_rng(seed)
-    same, other = [], []
-    for index in numpy.unique(photo):
-        rows = numpy.nonzero(photo == index)[0]
-        for a in range(len(rows)):
-            for b in range(a + 1, len(rows)):
-                same.append(numpy.linalg.norm(values[rows[a]] - values[rows[b]]))
-    for kind in numpy.unique(bins[photo]):
-        rows = numpy.nonzero(bins[photo] == kind)[0]
-        for a in rows:
-            for b in generator.choice(rows, 8):
-                if photo[a] != photo[b] and (houses[photo[a]] != houses[photo[b]] or houses[photo[a]] == ""):
-                    other.append(numpy.linalg.norm(values[a] - values[b]))
-    return numpy.array(same), numpy.array(other)
+def pairs(values, clip, bins, sites):
+    """Distances of the first and the last of each clip's frames, and of first frames of one bin from different sites."""
+    first = numpy.array([numpy.nonzero(clip == each)[0][0] for each in numpy.unique(clip)])
+    last = numpy.array([numpy.nonzero(clip == each)[0][-1] for each in numpy.unique(clip)])
+    same = numpy.linalg.norm(values[first] - values[last], axis=1)[first != last]
+    other = [numpy.linalg.norm(values[a] - values[b]) for i, a in enumerate(first) for b in first[:i]
+             if bins[a] == bins[b] and sites[a] != sites[b]]
+    return same, numpy.array(other)

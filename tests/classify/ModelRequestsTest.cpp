@@ -27,6 +27,12 @@ std::shared_ptr<const ModelRequests> requests()
     return loaded;
 }
 
+// The answer to a clip of this frame alone.
+std::optional<FrameObservations> answer(const ModelRequests &vision, const QImage &frame)
+{
+    return vision.perform({&frame, 1}).front();
+}
+
 // A made-up picture, another for each number: soft blobs over a gradient.
 QImage drawn(QSize size, int number)
 {
@@ -63,7 +69,7 @@ TEST(ModelRequests, AnswerBitForBitAlikeWhateverTheNumberOfThreads)
     const auto vision = requests();
     std::vector<FrameObservations> alone;
     for (int i = 0; i < Count; ++i) {
-        alone.push_back(vision->perform(drawn({448, 252}, i)).value());
+        alone.push_back(answer(*vision, drawn({448, 252}, i)).value());
     }
 
     std::vector<std::optional<FrameObservations>> together(Count);
@@ -71,7 +77,7 @@ TEST(ModelRequests, AnswerBitForBitAlikeWhateverTheNumberOfThreads)
         std::vector<std::jthread> threads;
         for (int i = 0; i < Count; ++i) {
             threads.emplace_back([&, i] {
-                together[static_cast<std::size_t>(i)] = vision->perform(drawn({448, 252}, i));
+                together[static_cast<std::size_t>(i)] = answer(*vision, drawn({448, 252}, i));
             });
         }
     }
@@ -81,38 +87,46 @@ TEST(ModelRequests, AnswerBitForBitAlikeWhateverTheNumberOfThreads)
     }
 }
 
-TEST(ModelRequests, ACloserLookIsAtTheSquareInTheMiddleAlone)
-{
-    const auto models = VisionModels::load(LARKSPAN_MODELS).value();
-    for (const QSize size : {QSize(448, 252), QSize(252, 448)}) {
-        const auto frame = drawn(size, 4);
-        auto framed = frame;
-        auto spotted = frame;
-        QPainter(&framed).fillRect(size.width() > size.height() ? QRect(0, 0, 98, 252) : QRect(0, 0, 252, 98), Qt::red);
-        QPainter(&spotted).fillRect(QRect(QPoint(size.width() / 2, size.height() / 2), QSize(60, 60)), Qt::red);
-        const auto seen = models->objects().lookCloser(frame).value();
-        EXPECT_EQ(seen.size(), static_cast<std::size_t>(ObjectDetector::featureCount));
-        EXPECT_EQ(seen, models->objects().lookCloser(framed).value());
-        EXPECT_NE(seen, models->objects().lookCloser(spotted).value());
-    }
-}
-
 TEST(ModelRequests, AnEmptyImageIsAFailedFrame)
 {
-    EXPECT_FALSE(requests()->perform(QImage()));
+    EXPECT_FALSE(answer(*requests(), QImage()));
+}
+
+TEST(ModelRequests, AFailedFrameLeavesTheOthersOfTheClipAsTheyAre)
+{
+    const auto vision = requests();
+    const std::vector whole{drawn({448, 252}, 1), drawn({448, 252}, 2)};
+    const std::vector torn{drawn({448, 252}, 1), QImage(), drawn({448, 252}, 2)};
+    const auto expected = vision->perform(whole);
+    const auto found = vision->perform(torn);
+    ASSERT_EQ(found.size(), 3u);
+    EXPECT_FALSE(found[1]);
+    EXPECT_TRUE(same(found[0].value(), expected[0].value()));
+    EXPECT_TRUE(same(found[2].value(), expected[1].value()));
+}
+
+TEST(ModelRequests, TheFramesOfAClipSayOnePlaceTogetherButEachHasItsOwnPrint)
+{
+    const auto found = requests()->perform(std::vector{drawn({448, 252}, 1), drawn({448, 252}, 2)});
+    const auto kitchenIn = [&](std::size_t frame) {
+        const auto &all = found[frame]->classifications;
+        return std::ranges::find(all, QStringLiteral("kitchen"), &ClassificationObservation::identifier)->confidence;
+    };
+    EXPECT_EQ(kitchenIn(0), kitchenIn(1));
+    EXPECT_NE(found[0]->featurePrint->values(), found[1]->featurePrint->values());
 }
 
 TEST(ModelRequests, FramesOfAnyShapeAndFormatAreLookedAt)
 {
     const auto vision = requests();
     for (const QSize size : {QSize(1, 1), QSize(448, 1), QSize(3, 448), QSize(252, 448), QSize(448, 448)}) {
-        const auto found = vision->perform(drawn(size, 1));
+        const auto found = answer(*vision, drawn(size, 1));
         ASSERT_TRUE(found) << size.width() << " by " << size.height();
         EXPECT_NE(found->featurePrint, nullptr);
     }
     for (const auto format : {QImage::Format_Grayscale8, QImage::Format_ARGB32, QImage::Format_RGBA64,
                               QImage::Format_Mono, QImage::Format_RGB888}) {
-        EXPECT_TRUE(vision->perform(drawn({448, 252}, 2).convertToFormat(format))) << format;
+        EXPECT_TRUE(answer(*vision, drawn({448, 252}, 2).convertToFormat(format))) << format;
     }
 }
 
@@ -121,7 +135,7 @@ TEST(ModelRequests, AnEvenFrameShowsNoPersonAndNothingForAnyRoom)
     for (const auto color : {Qt::black, Qt::white, Qt::gray}) {
         QImage frame(448, 252, QImage::Format_RGB32);
         frame.fill(color);
-        const auto found = requests()->perform(frame).value();
+        const auto found = answer(*requests(), frame).value();
         EXPECT_EQ(found.bodyPoses, 0);
         EXPECT_EQ(found.faces, 0);
         for (const auto &human : found.humans) {
@@ -133,10 +147,10 @@ TEST(ModelRequests, AnEvenFrameShowsNoPersonAndNothingForAnyRoom)
 TEST(ModelRequests, TellsWhereTheTimeGoesWhenAsked)
 {
     VisionTimings timings;
-    ASSERT_TRUE(load(&timings)->perform(drawn({448, 252}, 3)));
+    ASSERT_TRUE(answer(*load(&timings), drawn({448, 252}, 3)));
     EXPECT_EQ(timings.objects.runs, 1);
     EXPECT_GT(timings.objects.nanoseconds, 0);
-    EXPECT_EQ(timings.closer.runs, 1);
+    EXPECT_EQ(timings.scene.runs, 1);
     EXPECT_EQ(timings.rooms.runs, 1);
 }
 

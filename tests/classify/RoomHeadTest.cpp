@@ -6,6 +6,7 @@
 #include <QtCore/QCryptographicHash>
 
 #include "classify/ObjectDetector.h"
+#include "classify/SceneNetwork.h"
 #include "core/RoomLabel.h"
 #include "tests/support/TempFolder.h"
 
@@ -42,13 +43,45 @@ ModelError::Reason reasonFor(const std::string &bytes)
 }
 
 // Some features, others for each number.
-std::vector<float> features(int number)
+std::vector<float> features(int count, int number)
 {
     std::vector<float> values;
-    for (int i = 0; i < ObjectDetector::featureCount; ++i) {
+    for (int i = 0; i < count; ++i) {
         values.push_back(static_cast<float>((i * 37 + number * 101) % 97) / 48.0f - 0.3f);
     }
     return values;
+}
+
+std::vector<float> objects(int number)
+{
+    return features(ObjectDetector::featureCount, number);
+}
+
+std::vector<float> scene(int number)
+{
+    return features(SceneNetwork::featureCount, number);
+}
+
+RoomHead::Word word(int number)
+{
+    return shipped().hear(objects(number), scene(number)).value();
+}
+
+// A word that is as good as sure of one output.
+RoomHead::Word sureOf(std::size_t output)
+{
+    RoomHead::Word word{.logits = std::vector<float>(shipped().identifiers().size() + 1, 0.0f), .print = nullptr};
+    word.logits[output] = 12.0f;
+    return word;
+}
+
+float sum(const std::vector<ClassificationObservation> &scenes)
+{
+    float all = 0.0f;
+    for (const auto &scene : scenes) {
+        all += scene.confidence;
+    }
+    return all;
 }
 
 } // namespace
@@ -77,7 +110,7 @@ TEST(RoomHead, ShipsInLessThanFourMegabytes)
 TEST(RoomHead, SaysEverythingBetweenZeroAndOne)
 {
     for (int number = 0; number < 20; ++number) {
-        const auto reading = shipped().read(features(number), features(number + 1)).value();
+        const auto reading = shipped().read(std::vector{word(number), word(number + 1)});
         ASSERT_EQ(reading.scenes.size(), shipped().identifiers().size());
         for (const auto &scene : reading.scenes) {
             EXPECT_GE(scene.confidence, 0.0f);
@@ -91,43 +124,81 @@ TEST(RoomHead, ReadsTheSameFeaturesAlikeBitForBit)
 {
     const auto again = RoomHead::load(Shipped).value();
     for (int number = 0; number < 5; ++number) {
-        const auto a = shipped().read(features(number), features(number + 1)).value();
-        const auto b = again.read(features(number), features(number + 1)).value();
-        EXPECT_EQ(a.trust, b.trust);
-        EXPECT_EQ(a.print->values(), b.print->values());
+        const auto other = again.hear(objects(number), scene(number)).value();
+        EXPECT_EQ(other.logits, word(number).logits);
+        EXPECT_EQ(other.print->values(), word(number).print->values());
     }
 }
 
-TEST(RoomHead, TheWholeAndTheMiddleSayThePlaceAlikeButThePrintIsOfTheWhole)
+TEST(RoomHead, FramesThatAgreeAreSure)
 {
-    const auto whole = shipped().read(features(1), features(1)).value();
-    const auto both = shipped().read(features(1), features(2)).value();
-    const auto swapped = shipped().read(features(2), features(1)).value();
-    EXPECT_NE(both.trust, whole.trust);
-    EXPECT_EQ(both.trust, swapped.trust);
-    EXPECT_EQ(both.print->values(), whole.print->values());
-    EXPECT_NE(both.print->values(), swapped.print->values());
+    const auto reading = shipped().read(std::vector(4, sureOf(2)));
+    EXPECT_GT(reading.scenes[2].confidence, 0.9f * sum(reading.scenes));
+    EXPECT_GT(reading.trust[2], 0.9f);
+}
+
+TEST(RoomHead, SureFramesThatDisagreeDontAddUpToASureClip)
+{
+    const auto reading = shipped().read(std::vector{sureOf(0), sureOf(1), sureOf(2), sureOf(3)});
+    const float all = sum(reading.scenes);
+    for (const auto &scene : reading.scenes) {
+        EXPECT_LT(scene.confidence, 0.18f * all);
+    }
+    EXPECT_THAT(reading.trust, Each(0.0f));
+}
+
+TEST(RoomHead, FramesThatAreSureOfNoPlaceAreEvidenceOfNone)
+{
+    const auto reading = shipped().read(std::vector(4, sureOf(shipped().identifiers().size())));
+    EXPECT_EQ(sum(reading.scenes), 0.0f);
+}
+
+TEST(RoomHead, AClipThatHalfShowsNothingHasEvidenceForEveryPlaceOrForNone)
+{
+    const std::size_t nothing = shipped().identifiers().size();
+    for (float logit = -6.0f; logit <= 6.0f; logit += 0.25f) {
+        auto word = sureOf(nothing);
+        word.logits[nothing] = logit;
+        word.logits[0] = 1.0f;
+        const auto reading = shipped().read(std::vector{word});
+        const auto heard = std::ranges::count_if(reading.scenes, [](const auto &s) { return s.confidence >= 0.06f; });
+        EXPECT_TRUE(heard == 0 || heard == static_cast<std::ptrdiff_t>(nothing)) << logit;
+    }
+}
+
+TEST(RoomHead, AKindOfShotIsNoSurePlace)
+{
+    for (std::size_t i = 0; i < shipped().identifiers().size(); ++i) {
+        const auto &name = shipped().identifiers()[i];
+        const auto &bin = RoomLabel::binsByIdentifier().at(name).front();
+        const auto reading = shipped().read(std::vector{sureOf(i)});
+        EXPECT_EQ(reading.trust[i] > 0.0f, !RoomLabel::exclusiveBins().contains(bin)) << name.toStdString();
+    }
+}
+
+TEST(RoomHead, WithoutFramesThereIsNoEvidence)
+{
+    EXPECT_TRUE(shipped().read({}).scenes.empty());
 }
 
 TEST(RoomHead, RefusesFeaturesThatItWasNotTrainedOn)
 {
-    const auto good = features(1);
-    auto infinite = good;
+    auto infinite = scene(1);
     infinite.back() = INFINITY;
-    for (const auto &bad : {std::vector<float>(), std::vector<float>(ObjectDetector::featureCount - 1, 1.0f),
-                            std::vector<float>(ObjectDetector::featureCount, NAN), infinite}) {
-        EXPECT_FALSE(shipped().read(bad, good));
-        EXPECT_FALSE(shipped().read(good, bad));
+    for (const auto &bad : {std::vector<float>(), features(SceneNetwork::featureCount - 1, 1),
+                            std::vector<float>(SceneNetwork::featureCount, NAN), infinite}) {
+        EXPECT_FALSE(shipped().hear(objects(1), bad));
     }
-    EXPECT_TRUE(shipped().read(good, good));
+    EXPECT_FALSE(shipped().hear({}, scene(1)));
+    EXPECT_TRUE(shipped().hear(objects(1), scene(1)));
 }
 
 TEST(RoomHead, TakesFeaturesFarBeyondAnythingSeen)
 {
-    const std::vector<float> far(ObjectDetector::featureCount, 1e30f);
-    const auto reading = shipped().read(far, far);
-    ASSERT_TRUE(reading);
-    for (const auto &scene : reading->scenes) {
+    const auto far = shipped().hear(std::vector<float>(ObjectDetector::featureCount, 1e30f),
+                                    std::vector<float>(SceneNetwork::featureCount, 1e30f));
+    ASSERT_TRUE(far);
+    for (const auto &scene : shipped().read(std::vector{*far}).scenes) {
         EXPECT_TRUE(std::isfinite(scene.confidence));
     }
 }
@@ -163,7 +234,7 @@ TEST(RoomHead, AFileWithAnyByteChangedOrAddedIsBroken)
 
 TEST(RoomHead, AHeadOfAnotherVersionIsToldAsSuch)
 {
-    for (const char version : {1, 3}) {
+    for (const char version : {1, 2, 4}) {
         auto other = bytesOf(Shipped);
         other[8] = version;
         EXPECT_EQ(reasonFor(other), ModelError::Reason::OtherModel);
@@ -178,10 +249,10 @@ TEST(RoomHead, SizesThatAskForMoreThanTheFileHoldsAreBroken)
             QCryptographicHash::hash(QByteArrayView(bytes.data(), qsizetype(bytes.size())), QCryptographicHash::Sha256);
         return bytes + sum.toStdString();
     };
-    const std::string start("LKROOMS\n\2\0\0\0", 12);
+    const std::string start("LKROOMS\n\3\0\0\0", 12);
     EXPECT_EQ(reasonFor(summed(start)), ModelError::Reason::Broken);
     EXPECT_EQ(reasonFor(summed(start + std::string(16, '\xff'))), ModelError::Reason::Broken);
     EXPECT_EQ(reasonFor(summed(start + std::string(16, '\0'))), ModelError::Reason::Broken);
-    EXPECT_EQ(reasonFor(summed(start + std::string("\x10\0\0\0\x10\0\0\0\x10\0\0\0\x03\0\0\0abc", 19))),
+    EXPECT_EQ(reasonFor(summed(start + std::string("\x10\0\0\0\x10\0\0\0\x03\0\0\0abc", 15))),
               ModelError::Reason::Broken);
 }

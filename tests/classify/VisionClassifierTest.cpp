@@ -25,9 +25,13 @@ public:
         , m_identifiers(std::move(identifiers))
     {}
 
-    std::optional<FrameObservations> perform(const QImage &frame) const override
+    Answers perform(std::span<const QImage> frames) const override
     {
-        return m_answers.at(static_cast<std::size_t>(frame.width()) - 1);
+        Answers answers;
+        for (const auto &frame : frames) {
+            answers.push_back(m_answers.at(static_cast<std::size_t>(frame.width()) - 1));
+        }
+        return answers;
     }
     std::vector<QString> supportedIdentifiers() const override { return m_identifiers; }
 

@@ -17,7 +17,7 @@ const std::filesystem::path Models = LARKSPAN_MODELS;
 // The program's models, to be spoilt.
 void copyModels(const test::TempFolder &folder)
 {
-    for (const auto *name : {"objects.onnx", "pose.onnx", "face.onnx", "rooms.head"}) {
+    for (const auto *name : {"objects.onnx", "scene.onnx", "pose.onnx", "face.onnx", "rooms.head"}) {
         std::filesystem::copy_file(Models / name, folder / name);
     }
 }
@@ -53,14 +53,28 @@ TEST(VisionModels, AMissingADamagedAndANewerHeadForRoomsAreToldApart)
     const auto head = folder / "rooms.head";
     {
         std::fstream stream(head, std::ios::in | std::ios::out | std::ios::binary);
-        stream.seekp(8).put(3); // its version
+        stream.seekp(8).put(4); // its version
     }
     EXPECT_EQ(loadError(folder).reason, ModelError::Reason::OtherModel);
-    folder.write("rooms.head", "LKROOMS\n\2");
+    folder.write("rooms.head", "LKROOMS\n\3");
     EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Broken);
     std::filesystem::remove(head);
     EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Missing);
     EXPECT_EQ(loadError(folder).file, head);
+}
+
+TEST(VisionModels, ASceneNetworkThatIsMissingDamagedOrAnotherIsToldApart)
+{
+    const test::TempFolder folder;
+    copyModels(folder);
+    const auto scene = folder / "scene.onnx";
+    std::filesystem::copy_file(Models / "objects.onnx", scene, std::filesystem::copy_options::overwrite_existing);
+    EXPECT_EQ(loadError(folder).reason, ModelError::Reason::OtherModel);
+    std::filesystem::resize_file(scene, 1000);
+    EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Broken);
+    std::filesystem::remove(scene);
+    EXPECT_EQ(loadError(folder).reason, ModelError::Reason::Missing);
+    EXPECT_EQ(loadError(folder).file, scene);
 }
 
 TEST(VisionModels, AFolderInPlaceOfAFileIsNoModel)

@@ -165,8 +165,8 @@ TEST_F(Installation, ComesUpFromThereWithItsOwnModelsAndChime)
     StartedProgram started(program());
     ASSERT_TRUE(started.showsItsWindow());
     EXPECT_TRUE(waitUntil([&] {
-        return testing::Value(
-            opened.names(), IsSupersetOf({"objects.onnx", "pose.onnx", "face.onnx", "rooms.head", "intro_chime.wav"}));
+        return testing::Value(opened.names(), IsSupersetOf({"objects.onnx", "scene.onnx", "pose.onnx", "face.onnx",
+                                                            "rooms.head", "intro_chime.wav"}));
     }));
     // Everything that it is made of.
     std::ifstream maps("/proc/" + std::to_string(started.process().processId()) + "/maps");
