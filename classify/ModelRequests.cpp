@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ranges>
 
 #include "classify/ObjectEvidence.h"
 #include "classify/RoomEvidence.h"
@@ -14,6 +15,8 @@ namespace {
 // in twenty did; looking for joints and faces in all of them finds no further people, but bodies in armchairs
 // and faces in door handles.
 constexpr float possiblePerson = 0.2f;
+// The detector is often unsure of people whom the pose confirms.
+constexpr float confirmedPerson = 0.5f;
 // The surest of a crowd are enough to confirm that there are people.
 constexpr std::size_t mostPosesRead = 2;
 // How much further than the person's box the pose detector looks, as it was trained to see the whole body with room
@@ -37,11 +40,11 @@ auto timed(VisionTimings *timings, VisionTimings::Sum VisionTimings::*sum, Work 
 }
 
 // In the order of the detector: the surest first.
-std::vector<HumanObservation> humansAmong(std::span<const DetectedObject> objects)
+std::vector<HumanObservation> possiblePeople(std::span<const DetectedObject> objects)
 {
     std::vector<HumanObservation> humans;
     for (const auto &object : objects) {
-        if (object.kind == ObjectEvidence::personKind) {
+        if (object.kind == ObjectEvidence::personKind && object.confidence >= possiblePerson) {
             humans.push_back({object.box, object.confidence});
         }
     }
@@ -51,11 +54,6 @@ std::vector<HumanObservation> humansAmong(std::span<const DetectedObject> object
 bool isStrip(const QImage &frame)
 {
     return std::min(frame.width(), frame.height()) < narrowestShape * std::max(frame.width(), frame.height());
-}
-
-bool isPossible(const HumanObservation &human)
-{
-    return human.confidence >= possiblePerson;
 }
 
 } // namespace
@@ -82,29 +80,30 @@ std::optional<ModelRequests::Sight> ModelRequests::lookAt(const QImage &frame) c
     if (!word) {
         return std::nullopt;
     }
-    const auto humans = humansAmong(seen->objects);
-    const auto poses = countPoses(frame, humans);
-    const auto faces = countFaces(frame, humans);
-    if (!poses || !faces) {
+    auto people = confirmPeople(frame, seen->objects);
+    if (!people) {
         return std::nullopt;
     }
-    return Sight{.objects = std::move(seen->objects), .word = std::move(*word), .poses = *poses, .faces = *faces};
+    return Sight{.objects = std::move(seen->objects), .word = std::move(*word), .people = std::move(*people)};
 }
 
 std::vector<std::optional<FrameObservations>> ModelRequests::perform(std::span<const QImage> frames) const
 {
     std::vector<Sight> sights;
     std::vector<RoomHead::Word> words;
+    std::vector<PersonEvidence::Confirmation> people;
     for (std::size_t i = 0; i < frames.size(); ++i) {
         if (auto sight = lookAt(frames[i])) {
             sight->frame = i;
             if (!isStrip(frames[i])) {
                 words.push_back(sight->word);
             }
+            people.push_back(sight->people);
             sights.push_back(std::move(*sight));
         }
     }
     const auto place = m_models->rooms().read(words);
+    const bool hasPerson = PersonEvidence::showsPerson(people);
     std::vector<std::optional<FrameObservations>> answers(frames.size());
     for (const auto &sight : sights) {
         auto &answer = answers[sight.frame].emplace();
@@ -112,9 +111,11 @@ std::vector<std::optional<FrameObservations>> ModelRequests::perform(std::span<c
             answer.classifications = RoomEvidence::merged(place, ObjectEvidence::observations(sight.objects));
         }
         answer.featurePrint = sight.word.print;
-        answer.humans = humansAmong(sight.objects);
-        answer.bodyPoses = sight.poses;
-        answer.faces = sight.faces;
+        if (hasPerson) {
+            answer.humans = sight.people.people;
+            answer.bodyPoses = static_cast<int>(sight.people.people.size());
+            answer.faces = sight.people.faces;
+        }
     }
     return answers;
 }
@@ -124,13 +125,20 @@ std::vector<QString> ModelRequests::supportedIdentifiers() const
     return RoomEvidence::identifiers(m_models->rooms());
 }
 
-std::optional<int> ModelRequests::countPoses(const QImage &frame, std::span<const HumanObservation> humans) const
+std::optional<PersonEvidence::Confirmation> ModelRequests::confirmPeople(const QImage &frame,
+                                                                         std::span<const DetectedObject> objects) const
 {
-    int count = 0;
-    for (const auto &human : humans.first(std::min(humans.size(), mostPosesRead))) {
-        if (!isPossible(human)) {
-            break;
-        }
+    PersonEvidence::Confirmation confirmed;
+    const auto humans = possiblePeople(objects);
+    if (humans.empty()) {
+        return confirmed;
+    }
+    const auto faces =
+        timed(m_timings, &VisionTimings::face, [&] { return m_models->face().detect(frame, minFaceConfidence); });
+    if (!faces) {
+        return std::nullopt;
+    }
+    for (const auto &human : humans | std::views::take(mostPosesRead)) {
         const double right = human.boundingBox.width() * poseMargin;
         const double down = human.boundingBox.height() * poseMargin;
         const auto part = human.boundingBox.adjusted(-right, -down, right, down);
@@ -138,19 +146,12 @@ std::optional<int> ModelRequests::countPoses(const QImage &frame, std::span<cons
         if (!pose) {
             return std::nullopt;
         }
-        count += PoseDetector::isBody(*pose) ? 1 : 0;
+        if (PersonEvidence::isPresent(human, *pose, *faces)) {
+            confirmed.people.push_back({human.boundingBox, std::max(human.confidence, confirmedPerson)});
+            confirmed.faces += PersonEvidence::facesIn(human.boundingBox, *faces);
+        }
     }
-    return count;
-}
-
-std::optional<int> ModelRequests::countFaces(const QImage &frame, std::span<const HumanObservation> humans) const
-{
-    if (!std::ranges::any_of(humans, isPossible)) {
-        return 0;
-    }
-    const auto faces =
-        timed(m_timings, &VisionTimings::face, [&] { return m_models->face().detect(frame, minFaceConfidence); });
-    return faces ? std::optional(static_cast<int>(faces->size())) : std::nullopt;
+    return confirmed;
 }
 
 } // namespace larkspan

@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "classify/PersonEvidence.h"
 #include "classify/VisionModels.h"
 #include "classify/VisionRequests.h"
 
@@ -24,8 +25,9 @@ struct VisionTimings
 };
 
 // The five requests, answered by the networks: the object detector and the scene network give the classification and
-// the print, the detector the human rectangles too; the two that confirm a person look only where it holds a person to
-// be possible. The frames of a clip are judged together.
+// the print, the detector the human rectangles too; pose and face are asked only where it holds a person to be
+// possible, and a person counts only if they confirm it in most frames of the clip. The frames of a clip are judged
+// together.
 class ModelRequests : public VisionRequests
 {
 public:
@@ -42,13 +44,12 @@ private:
         std::size_t frame = 0; // its place in the clip
         std::vector<DetectedObject> objects;
         RoomHead::Word word;
-        int poses = 0;
-        int faces = 0;
+        PersonEvidence::Confirmation people;
     };
 
     std::optional<Sight> lookAt(const QImage &frame) const;
-    std::optional<int> countPoses(const QImage &frame, std::span<const HumanObservation> humans) const;
-    std::optional<int> countFaces(const QImage &frame, std::span<const HumanObservation> humans) const;
+    std::optional<PersonEvidence::Confirmation> confirmPeople(const QImage &frame,
+                                                              std::span<const DetectedObject> objects) const;
 
     std::shared_ptr<const VisionModels> m_models;
     VisionTimings *m_timings;

@@ -96,12 +96,4 @@ std::optional<BodyPose> PoseDetector::read(const QImage &image, const QRectF &pa
     return pose;
 }
 
-bool PoseDetector::isBody(const BodyPose &pose)
-{
-    // Of the boxes that might hold a person, in photos of rooms, seven in a hundred pass; half of those are people.
-    constexpr float sureJoint = 0.4f;
-    constexpr int neededJoints = 6;
-    return std::ranges::count_if(pose.confidence, [](float value) { return value >= sureJoint; }) >= neededJoints;
-}
-
 } // namespace larkspan

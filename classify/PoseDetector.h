@@ -15,6 +15,9 @@ struct BodyPose
 {
     // Nose, eyes, ears, shoulders, elbows, wrists, hips, knees, ankles; left before right.
     static constexpr int jointCount = 17;
+    static constexpr std::size_t nose = 0;
+    static constexpr std::size_t leftShoulder = 5;
+    static constexpr std::size_t leftHip = 11;
 
     std::array<float, jointCount> confidence{}; // 0...1
     std::array<QPointF, jointCount> joints{};   // in shares of the picture, origin at the top left
@@ -23,7 +26,7 @@ struct BodyPose
 };
 
 // Reads the joints of the body in the middle of a part of a picture. It always reads some: whether there is a body
-// at all is for isBody() to say.
+// at all is for PersonEvidence to say.
 class PoseDetector
 {
 public:
@@ -31,9 +34,6 @@ public:
 
     // part: in shares of the picture; it is looked at as the square around it. Nothing if the engine fails. Any thread.
     [[nodiscard]] std::optional<BodyPose> read(const QImage &image, const QRectF &part) const;
-
-    // Whether the joints are sure enough, and enough of them, to be those of a person and not of a chair or a lamp.
-    [[nodiscard]] static bool isBody(const BodyPose &pose);
 
 private:
     explicit PoseDetector(InferenceSession session) : m_session(std::move(session)) {}
