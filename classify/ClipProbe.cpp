@@ -167,12 +167,19 @@ ClipPtr probeClipWithin(const FileUrl &url, const MediaLimits &limits, std::int6
         metadata = file->isFormat("mov") ? movieMetadata(*file) : plainMetadata(format);
         clip->cameraModel = metadata.cameraModel;
         clip->timecode = cameraTimecode(*file);
+        clip->isTimecodeRead = true;
         if (bytesRead != nullptr) {
             *bytesRead = file->bytesRead();
         }
     }
     clip->creationDate = metadata.creationDate ? *metadata.creationDate : dateFromFileSystem(fileDates(url));
     return clip;
+}
+
+std::optional<Timecode> readTimecode(const FileUrl &url)
+{
+    const auto file = MediaFile::open(url, MediaFile::Purpose::Probe, {});
+    return file ? cameraTimecode(*file) : std::nullopt;
 }
 
 FileDates fileDates(const FileUrl &url)

@@ -15,6 +15,9 @@ namespace larkspan {
 // The same within other limits; bytesRead, if given, gets what was read from the file.
 [[nodiscard]] ClipPtr probeClipWithin(const FileUrl &url, const MediaLimits &limits, std::int64_t *bytesRead = nullptr);
 
+// The timecode of the first frame alone; none for a file that can't be read. Any thread.
+[[nodiscard]] std::optional<Timecode> readTimecode(const FileUrl &url);
+
 // The dates a file system keeps of a file, as far as it does.
 struct FileDates
 {

@@ -36,7 +36,8 @@ public:
     std::int32_t frameDurationScale = 60000;
     Date creationDate = distantPast;
     QString cameraModel;
-    std::optional<Timecode> timecode; // of the first frame; none if the file has none, and for a reopened clip
+    std::optional<Timecode> timecode; // of the first frame; none if the file has none
+    bool isTimecodeRead = false;      // a reopened clip's isn't yet
 
     QString primaryBin;             // a bin name, "Unsorted" or a split name such as "Kitchen 2"
     std::vector<QString> extraBins; // secondary bins in order

@@ -16,6 +16,7 @@
 
 #include "core/CloudSettings.h"
 #include "core/FileUrl.h"
+#include "core/HandoffFormat.h"
 #include "core/MediaClip.h"
 #include "core/NLE.h"
 #include "core/Project.h"
@@ -116,6 +117,12 @@ public:
     // Copies or moves the footage into a folder for each bin if the options say so, writes the event and goes to done,
     // or to failed. Does nothing without a folder, or for an editor that can't read the event.
     Q_INVOKABLE void exportEvent();
+    // Numbered bins without a gap in their numbers, as an export leaves them.
+    void closeGapsInBins();
+    // Where the shoot is written for another program: beside the event, or where that would go. None without a folder.
+    [[nodiscard]] std::optional<FileUrl> handoffFile(HandoffFormat format) const;
+    // Asks how to write the shoot for another program.
+    Q_INVOKABLE void chooseHandoff();
     // From done and failed back to the clips.
     Q_INVOKABLE void backToResults();
     // Sorts the current folder once more; nothing without one.
@@ -314,6 +321,8 @@ private:
     void organizeAndWrite(const Export &work);
     std::vector<ClipToOrganize> toOrganize(const Export &work) const;
     void finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized);
+    // The folder that the options say, for a shoot that lies in this one.
+    [[nodiscard]] FileUrl folderOfEvent(const FileUrl &folder) const;
     // directory: none for the folder that the options say.
     [[nodiscard]] tl::expected<FileUrl, std::error_code> writeEventFile(const Export &work,
                                                                         const std::optional<FileUrl> &directory) const;

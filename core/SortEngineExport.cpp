@@ -50,17 +50,37 @@ void SortEngine::exportEvent()
         m_exportsOnceFound = true;
         return;
     }
-    const auto renamed = renumberSplitBins(m_clips);
-    if (const auto name = renamed.find(m_selectedBin.value_or(QString())); name != renamed.end()) {
-        setSelectedBin(name->second);
-    }
-    Q_EMIT clipsChanged();
+    closeGapsInBins();
     const Export work{.folder = *m_folder, .clips = m_clips, .root = m_importRoot.value_or(*m_folder)};
     if (m_options.fileHandling == FileHandling::inPlace) {
         writeEvent(work, std::nullopt);
     } else {
         organizeAndWrite(work);
     }
+}
+
+void SortEngine::closeGapsInBins()
+{
+    const auto renamed = renumberSplitBins(m_clips);
+    if (const auto name = renamed.find(m_selectedBin.value_or(QString())); name != renamed.end()) {
+        setSelectedBin(name->second);
+    }
+    Q_EMIT clipsChanged();
+}
+
+std::optional<FileUrl> SortEngine::handoffFile(HandoffFormat format) const
+{
+    if (!m_folder) {
+        return std::nullopt;
+    }
+    const std::filesystem::path folder =
+        m_stage.event ? m_stage.event->path().parent_path() : folderOfEvent(*m_folder).path();
+    return FileUrl(folder / (m_folder->lastPathBytes() + handoffSuffix(format).toStdString()));
+}
+
+void SortEngine::chooseHandoff()
+{
+    m_seams.chooseHandoff();
 }
 
 void SortEngine::backToResults()
@@ -146,12 +166,15 @@ void SortEngine::finishOrganizing(const Run &run, const Export &work, const Orga
     }
 }
 
+FileUrl SortEngine::folderOfEvent(const FileUrl &folder) const
+{
+    return m_options.writeNextToFootage ? folder : documentsFolder().value_or(folder);
+}
+
 tl::expected<FileUrl, std::error_code> SortEngine::writeEventFile(const Export &work,
                                                                   const std::optional<FileUrl> &directory) const
 {
-    const FileUrl folder = directory                      ? *directory
-                           : m_options.writeNextToFootage ? work.folder
-                                                          : documentsFolder().value_or(work.folder);
+    const FileUrl folder = directory ? *directory : folderOfEvent(work.folder);
     // The name goes by its bytes: a folder whose name is no UTF-8 has its event under the same one.
     FileUrl event(folder.path() / (work.folder.lastPathBytes() + ".fcpxml"));
     const QString text = m_seams.eventText(work.clips, work.folder.lastPathComponent());

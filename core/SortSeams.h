@@ -101,6 +101,8 @@ struct SortSeams
     std::function<void(const FileUrl &file)> revealFile;
     // Asks for a folder and hands it to the callback, on the main thread; not called back when nothing was chosen.
     std::function<void(const FolderPanel &panel, std::function<void(FileUrl)> chosen)> chooseFolder;
+    // Asks how to write the shoot for another program, on the main thread.
+    std::function<void()> chooseHandoff;
     // Where the settings are kept; outlives the engine. Without one they last as long as the engine.
     SettingsStore *settings = nullptr;
     // Where sorted shoots are kept; outlives the engine. Without one none is.

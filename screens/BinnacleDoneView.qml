@@ -80,6 +80,11 @@ FocusScope {
                 title: qsTr("Reveal in Finder")
                 onActivated: view.engine.revealEvent()
             }
+
+            LKButton {
+                title: qsTr("Export For…")
+                onActivated: view.engine.chooseHandoff()
+            }
         }
 
         Row {

@@ -9,6 +9,7 @@ IconButton {
 
     required property AppState app
     required property SortEngine engine
+    required property HandoffExport handoff
 
     signal exportClips
     signal exportVocabulary
@@ -36,6 +37,12 @@ IconButton {
             text: qsTr("Preferences…")
             keys: qsTr("Ctrl+,")
             onTriggered: control.app.openPreferences()
+        }
+
+        LKMenuItem {
+            text: qsTr("Export For…")
+            enabled: control.handoff.isAvailable
+            onTriggered: control.handoff.open()
         }
 
         LKMenu {

@@ -92,6 +92,7 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
     , m_engine(std::make_unique<SortEngine>(seams()))
     , m_volumeWatcher(std::move(volumes))
     , m_diagnostics(*m_engine, [this] { return localClassifier().supportedIdentifiers(); })
+    , m_handoff(*m_engine, m_settings, revealFile, {})
     , m_notice(*m_engine, [this] { return window() && window()->isActive(); })
 {
     // The style is the process's, and can't be set again once a window was loaded.
@@ -125,6 +126,7 @@ bool LarkspanApp::open()
         {u"volumeWatcher"_s, QVariant::fromValue(&m_volumeWatcher)},
         {u"folderRequest"_s, QVariant::fromValue(&m_folderRequest)},
         {u"diagnostics"_s, QVariant::fromValue(&m_diagnostics)},
+        {u"handoff"_s, QVariant::fromValue(&m_handoff)},
         {u"buildNumber"_s, LARKSPAN_BUILD_NUMBER},
     });
     // Opens the device and makes the cues now: in the middle of the intro it would be seen to halt.
@@ -179,6 +181,7 @@ SortSeams LarkspanApp::seams()
         .revealFile = revealFile,
         .chooseFolder = [this](const FolderPanel &panel,
                                std::function<void(FileUrl)> chosen) { m_folderRequest.ask(panel, std::move(chosen)); },
+        .chooseHandoff = [this] { m_handoff.open(); },
         .settings = &m_settings,
         .projects = &m_projects,
     };

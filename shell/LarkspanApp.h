@@ -17,6 +17,7 @@
 #include "shell/AppState.h"
 #include "shell/DiagnosticsExport.h"
 #include "shell/FolderRequest.h"
+#include "shell/HandoffExport.h"
 #include "shell/WorkNotice.h"
 
 class QQuickWindow;
@@ -74,6 +75,7 @@ private:
     std::unique_ptr<SortEngine> m_engine;
     VolumeWatcher m_volumeWatcher;
     DiagnosticsExport m_diagnostics;
+    HandoffExport m_handoff;
     WorkNotice m_notice;
     QQmlApplicationEngine m_qml; // last: what it shows goes before what is shown
 };

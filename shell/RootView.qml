@@ -13,6 +13,7 @@ Window {
     required property VolumeWatcher volumeWatcher
     required property FolderRequest folderRequest
     required property DiagnosticsExport diagnostics
+    required property HandoffExport handoff
     required property int buildNumber
     property string classifierProblem
 
@@ -22,7 +23,7 @@ Window {
 
     readonly property real glassBlur: 12 // of the overlays' glass, in points
     // The place of the topmost overlay in the stack; 0 without one.
-    readonly property real coveredUpTo: Math.max(cardOffer.level, preview.level, preferences.level, closeGuard.level, diagnosticsPanels.level)
+    readonly property real coveredUpTo: Math.max(cardOffer.level, preview.level, preferences.level, handoffSheet.level, closeGuard.level, diagnosticsPanels.level)
 
     // To be answered with the chime.
     signal introChimeDue
@@ -33,6 +34,8 @@ Window {
             engine.closePreview();
         else if (app.showPreferences)
             app.showPreferences = false;
+        else if (handoff.isShown)
+            handoff.close();
         else if (volumeWatcher.hasCandidate)
             volumeWatcher.decline();
     }
@@ -66,7 +69,7 @@ Window {
 
     InputGuard {
         window: root
-        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.volumeWatcher.hasCandidate}`
+        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.handoff.isShown} ${root.volumeWatcher.hasCandidate}`
     }
 
     FocusScope {
@@ -143,6 +146,7 @@ Window {
             visible: root.app.phase === AppState.App
             app: root.app
             engine: root.engine
+            handoff: root.handoff
             onExportClips: diagnosticsPanels.exportClips()
             onExportVocabulary: diagnosticsPanels.exportVocabulary()
         }
@@ -181,6 +185,22 @@ Window {
         }
     }
 
+    ModalOverlay {
+        id: handoffSheet
+
+        objectName: "handoffOverlay"
+        shown: root.handoff.isShown && root.app.phase === AppState.App
+        scrimOpacity: 0.4
+        z: 2
+        onScrimTapped: root.handoff.close()
+        onEscaped: root.closeTopmost()
+
+        HandoffSheet {
+            focus: true
+            handoff: root.handoff
+        }
+    }
+
     CardOffer {
         id: cardOffer
 
@@ -189,7 +209,7 @@ Window {
         app: root.app
         engine: root.engine
         volumeWatcher: root.volumeWatcher
-        isTopmost: !preview.visible && !preferences.visible && !closeGuard.visible && !diagnosticsPanels.covers
+        isTopmost: !preview.visible && !preferences.visible && !handoffSheet.visible && !closeGuard.visible && !diagnosticsPanels.covers
         z: 1
         onEscaped: root.closeTopmost()
     }

@@ -95,3 +95,43 @@ TEST_F(MenuTest, AFileThatCannotBeWrittenIsSaidAndNothingIsLeft)
     EXPECT_TRUE(goes(u"The file couldn't be written"_s));
     EXPECT_FALSE(fs::exists(desk / "vision-vocabulary.txt"));
 }
+
+TEST_F(MenuTest, ExportForWritesTheShootInTheChosenFormatByKeyboardAndReveals)
+{
+    open();
+    Desktop::key(u"F10"_s);
+    EXPECT_FALSE(shown(u"Export For…"_s).isEnabled());
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Preferences…"_s));
+    sort();
+    Desktop::key(u"F10"_s);
+    Desktop::click(shown(u"Export For…"_s));
+    ASSERT_TRUE(waitUntil([this] { return handoff.isShown(); }));
+    ASSERT_TRUE(hasKeyboard(u"Export"_s));
+    Desktop::click(shown(u"Keywords as a table (CSV)"_s));
+    ASSERT_TRUE(waitUntil([this] { return handoff.format() == u"csv"_s; }));
+    Desktop::click(shown(u"A Mac"_s));
+    ASSERT_TRUE(waitUntil([this] { return handoff.place() == u"mac"_s; }));
+    (void)shown(u"Writes "_s + handoff.file());
+    // Of the sheet: the footer below has one too.
+    Desktop::click(*findShown(shown(u"Export For…"_s).parentItem(), u"Export"_s));
+    (void)shown(u"Written: "_s + handoff.file());
+    EXPECT_THAT(bytesOf(handoff.file().toStdString()), testing::StartsWith("File Name,Clip Directory,"));
+    ASSERT_TRUE(hasKeyboard(u"Reveal"_s));
+    Desktop::key(u"Return"_s);
+    EXPECT_TRUE(waitUntil([this] { return revealed.size() == 1; }));
+    Desktop::key(u"Escape"_s);
+    EXPECT_TRUE(waitUntil([this] { return !handoff.isShown(); }));
+}
+
+TEST_F(MenuTest, TheArrowsWalkTheFormatsOfExportFor)
+{
+    open();
+    sort();
+    handoff.open();
+    Desktop::click(shown(u"Kdenlive project"_s));
+    Desktop::key(u"Down"_s);
+    EXPECT_TRUE(waitUntil([this] { return handoff.format() == u"fcpxml-timeline"_s; }));
+    Desktop::key(u"Up"_s);
+    EXPECT_TRUE(waitUntil([this] { return handoff.format() == u"kdenlive"_s; }));
+}

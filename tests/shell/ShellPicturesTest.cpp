@@ -63,6 +63,7 @@ TEST_F(ScreenPictures, TheHeader)
     (void)shown(u"Diagnostics"_s);
     Desktop::key(u"Down"_s);
     Desktop::key(u"Down"_s);
+    Desktop::key(u"Down"_s);
     Desktop::key(u"Right"_s);
     (void)shown(u"Export Vision Vocabulary…"_s);
     picture(u"menu"_s);

@@ -10,6 +10,7 @@
 #include "shell/AppState.h"
 #include "shell/DiagnosticsExport.h"
 #include "shell/FolderRequest.h"
+#include "shell/HandoffExport.h"
 #include "shell/VolumeWatcherForeign.h"
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/Desktop.h"
@@ -56,6 +57,7 @@ protected:
             {QStringLiteral("volumeWatcher"), QVariant::fromValue(&watcher)},
             {QStringLiteral("folderRequest"), QVariant::fromValue(&folders)},
             {QStringLiteral("diagnostics"), QVariant::fromValue(&diagnostics)},
+            {QStringLiteral("handoff"), QVariant::fromValue(&handoff)},
             {QStringLiteral("buildNumber"), 7},
         });
         qml.load(QStringLiteral("qrc:/qt/qml/Larkspan/Shell/RootView.qml"));
@@ -141,6 +143,7 @@ protected:
             ++copied;
             return {};
         };
+        parts.chooseHandoff = [this] { handoff.open(); };
         parts.settings = &store;
         if (change) {
             change(parts);
@@ -163,6 +166,9 @@ protected:
     DiagnosticsExport diagnostics{engine, [] {
                                       return std::vector<QString>{QStringLiteral("sofa"), QStringLiteral("bed")};
                                   }};
+    HandoffExport handoff{
+        engine, store, [this](const FileUrl &file) { revealed.push_back(file); },
+        HandoffExport::System{.mountTable = desk / "mounts", .deviceTree = desk.path(), .labels = desk.path()}};
     QQmlApplicationEngine qml; // last: what it shows goes before what is shown
     QQuickWindow *window = nullptr;
 };

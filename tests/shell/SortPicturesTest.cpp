@@ -121,3 +121,18 @@ TEST_F(ScreenPictures, TheEventWritten)
     (void)shown(u"Event created"_s);
     picture(u"done"_s);
 }
+
+TEST_F(ScreenPictures, ExportFor)
+{
+    openInCorner();
+    sortSample();
+    handoff.open();
+    (void)shown(u"Writes "_s + handoff.file());
+    mayBeElided.insert(u"Writes "_s + handoff.file());
+    mayBeElided.insert(u"Clips as "_s + handoff.example());
+    picture(u"export-for"_s);
+    handoff.write();
+    (void)shown(u"Written: "_s + handoff.file());
+    mayBeElided.insert(u"Written: "_s + handoff.file());
+    picture(u"export-for-written"_s);
+}

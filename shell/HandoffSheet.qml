@@ -1,0 +1,138 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Larkspan.Design
+import Larkspan.Shell
+
+// Writes the sorted shoot for another program: in which format, with which paths, and where.
+FocusScope {
+    id: sheet
+
+    required property HandoffExport handoff
+
+    // Room for the example and the outcome, so that the sheet stands still when they change.
+    component Note: Text {
+        width: column.width
+        font: LK.font(11)
+        color: LK.palette.textTertiary
+        wrapMode: Text.WrapAnywhere
+        maximumLineCount: 2
+        elide: Text.ElideMiddle
+        textFormat: Text.PlainText
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
+    implicitWidth: 480
+    implicitHeight: column.implicitHeight + 48
+    Accessible.role: Accessible.Dialog
+    Accessible.name: title.text
+
+    LKModalPanel {
+        anchors.fill: parent
+    }
+
+    Column {
+        id: column
+
+        x: 24
+        y: 24
+        width: parent.width - 48
+        spacing: 12
+
+        Text {
+            id: title
+
+            text: qsTr("Export For…")
+            font: LK.font(15, Font.DemiBold)
+            color: LK.palette.textPrimary
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        Column {
+            width: parent.width
+            spacing: 2
+            Accessible.role: Accessible.Grouping
+            Accessible.name: qsTr("Format")
+
+            Repeater {
+                id: rows
+
+                model: sheet.handoff.formats
+
+                HandoffFormatRow {
+                    required property int index
+                    required property var modelData
+
+                    function choose(other: int) {
+                        if (other >= 0 && other < rows.count) {
+                            sheet.handoff.format = sheet.handoff.formats[other].value;
+                            rows.itemAt(other).forceActiveFocus(Qt.TabFocusReason);
+                        }
+                    }
+
+                    width: column.width
+                    label: modelData.label
+                    detail: modelData.detail
+                    selected: sheet.handoff.format === modelData.value
+                    onChosen: sheet.handoff.format = modelData.value
+                    Keys.onUpPressed: choose(index - 1)
+                    Keys.onDownPressed: choose(index + 1)
+                }
+            }
+        }
+
+        Row {
+            spacing: 12
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: qsTr("It will be opened on")
+                font: LK.font(12.5)
+                color: LK.palette.textSecondary
+            }
+
+            LKSegmented {
+                label: qsTr("Where the media will be")
+                options: sheet.handoff.places
+                selection: sheet.handoff.place
+                onActivated: value => sheet.handoff.place = value
+            }
+        }
+
+        Note {
+            text: qsTr("Clips as %1").arg(sheet.handoff.example)
+        }
+
+        Note {
+            text: sheet.handoff.problem !== "" ? qsTr("The file couldn't be written: %1").arg(sheet.handoff.problem) : sheet.handoff.isWritten ? qsTr("Written: %1").arg(sheet.handoff.file) : qsTr("Writes %1").arg(sheet.handoff.file)
+            color: sheet.handoff.problem !== "" ? LK.palette.danger : sheet.handoff.isWritten ? LK.palette.textPrimary : LK.palette.textTertiary
+        }
+
+        Row {
+            anchors.right: parent.right
+            spacing: 8
+
+            LKButton {
+                title: sheet.handoff.isWritten ? qsTr("Done") : qsTr("Cancel")
+                onActivated: sheet.handoff.close()
+            }
+
+            LKButton {
+                visible: !sheet.handoff.isWritten
+                focus: visible
+                kind: LKButton.Accent
+                title: qsTr("Export")
+                onActivated: sheet.handoff.write()
+            }
+
+            LKButton {
+                visible: sheet.handoff.isWritten
+                focus: visible
+                kind: LKButton.Accent
+                title: qsTr("Reveal")
+                onActivated: sheet.handoff.reveal()
+            }
+        }
+    }
+}
