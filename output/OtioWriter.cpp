@@ -100,7 +100,7 @@ QByteArray OtioWriter::timeline(std::span<const ClipPtr> clips, const QString &n
                                                           {u"tracks"_s, stack},
                                                           {u"global_start_time"_s, time(0, rate)},
                                                           {u"metadata"_s, QJsonObject()}});
-    return QJsonDocument(timeline).toJson();
+    return QJsonDocument(timeline).toJson(QJsonDocument::Compact);
 }
 
 } // namespace larkspan
