@@ -135,3 +135,13 @@ TEST_F(MenuTest, TheArrowsWalkTheFormatsOfExportFor)
     Desktop::key(u"Up"_s);
     EXPECT_TRUE(waitUntil([this] { return handoff.format() == u"kdenlive"_s; }));
 }
+
+TEST_F(MenuTest, TheDoneScreenOffersExportForToo)
+{
+    open();
+    sort();
+    engine.exportEvent();
+    (void)shown(u"Event created"_s);
+    Desktop::click(shown(u"Export For…"_s));
+    EXPECT_TRUE(waitUntil([this] { return handoff.isShown(); }));
+}
