@@ -255,6 +255,24 @@ TEST_F(ImportFaults, AFolderThatCannotBeSyncedFailsWhatWasCopiedIntoIt)
     expectMoveFails(BadFolderSync(), {urls[0]});
 }
 
+TEST_F(ImportFaults, CopiesWhoseNamesMayNotLastAreAFailureOfTheirFolderUnlessAnotherCameFirst)
+{
+    class BadFolderSync : public FileOperations
+    {
+    public:
+        int sync(int fd) const override
+        {
+            return pathOf(fd).ends_with("/root") ? failing(EIO) : FileOperations::sync(fd);
+        }
+    };
+    fs::create_directories(root);
+    EXPECT_EQ(copyFiles(urls, root, VerifyLevel::sizeOnly, BadFolderSync()),
+              tl::unexpected(ImportError{SystemFailure{FileUrl(root), std::make_error_code(std::errc::io_error)}}));
+    const FileUrl missing(folder / "card/missing.mov");
+    EXPECT_EQ(copyFiles({urls[1], missing}, root, VerifyLevel::sizeOnly, BadFolderSync()),
+              tl::unexpected(ImportError{SourceMissing{missing}}));
+}
+
 TEST_F(ImportFaults, AnErrorOnClosingFailsTheCopy)
 {
     class BadClose : public FileOperations
@@ -367,6 +385,17 @@ TEST_F(ImportFaults, ASourceRewrittenUnderItsOldSizeAndTimeIsNotClean)
               tl::unexpected(ImportError{VerificationFailed{{urls[0]}}}));
     EXPECT_EQ(contentOf(source), footage(3, large.size()));
     EXPECT_THAT(namesBeneath(root), ElementsAre("Pool/small.mov"));
+}
+
+TEST_F(ImportFaults, ASourceThatIsGoneByItselfBeforeItWouldBeDeletedIsNoFailure)
+{
+    const auto remove = [&](int done, int) {
+        if (done == 2) {
+            fs::remove(folder / "card/large.mov");
+        }
+    };
+    EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, remove, {}));
+    expectMovedWhole();
 }
 
 TEST_F(ImportFaults, ASourceExchangedAfterItsCopyIsNotDeleted)

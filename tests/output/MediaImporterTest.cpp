@@ -81,6 +81,24 @@ TEST(MediaImporter, AnEmptyListGivesAnEmptyResultWhereThereIsRoom)
     EXPECT_EQ(copyFiles({}, folder / "shoot"), std::vector<CopyResult>());
     EXPECT_TRUE(fs::is_directory(folder / "shoot"));
     EXPECT_EQ(copyByBin({}, folder / "root"), (std::map<QUuid, FileUrl>()));
+    EXPECT_EQ(moveByBin({}, folder / "root"), (std::map<QUuid, FileUrl>()));
+}
+
+TEST(MediaImporter, PathsFromTheWorkingFolderAreAsGoodAsWholeOnes)
+{
+    const TempFolder folder;
+    const fs::path before = fs::current_path();
+    fs::create_directories(folder / "here");
+    fs::current_path(folder / "here");
+    writeContent("a.mov", "film");
+    fs::create_symlink(folder.write("raid/C0001.mov", "on the RAID"), "link.mov");
+    folder.write("here/CARD 1/.larkspan-0123456789abcdef.partial", "half a clip");
+    EXPECT_TRUE(copyFiles({FileUrl("a.mov")}, "CARD 2"));
+    EXPECT_EQ(moveByBin({clipIn("link.mov", u"A"_s)}, "root"),
+              tl::unexpected(ImportError{LinkedSources{{FileUrl("link.mov")}}}));
+    EXPECT_TRUE(moveByBin({clipIn("a.mov", u"A"_s)}, "root"));
+    fs::current_path(before);
+    EXPECT_THAT(namesBeneath(folder / "here"), ElementsAre("CARD 2/a.mov", "link.mov", "root/A/a.mov"));
 }
 
 TEST(MediaImporter, ADestinationWhoseCapacityCannotBeReadPassesTheSpaceCheck)
