@@ -132,12 +132,24 @@ TEST_F(AppStateTest, OpeningAToolShowsItAndForgetsTheNotifyForm)
     EXPECT_TRUE(app->isSortToolOpen());
 }
 
+TEST_F(AppStateTest, WhetherTheSortToolIsOpenIsToldWhenTheViewOrTheToolChanges)
+{
+    const auto app = launch();
+    std::vector<bool> told;
+    QObject::connect(app.get(), &AppState::isSortToolOpenChanged, [&] { told.push_back(app->isSortToolOpen()); });
+    app->openTool(u"binnacle"_s);
+    EXPECT_THAT(told, ElementsAre(true));
+    app->openTool(u"huelock"_s);
+    EXPECT_THAT(told, ElementsAre(true, false));
+}
+
 TEST_F(AppStateTest, ClosingAToolLetsItLeaveBeforeTheLauncherComes)
 {
     const auto app = launch();
     app->openTool(u"binnacle"_s);
     app->closeTool();
     EXPECT_TRUE(app->closing());
+    EXPECT_EQ(app->findChild<QTimer *>()->intervalAsDuration(), AppState::closingTime);
     EXPECT_EQ(app->view(), AppState::ViewMode::Tool);
     const auto *timer = app->findChild<QTimer *>();
     EXPECT_EQ(timer->intervalAsDuration(), std::chrono::milliseconds(270));
