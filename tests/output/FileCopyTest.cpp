@@ -282,6 +282,20 @@ TEST_F(FileCopyTest, ADiskThatTakesNoByteAtAllFailsTheCopy)
     EXPECT_EQ(outcomeOf(folder.write("large.mov", footage(1, chunkSize)), Taking()), "Input/output error");
 }
 
+TEST_F(FileCopyTest, ADiskThatRefusesWritesInBothModesFailsTheCopy)
+{
+    class Refusing : public FileOperations
+    {
+    public:
+        ssize_t write(int, const void *, std::size_t, off_t) const override
+        {
+            errno = EINVAL;
+            return -1;
+        }
+    };
+    EXPECT_EQ(outcomeOf(folder.write("large.mov", footage(1, chunkSize)), Refusing()), "Invalid argument");
+}
+
 TEST_F(FileCopyTest, ADiskThatTakesOneByteAtATimeGetsThemAll)
 {
     Watching files(1);

@@ -308,7 +308,7 @@ TEST(MediaImporter, KeepsTimesPermissionsAndExtendedAttributes)
     const TempFolder folder;
     const fs::path source = folder.write("card/a.mov", "a");
     ASSERT_EQ(::setxattr(source.c_str(), "user.camera", "TestCam", 7, 0), 0);
-    fs::permissions(source, fs::perms(0440));
+    fs::permissions(source, fs::perms(04555));
     const std::array times{timespec{.tv_sec = 1'500'000'000, .tv_nsec = 1},
                            timespec{.tv_sec = 1'400'000'000, .tv_nsec = 123'456'789}};
     ASSERT_EQ(::utimensat(AT_FDCWD, source.c_str(), times.data(), 0), 0);
@@ -318,7 +318,7 @@ TEST(MediaImporter, KeepsTimesPermissionsAndExtendedAttributes)
     struct stat copy
     {};
     ASSERT_EQ(::stat((folder / "shoot/a.mov").c_str(), &copy), 0);
-    EXPECT_EQ(copy.st_mode & 07777, 0440U);
+    EXPECT_EQ(copy.st_mode & 07777, 0555U) << "without the setuid bit";
     EXPECT_EQ(copy.st_mtim.tv_sec, 1'400'000'000);
     EXPECT_EQ(copy.st_mtim.tv_nsec, 123'456'789);
     char value[16] = {};
