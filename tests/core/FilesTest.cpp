@@ -1,7 +1,9 @@
+#include <csignal>
 #include <fstream>
 #include <sstream>
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 #include "core/AtomicFile.h"
 #include "core/CardFolder.h"
@@ -214,6 +216,24 @@ TEST(AtomicFile, NamesOfAnyBytesWork)
     fs::create_directory(path.parent_path());
     ASSERT_TRUE(writeFileAtomically(path, "text"));
     EXPECT_EQ(contentOf(path), "text");
+}
+
+TEST(AtomicFile, AFileThatCannotBeWrittenWholeLeavesTheOldOneAndNothingElse)
+{
+    const TempFolder folder;
+    const auto path = folder.write("event.fcpxml", "old");
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit fourBytes{.rlim_cur = 4, .rlim_max = before.rlim_max}; // a write that is cut short, then an error
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &fourBytes), 0);
+    const auto answer = writeFileAtomically(path, "new and longer");
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    ASSERT_FALSE(answer);
+    EXPECT_EQ(answer.error(), std::errc::file_too_large);
+    EXPECT_EQ(contentOf(path), "old");
+    EXPECT_THAT(std::vector<fs::path>(fs::directory_iterator(folder.path()), fs::directory_iterator()), SizeIs(1));
 }
 
 TEST(AtomicFile, AFailureSaysWhyAndLeavesTheOldFile)
