@@ -1,13 +1,16 @@
 #!/usr/bin/env python3
-"""Breaks a source file in one small way at a time and tells which breaks the tests of its folder notice.
+"""Breaks a source file in one small way at a time and reports which breaks the tests of its folder miss.
 
     tests/mutation/mutate.py output/FileCopy.cpp core/BinRules.cpp
 
-A mutant that the tests fail on is killed; one that passes them all survives, and its diff is printed: either a test is
-missing or the change makes no difference. Works on a copy of the tree in build/mutation, built without optimization
-or sanitizers. Results are kept there: a run that was ended goes on where it was, and a file that was changed begins
-anew. After tests were added, or a --filter left some out, --again tries the survivors. Run by hand: a file takes from
-minutes to hours.
+A mutant that fails a test, crashes it or hangs it is caught; one that passes all tests survives, and its diff is
+printed: either a test is missing or the change makes no difference. Nothing of the checkout is changed. All mutants of
+function bodies are compiled into one object that an environment variable switches, which is linked in front of the
+folder's library; those of declarations are compiled one by one. The test programs are run directly, the tests that
+caught the last mutants first. Most tests wait for the disk: TMPDIR can name a quicker one.
+
+Results are kept in the build folder. A run that was ended goes on where it was, and a file that was changed begins anew.
+After tests were added, --again tries the survivors. Runs on different files can go on side by side.
 """
 import argparse
 import difflib
@@ -16,18 +19,17 @@ import json
 import os
 import random
 import re
+import shlex
 import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import time
 from dataclasses import dataclass
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
-WORK = ROOT / "build" / "mutation"
-TREE = WORK / "tree"
-BUILD = WORK / "cmake"
 
 TOKEN = re.compile(
     r"""(?P<skip>\s+|//[^\n]*|/\*.*?\*/|^[ \t]*\#(?:[^\n]*\\\n)*[^\n]*)
@@ -203,6 +205,23 @@ class Finder:
             second = self.between(colon + 1, end - 1)
             yield self.replaced(i + 1, end - 1, f"{second} : {first}", "branches swapped")
 
+    def bodies(self):
+        """The bodies of functions, as pairs of the tokens that open and close them."""
+        head = []  # of the declaration so far, without what is in brackets
+        i = 0
+        while i < len(self.tokens):
+            text = self.text(i)
+            if text == "{" and "(" not in head and {"namespace", "class", "struct"} & set(head):
+                head = []
+                i += 1
+                continue
+            if text == "{" and "(" in head and not {"=", "constexpr", "enum"} & set(head):
+                yield i, self.partner[i]
+                head = []
+            else:
+                head = [] if text in (";", "}") else head + [text]
+            i = self.after(i)
+
     def starts_statement(self, i):
         before = self.text(i - 1)
         if before in (";", "{", "}", "else"):
@@ -241,84 +260,222 @@ class Finder:
         return called
 
 
-def run(command, timeout=None, **more):
-    """Exit status and output; 'timeout' instead of the status if it took longer. Ends what it started."""
-    process = subprocess.Popen(
-        command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
-        start_new_session=True, **more,
-    )
-    try:
-        output, _ = process.communicate(timeout=timeout)
-        return process.returncode, output
-    except BaseException as error:
-        os.killpg(process.pid, signal.SIGTERM)  # ninja ends its compilers then
-        try:
-            process.wait(timeout=5)
-        except subprocess.TimeoutExpired:
-            os.killpg(process.pid, signal.SIGKILL)
-            process.wait()
-        if isinstance(error, subprocess.TimeoutExpired):
-            return "timeout", ""
-        raise
+def output_of(command):
+    done = subprocess.run(command, text=True, errors="replace", stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    if done.returncode != 0:
+        sys.exit(done.stdout)
+    return done.stdout
 
 
-def refresh_tree():
-    """Brings the copy of the tree up to date; what didn't change keeps its time, so that little is built anew."""
-    listed = subprocess.run(
-        ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT, check=True,
-        capture_output=True,
-    ).stdout.decode().split("\0")
-    wanted = {name for name in listed if name and (ROOT / name).is_file()}
-    for name in wanted:
-        source, copy = ROOT / name, TREE / name
-        if not copy.exists() or copy.read_bytes() != source.read_bytes():
-            copy.parent.mkdir(parents=True, exist_ok=True)
-            shutil.copy(source, copy)
-    for copy in list(TREE.rglob("*")):
-        if copy.is_file() and str(copy.relative_to(TREE)) not in wanted:
-            copy.unlink()
-
-
-def configure():
-    if (BUILD / "build.ninja").exists():
-        return
-    deps = os.environ.get("LARKSPAN_DEPS", str(ROOT / "build" / "deps"))
-    status, output = run([
-        "cmake", "-S", str(TREE), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Mutation",
-        "-DCMAKE_CXX_FLAGS=-O0 -w", f"-DLARKSPAN_DEPS={deps}",
-    ])
-    if status != 0:
-        sys.exit(output)
-
-
-def tests_of(folder):
+def test_programs(build, folder):
     """Names of the tests with a folder's label that are programs of ours, as their targets are."""
-    status, output = run(["ctest", "--test-dir", str(BUILD), "-L", f"^{folder}$", "--show-only=json-v1"])
-    if status != 0:
-        sys.exit(output)
-    names = [test["name"] for test in json.loads(output)["tests"]]
-    _, targets = run(["ninja", "-C", str(BUILD), "-t", "targets", "all"])
+    tests = json.loads(output_of(["ctest", "--test-dir", str(build), "-L", f"^{folder}$", "--show-only=json-v1"]))
+    targets = output_of(["ninja", "-C", str(build), "-t", "targets", "all"])
+    names = [test["name"] for test in tests["tests"]]
     return [name for name in names if re.search(rf"^{re.escape(name)}: ", targets, re.M)]
 
 
-def build(targets, timeout=None):
-    return run(["cmake", "--build", str(BUILD), "-j2", "--target", *targets], timeout)
+class TestProgram:
+    """One test program, which runs as ctest would run it."""
+
+    def __init__(self, build, name, filter):
+        self.build = build
+        tests = json.loads(output_of(["ctest", "--test-dir", str(build), "-R", f"^{name}$", "--show-only=json-v1"]))
+        [test] = tests["tests"]
+        properties = {entry["name"]: entry["value"] for entry in test["properties"]}
+        [self.path] = [part for part in test["command"] if part.endswith("/" + name)]
+        self.name = name
+        self.command = test["command"]
+        self.folder = properties["WORKING_DIRECTORY"]
+        self.environment = dict(os.environ, GTEST_FAIL_FAST="1")
+        self.environment.update(variable.split("=", 1) for variable in properties.get("ENVIRONMENT", []))
+        options = self.environment.get("ASAN_OPTIONS", "")
+        self.environment["ASAN_OPTIONS"] = f"{options}:hard_rss_limit_mb=4000"  # for what never stops growing
+        self.filter = filter
+        commands = output_of(["ninja", "-C", str(build), "-t", "commands", name]).splitlines()
+        self.output = f" -o {os.path.relpath(self.path, build)} "
+        [self.link_command] = [line for line in commands if self.output in line]
+        self.milliseconds = {}  # of each test
+        self.recent = []  # tests that caught something, the last first
+
+    def link(self, obj, program):
+        """What the object defines is no longer taken from the library behind it."""
+        command = self.link_command.replace(self.output, f" {shlex.quote(str(obj))} -o {shlex.quote(program)} ")
+        return subprocess.run(command, shell=True, cwd=self.build, capture_output=True).returncode == 0
+
+    def measure(self, program, scratch):
+        """Runs the program without a mutation, which must pass."""
+        outcome, test = self.run(program, self.filter, scratch, 0)
+        if outcome != "survived":
+            sys.exit(f"{self.name}: {test} fails without a mutation")
+
+    def judge(self, program, scratch, number):
+        quick = [test for test, time in self.milliseconds.items() if time < 100]
+        slow = [test for test in self.milliseconds if test not in quick]
+        for tests in (quick, slow):
+            recent = [test for test in self.recent if test in tests]
+            for some in (recent[:8], tests):
+                if some:
+                    outcome, test = self.run(program, ":".join(some), scratch, number)
+                    if outcome != "survived":
+                        if test:
+                            self.recent = [test] + [other for other in self.recent if other != test]
+                        return outcome, test
+        return "survived", None
+
+    def run(self, program, tests, scratch, number):
+        """The outcome, and the test that brought it. A test may take several times as long as it did at first."""
+        clear(scratch)
+        scratch.mkdir(parents=True)
+        process = subprocess.Popen(
+            [program if part == self.path else part for part in self.command], stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL, text=True, errors="replace", start_new_session=True, cwd=self.folder,
+            env=dict(self.environment, GTEST_FILTER=tests, TMPDIR=str(scratch), LARKSPAN_MUTANT=str(number)),
+        )
+        test, failed = None, None
+        try:
+            signal.alarm(60)
+            for line in process.stdout:
+                if begun := re.match(r"\[ RUN      \] (\S+)", line):
+                    test = begun[1]
+                    signal.alarm(10 + 10 * self.milliseconds.get(test, 60_000) // 1000)
+                elif passed := re.match(r"\[       OK \] (\S+) \((\d+) ms\)", line):
+                    self.milliseconds.setdefault(passed[1], int(passed[2]))
+                elif line.startswith("[  FAILED  ]"):
+                    failed = failed or test  # and the program ends, after it has cleaned up
+            return ("survived" if process.wait() == 0 else "killed"), failed or test
+        except TimeoutError:
+            return ("killed" if failed else "timed out"), failed or test
+        finally:
+            signal.alarm(0)
+            end(process)
 
 
-def test(names, tests, timeout=None):
-    environment = dict(os.environ, GTEST_FAIL_FAST="1", GTEST_FILTER=tests)
-    pattern = "^(" + "|".join(map(re.escape, names)) + ")$"
-    return run(
-        ["ctest", "--test-dir", str(BUILD), "-R", pattern, "--stop-on-failure", "--output-on-failure"], timeout,
-        env=environment,
-    )
+def clear(scratch):
+    """Removes what a program left behind that didn't end by itself, disks that it mounted among it."""
+    for mount in reversed(Path("/proc/self/mounts").read_text().splitlines()):
+        if mount.split()[1].startswith(str(scratch)):
+            subprocess.run(["umount", "--lazy", mount.split()[1]])
+    for loop in output_of(["losetup", "--list", "--noheadings", "--output", "NAME,BACK-FILE"]).splitlines():
+        if str(scratch) in loop:
+            subprocess.run(["losetup", "--detach", loop.split()[0]])
+    shutil.rmtree(scratch, ignore_errors=True)
+
+
+def end(process):
+    """Ends a test program with all that it started."""
+    for number in (signal.SIGTERM, signal.SIGKILL):
+        try:
+            os.killpg(process.pid, number)
+            process.wait(timeout=2)
+        except (ProcessLookupError, subprocess.TimeoutExpired):
+            pass
+    process.wait()
+
+
+def raise_timeout(*_):
+    raise TimeoutError
+
+
+SWITCH = """#include <cstdlib>
+static int larkspanMutant()
+{
+    static const int number = std::atoi(std::getenv("LARKSPAN_MUTANT"));
+    return number;
+}
+"""
+
+
+def combined(source, mutants):
+    """The source with several mutants, by number, in the bodies of its functions: each body stands there once more for
+    each. The line directives make the compiler name the mutant that an error is in."""
+    finder = Finder(source)
+    text = source
+    for first, last in reversed(list(finder.bodies())):
+        start, end = finder.tokens[first].start, finder.tokens[last].end
+        inside = {number: mutant for number, mutant in mutants.items() if start < mutant.start and mutant.end < end}
+        cases = "".join(
+            f'\ncase {number}:\n#line 1 "mutant-{number}"\n'
+            f"{source[start : mutant.start]}{mutant.text}{source[mutant.end : end]}\nbreak;"
+            for number, mutant in inside.items()
+        )
+        if inside:
+            body = f"{{ switch (::larkspanMutant()) {{{cases}\ndefault:\n#line 1 \"default\"\n{source[start:end]}\n}} }}"
+            text = text[:start] + body + text[end:]
+    return SWITCH + text
+
+
+class MutatedFile:
+    """Compiles mutants of one file as the build compiles the file, and judges them by test programs."""
+
+    def __init__(self, build, file, programs):
+        self.build = build
+        self.scratch = build / "mutation" / str(file).replace("/", "-")
+        self.scratch.mkdir(parents=True, exist_ok=True)
+        self.temporary = Path(tempfile.gettempdir()) / f"larkspan-mutants-{os.getpid()}"
+        self.source = (ROOT / file).read_text()
+        self.programs = programs
+        self.mutated = self.scratch / file.name
+        self.object = self.scratch / "mutant.o"
+        commands = json.loads((build / "compile_commands.json").read_text())
+        [entry] = [entry for entry in commands if entry["file"] == str(ROOT / file)]
+        self.command = [*shlex.split(entry["command"]), "-O0", "-fno-sanitize=all", "-w"]
+        self.command[self.command.index("-o") + 1] = str(self.object)
+        self.command[self.command.index(str(ROOT / file))] = str(self.mutated)
+        self.switched = {}  # the mutants that are in the programs, by number
+        self.invalid = []
+
+    def program(self, program, kind):
+        # Beside the real one, since a program may look for files around it.
+        return f"{program.path}.{self.scratch.name}.{kind}"
+
+    def compile(self, text):
+        """The errors."""
+        self.mutated.write_text(text)
+        environment = dict(os.environ, CCACHE_DISABLE="1")
+        done = subprocess.run(self.command, cwd=self.build, env=environment, stderr=subprocess.PIPE, text=True)
+        return done.stderr if done.returncode != 0 else ""
+
+    def combine(self, mutants):
+        """Builds the test programs with all mutants in them that stand in a function's body."""
+        finder = Finder(self.source)
+        spans = [(finder.tokens[first].start, finder.tokens[last].end) for first, last in finder.bodies()]
+        inside = [m for m in mutants if any(start < m.start and m.end < end for start, end in spans)]
+        self.switched = dict(enumerate(inside, 1))
+        while errors := self.compile(combined(self.source, self.switched)):
+            numbers = {int(number) for number in re.findall(r"mutant-(\d+):", errors)} & set(self.switched)
+            if not numbers:
+                sys.exit(errors)
+            self.invalid += [self.switched.pop(number) for number in numbers]
+        for program in self.programs:
+            if not program.link(self.object, self.program(program, "all")):
+                sys.exit(f"{program.name} can't be linked")
+            if not program.milliseconds:
+                program.measure(self.program(program, "all"), self.temporary)
+        self.programs.sort(key=lambda program: sum(program.milliseconds.values()))
+
+    def judge(self, mutant):
+        """The outcome, and the test that brought it."""
+        if mutant in self.invalid:
+            return "invalid", None
+        number = next((number for number, other in self.switched.items() if other == mutant), 0)
+        if number == 0 and self.compile(mutant.applied(self.source)):
+            return "invalid", None
+        for program in self.programs:
+            path = self.program(program, "all" if number else "one")
+            if number == 0 and not program.link(self.object, path):
+                return "invalid", None
+            outcome, test = program.judge(path, self.temporary, number)
+            if outcome != "survived":
+                return outcome, test
+        return "survived", None
 
 
 class Results:
-    """What became of each mutant of one file, kept on disk. Begins anew once the file has changed."""
+    """The outcome of each mutant of one file and the test that brought it, on disk. Begins anew once the file has changed."""
 
-    def __init__(self, file, source):
-        self.path = WORK / "results" / (str(file).replace("/", "-") + ".json")
+    def __init__(self, build, file, source):
+        self.path = build / "mutation" / (str(file).replace("/", "-") + ".json")
         self.source = hashlib.sha256(source.encode()).hexdigest()
         self.outcomes = {}
         if self.path.exists():
@@ -327,7 +484,7 @@ class Results:
                 self.outcomes = stored["outcomes"]
 
     def forget(self, kinds):
-        self.outcomes = {key: outcome for key, outcome in self.outcomes.items() if outcome not in kinds}
+        self.outcomes = {key: outcome for key, outcome in self.outcomes.items() if outcome[0] not in kinds}
 
     def save(self):
         self.path.parent.mkdir(parents=True, exist_ok=True)
@@ -341,25 +498,13 @@ def diff(file, source, mutant):
     return "\n".join(lines)
 
 
-def judge(file, mutant, source, targets, tests, limit):
-    (TREE / file).write_text(mutant.applied(source))
-    try:
-        status, _ = build(targets, timeout=600)
-        if status != 0:
-            return "invalid"
-        status, _ = test(targets, tests, timeout=limit)
-        return "survived" if status == 0 else "killed" if status != "timeout" else "timed out"
-    finally:
-        (TREE / file).write_text(source)
-
-
 def report(file, source, mutants, outcomes):
     counts = {kind: 0 for kind in ("killed", "timed out", "survived", "invalid")}
     for mutant in mutants:
         if mutant.key() in outcomes:
-            counts[outcomes[mutant.key()]] += 1
+            counts[outcomes[mutant.key()][0]] += 1
     for mutant in mutants:
-        if outcomes.get(mutant.key()) == "survived":
+        if outcomes.get(mutant.key(), [""])[0] == "survived":
             print(diff(file, source, mutant), "\n")
     caught = counts["killed"] + counts["timed out"]
     judged = caught + counts["survived"]
@@ -373,8 +518,9 @@ def report(file, source, mutants, outcomes):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("files", nargs="+", type=Path, help="source files, from the root of the checkout")
+    parser.add_argument("--build", type=Path, default=ROOT / "build" / "dev", help="a configured build; build/dev if not said")
     parser.add_argument("--target", action="append", help="a test program; all of the file's folder if none is named")
-    parser.add_argument("--filter", default="*", help="GoogleTest's pattern of the tests to run; quick ones first")
+    parser.add_argument("--filter", default="*", help="GoogleTest's pattern of the tests to run")
     parser.add_argument("--sample", type=int, help="this many mutants of each file, drawn at random")
     parser.add_argument("--seed", type=int, default=1, help="of the draw")
     parser.add_argument("--minutes", type=float, help="stop after so long; the next run goes on")
@@ -382,12 +528,12 @@ def main():
     parser.add_argument("--list", action="store_true", help="only list the mutants")
     parser.add_argument("--report", action="store_true", help="only tell what is known")
     arguments = parser.parse_args()
+    arguments.build = arguments.build.resolve()
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended"))
-    end = time.monotonic() + (arguments.minutes or 1e9) * 60
+    signal.signal(signal.SIGALRM, raise_timeout)
+    end_time = time.monotonic() + (arguments.minutes or 1e9) * 60
 
-    if not arguments.list and not arguments.report:
-        refresh_tree()
-        configure()
+    programs = {}  # by name
     for file in arguments.files:
         source = (ROOT / file).read_text()
         mutants = Finder(source).all()
@@ -399,34 +545,32 @@ def main():
                 print(diff(file, source, mutant), "\n")
             print(f"{file}: {len(mutants)} mutants")
             continue
-        results = Results(file, source)
+        results = Results(arguments.build, file, source)
         if arguments.report:
             report(file, source, mutants, results.outcomes)
             continue
-        targets = arguments.target or tests_of(file.parts[0])
         if arguments.again:
             results.forget({"survived"})
         left = [mutant for mutant in mutants if mutant.key() not in results.outcomes]
         if left:
-            status, output = build(targets)
-            if status != 0:
-                sys.exit(output)
-            start = time.monotonic()
-            status, output = test(targets, arguments.filter)
-            if status != 0:
-                sys.exit(f"the tests fail without a mutation:\n{output}")
-            limit = 10 + 3 * (time.monotonic() - start)
+            names = arguments.target or test_programs(arguments.build, file.parts[0])
+            output_of(["cmake", "--build", str(arguments.build), "-j2", "--target", *names])
+            for name in set(names) - set(programs):
+                programs[name] = TestProgram(arguments.build, name, arguments.filter)
+            mutated = MutatedFile(arguments.build, file, [programs[name] for name in names])
+            mutated.combine(left)
         for number, mutant in enumerate(left, 1):
-            if time.monotonic() > end:
+            if time.monotonic() > end_time:
                 break
-            outcome = judge(file, mutant, source, targets, arguments.filter, limit)
-            results.outcomes[mutant.key()] = outcome
+            outcome, test = mutated.judge(mutant)
+            results.outcomes[mutant.key()] = [outcome, test]
             results.save()
             line = source.count("\n", 0, mutant.start) + 1
-            print(f"{number}/{len(left)} {file}:{line} {mutant.what}: {outcome}", file=sys.stderr, flush=True)
+            print(f"{number}/{len(left)} {file}:{line} {mutant.what}: {outcome} {test or ''}", file=sys.stderr, flush=True)
         report(file, source, mutants, results.outcomes)
-        if time.monotonic() > end:
+        if time.monotonic() > end_time:
             break
 
 
-main()
+if __name__ == "__main__":
+    main()
