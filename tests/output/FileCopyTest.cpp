@@ -1,6 +1,7 @@
 // How single files are copied and compared. The system's calls are real, except where a test says otherwise.
 #include "output/FileCopy.h"
 
+#include <array>
 #include <cstring>
 #include <map>
 
@@ -319,6 +320,40 @@ TEST_F(FileCopyTest, ACopyThatIsShorterThanItsSourceIsNotClean)
     EXPECT_TRUE(fs::is_empty(folder / "copies"));
 }
 
+TEST_F(FileCopyTest, ACopyThatComesBackWithAnotherByteIsNotClean)
+{
+    class Flipping : public FileOperations
+    {
+    public:
+        ssize_t read(int fd, void *data, std::size_t size, off_t offset) const override
+        {
+            const ssize_t count = FileOperations::read(fd, data, size, offset);
+            if (count > 0 && isTemporaryFile(fd)) {
+                *static_cast<char *>(data) ^= 1;
+            }
+            return count;
+        }
+    };
+    EXPECT_EQ(outcomeOf(folder.write("a.mov", "film"), Flipping(), Proof::bytes), "not clean");
+    EXPECT_TRUE(fs::is_empty(folder / "copies"));
+}
+
+TEST_F(FileCopyTest, ASourceThatChangesMeanwhileIsNotCleanEvenWhereOnlySizesAreCompared)
+{
+    class Touching : public FileOperations
+    {
+    public:
+        ssize_t read(int fd, void *data, std::size_t size, off_t offset) const override
+        {
+            const std::array times{timespec{.tv_sec = 1}, timespec{.tv_sec = 1}};
+            ::futimens(fd, times.data());
+            return FileOperations::read(fd, data, size, offset);
+        }
+    };
+    EXPECT_EQ(outcomeOf(folder.write("a.mov", "film"), Touching(), Proof::size), "not clean");
+    EXPECT_TRUE(fs::is_empty(folder / "copies"));
+}
+
 TEST_F(FileCopyTest, AFileWhoseBlocksCanBeSharedIsNotWritten)
 {
     class Cloning : public Watching
@@ -410,7 +445,8 @@ TEST_F(FileCopyTest, AFileThatChangesWhileItIsComparedIsNotEqual)
     public:
         ssize_t read(int fd, void *data, std::size_t size, off_t offset) const override
         {
-            ::fchmod(fd, 0600); // moves the time of change
+            const std::array times{timespec{.tv_sec = 1}, timespec{.tv_sec = 1}};
+            ::futimens(fd, times.data());
             return FileOperations::read(fd, data, size, offset);
         }
     };
