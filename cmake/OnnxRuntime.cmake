@@ -30,7 +30,6 @@ set_target_properties(onnxruntime::onnxruntime PROPERTIES
 include(GNUInstallDirs)
 list(APPEND CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}/larkspan")
 install(FILES "${larkspan_engine}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/larkspan")
-install(FILES "${LARKSPAN_DEPS}/onnxruntime/LICENSE" "${LARKSPAN_DEPS}/onnxruntime/ThirdPartyNotices.txt"
-  DESTINATION "${CMAKE_INSTALL_DOCDIR}/onnxruntime")
-install(DIRECTORY "${larkspan_detectors}" DESTINATION "${CMAKE_INSTALL_DATADIR}/larkspan" PATTERN ".stamp" EXCLUDE)
+install(DIRECTORY "${larkspan_detectors}" DESTINATION "${CMAKE_INSTALL_DATADIR}/larkspan"
+  FILES_MATCHING PATTERN "*.onnx")
 install(FILES "${PROJECT_SOURCE_DIR}/resources/rooms.head" DESTINATION "${CMAKE_INSTALL_DATADIR}/larkspan/models")

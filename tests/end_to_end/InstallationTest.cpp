@@ -10,6 +10,7 @@
 #include <QtGui/QImage>
 
 #include "design/AppIcon.h"
+#include "tests/support/FfmpegMedia.h"
 #include "tests/support/StartedProgram.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/WaitUntil.h"
@@ -113,6 +114,41 @@ TEST_F(Installation, ItsDesktopFileIsValidAndStartsTheProgram)
     EXPECT_TRUE(lines.contains(u"Exec=larkspan"_s));
     EXPECT_TRUE(lines.contains(u"Icon=larkspan"_s));
     EXPECT_EQ(access(program().toUtf8().constData(), X_OK), 0);
+}
+
+TEST_F(Installation, ItsDescriptionForSoftwareCentresIsValid)
+{
+    const Ended validation = run({u"appstreamcli"_s, u"validate"_s, u"--no-net"_s, u"--no-color"_s,
+                                  text(*prefix / "share/metainfo/com.ostrel.larkspan.metainfo.xml")});
+    EXPECT_EQ(validation.exitCode, 0) << validation.output;
+}
+
+TEST_F(Installation, ItsManualPageIsFormattedWithoutWarnings)
+{
+    const fs::path page = *prefix / "share/man/man1/larkspan.1.gz";
+    const Ended formatted = run({u"sh"_s, u"-c"_s, u"gzip -dc \"$0\" | groff -man -Tutf8 -ww -z"_s, text(page)});
+    EXPECT_EQ(formatted.exitCode, 0);
+    EXPECT_EQ(formatted.output, "");
+    EXPECT_THAT(run({u"sh"_s, u"-c"_s, u"gzip -dc \"$0\" | groff -man -Tascii -P-cbou"_s, text(page)}).output,
+                HasSubstr("larkspan - sort the footage"));
+}
+
+// Each file that others made has an entry of its own in the copyright file.
+TEST_F(Installation, NamesTheRightsToEveryNetworkAndLibraryThatItShips)
+{
+    const std::string copyright = bytesOf(*prefix / "share/doc/larkspan/copyright");
+    std::vector<std::string> unnamed;
+    for (const fs::path folder : {"share/larkspan/models", "lib"}) {
+        for (const auto &entry : fs::recursive_directory_iterator(*prefix / folder)) {
+            if (entry.is_regular_file() && copyright.find(entry.path().filename().string()) == std::string::npos) {
+                unnamed.push_back(entry.path().string());
+            }
+        }
+    }
+    EXPECT_THAT(unnamed, IsEmpty());
+    for (const char *notice : {"onnxruntime.txt", "onnxruntime-third-parties.txt", "detectors.txt", "scene.txt"}) {
+        EXPECT_GT(bytesOf(*prefix / ("share/doc/larkspan/notices/" + std::string(notice))).size(), 500U) << notice;
+    }
 }
 
 TEST_F(Installation, HasTheIconInAllSizes)
