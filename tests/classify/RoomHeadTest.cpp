@@ -29,6 +29,34 @@ std::string bytesOf(const std::filesystem::path &file)
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+std::string summed(const std::string &bytes)
+{
+    const auto sum =
+        QCryptographicHash::hash(QByteArrayView(bytes.data(), qsizetype(bytes.size())), QCryptographicHash::Sha256);
+    return bytes + sum.toStdString();
+}
+
+template <typename Number>
+std::string raw(std::initializer_list<Number> numbers)
+{
+    return {reinterpret_cast<const char *>(std::data(numbers)), numbers.size() * sizeof(Number)};
+}
+
+// A head for a kitchen and a closet, of one feature and without weights. A kitchen is sure from 0.6 on in a frame and
+// from 0.4 on in a clip, a closet from 0.6 and 0.9 on.
+RoomHead kitchenOrCloset()
+{
+    const std::string names = "kitchen\ncloset";
+    auto bytes = "LKROOMS\n" + raw<std::uint32_t>({3, 1, 1, static_cast<std::uint32_t>(names.size())}) + names;
+    bytes += raw({0.0f, 1.0f});                                  // mean and spread
+    bytes += std::string(3 * 2, '\0') + raw({0.0f, 0.0f, 0.0f}); // the map to places
+    bytes += std::string(2, '\0') + raw({1.0f});                 // the map to a print
+    bytes += raw({0.6f, 0.6f}) + raw({0.4f, 0.9f}) + raw({0.2f, 0.065f, 0.5f, 22.0f});
+    const test::TempFolder folder;
+    folder.write("rooms.head", summed(bytes));
+    return RoomHead::load(folder / "rooms.head").value();
+}
+
 ModelError::Reason reasonFor(const std::string &bytes)
 {
     const test::TempFolder folder;
@@ -153,6 +181,23 @@ TEST(RoomHead, FramesThatAreSureOfNoPlaceAreEvidenceOfNone)
     EXPECT_EQ(sum(reading.scenes), 0.0f);
 }
 
+TEST(RoomHead, EachBinHasABarForAFrameAndAnotherForAClip)
+{
+    const auto head = kitchenOrCloset();
+    const auto isSure = [&](std::size_t frames, float kitchen, float closet) {
+        const RoomHead::Word word{.logits = {std::log(kitchen), std::log(closet), std::log(1.0f - kitchen - closet)},
+                                  .print = nullptr};
+        const auto trust = head.read(std::vector(frames, word)).trust;
+        return *std::ranges::max_element(trust) > 0.0f;
+    };
+    EXPECT_FALSE(isSure(1, 0.5f, 0.3f));
+    EXPECT_TRUE(isSure(1, 0.7f, 0.2f));
+    EXPECT_TRUE(isSure(4, 0.5f, 0.3f));
+    EXPECT_TRUE(isSure(1, 0.2f, 0.7f));
+    EXPECT_FALSE(isSure(4, 0.2f, 0.7f));
+    EXPECT_TRUE(isSure(4, 0.03f, 0.95f));
+}
+
 TEST(RoomHead, AClipThatHalfShowsNothingHasEvidenceForEveryPlaceOrForNone)
 {
     const std::size_t nothing = shipped().identifiers().size();
@@ -241,14 +286,9 @@ TEST(RoomHead, AHeadOfAnotherVersionIsToldAsSuch)
     }
 }
 
+// Sound by their checksum, so that the sizes themselves are put to the test.
 TEST(RoomHead, SizesThatAskForMoreThanTheFileHoldsAreBroken)
 {
-    // Sound by its checksum, so that the sizes themselves are put to the test.
-    const auto summed = [](std::string bytes) {
-        const auto sum =
-            QCryptographicHash::hash(QByteArrayView(bytes.data(), qsizetype(bytes.size())), QCryptographicHash::Sha256);
-        return bytes + sum.toStdString();
-    };
     const std::string start("LKROOMS\n\3\0\0\0", 12);
     EXPECT_EQ(reasonFor(summed(start)), ModelError::Reason::Broken);
     EXPECT_EQ(reasonFor(summed(start + std::string(16, '\xff'))), ModelError::Reason::Broken);
