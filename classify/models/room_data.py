@@ -36,6 +36,8 @@ COMMON = [BINS.index(name) for name in ("Kitchen", "Bathroom", "Bedroom", "Livin
 NONE = -1
 FRAMES = 4  # of a clip
 FOLDS = 5
+# So many ways of sorting the sites into folds: with one, what three sites have in common decides.
+SPLITS = 4
 EMPTY_FRAMES = 96
 
 # Of the large collections every so many photos: they are far from what the program is shown.
@@ -67,9 +69,10 @@ class Pictures:
         self.bins, self.alternatives = (numpy.array([_bin(column[i]) for column in columns]) for i in (3, 4))
         self.is_site = numpy.char.startswith(self.sources, "sites")
         self.is_clip = numpy.char.startswith(self.sources, "clips-")
-        # By the name of the site alone, so that photos and clips of one site share a fold; none for the collections.
-        self.folds = numpy.array([int(hashlib.md5(site.encode()).hexdigest(), 16) % FOLDS if site else NONE
-                                  for site in self.sites])
+        # For each split. By the name of the site alone, so that photos and clips of one site share a fold; none for the
+        # collections.
+        self.folds = [numpy.array([int(hashlib.md5(f"{split}{site}".encode()).hexdigest(), 16) % FOLDS if site else NONE
+                                   for site in self.sites]) for split in range(SPLITS)]
 
     def half(self):
         """The pictures of half of the sites, by a hash of their names."""

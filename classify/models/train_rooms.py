@@ -19,7 +19,7 @@ import room_bars
 import room_files
 import room_head
 import room_print
-from room_data import EXCLUSIVE, FOLDS, FRAMES, HELD_OUT_SOURCE, NONE, NOTHING, Pictures, SCENES
+from room_data import EXCLUSIVE, FOLDS, FRAMES, HELD_OUT_SOURCE, NONE, NOTHING, Pictures, SCENES, SPLITS
 from room_looks import Looks
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -34,22 +34,37 @@ PRINT_LENGTH = 22.0
 
 
 class Items:
-    """Photos of sites and clips as a head judges them: the bin that each is filed in, and how probable that is."""
+    """Photos of sites and clips, each once for every split, as a head judged them that never saw their site: the bin that
+    each is filed in, and how probable that is."""
 
     def __init__(self, pictures, said, sharpness, rows):
         photos = rows[pictures.is_site[rows]]
         frames = rows[pictures.is_clip[rows]]
-        self.rows = numpy.concatenate([photos, frames[::FRAMES]])
-        self.is_clip = numpy.arange(len(self.rows)) >= len(photos)
-        together = numpy.concatenate([said[photos], room_head.of_clips(said[frames])])
+        once = numpy.concatenate([photos, frames[::FRAMES]])
+        self.rows = numpy.tile(once, SPLITS)
+        self.split = numpy.repeat(numpy.arange(SPLITS), len(once))
+        self.is_clip = pictures.is_clip[self.rows]
+        together = numpy.concatenate([part for each in said
+                                      for part in (each[photos], room_head.of_clips(each[frames]))])
         self.filed, self.probability = room_head.likeliest_rooms(room_head.softmax(together * sharpness))
         self.right = room_bars.right_of(pictures, self.rows, self.filed)
-        self.weights = room_bars.weights_of(pictures, self.rows)
+        self.weights = room_bars.weights_of(pictures, self.rows) / SPLITS
 
     def surety(self, chosen):
         """The surety of what is filed, fitted to the items chosen."""
         return room_bars.Surety(self.filed[chosen], self.probability[chosen], self.is_clip[chosen],
                                 self.right[chosen], self.weights[chosen])
+
+    def cross_fitted(self, pictures):
+        """How sure each item is, by a surety fitted without the sites of its fold."""
+        sure = numpy.zeros(len(self.rows))
+        for split in range(SPLITS):
+            folds = pictures.folds[split][self.rows]
+            for fold in range(FOLDS):
+                judged = (self.split == split) & (folds == fold)
+                sure[judged] = self.surety(folds != fold)(self.filed[judged], self.probability[judged],
+                                                          self.is_clip[judged])
+        return sure
 
 
 class Training:
@@ -61,29 +76,19 @@ class Training:
         self.inputs = self.scaling(features)
         self.products = self.inputs @ self.inputs.T / self.inputs.shape[1]
 
-    def said_by_others(self):
+    def said_by_others(self, folds):
         """What heads say that never saw the picture's site."""
-        pictures = self.pictures
-        said = numpy.zeros((len(pictures), NOTHING + 1), numpy.float32)
+        said = numpy.zeros((len(self.pictures), NOTHING + 1), numpy.float32)
         for fold in range(FOLDS):
-            rows = self.rows[pictures.folds[self.rows] != fold]
-            judged = numpy.nonzero(pictures.folds == fold)[0]
-            said[judged] = (self.products[numpy.ix_(judged, rows)] + 1) @ room_head.dual(self.products, pictures, rows)
+            rows = self.rows[folds[self.rows] != fold]
+            judged = numpy.nonzero(folds == fold)[0]
+            said[judged] = (self.products[numpy.ix_(judged, rows)] + 1) @ room_head.dual(self.products, self.pictures, rows)
         return said
 
     def learn(self):
         """Weights of the inputs, a row for each output, and the bias."""
         share = room_head.dual(self.products, self.pictures, self.rows)
         return share.T @ self.inputs[self.rows] / self.inputs.shape[1], share.sum(axis=0)
-
-
-def cross_fitted(items, folds):
-    """How sure each item is, by a surety fitted without the items of its fold."""
-    sure = numpy.zeros(len(items.rows))
-    for fold in range(FOLDS):
-        judged = folds == fold
-        sure[judged] = items.surety(~judged)(items.filed[judged], items.probability[judged], items.is_clip[judged])
-    return sure
 
 
 def fit_print(training):
@@ -95,7 +100,7 @@ def fit_print(training):
     projected = training.inputs[rows] @ axes
     same, other = [], []
     for fold in range(FOLDS):
-        fitted, judged = pictures.folds[rows] != fold, pictures.folds[rows] == fold
+        fitted, judged = pictures.folds[0][rows] != fold, pictures.folds[0][rows] == fold
         mapping = room_print.fit(projected[fitted], clip[fitted], pictures.bins[rows][fitted])
         values = room_print.prints(projected[judged], *mapping) * PRINT_LENGTH
         near, far = room_print.pairs(values, clip[judged], pictures.bins[rows][judged], pictures.sites[rows][judged])
@@ -114,7 +119,8 @@ def report(pictures, items, sure, listings, prints):
     groups = {"photos of sites": sources == "sites", "of further sites": sources == "sites2",
               "real clips": sources == "clips-real", "all clips": items.is_clip}
     bins, second = pictures.bins[items.rows], pictures.alternatives[items.rows]
-    lines = ["Each judged by a head, and by bars, that never saw its site:", ""]
+    lines = [f"Each judged {SPLITS} times by a head, and by bars, that never saw its site, the sites sorted into folds in as "
+             "many ways (so the numbers of photos and clips below are that many times theirs):", ""]
     for name, chosen in groups.items():
         lines.append(f"- {name}: "
                      f"{room_files.summary(bins[chosen], second[chosen], items.filed[chosen], (sure >= bars)[chosen])}")
@@ -147,10 +153,10 @@ def main():
     features = Looks(args.models, args.cache).features(args.data, pictures.paths)
     left_out = pictures.half() if args.without_half else numpy.zeros(len(pictures), bool)
     training = Training(pictures, features, left_out)
-    said = training.said_by_others()
+    said = [training.said_by_others(folds) for folds in pictures.folds]
     judged = numpy.nonzero((pictures.is_site | pictures.is_clip) & (pictures.bins != NONE) & ~left_out)[0]
     counted = judged[~numpy.isin(pictures.bins[judged], list(EXCLUSIVE))]
-    sharpness = room_head.sharpness_of(said[counted], room_head.targets_of(pictures, counted))
+    sharpness = room_head.sharpness_of(said[0][counted], room_head.targets_of(pictures, counted))
     items = Items(pictures, said, sharpness, judged[~numpy.char.endswith(pictures.sources[judged], "-rendered")])
     surety = items.surety(slice(None))
     photo_bars, clip_bars = surety.bars(SURE_PHOTO, False), surety.bars(SURE_CLIP, True)
@@ -162,7 +168,7 @@ def main():
     listings = room_files.summary(pictures.bins[held_out], pictures.alternatives[held_out], filed,
                                   probability >= photo_bars[filed])
     print_map, prints = fit_print(training)
-    text = report(pictures, items, cross_fitted(items, pictures.folds[items.rows]), listings, prints)
+    text = report(pictures, items, items.cross_fitted(pictures), listings, prints)
     print(text)
     args.out.mkdir(parents=True, exist_ok=True)
     room_files.write_head(args.out / "rooms.head", training.scaling, (weights * sharpness, bias * sharpness), print_map,
