@@ -1,7 +1,7 @@
 # Everything that comes from outside, in one place.
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent Gui DBus Network OpenGL Qml Quick QuickControls2 ShaderTools Test)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent Gui DBus Network OpenGL Qml Quick ShaderTools Test)
 find_package(tl-expected REQUIRED)
 find_package(OpenSSL 3 REQUIRED COMPONENTS Crypto)
 find_package(GTest REQUIRED)

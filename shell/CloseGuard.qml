@@ -23,7 +23,6 @@ ModalOverlay {
 
     shown: asks
     scrimOpacity: 0.45
-    z: 4
     onEscaped: {
         if (!guard.closesAfterwards)
             guard.asks = false;

@@ -1,6 +1,5 @@
 #include "shell/DiagnosticsExport.h"
 
-#include <system_error>
 #include <utility>
 
 #include <QtCore/QDir>
@@ -10,47 +9,58 @@
 #include "core/AtomicFile.h"
 #include "core/Diagnostics.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace larkspan {
 
 namespace {
 
-QString problemOf(const tl::expected<void, std::error_code> &written)
+// Returns the file of this name in the user's documents, or at home.
+FileUrl suggestion(const QString &name)
 {
-    return written ? QString() : QString::fromStdString(written.error().message());
-}
-
-// What is no local file can't be written.
-tl::expected<FileUrl, std::error_code> localFile(const QUrl &url)
-{
-    if (!url.isLocalFile()) {
-        return tl::make_unexpected(std::make_error_code(std::errc::operation_not_supported));
-    }
-    return FileUrl(QFile::encodeName(url.toLocalFile()).toStdString());
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString folder = QFileInfo::exists(documents) ? documents : QDir::homePath();
+    return FileUrl(QFile::encodeName(QDir(folder).filePath(name)).toStdString());
 }
 
 } // namespace
 
-DiagnosticsExport::DiagnosticsExport(const SortEngine &engine, std::function<std::vector<QString>()> vocabulary)
+DiagnosticsExport::DiagnosticsExport(const SortEngine &engine, std::function<std::vector<QString>()> vocabulary,
+                                     FileRequest &files)
     : m_engine(engine)
     , m_vocabulary(std::move(vocabulary))
+    , m_files(files)
 {}
 
-QUrl DiagnosticsExport::suggestion(const QString &name)
+void DiagnosticsExport::exportClips()
 {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QUrl::fromLocalFile(QDir(QFileInfo::exists(folder) ? folder : QDir::homePath()).filePath(name));
+    const FilePanel panel{.title = tr("Export Clip Diagnostics"),
+                          .suggestion = suggestion(u"binnacle-diagnostics.csv"_s),
+                          .typeName = tr("CSV files"),
+                          .suffix = u"csv"_s};
+    m_files.askForFile(panel, [this](const FileUrl &file) { report(m_engine.exportDiagnostics(file)); });
 }
 
-QString DiagnosticsExport::writeClips(const QUrl &file) const
+void DiagnosticsExport::exportVocabulary()
 {
-    return problemOf(localFile(file).and_then([this](const FileUrl &url) { return m_engine.exportDiagnostics(url); }));
+    const FilePanel panel{.title = tr("Export Vision Vocabulary"),
+                          .suggestion = suggestion(u"vision-vocabulary.txt"_s),
+                          .typeName = tr("Text files"),
+                          .suffix = u"txt"_s};
+    m_files.askForFile(panel, [this](const FileUrl &file) {
+        report(writeFileAtomically(file.path(), vocabularyText(m_vocabulary()).toStdString()));
+    });
 }
 
-QString DiagnosticsExport::writeVocabulary(const QUrl &file) const
+void DiagnosticsExport::report(const tl::expected<void, std::error_code> &written)
 {
-    return problemOf(localFile(file).and_then([this](const FileUrl &url) {
-        return writeFileAtomically(url.path(), vocabularyText(m_vocabulary()).toStdString());
-    }));
+    setProblem(written ? QString() : QString::fromStdString(written.error().message()));
+}
+
+void DiagnosticsExport::setProblem(const QString &problem)
+{
+    m_problem = problem;
+    Q_EMIT problemChanged();
 }
 
 } // namespace larkspan

@@ -1,13 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <system_error>
 #include <vector>
 
 #include <QtCore/QObject>
-#include <QtCore/QUrl>
 #include <QtQml/qqmlregistration.h>
+#include <tl/expected.hpp>
 
 #include "core/SortEngine.h"
+#include "shell/FileRequest.h"
 
 namespace larkspan {
 
@@ -17,20 +19,30 @@ class DiagnosticsExport : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program has one and hands it to its window.")
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged) // reason that the last export failed, or ""
 
 public:
-    // engine outlives it. vocabulary: all that the classifier can name; none where it can't be asked.
-    DiagnosticsExport(const SortEngine &engine, std::function<std::vector<QString>()> vocabulary);
+    // engine and files must outlive it. vocabulary: all identifiers of the classifier; empty if it can't be asked.
+    DiagnosticsExport(const SortEngine &engine, std::function<std::vector<QString>()> vocabulary, FileRequest &files);
 
-    // Where a file of this name is proposed to go.
-    Q_INVOKABLE static QUrl suggestion(const QString &name);
-    // Each gives "", or why nothing was written.
-    Q_INVOKABLE QString writeClips(const QUrl &file) const;
-    Q_INVOKABLE QString writeVocabulary(const QUrl &file) const;
+    // Each asks for the file first.
+    Q_INVOKABLE void exportClips();
+    Q_INVOKABLE void exportVocabulary();
+
+    [[nodiscard]] const QString &problem() const { return m_problem; }
+    Q_INVOKABLE void dismissProblem() { setProblem({}); }
+
+Q_SIGNALS:
+    void problemChanged();
 
 private:
+    void report(const tl::expected<void, std::error_code> &written);
+    void setProblem(const QString &problem);
+
     const SortEngine &m_engine;
     const std::function<std::vector<QString>()> m_vocabulary;
+    FileRequest &m_files;
+    QString m_problem;
 };
 
 } // namespace larkspan

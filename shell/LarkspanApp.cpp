@@ -6,7 +6,6 @@
 #include <QtCore/QFutureWatcher>
 #include <QtQml/QQmlExtensionPlugin>
 #include <QtQuick/QQuickWindow>
-#include <QtQuickControls2/QQuickStyle>
 
 #include "classify/ClipProbe.h"
 #include "classify/CloudClassifier.h"
@@ -88,17 +87,15 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
         m_keyringAnswer.give(key);
         return key;
     }))
+    , m_files([this] { return m_fileChooser.isThere() && FileChooserPortal::isUsedByQt(); })
     , m_state(m_settings, m_system, LoginItem(), [](bool enabled) { SoundEngine::shared().setEnabled(enabled); })
     , m_engine(std::make_unique<SortEngine>(seams()))
     , m_volumeWatcher(std::move(volumes))
-    , m_diagnostics(*m_engine, [this] { return localClassifier().supportedIdentifiers(); })
+    , m_diagnostics(
+          *m_engine, [this] { return localClassifier().supportedIdentifiers(); }, m_files)
     , m_handoff(*m_engine, m_settings, revealFile, {})
     , m_notice(*m_engine, [this] { return window() && window()->isActive(); })
 {
-    // The style is the process's, and can't be set again once a window was loaded.
-    if (QQuickStyle::name().isEmpty()) {
-        QQuickStyle::setStyle(u"Basic"_s); // of the folder panel, where the desktop has none of its own
-    }
     followState();
     watchForCards();
     connect(&m_notice, &WorkNotice::pressed, this, [this] {
@@ -124,7 +121,7 @@ bool LarkspanApp::open()
         {u"app"_s, QVariant::fromValue(&m_state)},
         {u"engine"_s, QVariant::fromValue(m_engine.get())},
         {u"volumeWatcher"_s, QVariant::fromValue(&m_volumeWatcher)},
-        {u"folderRequest"_s, QVariant::fromValue(&m_folderRequest)},
+        {u"fileRequest"_s, QVariant::fromValue(&m_files)},
         {u"diagnostics"_s, QVariant::fromValue(&m_diagnostics)},
         {u"handoff"_s, QVariant::fromValue(&m_handoff)},
         {u"buildNumber"_s, LARKSPAN_BUILD_NUMBER},
@@ -179,8 +176,10 @@ SortSeams LarkspanApp::seams()
                         const QString &name) { return FCPXMLWriter::event(clips, name); },
         .openFile = openFile,
         .revealFile = revealFile,
-        .chooseFolder = [this](const FolderPanel &panel,
-                               std::function<void(FileUrl)> chosen) { m_folderRequest.ask(panel, std::move(chosen)); },
+        .chooseFolder =
+            [this](const FolderPanel &panel, std::function<void(FileUrl)> chosen) {
+                m_files.askForFolder(panel, folderOfShoots(*m_engine), std::move(chosen));
+            },
         .chooseHandoff = [this] { m_handoff.open(); },
         .settings = &m_settings,
         .projects = &m_projects,

@@ -16,7 +16,8 @@
 #include "output/VolumeWatcher.h"
 #include "shell/AppState.h"
 #include "shell/DiagnosticsExport.h"
-#include "shell/FolderRequest.h"
+#include "shell/FileChooserPortal.h"
+#include "shell/FileRequest.h"
 #include "shell/HandoffExport.h"
 #include "shell/WorkNotice.h"
 
@@ -66,7 +67,8 @@ private:
     QFuture<LoadedModels> m_models;
     LateValue<QString> m_keyringAnswer; // for the threads of a sort; m_cloudKey is for this one
     QFuture<QString> m_cloudKey;
-    FolderRequest m_folderRequest;
+    FileChooserPortal m_fileChooser;
+    FileRequest m_files;
     SettingsStore m_settings;
     SystemAppearance m_system;
     SystemMotion m_motion;

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Dialogs
 import Larkspan.Design
 import Larkspan.Screens
 import Larkspan.Shell
@@ -11,7 +10,7 @@ Window {
     required property AppState app
     required property SortEngine engine
     required property VolumeWatcher volumeWatcher
-    required property FolderRequest folderRequest
+    required property FileRequest fileRequest
     required property DiagnosticsExport diagnostics
     required property HandoffExport handoff
     required property int buildNumber
@@ -23,7 +22,7 @@ Window {
 
     readonly property real glassBlur: 12 // of the overlays' glass, in points
     // The place of the topmost overlay in the stack; 0 without one.
-    readonly property real coveredUpTo: Math.max(cardOffer.level, preview.level, preferences.level, handoffSheet.level, closeGuard.level, diagnosticsPanels.level)
+    readonly property real coveredUpTo: Math.max(cardOffer.level, preview.level, preferences.level, handoffSheet.level, closeGuard.level, filePanels.level, writeAlert.level)
 
     // To be answered with the chime.
     signal introChimeDue
@@ -69,7 +68,7 @@ Window {
 
     InputGuard {
         window: root
-        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.handoff.isShown} ${root.volumeWatcher.hasCandidate}`
+        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.handoff.isShown} ${root.volumeWatcher.hasCandidate} ${root.fileRequest.browser.isOpen} ${root.fileRequest.browser.fileToReplace} ${root.diagnostics.problem}`
     }
 
     FocusScope {
@@ -161,8 +160,8 @@ Window {
             app: root.app
             engine: root.engine
             handoff: root.handoff
-            onExportClips: diagnosticsPanels.exportClips()
-            onExportVocabulary: diagnosticsPanels.exportVocabulary()
+            onExportClips: root.diagnostics.exportClips()
+            onExportVocabulary: root.diagnostics.exportVocabulary()
         }
     }
 
@@ -223,7 +222,7 @@ Window {
         app: root.app
         engine: root.engine
         volumeWatcher: root.volumeWatcher
-        isTopmost: !preview.visible && !preferences.visible && !handoffSheet.visible && !closeGuard.visible && !diagnosticsPanels.covers
+        isTopmost: !preview.visible && !preferences.visible && !handoffSheet.visible && !closeGuard.visible && !filePanels.covers && !writeAlert.visible
         z: 1
         onEscaped: root.closeTopmost()
     }
@@ -250,32 +249,23 @@ Window {
         }
     }
 
+    FilePanels {
+        id: filePanels
+
+        request: root.fileRequest
+    }
+
     CloseGuard {
         id: closeGuard
 
         engine: root.engine
+        z: 6
     }
 
-    DiagnosticsPanels {
-        id: diagnosticsPanels
+    WriteAlert {
+        id: writeAlert
 
         diagnostics: root.diagnostics
-    }
-
-    Connections {
-        target: root.folderRequest
-        function onAsked() {
-            panel.open();
-        }
-    }
-
-    FolderDialog {
-        id: panel
-
-        objectName: "folderPanel"
-
-        title: root.folderRequest.message
-        acceptLabel: root.folderRequest.prompt
-        onAccepted: root.folderRequest.choose(panel.selectedFolder)
+        z: 7
     }
 }

@@ -14,7 +14,6 @@ import time
 
 import pyatspi
 
-SPACE = 0x20
 ESCAPE = 0xff1b
 MENU = 0xff67
 LETTER_M = 0x6d
@@ -246,16 +245,18 @@ def type_key(symbol):
     pyatspi.Registry.generateKeyboardEvent(symbol, None, pyatspi.KEY_SYM)
 
 
-def choose_folder(program, folder):
+def choose_folder(program, *folders):
+    """Goes home and into one folder after the other, and chooses the last."""
     program.press("push button", "Choose Folder")
     panel = program.find("dialog", "Choose the folder holding this shoot's raw clips.")
-    name = program.find("label", folder, panel)
-    program.act(name.parent, "SetFocus")
-    # The panel is the toolkit's own: its buttons don't answer to the bus, but once they are focused to the space bar.
-    button = program.find("push button", "Sort This Folder", panel)
-    program.act(button, "SetFocus")
-    until(lambda: "focused" in states(button), "the focus on the panel's button")
-    type_key(SPACE)
+    program.inspect("the panel for a folder")
+    program.press("list item", "Home", program.find("list", "Places", panel))
+    opened = "home"
+    for folder in folders:
+        program.press("list item", folder, program.find("list", opened, panel))
+        opened = folder
+    program.find("list", opened, panel)
+    program.press("push button", "Sort This Folder", panel)
 
 
 def stop_a_sort(program):
@@ -263,7 +264,7 @@ def stop_a_sort(program):
     program.awaits("collapsed", projects)
     program.act(projects, "Press")
     program.press("push button", "New Project")
-    choose_folder(program, "Long")
+    choose_folder(program, "Others", "Long")
     program.find("progress bar", "Sorting Long")
     program.inspect("the sort at work")
     program.press("push button", "Cancel")
@@ -328,7 +329,7 @@ def walk(path):
             program.press("push button", "Open Binnacle")
             look_into_the_header(program)
             set_up_copying(program)
-            choose_folder(program, "Villa")
+            choose_folder(program, "Shoots", "Villa")
             settle_review(program)
             look_at_a_clip(program)
             program.press("push button", "Export")

@@ -112,3 +112,24 @@ TEST_F(ScreenReaderTest, AFailureIsToldWithItsReasonAndTheWayBack)
     EXPECT_TRUE(tells(QAccessible::Button, u"Back to the Clips"_s));
     EXPECT_THAT(wrongs(), IsEmpty());
 }
+
+TEST_F(ScreenReaderTest, ThePanelForAFolderTellsItsPartsTheChoiceAndAProblem)
+{
+    openToScreenReader();
+    (void)folder.write("Shoots/Elm Road 4/kitchen 1.mov");
+    fileRequest.askForFolder({.prompt = u"Sort This Folder"_s, .message = u"Choose the folder."_s},
+                             FileUrl(folder / "Shoots"), [](const FileUrl &) {});
+    EXPECT_TRUE(tells(QAccessible::Dialog, u"Choose the folder."_s));
+    EXPECT_TRUE(tells(QAccessible::List, u"Places"_s));
+    EXPECT_TRUE(tells(QAccessible::ListItem, u"Home"_s));
+    EXPECT_TRUE(tells(QAccessible::EditableText, u"Path"_s));
+    EXPECT_TRUE(tells(QAccessible::List, u"Shoots"_s));
+    EXPECT_TRUE(tells(QAccessible::ListItem, u"Elm Road 4"_s));
+    EXPECT_TRUE(tells(QAccessible::StaticText, u"“Shoots” · 1 clip"_s));
+    for (const QString &button : {u"Up"_s, u"Cancel"_s, u"Sort This Folder"_s}) {
+        EXPECT_TRUE(tells(QAccessible::Button, button)) << button.toStdString();
+    }
+    EXPECT_THAT(wrongs(), IsEmpty());
+    fileRequest.browser()->goTo(u"nowhere"_s);
+    EXPECT_TRUE(tells(QAccessible::AlertMessage, u"“nowhere” isn't there."_s));
+}

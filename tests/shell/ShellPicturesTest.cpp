@@ -1,6 +1,7 @@
 // What surrounds the tool: the header and its menus, Preferences, and what is asked about.
 #include <fstream>
 
+#include "tests/shell/HomeFolder.h"
 #include "tests/shell/ScreenPictures.h"
 #include "tests/support/Unprivileged.h"
 
@@ -80,16 +81,70 @@ TEST_F(ScreenPictures, TheHeader)
 
 TEST_F(ScreenPictures, ADiagnosticTextThatCannotBeWritten)
 {
+    const HomeFolder home;
+    std::filesystem::permissions(home.path(), std::filesystem::perms(0555));
     openInCorner();
-    auto *panel = window->findChild<QObject *>(u"vocabularyPanel"_s);
-    ASSERT_NE(panel, nullptr);
     {
         const Unprivileged user;
-        panel->setProperty("selectedFile", QUrl::fromLocalFile(u"/nowhere/vision-vocabulary.txt"_s));
-        QMetaObject::invokeMethod(panel, "accepted");
+        diagnostics.exportVocabulary();
+        ASSERT_TRUE(waitUntil([this] { return fileRequest.browser()->canAccept(); }));
+        fileRequest.browser()->accept();
+        (void)shown(u"The file couldn't be written"_s);
     }
-    (void)shown(u"The file couldn't be written"_s);
+    ASSERT_TRUE(goes(u"Save"_s));
     picture(u"diagnostics-failed"_s);
+}
+
+TEST_F(ScreenPictures, ThePanelForAFolder)
+{
+    const HomeFolder home;
+    std::filesystem::create_directory(home / "Documents");
+    std::filesystem::create_directory(home / "Videos");
+    for (const char *name : {"2026-11-20 Maple Street 14",
+                             "Harbour View 3, penthouse with the roof terrace, both guest "
+                             "apartments and all that belongs to the garden",
+                             "Lakeside", "Oak Avenue 221"}) {
+        (void)home.write(std::string("Shoots/") + name + "/A001_C001.mov");
+        mayBeElided.insert(QString::fromUtf8(name));
+    }
+    for (int i = 1; i < 20; ++i) {
+        (void)home.write("Shoots/A001_C0" + std::to_string(i) + "_1120.mov");
+    }
+    const auto ask = [&](const char *start) {
+        fileRequest.askForFolder(
+            {.prompt = u"Sort This Folder"_s, .message = u"Choose the folder holding this shoot's raw clips."_s},
+            FileUrl(home / start), [](const FileUrl &) {});
+    };
+    openInCorner();
+    ask("Shoots");
+    (void)shown(u"“Shoots” · 23 clips"_s);
+    picture(u"folder-panel"_s);
+    Desktop::key(u"Down"_s);
+    (void)shown(u"“2026-11-20 Maple Street 14” · 1 clip"_s);
+    picture(u"folder-panel-selected"_s);
+    Desktop::key(u"Tab"_s);
+    fileRequest.browser()->goTo(u"~/Shots"_s);
+    (void)shown(u"“Shots” isn't there."_s);
+    picture(u"folder-panel-problem"_s);
+    ask("Videos");
+    (void)shown(u"There are no folders and no clips here."_s);
+    (void)shown(u"“Videos” · no clips"_s);
+    picture(u"folder-panel-empty"_s);
+}
+
+TEST_F(ScreenPictures, ThePanelForAFile)
+{
+    const HomeFolder home;
+    (void)home.write("Documents/Letters/a.txt");
+    (void)home.write("Documents/vision-vocabulary.txt");
+    openInCorner();
+    diagnostics.exportVocabulary();
+    (void)shown(u"Export Vision Vocabulary"_s);
+    (void)shown(u"Letters"_s);
+    picture(u"file-panel"_s);
+    fileRequest.browser()->accept();
+    (void)shown(u"Replace “vision-vocabulary.txt”?"_s);
+    picture(u"file-panel-replace"_s);
 }
 
 TEST_F(ScreenPictures, Preferences)

@@ -9,7 +9,7 @@
 #include "screens/ClipThumbnails.h"
 #include "shell/AppState.h"
 #include "shell/DiagnosticsExport.h"
-#include "shell/FolderRequest.h"
+#include "shell/FileRequest.h"
 #include "shell/HandoffExport.h"
 #include "shell/VolumeWatcherForeign.h"
 #include "tests/core/SortEngineFixture.h"
@@ -55,7 +55,7 @@ protected:
             {QStringLiteral("app"), QVariant::fromValue(&app)},
             {QStringLiteral("engine"), QVariant::fromValue(&engine)},
             {QStringLiteral("volumeWatcher"), QVariant::fromValue(&watcher)},
-            {QStringLiteral("folderRequest"), QVariant::fromValue(&folders)},
+            {QStringLiteral("fileRequest"), QVariant::fromValue(&fileRequest)},
             {QStringLiteral("diagnostics"), QVariant::fromValue(&diagnostics)},
             {QStringLiteral("handoff"), QVariant::fromValue(&handoff)},
             {QStringLiteral("buildNumber"), 7},
@@ -162,10 +162,12 @@ protected:
     AppState app{store, system, LoginItem(desk / "autostart", "/usr/bin/larkspan"), [](bool) {}};
     SortEngine engine;
     VolumeWatcher watcher;
-    FolderRequest folders;
-    DiagnosticsExport diagnostics{engine, [] {
+    FileRequest fileRequest{[] { return false; }}; // opens our own panels
+    DiagnosticsExport diagnostics{engine,
+                                  [] {
                                       return std::vector<QString>{QStringLiteral("sofa"), QStringLiteral("bed")};
-                                  }};
+                                  },
+                                  fileRequest};
     HandoffExport handoff{
         engine, store, [this](const FileUrl &file) { revealed.push_back(file); },
         HandoffExport::System{.mountTable = desk / "mounts", .deviceTree = desk.path(), .labels = desk.path()}};

@@ -163,6 +163,13 @@ void Desktop::key(const QString &name)
     released.await(name.split(u'+').size(), name);
 }
 
+void Desktop::type(const QString &text)
+{
+    const Releases released;
+    xdotool({u"type"_s, u"--delay"_s, u"20"_s, u"--"_s, text});
+    released.await(text.size(), text);
+}
+
 void Desktop::hold(const QString &name, int repeats)
 {
     RepeatCount count;

@@ -28,6 +28,8 @@ public:
     static void drag(QPoint from, QPoint to);
     // Keys by xdotool's names: "Tab", "Return", "shift+Tab".
     static void key(const QString &name);
+    // Letters, one key each.
+    static void type(const QString &text);
     // Holds a key down until the window has had so many repeats of it.
     static void hold(const QString &name, int repeats);
     // Drags files or addresses from another program's window, or a text after "--text", and drops them on an item.

@@ -1,0 +1,86 @@
+import QtQuick
+import Larkspan.Shell
+
+// Asks for a folder, or for a file to write: in the desktop's own panel, or in ours, over the whole window.
+Item {
+    id: panels
+
+    required property FileRequest request
+
+    readonly property real level: Math.max(house.level, question.level)
+    // Until it has faded.
+    readonly property bool covers: house.visible || question.visible
+
+    Connections {
+        target: panels.request
+
+        function onDesktopFolderAsked() {
+            desktop.ask("DesktopFolderPanel.qml");
+        }
+
+        function onDesktopFileAsked() {
+            desktop.ask("DesktopFilePanel.qml");
+        }
+    }
+
+    // Loads a new panel for each request.
+    Loader {
+        id: desktop
+
+        function ask(panel: url) {
+            setSource("", {});
+            setSource(panel, {
+                    "request": panels.request
+                });
+        }
+    }
+
+    ModalOverlay {
+        id: house
+
+        objectName: "filePanelOverlay"
+        shown: panels.request.browser.isOpen
+        scrimOpacity: 0.45
+        z: 4
+        onAboutToShow: card.setSource("FileBrowserCard.qml", {
+                "browser": panels.request.browser,
+                "focus": true
+            })
+        onClosed: card.source = ""
+        onEscaped: panels.request.browser.cancel()
+
+        Loader {
+            id: card
+
+            focus: true
+        }
+    }
+
+    ModalOverlay {
+        id: question
+
+        shown: panels.request.browser.fileToReplace !== ""
+        scrimOpacity: 0.45
+        z: 5
+        onEscaped: panels.request.browser.keepFile()
+
+        MessageCard {
+            focus: true
+            message: qsTr("A file of that name is already in this folder. Replacing it overwrites its contents.")
+            answers: [qsTr("Replace"), qsTr("Cancel")]
+            onAnswered: index => {
+                if (index === 0)
+                    panels.request.browser.replaceFile();
+                else
+                    panels.request.browser.keepFile();
+            }
+
+            // Keeps the words of an answered question while it fades.
+            Binding on title  {
+                value: qsTr("Replace “%1”?").arg(panels.request.browser.fileToReplace)
+                when: question.shown
+                restoreMode: Binding.RestoreNone
+            }
+        }
+    }
+}
