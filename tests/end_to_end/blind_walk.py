@@ -23,6 +23,8 @@ CONTROLS = {"push button", "combo box", "slider", "text"}
 # What is said when one goes into it.
 GROUPS = {"dialog", "list", "page tab list", "popup menu", "tool bar"}
 PATIENCE = 60  # seconds; a hang, not a measure of speed
+# In milliseconds; by itself the bus gives a busy program 0.8 seconds to answer.
+pyatspi.setTimeout(PATIENCE * 1000, PATIENCE * 1000)
 
 
 class NotFound(Exception):
