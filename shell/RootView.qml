@@ -106,23 +106,20 @@ Window {
         }
 
         WindowMoveArea {
-            z: root.app.phase === AppState.Intro ? 1 : 0
             width: parent.width
             height: 44
         }
 
-        // Drawn once below the intro, unseen, while the intro stands still: the first drawing makes textures, glyphs and
-        // shaders, which takes a slow machine so long that the window would stay empty after the intro.
         ToolStage {
             anchors.fill: parent
-            focus: root.app.phase === AppState.App
+            focus: true
             visible: opacity > 0
-            opacity: root.app.phase === AppState.App ? 1 : intro.standsStill ? 0.01 : 0
+            opacity: root.app.phase === AppState.App ? 1 : 0
             app: root.app
             engine: root.engine
             buildNumber: root.buildNumber
             classifierProblem: root.classifierProblem
-            isCovered: stage.isCovered || root.app.phase === AppState.Intro
+            isCovered: stage.isCovered
 
             Behavior on opacity  {
                 LKNumberMotion {
@@ -133,23 +130,12 @@ Window {
 
         // Leaves by itself: its last moment is an empty window.
         Loader {
-            id: intro
-
-            readonly property bool standsStill: (item as IntroView)?.isAtRest ?? false
-
             anchors.fill: parent
             active: root.app.phase === AppState.Intro
 
             sourceComponent: IntroView {
                 onChimeDue: root.introChimeDue() // qmllint disable
                 onFinished: root.app.finishIntro() // qmllint disable
-
-                MouseArea {
-                    anchors.fill: parent // the launcher is drawn below, but not to be touched
-                    hoverEnabled: true
-                    acceptedButtons: Qt.AllButtons
-                    onWheel: wheel => wheel.accepted = true
-                }
             }
         }
 

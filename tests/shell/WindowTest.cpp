@@ -1,7 +1,6 @@
 // The window itself: its frame, what it shows when, and what lies above.
 #include <QtGui/QScreen>
 #include <QtQml/QQmlExtensionPlugin>
-#include <QtTest/QTest>
 
 #include "design/IntroSequence.h"
 #include "shell/LKTool.h"
@@ -75,36 +74,6 @@ TEST_F(WindowTest, IsMovedByItsHeaderAndFillsTheScreenOnADoubleClick)
     Desktop::doubleClick(title);
     EXPECT_TRUE(waitUntil([this] { return window->visibility() == QWindow::Windowed; }));
     EXPECT_TRUE(waitUntil([this] { return window->size() == QSize(1180, 790); }));
-}
-
-TEST_F(WindowTest, DrawsTheLauncherUnseenAndOutOfReachWhileTheIntroStandsStill)
-{
-    openInIntro();
-    holdIntro();
-    const QQuickItem *cards = findNamed(window->contentItem(), u"cards"_s);
-    const auto opacity = [cards] {
-        double whole = 1;
-        for (const QQuickItem *item = cards; item; item = item->parentItem()) {
-            whole *= item->opacity();
-        }
-        return cards->isVisible() ? whole : 0;
-    };
-    EXPECT_EQ(opacity(), 0);
-    constexpr double leastDrawn = 0.001; // what the renderer leaves out is below it
-    ASSERT_TRUE(waitUntil([&] { return opacity() > leastDrawn; }));
-    EXPECT_LT(opacity(), 0.02);
-    EXPECT_EQ(app.phase(), AppState::Phase::Intro);
-    const QColor middle = window->grabWindow().pixelColor(300, 395); // beside the icon
-    EXPECT_EQ(middle, LK::instance().palette().surfaceWindow);
-    QTest::mouseClick(window, Qt::LeftButton, {}, middleOf(findShown(window->contentItem(), u"Open Binnacle"_s)));
-    QTest::keyClick(window, Qt::Key_Return);
-    EXPECT_EQ(app.view(), AppState::ViewMode::Landing);
-    const QPointF inCards(300, 395);
-    QWheelEvent wheel(inCards, window->mapToGlobal(inCards), {}, {-120, 0}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(window, &wheel);
-    EXPECT_EQ(app.property("toolIndex"), 0);
-    EXPECT_TRUE(waitUntil([&] { return opacity() == 0; })); // before the intro fades
 }
 
 TEST_F(WindowTest, CommandCommaDuringTheIntroSetsPreferencesWhichShowWhenItIsOver)
