@@ -71,10 +71,23 @@ QQuickItem &awaitAtRest(QQuickWindow &window, const std::function<QQuickItem *()
     return *item;
 }
 
-void awaitCreated(const QQuickWindow &window)
+void awaitCreated(QQuickWindow &window)
 {
     const QQmlIncubationController *controller = window.incubationController();
-    if (controller != nullptr && !waitUntil([&] { return controller->incubatingObjectCount() == 0; })) {
+    if (controller == nullptr) {
+        return;
+    }
+    // A frame lays items out, and what comes into view then is created. A window that isn't shown draws none.
+    int framesInPeace = 0;
+    const auto drawn = QObject::connect(&window, &QQuickWindow::afterAnimating, [&] {
+        framesInPeace = controller->incubatingObjectCount() == 0 ? framesInPeace + 1 : 0;
+    });
+    const bool isAllThere = waitUntil([&] {
+        window.update();
+        return window.isExposed() ? framesInPeace >= 2 : controller->incubatingObjectCount() == 0;
+    });
+    QObject::disconnect(drawn);
+    if (!isAllThere) {
         throw std::runtime_error("the window goes on creating items");
     }
 }
