@@ -430,6 +430,9 @@ TEST_F(FileCopyTest, AnotherFileIsEqualToACopyOnlyWithTheSameBytesInBothPlaces)
     EXPECT_FALSE(copier.isStillEqual(folder.write("other.mov", "FILM"), *copied));
     EXPECT_FALSE(copier.isStillEqual(folder.write("longer.mov", "film 2"), *copied));
     EXPECT_FALSE(copier.isStillEqual(folder / "missing.mov", *copied));
+    FinishedCopy elsewhere = *copied;
+    ++elsewhere.device;
+    EXPECT_FALSE(copier.isStillEqual(source, elsewhere)) << "the path leads to another disk now";
     writeContent(copied->destination, "FILM");
     EXPECT_FALSE(copier.isStillEqual(source, *copied));
     writeContent(copied->destination, "film 2");
