@@ -224,7 +224,8 @@ TEST_F(WorkingStylesTest, ATileComesWithAFadeAndGrowsFromAlmostItsSize)
     QQuickItem *peek = findNamed(scene->root(), u"peek"_s);
     double faintest = 1;
     double smallest = 1;
-    QObject::connect(&scene->window(), &QQuickWindow::afterAnimating, &scene->window(), [&] {
+    const QObject watch; // goes before what it writes to
+    QObject::connect(&scene->window(), &QQuickWindow::afterAnimating, &watch, [&] {
         for (const QQuickItem *tile : peek->property("contentItem").value<QQuickItem *>()->childItems()) {
             if (tile->property("fileName").isValid()) {
                 faintest = std::min(faintest, tile->opacity());

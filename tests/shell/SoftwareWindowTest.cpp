@@ -47,7 +47,8 @@ TEST_F(SoftwareWindowTest, AToolThatClosesIsNotTakenForAnEffect)
     const QQuickItem *tool = findNamed(window->contentItem(), u"tool"_s);
     ASSERT_NE(tool, nullptr);
     bool wasLayered = false;
-    QObject::connect(window, &QQuickWindow::afterAnimating, window,
+    const QObject watch; // goes before what it writes to
+    QObject::connect(window, &QQuickWindow::afterAnimating, &watch,
                      [&] { wasLayered = wasLayered || QQmlProperty::read(tool, u"layer.enabled"_s).toBool(); });
     app.closeTool();
     EXPECT_TRUE(waitUntil([&] { return !tool->isVisible(); }));

@@ -222,7 +222,8 @@ TEST_F(WindowTest, TheToolShrinksAndBlursAndIsStillThereWhenTheLauncherTakesItsP
     double mostBlurred = 0;
     double emptiest = 1;
     double opacityWhileClosing = 1;
-    QObject::connect(window, &QQuickWindow::afterAnimating, window, [&] {
+    const QObject watch; // goes before what it writes to
+    QObject::connect(window, &QQuickWindow::afterAnimating, &watch, [&] {
         smallest = std::min(smallest, tool->scale());
         mostBlurred = std::max(mostBlurred, tool->property("blur").toDouble());
         emptiest = std::min(emptiest, std::max(tool->opacity(), launcher->opacity()));
