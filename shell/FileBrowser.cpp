@@ -355,7 +355,9 @@ void FileBrowser::refresh()
             if (m_isGone) {
                 m_counting.stop();
                 m_problem = folderProblem(m_folder, contents.error());
-            } else if (m_clipCount || selectedName() != selected) { // else the count is still running
+            }
+            const bool isBeingCounted = !m_clipCount && selectedName() == selected;
+            if (!m_isGone && !isBeingCounted) {
                 countClips();
             }
             Q_EMIT changed();
