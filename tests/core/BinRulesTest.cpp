@@ -122,6 +122,9 @@ TEST(Classification, TheHallwayYieldsToTheRoomItLooksIntoFromSixtyFivePercentOn)
     const Classification stays = classify({.scores = {{u"Hallway / Stairs"_s, 1.0}, {u"Kitchen"_s, 0.64}}});
     EXPECT_EQ(stays.primary, u"Hallway / Stairs"_s);
     EXPECT_THAT(stays.secondaries, IsEmpty());
+
+    EXPECT_EQ(classify({.scores = {{u"Hallway / Stairs"_s, 2.0}, {u"Kitchen"_s, 1.2}}}).primary, u"Hallway / Stairs"_s)
+        << "of the hallway's score, however high";
 }
 
 TEST(Classification, TheHallwayYieldsAlsoWithoutTheOpenPlanOption)
@@ -205,6 +208,8 @@ TEST(Classification, ADroneClipGetsItsTopRoomAtAQuarterWhenTheOptionIsOff)
     EXPECT_THAT(classify({.scores = quarter}, u"DJI_0042.MP4"_s, options).secondaries, ElementsAre(u"Pool"_s));
     const Scores less{{u"Pool"_s, 0.24}, {u"Aerial / Drone"_s, 0.76}};
     EXPECT_THAT(classify({.scores = less}, u"DJI_0042.MP4"_s, options).secondaries, IsEmpty());
+    const Scores fifth{{u"Pool"_s, 0.5}, {u"Aerial / Drone"_s, 2.0}};
+    EXPECT_THAT(classify({.scores = fifth}, u"DJI_0042.MP4"_s, options).secondaries, IsEmpty()) << "of all evidence";
 }
 
 TEST(Classification, APersonInADroneClipStaysADroneClip)

@@ -212,6 +212,24 @@ TEST(FcpxmlStringOut, TheProjectHoldsEveryClipOnceWithAMarkerAtEachBin)
         uR"(<format id="r5" name="FFVideoFormat1080p25" frameDuration="1/25s" width="1920" height="1080"/>)"_s));
 }
 
+TEST(FcpxmlStringOut, TheTimelinesFormatHasTheEditorsNameWhereItHasOne)
+{
+    const auto hasFormat = [](QSizeF size, std::int64_t value, std::int32_t scale, const QString &name) {
+        const ClipPtr clip = clipAtRate("/a.mov", value, scale);
+        clip->displaySize = size;
+        return FCPXMLWriter::stringOut(std::vector{clip}, u"E"_s).contains(u"name=\"FFVideoFormat%1\""_s.arg(name));
+    };
+    EXPECT_TRUE(hasFormat({3840, 2160}, 1, 24, u"3840x2160p24"_s));
+    EXPECT_TRUE(hasFormat({3840, 2160}, 1001, 24'000, u"3840x2160p2398"_s));
+    EXPECT_TRUE(hasFormat({1920, 1080}, 1001, 30'000, u"1080p2997"_s));
+    EXPECT_TRUE(hasFormat({1920, 1080}, 1, 30, u"1080p30"_s));
+    EXPECT_TRUE(hasFormat({1280, 720}, 1, 50, u"720p50"_s));
+    EXPECT_TRUE(hasFormat({1280, 720}, 1001, 60'000, u"720p5994"_s));
+    EXPECT_TRUE(hasFormat({1280, 720}, 1, 60, u"720p60"_s));
+    EXPECT_FALSE(hasFormat({2160, 3840}, 1, 24, u""_s)) << "none of an upright timeline";
+    EXPECT_FALSE(hasFormat({1920, 1200}, 1, 24, u""_s));
+}
+
 TEST(FcpxmlStringOut, AClipOfAnotherRatePlaysAtItsOwnSpeed)
 {
     const std::vector clips{clipAtRate("/1.mov", 1001, 30'000), clipAtRate("/2.mov", 1001, 30'000),
