@@ -99,6 +99,20 @@ TEST(RoomSplitting, ADistanceOfExactlyTwelveJoinsWithoutAQuestion)
     EXPECT_THAT(reasonsOf(clips), Each(QString()));
 }
 
+TEST(RoomSplitting, ADistanceBeyondTwelveJoinsWithAQuestion)
+{
+    const auto clips = split({clipAt(0h, 0.0f), clipAt(1h, 12.5f)});
+    EXPECT_THAT(binsOf(clips), Each(u"Kitchen"_s));
+    EXPECT_THAT(reasonsOf(clips), ElementsAre(QString(), u"might be a different kitchen"_s));
+}
+
+TEST(RoomSplitting, TheNearestClipOfARoomCountsWhereverItStands)
+{
+    const auto clips = split({clipAt(0h, 10.0f), clipAt(1h, 0.0f), clipAt(2h, 21.0f)});
+    EXPECT_THAT(binsOf(clips), Each(u"Kitchen"_s));
+    EXPECT_THAT(reasonsOf(clips), Each(QString()));
+}
+
 TEST(RoomSplitting, RoomsAreNumberedByTheDateOfTheirFirstClip)
 {
     const auto clips =
