@@ -230,6 +230,27 @@ TEST(FcpxmlStringOut, TheTimelinesFormatHasTheEditorsNameWhereItHasOne)
     EXPECT_FALSE(hasFormat({1920, 1200}, 1, 24, u""_s));
 }
 
+TEST(FcpxmlStringOut, EveryRateThatTheEditorConformsHasItsName)
+{
+    struct Rate
+    {
+        std::int64_t value;
+        std::int32_t scale;
+        const char *name;
+    };
+    for (const Rate &rate : {Rate{1001, 24'000, "23.98"}, Rate{1, 24, "24"}, Rate{1, 25, "25"},
+                             Rate{1001, 30'000, "29.97"}, Rate{1, 30, "30"}, Rate{1001, 48'000, "47.95"},
+                             Rate{1, 48, "48"}, Rate{1, 50, "50"}, Rate{1001, 60'000, "59.94"}, Rate{1, 60, "60"},
+                             Rate{1, 100, "100"}, Rate{1001, 120'000, "119.88"}, Rate{1, 120, "120"}}) {
+        const std::int32_t timelines = rate.scale == 25 ? 30 : 25;
+        const std::vector clips{clipAtRate("/1.mov", 1, timelines), clipAtRate("/2.mov", 1, timelines),
+                                clipAtRate("/3.mov", rate.value, rate.scale)};
+        EXPECT_EQ(
+            FCPXMLWriter::stringOut(clips, u"E"_s).count(u"srcFrameRate=\"%1\""_s.arg(QLatin1StringView(rate.name))), 1)
+            << rate.name;
+    }
+}
+
 TEST(FcpxmlStringOut, AClipOfAnotherRatePlaysAtItsOwnSpeed)
 {
     const std::vector clips{clipAtRate("/1.mov", 1001, 30'000), clipAtRate("/2.mov", 1001, 30'000),
