@@ -230,6 +230,14 @@ TEST(FcpxmlStringOut, TheTimelinesFormatHasTheEditorsNameWhereItHasOne)
     EXPECT_FALSE(hasFormat({1920, 1200}, 1, 24, u""_s));
 }
 
+TEST(FcpxmlStringOut, TimesAreExactAtA1001Rate)
+{
+    const std::vector clips{clipAtRate("/1.mov", 1001, 30'000), clipAtRate("/2.mov", 1001, 30'000)};
+    const QString text = FCPXMLWriter::stringOut(clips, u"E"_s);
+    EXPECT_TRUE(text.contains(u" offset=\"60060/30000s\""_s)) << text.toStdString();
+    EXPECT_TRUE(text.contains(u" duration=\"120120/30000s\""_s)) << text.toStdString();
+}
+
 TEST(FcpxmlStringOut, EveryRateThatTheEditorConformsHasItsName)
 {
     struct Rate
