@@ -38,7 +38,7 @@ public:
     [[nodiscard]] std::vector<QString> supportedIdentifiers() const override;
 
 private:
-    // What was seen in a frame of a clip, before the clip is judged.
+    // One frame of a clip as the models saw it, before the clip is judged.
     struct Sight
     {
         std::size_t frame = 0; // its place in the clip

@@ -10,17 +10,17 @@
 // a passer-by far away, a face on a wall.
 namespace larkspan::PersonEvidence {
 
-// What confirms people in one frame.
+// Evidence of people in one frame.
 struct Confirmation
 {
     std::vector<HumanObservation> people; // those that pose and face confirm
     int faces = 0;                        // theirs
 };
 
-// Whether the box holds a person who is near enough to matter, by its size and by the joints and the faces in it.
+// Returns whether the box holds a person who is near enough to matter, by its size and by the joints and faces in it.
 [[nodiscard]] bool isPresent(const HumanObservation &human, const BodyPose &pose, std::span<const DetectedFace> faces);
 
-// Whether a clip of these frames shows a person: more than half of them confirm one.
+// Returns whether a clip of these frames shows a person: more than half of them confirm one.
 [[nodiscard]] bool showsPerson(std::span<const Confirmation> frames);
 
 // The number of faces whose middle is inside the box. A face outside every body is one on a wall or a screen.

@@ -7,12 +7,6 @@ namespace larkspan {
 
 namespace {
 
-bool isThere(const FileUrl &file)
-{
-    std::error_code unreachable; // counts as gone
-    return std::filesystem::exists(file.path(), unreachable);
-}
-
 // A file that holds no date has that of the file system, which a move may change by the length of the shot or the time
 // that it was copied in.
 constexpr std::chrono::hours oneDay{24};
@@ -43,10 +37,9 @@ std::vector<std::optional<FileUrl>> findMovedFootage(std::span<const ClipPtr> cl
     std::vector<bool> isGone(clips.size());
     for (std::size_t i = 0; i < clips.size() && !stop.stop_requested(); ++i) {
         allBins.insert(clips[i]->primaryBin);
-        const FileUrl place = clips[i]->footageURL();
-        isGone[i] = !isThere(place);
+        isGone[i] = clips[i]->isFootageGone();
         if (!isGone[i]) {
-            taken.insert(place.path());
+            taken.insert(clips[i]->footageURL().path());
         }
     }
     const auto find = [&](const MediaClip &clip) -> std::optional<FileUrl> {

@@ -17,7 +17,7 @@ inline constexpr std::array allHandoffFormats{HandoffFormat::kdenlive, HandoffFo
 QString handoffRawValue(HandoffFormat format);
 std::optional<HandoffFormat> handoffFromRawValue(const QString &rawValue);
 
-// What follows a shoot's name in the file's: ".kdenlive", " Timeline.fcpxml", so that no format takes the event's name.
+// The end of the file's name, behind the shoot's: ".kdenlive", " Timeline.fcpxml". None makes the event's name.
 QString handoffSuffix(HandoffFormat format);
 
 } // namespace larkspan

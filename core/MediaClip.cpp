@@ -41,4 +41,10 @@ FileUrl MediaClip::footageURL() const
     return destinationURL && !std::filesystem::exists(sourceURL().path(), unreadable) ? *destinationURL : sourceURL();
 }
 
+bool MediaClip::isFootageGone() const
+{
+    std::error_code unreachable; // counts as gone
+    return !std::filesystem::exists(footageURL().path(), unreachable);
+}
+
 } // namespace larkspan

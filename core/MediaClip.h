@@ -56,11 +56,12 @@ public:
 
     // The primary bin, then the extras, without empty names and doubles. This decides membership of a bin everywhere.
     std::vector<QString> bins() const;
-    // What an export begins with: the url, or where a reopened clip was found.
+    // The file that an export begins with: the url, or the place where a reopened clip was found.
     const FileUrl &sourceURL() const { return foundURL ? *foundURL : url; }
-    // Where the footage is now: at its source, or where the importer moved it if it is gone from there. Asks the file
-    // system.
+    // The place of the footage now: its source, or the importer's copy if the source is gone. Asks the file system.
     FileUrl footageURL() const;
+    // Nothing is at that place, or it can't be reached. Asks the file system.
+    bool isFootageGone() const;
     bool isVertical() const { return displaySize.width() < displaySize.height(); }
     // The length on the clip's own frame grid, at least one frame, in ticks of 1 / frameDurationScale seconds.
     std::int64_t durationTicks() const;

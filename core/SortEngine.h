@@ -119,7 +119,7 @@ public:
     Q_INVOKABLE void exportEvent();
     // Numbered bins without a gap in their numbers, as an export leaves them.
     void closeGapsInBins();
-    // Where the shoot is written for another program: beside the event, or where that would go. None without a folder.
+    // The file that the shoot is written to for another program, in the event's folder. None without a folder.
     [[nodiscard]] std::optional<FileUrl> handoffFile(HandoffFormat format) const;
     // Asks how to write the shoot for another program.
     Q_INVOKABLE void chooseHandoff();

@@ -1,4 +1,5 @@
-// How a sorted shoot leaves the program: folders of footage, the event, and texts for whoever tunes the bins.
+// SortEngine's part that takes a sorted shoot out of the program: folders of footage, the event, and texts for whoever
+// tunes the bins.
 #include "core/SortEngine.h"
 
 #include <algorithm>
@@ -26,12 +27,6 @@ std::optional<FileUrl> documentsFolder()
     return FileUrl(QFile::encodeName(folder).toStdString());
 }
 
-bool isLost(const ClipPtr &clip)
-{
-    std::error_code unreachable; // counts as gone
-    return !std::filesystem::exists(clip->footageURL().path(), unreachable);
-}
-
 } // namespace
 
 QString SortEngine::exportSummary() const
@@ -46,7 +41,7 @@ void SortEngine::exportEvent()
     if (m_target == NLE::premiere || !m_folder) {
         return;
     }
-    if (m_looksForFootage && std::ranges::any_of(m_clips, isLost)) {
+    if (m_looksForFootage && std::ranges::any_of(m_clips, [](const ClipPtr &clip) { return clip->isFootageGone(); })) {
         m_exportsOnceFound = true;
         return;
     }

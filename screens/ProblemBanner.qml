@@ -7,7 +7,7 @@ FocusScope {
     id: banner
 
     property string message
-    // Whether it has a button that takes it away.
+    // It has a button that takes it away.
     property bool dismissible: false
 
     signal dismissed

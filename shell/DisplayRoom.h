@@ -6,7 +6,7 @@
 
 namespace larkspan {
 
-// How much room there is for a window that opens now. Main thread.
+// The room that there is for a window that opens now. Main thread.
 class DisplayRoom : public QObject
 {
     Q_OBJECT

@@ -140,9 +140,7 @@ void FileBrowser::abandon()
     for (Task *task : {&m_placing, &m_visiting, &m_refreshing, &m_counting, &m_accepting}) {
         task->stop();
     }
-    if (const QStringList watched = m_watcher.directories(); !watched.isEmpty()) {
-        m_watcher.removePaths(watched);
-    }
+    unwatch();
     m_isVisiting = m_isAccepting = m_isRefreshing = m_refreshesAgain = m_isGone = false;
     m_fileToReplace.clear();
     m_problem.clear();
@@ -323,9 +321,7 @@ void FileBrowser::enterFolder(const Path &folder, FolderContents contents, const
 {
     m_refreshing.stop();
     m_isRefreshing = m_refreshesAgain = m_isGone = false;
-    if (const QStringList watched = m_watcher.directories(); !watched.isEmpty()) {
-        m_watcher.removePaths(watched);
-    }
+    unwatch();
     m_watcher.addPath(FileUrl(folder).displayPath());
     m_folder = folder;
     m_entries.show(std::move(contents));
@@ -333,6 +329,13 @@ void FileBrowser::enterFolder(const Path &folder, FolderContents contents, const
     countClips();
     Q_EMIT visited();
     Q_EMIT changed();
+}
+
+void FileBrowser::unwatch()
+{
+    if (const QStringList watched = m_watcher.directories(); !watched.isEmpty()) {
+        m_watcher.removePaths(watched);
+    }
 }
 
 void FileBrowser::refresh()

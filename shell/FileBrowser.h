@@ -129,6 +129,7 @@ private:
     // it.
     void visit(std::function<Path()> find, const std::string &selected = {});
     void enterFolder(const Path &folder, FolderContents contents, const std::string &selected);
+    void unwatch();
     void refresh();
     void selectNamed(const std::string &name);
     [[nodiscard]] std::string selectedName() const;

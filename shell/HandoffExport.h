@@ -13,7 +13,7 @@
 
 namespace larkspan {
 
-// What the sheet "Export For…" shows and does: writes the sorted shoot for another program, beside the event. The
+// The state of the sheet "Export For…", which writes the sorted shoot for another program, beside the event. The
 // choices stay in the settings. Main thread.
 class HandoffExport : public QObject
 {
@@ -32,7 +32,7 @@ class HandoffExport : public QObject
     Q_PROPERTY(QString problem READ problem NOTIFY changed) // "" unless the last writing failed
 
 public:
-    // Where the system tells of its volumes.
+    // The files in which the system tells of its volumes.
     struct System
     {
         std::filesystem::path mountTable = "/proc/self/mountinfo";

@@ -14,7 +14,7 @@ class InputGuard : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    // What is on show; any other text is another scene.
+    // A name for all that is on show; any other text is another scene.
     Q_PROPERTY(QString scene MEMBER m_scene NOTIFY sceneChanged REQUIRED)
     Q_PROPERTY(QQuickWindow *window READ window WRITE setWindow NOTIFY windowChanged REQUIRED)
 
@@ -45,10 +45,10 @@ private:
         quint64 time = 0; // milliseconds
     };
 
-    // Whether a key event comes from holding a key that acts once.
+    // Returns whether a key event comes from holding a key that acts once.
     bool isHeldOn(const QKeyEvent &event);
     bool mayRepeat(int key) const;
-    // Whether a press is the second of a double click, over another scene than the first.
+    // Returns whether a press is the second of a double click, over another scene than the first.
     bool isMeantForBefore(const QMouseEvent &press) const;
 
     QPointer<QQuickWindow> m_window;

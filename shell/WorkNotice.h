@@ -32,7 +32,7 @@ private:
     Q_SLOT void actionInvoked(uint id, const QString &action);
     void followStage();
     void tell(const QString &summary, const QString &body);
-    // What the editor must know of a card goes with what is told.
+    // Adds the warning about the card, if there is one, to what is told.
     QString withCardNote(const QString &text) const;
 
     SortEngine &m_engine;

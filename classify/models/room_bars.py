@@ -10,7 +10,7 @@ CATCH_ALL = [BINS.index(name) for name in ("Office", "Laundry Room", "Garage", "
                                            "Interior Detail", "Amenities / Other")]
 # A clip counts for several photos, as there are few.
 CLIP_WEIGHT, REAL_CLIP_WEIGHT = 3.0, 6.0
-# How far a bin's own term is drawn to none, and the two terms for clips.
+# The pull of a bin's own term towards none, and that of the two terms for clips.
 BIN_PENALTY, CLIP_PENALTY = 5.0, 0.1
 # A room that is less probable than this has rivals, whatever its bin.
 LEAST_BAR = 0.3

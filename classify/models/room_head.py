@@ -6,9 +6,9 @@ from room_data import BINS, EXCLUSIVE, FRAMES, NONE, NOTHING, OUTPUTS
 
 CLIP = 5.0  # standard deviations; what lies beyond says no more
 PENALTY = 0.6
-# How much of a label goes to the second bin that a reasonable editor might choose.
+# The share of a label that goes to the second bin that a reasonable editor might choose.
 SECOND = 0.45
-# How much a picture of a source weighs beside a photo of a site. The four frames of a clip are much alike.
+# The weight of a picture of a source beside a photo of a site. The four frames of a clip are much alike.
 SOURCE_WEIGHTS = {"sites": 1.0, "sites2": 1.0, "sites-rendered": 0.3, "sites2-rendered": 0.3, "clips-real": 0.5,
                   "clips-cg": 0.3, "clips-slideshow-of-stills": 0.3, "garden": 0.05, "made": 0.25}
 OTHER_WEIGHT = 0.25

@@ -92,7 +92,7 @@ double falloff(QPoint pixel, QPointF pointer)
                     1.0 - std::hypot(place.x() - pointer.x(), place.y() - pointer.y()) / spotlightRadius(cardSize));
 }
 
-// How much of a point's neighbourhood a shape fills, weighted by a Gaussian of that deviation.
+// The share of a point's neighbourhood that a shape fills, weighted by a Gaussian of that deviation.
 double blurred(const QImage &shape, QPoint place, double deviation)
 {
     const int reach = static_cast<int>(std::ceil(4 * deviation));

@@ -1,4 +1,4 @@
-// What the program shows when it is started.
+// The program as it comes up when it is started.
 #include "tests/end_to_end/ProgramWindow.h"
 #include "tests/support/FfmpegMedia.h"
 

@@ -1,4 +1,4 @@
-// How single files are copied and compared. The system's calls are real, except where a test says otherwise.
+// Single files are copied and compared. The system's calls are real, except where a test says otherwise.
 #include "output/FileCopy.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-// How the importer compares the size of a shoot with the room at its destination. The volume's figures are made up.
+// The importer compares the size of a shoot with the room at its destination. The volume's figures are made up.
 #include <limits>
 
 #include <gmock/gmock.h>

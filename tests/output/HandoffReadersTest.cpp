@@ -45,7 +45,7 @@ ClipPtr coloredClip(const fs::path &path, const QString &bin, const std::string 
     return clip;
 }
 
-// What a program printed, standard error included; fails the test if the program does.
+// Returns all that a program printed, standard error included; fails the test if the program does.
 std::string outputOf(const QString &program, const QStringList &arguments)
 {
     QProcess process;

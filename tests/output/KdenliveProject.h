@@ -10,7 +10,7 @@ namespace larkspan::test {
 
 using Properties = std::map<std::string, std::string>;
 
-// What a project says: its elements with their attributes, and the properties of each by its id.
+// A project as it was read: its elements with their attributes, and the properties of each by its id.
 struct ReadProject
 {
     explicit ReadProject(const QString &text)

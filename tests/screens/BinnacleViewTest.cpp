@@ -134,7 +134,7 @@ TEST_F(BinnacleViewTest, ExportTellsWhereTheEventWentAndTheWayBack)
     EXPECT_TRUE(shows(name + u" · event created"_s));
     EXPECT_TRUE(shows(u"Event created"_s));
     EXPECT_TRUE(shows(name + u".fcpxml · 2 bins · 2 clips"_s));
-    // Where it lies is told of the line that names it.
+    // The line that names it tells its place.
     const QString path = FileUrl(folder.path() / (folder.path().filename().string() + ".fcpxml")).displayPath();
     const QQuickItem *summary = findShown(scene->root(), name + u".fcpxml · 2 bins · 2 clips"_s);
     ASSERT_NE(summary, nullptr);
@@ -258,7 +258,7 @@ TEST_F(BinnacleViewTest, AFoldersNameIsNoPatternAndTurnsNothingAroundIt)
 
 TEST_F(BinnacleViewTest, ARightToLeftNameStandsBeforeTheNumbersThatFollowIt)
 {
-    // Where the letters are drawn, and not only which they are.
+    // The place of each letter counts, and not only which it is.
     const QString title = Wording::of(u"%1 · %2 clips · %3 bins"_s, {u"בית 14"_s, 24, 10});
     QTextLayout layout(title, LK::instance().font(11.5));
     layout.beginLayout();

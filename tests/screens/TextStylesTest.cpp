@@ -1,4 +1,4 @@
-// How large and in which colour the screens say what they say, and the measures around it.
+// Sizes and colours of the screens' texts, and the measures around them.
 #include "design/LK.h"
 #include "tests/screens/ResultsFixture.h"
 

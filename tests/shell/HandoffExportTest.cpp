@@ -1,4 +1,4 @@
-// What the sheet "Export For…" shows and writes, without a window.
+// The state of the sheet "Export For…" and the files that it writes, without a window.
 #include "shell/HandoffExport.h"
 #include <set>
 

@@ -103,7 +103,7 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return popup.isNull() || !popup->property("visible").toBool(); }));
     }
 
-    // Whether a tool tip on the item, or on one in it, is up.
+    // Returns whether a tool tip on the item, or on one in it, is up.
     static bool isTold(const QQuickItem &item)
     {
         return std::ranges::any_of(item.childItems(), [](const QQuickItem *child) {
