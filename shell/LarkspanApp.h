@@ -6,7 +6,6 @@
 #include <stop_token>
 
 #include <QtCore/QFuture>
-#include <QtQml/QQmlApplicationEngine>
 
 #include "classify/VisionClassifier.h"
 #include "classify/VisionModels.h"
@@ -19,6 +18,7 @@
 #include "shell/FileChooserPortal.h"
 #include "shell/FileRequest.h"
 #include "shell/HandoffExport.h"
+#include "shell/WindowEngine.h"
 #include "shell/WorkNotice.h"
 
 class QQuickWindow;
@@ -79,7 +79,7 @@ private:
     DiagnosticsExport m_diagnostics;
     HandoffExport m_handoff;
     WorkNotice m_notice;
-    QQmlApplicationEngine m_qml; // last: what it shows goes before what is shown
+    WindowEngine m_qml; // last: what it shows goes before what is shown
 };
 
 } // namespace larkspan

@@ -37,9 +37,6 @@ protected:
 
     void TearDown() override
     {
-        if (program && program->window() != nullptr) {
-            awaitCreated(*program->window());
-        }
         program.reset(); // before the footage that it shows
     }
 

@@ -3,7 +3,6 @@
 #include <functional>
 #include <optional>
 
-#include <QtQml/QQmlApplicationEngine>
 #include <QtQuick/QQuickWindow>
 
 #include "screens/ClipThumbnails.h"
@@ -12,6 +11,7 @@
 #include "shell/FileRequest.h"
 #include "shell/HandoffExport.h"
 #include "shell/VolumeWatcherForeign.h"
+#include "shell/WindowEngine.h"
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Items.h"
@@ -31,13 +31,6 @@ protected:
     {
         qml.addImportPath(QStringLiteral("qrc:/qt/qml"));
         qml.addImageProvider(ClipThumbnails::providerName(), new ClipThumbnails(engine)); // owned by qml
-    }
-
-    void TearDown() override
-    {
-        if (window != nullptr) {
-            awaitCreated(*window);
-        }
     }
 
     // Shows the window, past the intro and with the sort tool open unless told otherwise.
@@ -171,7 +164,7 @@ protected:
     HandoffExport handoff{
         engine, store, [this](const FileUrl &file) { revealed.push_back(file); },
         HandoffExport::System{.mountTable = desk / "mounts", .deviceTree = desk.path(), .labels = desk.path()}};
-    QQmlApplicationEngine qml; // last: what it shows goes before what is shown
+    WindowEngine qml; // last: what it shows goes before what is shown
     QQuickWindow *window = nullptr;
 };
 

@@ -1,6 +1,7 @@
 // The window itself: its frame, what it shows when, and what lies above.
 #include <QtGui/QScreen>
 #include <QtQml/QQmlExtensionPlugin>
+#include <QtQml/QQmlIncubationController>
 
 #include "design/IntroSequence.h"
 #include "shell/LKTool.h"
@@ -74,6 +75,24 @@ TEST_F(WindowTest, IsMovedByItsHeaderAndFillsTheScreenOnADoubleClick)
     Desktop::doubleClick(title);
     EXPECT_TRUE(waitUntil([this] { return window->visibility() == QWindow::Windowed; }));
     EXPECT_TRUE(waitUntil([this] { return window->size() == QSize(1180, 790); }));
+}
+
+// Several times, since a list may be left at any point of what it makes.
+TEST_F(WindowTest, ListsThatAreLeftWhileTheyAreStillBeingMadeCauseNoWarning)
+{
+    open();
+    for (int i = 0; i < 60; ++i) {
+        makeClips({("kitchen " + std::to_string(i)).c_str()});
+    }
+    const QQmlIncubationController &lists = *qml.incubationController();
+    for (int time = 0; time < 20; ++time) {
+        engine.sortFolder(shoot);
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+        ASSERT_TRUE(waitUntil([&] { return lists.incubatingObjectCount() > 0; }));
+        QCoreApplication::processEvents();
+        engine.reset();
+        ASSERT_TRUE(waitUntil([&] { return isShown(u"Choose Folder"_s); }));
+    }
 }
 
 TEST_F(WindowTest, CommandCommaDuringTheIntroSetsPreferencesWhichShowWhenItIsOver)

@@ -3,8 +3,6 @@
 #include <optional>
 #include <stdexcept>
 
-#include <QtQml/QQmlIncubator>
-
 #include "tests/support/WaitUntil.h"
 
 namespace larkspan::test {
@@ -69,27 +67,6 @@ QQuickItem &awaitAtRest(QQuickWindow &window, const std::function<QQuickItem *()
         throw std::runtime_error("not shown: " + name.toStdString());
     }
     return *item;
-}
-
-void awaitCreated(QQuickWindow &window)
-{
-    const QQmlIncubationController *controller = window.incubationController();
-    if (controller == nullptr) {
-        return;
-    }
-    // A frame lays items out, and what comes into view then is created. A window that isn't shown draws none.
-    int framesInPeace = 0;
-    const auto drawn = QObject::connect(&window, &QQuickWindow::afterAnimating, [&] {
-        framesInPeace = controller->incubatingObjectCount() == 0 ? framesInPeace + 1 : 0;
-    });
-    const bool isAllThere = waitUntil([&] {
-        window.update();
-        return window.isExposed() ? framesInPeace >= 2 : controller->incubatingObjectCount() == 0;
-    });
-    QObject::disconnect(drawn);
-    if (!isAllThere) {
-        throw std::runtime_error("the window goes on creating items");
-    }
 }
 
 QPoint middleOf(const QQuickItem *item)

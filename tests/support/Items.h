@@ -17,9 +17,6 @@ QQuickItem *findNamed(QQuickItem *root, const QString &objectName);
 // Waits until what is looked for is there and stays where it is from one frame of the window to the next: what has just
 // come up, or moved up, is laid out with a frame. Throws, with the name, if it never does.
 QQuickItem &awaitAtRest(QQuickWindow &window, const std::function<QQuickItem *()> &find, const QString &name);
-// Lets views finish what they create across several frames, and what the frames after that bring into view. Qt warns of
-// a window that goes before that.
-void awaitCreated(QQuickWindow &window);
 // Where the middle of an item is, in the window.
 QPoint middleOf(const QQuickItem *item);
 
