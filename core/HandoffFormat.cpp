@@ -48,4 +48,18 @@ QString handoffSuffix(HandoffFormat format)
     Q_UNREACHABLE();
 }
 
+bool holdsTimecode(HandoffFormat format)
+{
+    switch (format) {
+    case HandoffFormat::fcpxmlTimeline:
+    case HandoffFormat::otio:
+    case HandoffFormat::fcpxmlTimecode:
+        return true;
+    case HandoffFormat::kdenlive:
+    case HandoffFormat::csv:
+        return false;
+    }
+    Q_UNREACHABLE();
+}
+
 } // namespace larkspan

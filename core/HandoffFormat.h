@@ -20,4 +20,7 @@ std::optional<HandoffFormat> handoffFromRawValue(const QString &rawValue);
 // The end of the file's name, behind the shoot's: ".kdenlive", " Timeline.fcpxml". None makes the event's name.
 QString handoffSuffix(HandoffFormat format);
 
+// Returns whether the file holds the clips' own timecodes.
+bool holdsTimecode(HandoffFormat format);
+
 } // namespace larkspan

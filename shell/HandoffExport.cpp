@@ -1,9 +1,12 @@
 #include "shell/HandoffExport.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
-#include "classify/ClipProbe.h"
+#include <QtConcurrent/QtConcurrentRun>
+#include <QtCore/QPromise>
+
 #include "core/AtomicFile.h"
 #include "output/Handoff.h"
 #include "output/MountTable.h"
@@ -71,7 +74,20 @@ HandoffExport::HandoffExport(SortEngine &engine, SettingsStore &settings, std::f
 {
     connect(&engine, &SortEngine::stageChanged, this, &HandoffExport::followEngine);
     connect(&engine, &SortEngine::clipsChanged, this, &HandoffExport::followEngine);
+    connect(&engine, &SortEngine::folderChanged, this, &HandoffExport::forgetOutcome);
     connect(&engine, &SortEngine::optionsChanged, this, &HandoffExport::changed);
+    connect(&m_reading, &QFutureWatcherBase::resultReadyAt, this, &HandoffExport::takeTimecode);
+    connect(&m_reading, &QFutureWatcherBase::finished, this, [this] {
+        if (!m_reading.isCanceled()) {
+            m_unread.clear();
+            writeFile();
+        }
+    });
+}
+
+HandoffExport::~HandoffExport()
+{
+    stopReading();
 }
 
 bool HandoffExport::isAvailable() const
@@ -144,23 +160,67 @@ void HandoffExport::close()
 {
     if (m_isShown) {
         m_isShown = false;
+        stopReading();
         Q_EMIT shownChanged();
     }
 }
 
 void HandoffExport::write()
 {
-    const auto file = m_engine.handoffFile(m_format);
-    if (!isAvailable() || !file) {
+    if (!isAvailable() || isReading()) {
         return;
     }
-    m_engine.closeGapsInBins();
-    for (const ClipPtr &clip : m_engine.clips()) {
-        if (!clip->isTimecodeRead) {
-            clip->timecode = readTimecode(clip->footageURL());
-            clip->isTimecodeRead = true;
-        }
+    if (holdsTimecode(m_format)) {
+        std::ranges::copy_if(m_engine.clips(), std::back_inserter(m_unread),
+                             [](const ClipPtr &clip) { return !clip->isTimecodeRead; });
     }
+    if (m_unread.empty()) {
+        writeFile();
+    } else {
+        readTimecodes();
+    }
+}
+
+void HandoffExport::readTimecodes()
+{
+    // The clips themselves may change meanwhile, so the reader gets copies.
+    std::vector<MediaClip> copies;
+    copies.reserve(m_unread.size());
+    std::ranges::transform(m_unread, std::back_inserter(copies), [](const ClipPtr &clip) { return *clip; });
+    m_readCount = 0;
+    m_written.reset();
+    m_problem.clear();
+    m_reading.setFuture(QtConcurrent::run(&m_readers, [copies = std::move(copies), read = m_system.readTimecode](
+                                                          QPromise<std::optional<Timecode>> &promise) {
+        for (const MediaClip &clip : copies) {
+            if (promise.isCanceled()) {
+                return;
+            }
+            promise.addResult(read(clip.footageURL()));
+        }
+    }));
+    Q_EMIT changed();
+}
+
+void HandoffExport::takeTimecode(int index)
+{
+    MediaClip &clip = *m_unread[static_cast<std::size_t>(index)];
+    clip.timecode = m_reading.resultAt(index);
+    clip.isTimecodeRead = true;
+    ++m_readCount;
+    Q_EMIT changed();
+}
+
+void HandoffExport::stopReading()
+{
+    m_reading.cancel();
+    m_unread.clear();
+}
+
+void HandoffExport::writeFile()
+{
+    const auto file = m_engine.handoffFile(m_format);
+    m_engine.closeGapsInBins();
     const QByteArray text = handoffText(m_format, m_engine.clips(), m_engine.folder()->lastPathComponent(), paths());
     const auto written =
         writeFileAtomically(file->path(), std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
@@ -187,6 +247,7 @@ void HandoffExport::followEngine()
 
 void HandoffExport::forgetOutcome()
 {
+    stopReading();
     m_written.reset();
     m_problem.clear();
     Q_EMIT changed();

@@ -104,9 +104,27 @@ FocusScope {
             text: qsTr("Clips as %1").arg(sheet.handoff.example)
         }
 
-        Note {
-            text: sheet.handoff.problem !== "" ? qsTr("The file couldn't be written: %1").arg(sheet.handoff.problem) : sheet.handoff.isWritten ? qsTr("Written: %1").arg(sheet.handoff.file) : qsTr("Writes %1").arg(sheet.handoff.file)
-            color: sheet.handoff.problem !== "" ? LK.palette.danger : sheet.handoff.isWritten ? LK.palette.textPrimary : LK.palette.textTertiary
+        Item {
+            width: column.width
+            height: Math.max(outcome.height, reading.height)
+
+            Note {
+                id: outcome
+
+                visible: !sheet.handoff.isReading
+                text: sheet.handoff.problem !== "" ? qsTr("The file couldn't be written: %1").arg(sheet.handoff.problem) : sheet.handoff.isWritten ? qsTr("Written: %1").arg(sheet.handoff.file) : qsTr("Writes %1").arg(sheet.handoff.file)
+                color: sheet.handoff.problem !== "" ? LK.palette.danger : sheet.handoff.isWritten ? LK.palette.textPrimary : LK.palette.textTertiary
+            }
+
+            LKProgressBar {
+                id: reading
+
+                width: parent.width
+                visible: sheet.handoff.isReading
+                label: qsTr("Reading the clips' timecodes")
+                done: sheet.handoff.readCount
+                total: sheet.handoff.readTotal
+            }
         }
 
         Row {
@@ -114,13 +132,15 @@ FocusScope {
             spacing: 8
 
             LKButton {
+                focus: sheet.handoff.isReading
                 title: sheet.handoff.isWritten ? qsTr("Done") : qsTr("Cancel")
                 onActivated: sheet.handoff.close()
             }
 
             LKButton {
                 visible: !sheet.handoff.isWritten
-                focus: visible
+                enabled: !sheet.handoff.isReading
+                focus: visible && enabled
                 kind: LKButton.Accent
                 title: qsTr("Export")
                 onActivated: sheet.handoff.write()

@@ -2,6 +2,7 @@
 
 #include "core/RoomLabel.h"
 #include "output/FCPXMLWriter.h"
+#include "output/Handoff.h"
 #include "output/KeywordTable.h"
 #include "output/MediaPaths.h"
 #include "output/StringOut.h"
@@ -328,4 +329,16 @@ TEST(MediaPaths, EveryFcpxmlAndTheTableHaveTheMacsPaths)
         EXPECT_TRUE(text.contains(u"src=\"file:///Volumes/CARD/a%20b.mov\""_s));
     }
     EXPECT_TRUE(keywordTable(clips, onMacWithCard()).contains(u"a b.mov,/Volumes/CARD,"_s));
+}
+
+TEST(Handoff, OnlyTheFormatsThatHoldTimecodesChangeWithOne)
+{
+    const ClipPtr clip = handoffClip("/1.mov", u"Kitchen"_s);
+    for (const HandoffFormat format : allHandoffFormats) {
+        clip->timecode.reset();
+        const QByteArray without = handoffText(format, std::vector{clip}, u"House"_s);
+        clip->timecode = Timecode{.frame = 900'000, .rate = {.counted = 25, .isOver1001 = false}, .isDropFrame = false};
+        EXPECT_EQ(handoffText(format, std::vector{clip}, u"House"_s) != without, holdsTimecode(format))
+            << handoffRawValue(format).toStdString();
+    }
 }

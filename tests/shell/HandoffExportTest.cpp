@@ -1,6 +1,10 @@
 // The state of the sheet "Export For…" and the files that it writes, without a window.
 #include "shell/HandoffExport.h"
+
+#include <atomic>
 #include <set>
+
+#include <QtCore/QScopeGuard>
 
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/FfmpegMedia.h"
@@ -47,6 +51,37 @@ protected:
                 .labels = desk.path()};
     }
 
+    // The same with clips of ten o'clock. Each is read once the gate lets it.
+    HandoffExport::System systemWithSlowClips()
+    {
+        auto system = systemWithCard();
+        system.readTimecode = [this](const FileUrl &) -> std::optional<Timecode> {
+            ++reads;
+            if (QThread::currentThread() == QCoreApplication::instance()->thread()) {
+                ADD_FAILURE() << "the window waits for the clip";
+            } else {
+                reading.pass();
+            }
+            return tenOClock;
+        };
+        return system;
+    }
+
+    // Has a first clip waited for, and the file not written.
+    void beginToRead(HandoffExport &handoff)
+    {
+        handoff.open();
+        handoff.setFormat(u"fcpxml-timecode"_s);
+        handoff.write();
+        ASSERT_TRUE(handoff.isReading());
+        reading.awaitArrival();
+        EXPECT_FALSE(handoff.isWritten());
+    }
+
+    const Timecode tenOClock{.frame = 900'000, .rate = {.counted = 25, .isOver1001 = false}, .isDropFrame = false};
+    std::atomic<int> reads = 0;
+    Gate reading;
+
     const TempFolder desk;
     SettingsStore store{QString::fromStdString((desk / "settings.ini").string())};
     SortEngine engine;
@@ -78,7 +113,7 @@ TEST_F(HandoffExportTest, EveryFormatIsWrittenUnderANameOfItsOwnAndTheEventStays
         handoff.setFormat(option.toMap()[u"value"_s].toString());
         EXPECT_FALSE(handoff.isWritten()) << "of another format's file that can't be said";
         handoff.write();
-        EXPECT_TRUE(handoff.isWritten());
+        EXPECT_TRUE(waitUntil([&] { return handoff.isWritten(); }));
         EXPECT_TRUE(fs::exists(handoff.file().toStdString())) << handoff.file().toStdString();
         files.insert(handoff.file().toStdString());
         handoff.reveal();
@@ -159,8 +194,114 @@ TEST_F(HandoffExportTest, AReopenedClipsTimecodeIsReadWhenItIsAskedFor)
     handoff.open();
     handoff.setFormat(u"fcpxml-timecode"_s);
     handoff.write();
-    EXPECT_EQ(engine.clips().front()->timecode, Timecode::parsed(u"10:00:00:00"_s, 25));
+    EXPECT_TRUE(waitUntil([&] { return handoff.isWritten(); }));
+    EXPECT_EQ(engine.clips().front()->timecode, tenOClock);
     EXPECT_THAT(bytesOf(handoff.file().toStdString()), testing::HasSubstr("tcFormat=\"NDF\""));
+}
+
+TEST_F(HandoffExportTest, TheWindowGoesOnWhileTimecodesAreReadAndTheFileFollows)
+{
+    sort();
+    HandoffExport handoff(engine, store, {}, systemWithSlowClips());
+    const auto lets = qScopeGuard([this] { reading.open(100); });
+    beginToRead(handoff);
+    EXPECT_EQ(handoff.readCount(), 0);
+    EXPECT_EQ(handoff.readTotal(), 2);
+    handoff.write(); // pressed twice
+    reading.open();
+    EXPECT_TRUE(waitUntil([&] { return handoff.readCount() == 1; }));
+    EXPECT_FALSE(fs::exists(handoff.file().toStdString()));
+    reading.open();
+    EXPECT_TRUE(waitUntil([&] { return handoff.isWritten(); }));
+    EXPECT_FALSE(handoff.isReading());
+    EXPECT_EQ(reads, 2);
+    EXPECT_THAT(bytesOf(handoff.file().toStdString()), testing::HasSubstr("start=\"2160000000/60000s\""));
+}
+
+TEST_F(HandoffExportTest, FormatsWithoutTimecodesReadNoneAndTheOthersReadEachOnce)
+{
+    sort();
+    reading.open(100);
+    HandoffExport handoff(engine, store, {}, systemWithSlowClips());
+    handoff.open();
+    for (const QString &format : {u"kdenlive"_s, u"csv"_s}) {
+        handoff.setFormat(format);
+        handoff.write();
+        EXPECT_TRUE(handoff.isWritten()) << format.toStdString();
+    }
+    EXPECT_EQ(reads, 0);
+    for (const QString &format : {u"otio"_s, u"fcpxml-timeline"_s, u"fcpxml-timecode"_s}) {
+        handoff.setFormat(format);
+        handoff.write();
+        EXPECT_TRUE(waitUntil([&] { return handoff.isWritten(); })) << format.toStdString();
+        EXPECT_EQ(reads, 2) << format.toStdString();
+    }
+}
+
+TEST_F(HandoffExportTest, ClosingTheSheetStopsTheReadingAndWritesNothing)
+{
+    sort();
+    HandoffExport handoff(engine, store, {}, systemWithSlowClips());
+    const auto lets = qScopeGuard([this] { reading.open(100); });
+    beginToRead(handoff);
+    handoff.close();
+    EXPECT_FALSE(handoff.isReading());
+    reading.open(100);
+    handoff.open();
+    handoff.write();
+    EXPECT_TRUE(waitUntil([&] { return handoff.isWritten(); }));
+    EXPECT_EQ(reads, 3) << "the first clip twice, the second once";
+}
+
+TEST_F(HandoffExportTest, AnotherChoiceStopsTheReadingAndCanBeWrittenAtOnce)
+{
+    sort();
+    HandoffExport handoff(engine, store, {}, systemWithSlowClips());
+    const auto lets = qScopeGuard([this] { reading.open(100); });
+    beginToRead(handoff);
+    const QString withTimecodes = handoff.file();
+    handoff.setPlace(u"mac"_s);
+    EXPECT_FALSE(handoff.isReading());
+    handoff.setFormat(u"csv"_s);
+    handoff.write();
+    EXPECT_TRUE(handoff.isWritten());
+    reading.open(100);
+    drain();
+    EXPECT_TRUE(handoff.isWritten());
+    EXPECT_FALSE(fs::exists(withTimecodes.toStdString()));
+}
+
+TEST_F(HandoffExportTest, AnotherShootStopsTheReading)
+{
+    sort();
+    HandoffExport handoff(engine, store, {}, systemWithSlowClips());
+    const auto lets = qScopeGuard([this] { reading.open(100); });
+    beginToRead(handoff);
+    engine.openProject(projectID(shoot));
+    EXPECT_FALSE(handoff.isReading());
+    reading.open(100);
+    drain();
+    EXPECT_FALSE(handoff.isWritten());
+    EXPECT_FALSE(engine.clips().front()->isTimecodeRead);
+}
+
+TEST_F(HandoffExportTest, AFolderThatCannotBeWrittenIsSaidAfterTheReadingToo)
+{
+    sort();
+    reading.open(100);
+    HandoffExport handoff(engine, store, {}, systemWithSlowClips());
+    handoff.open();
+    handoff.setFormat(u"otio"_s);
+    {
+        const Unprivileged user; // who may not write there
+        handoff.write();
+        EXPECT_TRUE(waitUntil([&] { return !handoff.isReading(); }));
+    }
+    EXPECT_FALSE(handoff.isWritten());
+    EXPECT_EQ(handoff.problem(), u"Permission denied"_s);
+    handoff.write();
+    EXPECT_TRUE(handoff.isWritten());
+    EXPECT_EQ(reads, 2);
 }
 
 TEST_F(HandoffExportTest, TheSheetGoesWithTheShoot)

@@ -1,4 +1,6 @@
 // What a menu bar would hold, and the diagnostics that it writes.
+#include <QtCore/QScopeGuard>
+
 #include "tests/shell/ShellWindow.h"
 #include "tests/support/FfmpegMedia.h"
 #include "tests/support/Unprivileged.h"
@@ -119,6 +121,37 @@ TEST_F(MenuTest, ExportForWritesTheShootInTheChosenFormatByKeyboardAndReveals)
     EXPECT_TRUE(waitUntil([this] { return revealed.size() == 1; }));
     Desktop::key(u"Escape"_s);
     EXPECT_TRUE(waitUntil([this] { return !handoff.isShown(); }));
+}
+
+TEST_F(MenuTest, ExportForShowsHowFarItHasReadTheTimecodesAndCanBeLeftMeanwhile)
+{
+    open();
+    sort();
+    holdsTimecodes = true;
+    const auto lets = qScopeGuard([this] { reading.open(100); });
+    handoff.open();
+    Desktop::click(shown(u"Event with camera timecode"_s));
+    ASSERT_TRUE(waitUntil([this] { return handoff.format() == u"fcpxml-timecode"_s; }));
+    (void)shown(u"Writes "_s + handoff.file());
+    const QQuickItem &button = *findShown(shown(u"Export For…"_s).parentItem(), u"Export"_s);
+    Desktop::click(button);
+    (void)shown(u"Reading the clips' timecodes"_s);
+    (void)shown(u"0 of 2"_s);
+    EXPECT_FALSE(isShown(u"Writes "_s + handoff.file()));
+    EXPECT_FALSE(button.isEnabled());
+    ASSERT_TRUE(hasKeyboard(u"Cancel"_s));
+    reading.open();
+    (void)shown(u"1 of 2"_s);
+    Desktop::key(u"Return"_s);
+    EXPECT_TRUE(waitUntil([this] { return !handoff.isShown(); }));
+    EXPECT_FALSE(handoff.isReading());
+    reading.open(100);
+    handoff.open();
+    (void)shown(u"Writes "_s + handoff.file());
+    ASSERT_TRUE(hasKeyboard(u"Export"_s));
+    Desktop::key(u"Return"_s);
+    (void)shown(u"Written: "_s + handoff.file());
+    EXPECT_TRUE(hasKeyboard(u"Reveal"_s));
 }
 
 TEST_F(MenuTest, TheArrowsWalkTheFormatsOfExportFor)

@@ -35,6 +35,7 @@ ScreenPictures::~ScreenPictures()
     LK::instance().setTheme(LK::Theme::Dark);
     sampling.open(1000);
     copying.open(1000);
+    reading.open(1000);
 }
 
 void ScreenPictures::useSample(SortSeams &parts)

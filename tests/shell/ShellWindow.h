@@ -147,6 +147,8 @@ protected:
     Gate copying;
     Gate landing; // of clips, while they are held
     std::atomic<bool> holdsClips = false;
+    Gate reading; // of timecodes, while they are held
+    std::atomic<bool> holdsTimecodes = false;
     std::atomic<int> copied = 0;
     std::atomic<int> imported = 0;
     const TempFolder desk; // the user's own folders
@@ -161,9 +163,16 @@ protected:
                                       return std::vector<QString>{QStringLiteral("sofa"), QStringLiteral("bed")};
                                   },
                                   fileRequest};
-    HandoffExport handoff{
-        engine, store, [this](const FileUrl &file) { revealed.push_back(file); },
-        HandoffExport::System{.mountTable = desk / "mounts", .deviceTree = desk.path(), .labels = desk.path()}};
+    HandoffExport handoff{engine, store, [this](const FileUrl &file) { revealed.push_back(file); },
+                          HandoffExport::System{.mountTable = desk / "mounts",
+                                                .deviceTree = desk.path(),
+                                                .labels = desk.path(),
+                                                .readTimecode = [this](const FileUrl &) -> std::optional<Timecode> {
+                                                    if (holdsTimecodes) {
+                                                        reading.pass();
+                                                    }
+                                                    return std::nullopt;
+                                                }}};
     WindowEngine qml; // last: what it shows goes before what is shown
     QQuickWindow *window = nullptr;
 };

@@ -131,6 +131,16 @@ TEST_F(ScreenPictures, ExportFor)
     mayBeElided.insert(u"Writes "_s + handoff.file());
     mayBeElided.insert(u"Clips as "_s + handoff.example());
     picture(u"export-for"_s);
+    handoff.setFormat(u"otio"_s);
+    holdsTimecodes = true;
+    handoff.write();
+    reading.open(5);
+    (void)shown(u"5 of %1"_s.arg(engine.clipCount()));
+    picture(u"export-for-reading"_s);
+    holdsTimecodes = false;
+    reading.open(1);
+    ASSERT_TRUE(waitUntil([this] { return handoff.isWritten(); }));
+    handoff.setFormat(u"kdenlive"_s);
     handoff.write();
     (void)shown(u"Written: "_s + handoff.file());
     mayBeElided.insert(u"Written: "_s + handoff.file());
