@@ -323,6 +323,30 @@ TEST_F(CardImportTest, AnImportLeavesTheOpenProjectAloneAndItsShootGetsANameOfIt
     EXPECT_EQ(engine.projects()[1].name, u"House"_s);
 }
 
+TEST_F(CardImportTest, AResetForgetsTheCardAndSaysSoAtTheEnd)
+{
+    insertCard();
+    SortEngine engine(importingSeams());
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.renameProject(*engine.currentProjectID(), u"House"_s);
+    QString shown;
+    bool isCards = false;
+    QObject::connect(&engine, &SortEngine::folderChanged, [&] {
+        shown = engine.displayName();
+        isCards = engine.isRemovableImport();
+    });
+    engine.renameProject(*engine.currentProjectID(), u"Villa"_s);
+    EXPECT_EQ(shown, u"Villa"_s);
+    EXPECT_TRUE(isCards);
+    engine.reset();
+    EXPECT_EQ(shown, QString());
+    EXPECT_FALSE(isCards);
+    EXPECT_EQ(engine.importVolumeName(), std::nullopt);
+    EXPECT_EQ(engine.currentProjectID(), std::nullopt);
+}
+
 TEST_F(CardImportTest, AnotherFolderChosenAfterAnEmptyCardIsNoCardsAnyMore)
 {
     fs::create_directory(folder / "Shoots");

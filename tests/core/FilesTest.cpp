@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include "core/AtomicFile.h"
 #include "core/CardFolder.h"
@@ -57,6 +58,7 @@ TEST(FileUrl, PercentEncodesAllButWhatTheEventMayHold)
 {
     EXPECT_EQ(FileUrl("/Volumes/CARD/A 001.MOV").absoluteString(), u"file:///Volumes/CARD/A%20001.MOV"_s);
     EXPECT_EQ(FileUrl("/a-._~!$&'()*+,:=@/Z9").absoluteString(), u"file:///a-._~!$&'()*+,:=@/Z9"_s);
+    EXPECT_EQ(FileUrl("/AZaz09").absoluteString(), u"file:///AZaz09"_s);
     EXPECT_EQ(FileUrl("/%;?#[]\"<>\n|").absoluteString(), u"file:///%25%3B%3F%23%5B%5D%22%3C%3E%0A%7C"_s);
     EXPECT_EQ(FileUrl("/é🏠").absoluteString(), u"file:///%C3%A9%F0%9F%8F%A0"_s);
     EXPECT_EQ(FileUrl("/\xff").absoluteString(), u"file:///%FF"_s);
@@ -234,6 +236,39 @@ TEST(AtomicFile, AFileThatCannotBeWrittenWholeLeavesTheOldOneAndNothingElse)
     EXPECT_EQ(answer.error(), std::errc::file_too_large);
     EXPECT_EQ(contentOf(path), "old");
     EXPECT_THAT(std::vector<fs::path>(fs::directory_iterator(folder.path()), fs::directory_iterator()), SizeIs(1));
+}
+
+TEST(AtomicFile, ANameAloneIsAFileOfTheWorkingFolder)
+{
+    const TempFolder folder;
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path());
+    const auto answer = writeFileAtomically("event.fcpxml", "text");
+    fs::current_path(before);
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(contentOf(folder / "event.fcpxml"), "text");
+}
+
+TEST(AtomicFile, ANewFileIsReadAndWrittenByWhomTheUserLets)
+{
+    const TempFolder folder;
+    const mode_t before = ::umask(0002);
+    const auto answer = writeFileAtomically(folder / "event.fcpxml", "text");
+    ::umask(before);
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(fs::status(folder / "event.fcpxml").permissions(), static_cast<fs::perms>(0664));
+}
+
+TEST(AtomicFile, NeitherAWriteNorAFailureLeavesAFileOpen)
+{
+    const TempFolder folder;
+    const auto openFiles = [] {
+        return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+    };
+    const auto before = openFiles();
+    ASSERT_TRUE(writeFileAtomically(folder / "event.fcpxml", "text"));
+    ASSERT_FALSE(writeFileAtomically(folder.path(), "text"));
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST(AtomicFile, AFailureSaysWhyAndLeavesTheOldFile)

@@ -2,8 +2,10 @@
 
 #include "core/ClipRecord.h"
 #include "core/MediaClip.h"
+#include "tests/support/TempFolder.h"
 
 using namespace larkspan;
+using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -40,7 +42,7 @@ TEST(MediaClip, BinsDropEmptyNamesAndDoublesAndKeepTheFirstAppearance)
     clip.extraBins = {u"Kitchen"_s};
     EXPECT_THAT(clip.bins(), ElementsAre(u"Kitchen"_s));
     clip.primaryBin = u"Kitchen"_s;
-    clip.extraBins = {u"Kitchen"_s, u"Pool"_s, u"Pool"_s};
+    clip.extraBins = {u"Pool"_s, u"Kitchen"_s, u"Pool"_s};
     EXPECT_THAT(clip.bins(), ElementsAre(u"Kitchen"_s, u"Pool"_s));
 }
 
@@ -75,6 +77,22 @@ TEST(MediaClip, RationalDurationOfALengthNoFileCanHaveStaysANumber)
 {
     EXPECT_EQ(clipOf(std::numeric_limits<double>::infinity(), 1001, 60000).rationalDuration(), u"1001/60000s"_s);
     EXPECT_THAT(clipOf(1e300, 1001, 60000).rationalDuration().toStdString(), testing::MatchesRegex("[0-9]+/60000s"));
+}
+
+TEST(MediaClip, FootageIsAtItsSourceAndAtItsCopyOnceTheSourceIsGone)
+{
+    const TempFolder folder;
+    MediaClip clip(FileUrl(folder.write("a.mov")));
+    EXPECT_EQ(clip.footageURL(), clip.url);
+    clip.destinationURL = FileUrl(folder.write("Pool/a.mov"));
+    EXPECT_EQ(clip.footageURL(), clip.url);
+    std::filesystem::remove(clip.url.path());
+    EXPECT_EQ(clip.footageURL(), clip.destinationURL);
+    EXPECT_FALSE(clip.isFootageGone());
+    std::filesystem::remove(clip.destinationURL->path());
+    EXPECT_TRUE(clip.isFootageGone());
+    clip.foundURL = FileUrl(folder.write("Garage/a.mov"));
+    EXPECT_EQ(clip.footageURL(), clip.foundURL);
 }
 
 TEST(ClipRecord, ARoundTripKeepsWhatIsStoredAndLosesThePrint)

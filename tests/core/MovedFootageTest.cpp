@@ -144,6 +144,41 @@ TEST_F(MovedFootageTest, IsOnlyWhatAgreesWithTheClipAndEachFileIsOnesOnly)
     EXPECT_EQ(findMovedFootage(clips, roots, movingSeams(), {})[1], FileUrl(folder / "Bin/kitchen 1 2.mov"));
 }
 
+TEST_F(MovedFootageTest, AFileThatDiffersInAnyOneThingIsOtherFootage)
+{
+    const auto shot = std::make_shared<MediaClip>(FileUrl(folder / "kitchen 1.mov"));
+    shot->duration = 2.0;
+    shot->naturalSize = {3840, 2160};
+    shot->displaySize = {2160, 3840};
+    shot->cameraModel = u"TestCam"_s;
+    shot->creationDate = Date(std::chrono::hours(1000));
+    const std::optional<FileUrl> place = FileUrl(folder.write("Kitchen/kitchen 1.mov"));
+    shot->primaryBin = u"Kitchen"_s;
+    const auto foundWith = [&](const std::function<void(MediaClip &)> &change) {
+        auto parts = movingSeams();
+        parts.probeClip = [&](const FileUrl &) {
+            auto file = std::make_shared<MediaClip>(*shot);
+            change(*file);
+            return file;
+        };
+        return findMovedFootage(std::vector{shot}, std::vector{FileUrl(folder.path())}, parts, {}).front();
+    };
+    EXPECT_EQ(foundWith([](MediaClip &) {}), place);
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.creationDate += std::chrono::hours(23); }), place);
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.creationDate -= std::chrono::hours(23); }), place);
+    const std::optional<FileUrl> none;
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.creationDate += std::chrono::hours(24); }), none);
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.creationDate -= std::chrono::hours(24); }), none);
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.duration += 0.04; }), none);
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.naturalSize = {1920, 1080}; }), none);
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.displaySize = {3840, 2160}; }), none);
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.frameDurationValue = 1000; }), none);
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.frameDurationScale = 30'000; }), none);
+    EXPECT_EQ(foundWith([](MediaClip &file) { file.cameraModel.clear(); }), none);
+    shot->naturalSize = {};
+    EXPECT_EQ(foundWith([](MediaClip &) {}), none) << "of a clip without a picture too little is known";
+}
+
 TEST_F(MovedFootageTest, AnExportGoesOnFromThere)
 {
     (void)folder.write("kitchen 1.mov", "1");
@@ -184,4 +219,46 @@ TEST_F(MovedFootageTest, AnExportThatIsAskedForBeforeItWasFoundWaitsForTheSearch
     std::ifstream event(engine.stage().event->path());
     const std::string text(std::istreambuf_iterator<char>(event), {});
     EXPECT_EQ(text, (folder / "Kitchen/kitchen 1.mov").native() + "\n");
+}
+
+TEST_F(MovedFootageTest, AnExportThatWaitsForTheSearchIsForgottenWithItsShoot)
+{
+    (void)folder.write("kitchen 1.mov", "1");
+    sortThenMove({{"kitchen 1.mov", "Kitchen/kitchen 1.mov"}});
+    Gate gate;
+    auto parts = movingSeams();
+    parts.placesInBin = [&](const FileUrl &clip, const FileUrl &root, const QString &bin) {
+        gate.pass();
+        return places(clip, root, bin);
+    };
+    SortEngine engine(parts);
+    engine.openProject(id);
+    gate.awaitArrival();
+    engine.exportEvent();
+    engine.openProject(id);
+    gate.open(100);
+    EXPECT_TRUE(waitUntil([&] { return hasAllThumbnails(engine); }));
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+}
+
+TEST_F(MovedFootageTest, AnExportWaitsForNoSearchOfAnotherShoot)
+{
+    (void)folder.write("kitchen 1.mov", "1");
+    sortThenMove({{"kitchen 1.mov", "Kitchen/kitchen 1.mov"}});
+    const fs::path other = folder.write("other/pool 2.mov", "22");
+    Gate gate;
+    auto parts = movingSeams();
+    parts.placesInBin = [&](const auto &...) {
+        gate.pass();
+        return std::vector<FileUrl>();
+    };
+    SortEngine engine(parts);
+    engine.openProject(id);
+    gate.awaitArrival();
+    engine.sortFolder(FileUrl(other.parent_path()));
+    gate.open(100);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    fs::remove(other);
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage().kind, StageKind::done);
 }

@@ -224,6 +224,16 @@ TEST_F(ProjectCacheTest, AFileWithAnyOneKeyMissingOrOfAnotherTypeFailsAsAWhole)
     }
 }
 
+TEST_F(ProjectCacheTest, AnEmptyPathOrABinThatIsNoTextMakesAProjectUnreadable)
+{
+    const QByteArray whole = encodeProject(house);
+    for (const auto &[old, damaged] : {std::pair(R"("folderPath":"\/Shoots\/House")", R"("folderPath":"")"),
+                                       std::pair(R"("Dining Room")", "1")}) {
+        ASSERT_TRUE(whole.contains(old)) << old;
+        EXPECT_EQ(decodeProject(QByteArray(whole).replace(old, damaged)), std::nullopt) << damaged;
+    }
+}
+
 TEST_F(ProjectCacheTest, AFileCutAnywhereIsNoProject)
 {
     const QByteArray whole = encodeProject(house);
@@ -242,6 +252,13 @@ TEST_F(ProjectCacheTest, NumbersThatDoNotFitMakeAProjectUnreadableAndHugeOnesTha
     for (const char *number : {"1e300", "-1e300", "99999999999999999999", "2147483648", "60000.5"}) {
         EXPECT_FALSE(with("\"frameDurationScale\":60000", (std::string("\"frameDurationScale\":") + number).c_str()))
             << number;
+    }
+    for (const std::int32_t fits :
+         {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {
+        EXPECT_EQ(with("\"frameDurationScale\":60000", ("\"frameDurationScale\":" + std::to_string(fits)).c_str())
+                      ->clips[0]
+                      .frameDurationScale,
+                  fits);
     }
     EXPECT_FALSE(with("\"clipCount\":1", "\"clipCount\":1e20"));
     EXPECT_FALSE(with("\"frameDurationValue\":9223372036854775807", "\"frameDurationValue\":9223372036854775808"));
@@ -284,11 +301,20 @@ TEST_F(ProjectCacheTest, AnIdThatLeadsElsewhereOpensAndDeletesNothing)
 {
     const auto outside = folder.write("outside.json", encodeProject(house).toStdString());
     ProjectCache inner(folder / "inner");
-    for (const QString &id : {u"../outside"_s, u"outside"_s, QString(), u"index"_s, u"ABC"_s, u"11112222333344445"_s}) {
+    for (const QString &id : {u"../outside"_s, u"outside"_s, QString(), u"index"_s, u"ABC"_s, u"11112222333344445"_s,
+                              u"a/"_s, u"a:"_s, u"a`"_s, u"g"_s}) {
         EXPECT_EQ(inner.open(id), std::nullopt);
         inner.remove(id);
     }
     EXPECT_TRUE(fs::exists(outside));
+}
+
+TEST_F(ProjectCacheTest, AnIdMayHoldEveryHexadecimalDigit)
+{
+    CachedProject project = house;
+    project.summary.id = u"0123456789abcdef"_s;
+    cache.save(project);
+    EXPECT_EQ(cache.open(project.summary.id), project);
 }
 
 TEST_F(ProjectCacheTest, WhatIsNoFileInAFilesPlaceIsNoProject)

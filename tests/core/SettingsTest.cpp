@@ -2,6 +2,7 @@
 #include <random>
 
 #include "core/CloudSettings.h"
+#include "core/HandoffFormat.h"
 #include "core/SettingsStore.h"
 #include "core/SortSettings.h"
 #include "tests/core/SortEngineFixture.h"
@@ -104,6 +105,12 @@ TEST_F(SettingsTest, ASwitchMayBeWrittenAsPeopleWriteIt)
     EXPECT_EQ(loadSortOptions(store()),
               (SortOptions{.sendUnsureToReview = false, .splitRepeatedRooms = false, .openEditorAfterExport = false}));
     EXPECT_EQ(store().boolean(u"lkOpenPlan"_s), true);
+    writeSettings("[General]\na=TRUE\nb=1\nc=0\nd=2\n");
+    EXPECT_EQ(store().boolean(u"a"_s), true);
+    EXPECT_EQ(store().boolean(u"b"_s), true);
+    EXPECT_EQ(store().boolean(u"c"_s), false);
+    EXPECT_EQ(store().boolean(u"d"_s), std::nullopt);
+    EXPECT_EQ(store().boolean(u"e"_s), std::nullopt);
 }
 
 TEST_F(SettingsTest, ASwitchThatHoldsNoBooleanReadsAsTheDefault)
@@ -185,6 +192,18 @@ TEST_F(SettingsTest, RecentsThatCannotBeReadCountAsNone)
     }
 }
 
+TEST_F(SettingsTest, OfMoreRecentsThanAreKeptTheFirstFiveAreRead)
+{
+    std::vector<Recent> recents;
+    for (const char *name : {"a", "b", "c", "d", "e", "f"}) {
+        recents.push_back({.name = QString::fromLatin1(name), .path = FileUrl(std::string("/") + name)});
+    }
+    SettingsStore settings = store();
+    storeRecents(settings, recents);
+    recents.pop_back();
+    EXPECT_EQ(loadRecents(settings), recents);
+}
+
 TEST_F(SettingsTest, ASixthRecentPushesOutTheOldestAndAFolderInTheListMovesToTheFront)
 {
     SettingsStore settings = store();
@@ -260,6 +279,32 @@ TEST(SortOptions, ChoicesReadAsThePreferencesNameThem)
     EXPECT_EQ(fileHandlingLabel(FileHandling::move), u"Move into folders"_s);
     EXPECT_EQ(modelTierLabel(ModelTier::local), u"On This Mac"_s);
     EXPECT_EQ(modelTierLabel(ModelTier::cloud), u"Cloud AI"_s);
+    EXPECT_EQ(nleLabel(NLE::finalCut), u"Final Cut Pro"_s);
+    EXPECT_EQ(nleLabel(NLE::resolve), u"DaVinci Resolve"_s);
+    EXPECT_EQ(nleLabel(NLE::premiere), u"Premiere Pro"_s);
+}
+
+TEST(SortOptions, EveryChoiceIsReadBackFromItsStoredForm)
+{
+    for (const NLE editor : allNLEs) {
+        EXPECT_EQ(nleFromRawValue(nleRawValue(editor)), editor);
+    }
+    for (const FileHandling handling : allFileHandlings) {
+        EXPECT_EQ(fileHandlingFromRawValue(fileHandlingRawValue(handling)), handling);
+    }
+    for (const HandoffFormat format : allHandoffFormats) {
+        EXPECT_EQ(handoffFromRawValue(handoffRawValue(format)), format);
+    }
+    EXPECT_EQ(handoffFromRawValue(u"Kdenlive"_s), std::nullopt);
+}
+
+TEST(HandoffFormat, FilesStandBesideTheEventUnderNamesOfTheirOwn)
+{
+    EXPECT_EQ(handoffSuffix(HandoffFormat::kdenlive), u".kdenlive"_s);
+    EXPECT_EQ(handoffSuffix(HandoffFormat::fcpxmlTimeline), u" Timeline.fcpxml"_s);
+    EXPECT_EQ(handoffSuffix(HandoffFormat::otio), u".otio"_s);
+    EXPECT_EQ(handoffSuffix(HandoffFormat::fcpxmlTimecode), u" Timecode.fcpxml"_s);
+    EXPECT_EQ(handoffSuffix(HandoffFormat::csv), u" Keywords.csv"_s);
 }
 
 TEST_F(SettingsTest, TheCloudIsAskedAtItsPublicAddressForItsUsualModelUnlessToldOtherwise)

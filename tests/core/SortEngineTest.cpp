@@ -2,6 +2,8 @@
 #include <sstream>
 #include <thread>
 
+#include "core/BinRules.h"
+#include "core/ClipPipeline.h"
 #include "core/LateValue.h"
 #include "core/RoomLabel.h"
 #include "tests/core/SortEngineFixture.h"
@@ -23,6 +25,27 @@ TEST_F(SortEngineTest, StartsEmpty)
     EXPECT_EQ(engine.progress(), 0.0);
     EXPECT_EQ(engine.folderName(), QString());
     EXPECT_FALSE(engine.hasFolder());
+}
+
+TEST_F(SortEngineTest, AValueIsAnnouncedWhenItChangesAndNotWhenItIsSetAgain)
+{
+    SortEngine engine(seams());
+    const auto announced = [&engine](auto signal, const std::function<void()> &set) {
+        int count = 0;
+        const auto connection = QObject::connect(&engine, signal, [&count] { ++count; });
+        set();
+        set();
+        QObject::disconnect(connection);
+        return count;
+    };
+    const auto clip = std::make_shared<MediaClip>(FileUrl("/a.mov"));
+    EXPECT_EQ(announced(&SortEngine::selectedBinChanged, [&] { engine.setSelectedBin(u"Pool"_s); }), 1);
+    EXPECT_EQ(announced(&SortEngine::previewClipChanged, [&] { engine.setPreviewClip(clip); }), 1);
+    EXPECT_EQ(announced(&SortEngine::targetChanged, [&] { engine.setTarget(NLE::premiere); }), 1);
+    EXPECT_EQ(announced(&SortEngine::canExportChanged, [&] { engine.setTarget(NLE::resolve); }), 1);
+    EXPECT_EQ(announced(&SortEngine::modelTierChanged, [&] { engine.setModelTier(ModelTier::cloud); }), 1);
+    EXPECT_EQ(announced(&SortEngine::optionsChanged, [&] { engine.setOptions({.splitRepeatedRooms = false}); }), 1);
+    EXPECT_EQ(announced(&SortEngine::importRootChanged, [&] { engine.setImportRoot(FileUrl("/Shoots")); }), 1);
 }
 
 TEST_F(SortEngineTest, LeavesTwoCoresFreeAndHoldsTheWidthWithinTwoToSix)
@@ -49,6 +72,10 @@ TEST_F(SortEngineTest, SortsAFolderIntoItsBins)
     EXPECT_EQ(engine.progress(), 1.0);
     EXPECT_EQ(engine.displayName(), shoot.lastPathComponent());
     EXPECT_EQ(engine.currentProjectID(), projectID(shoot));
+    EXPECT_EQ(engine.exportSummary(), shoot.lastPathComponent() + u".fcpxml · 2 bins · 3 clips"_s);
+    EXPECT_EQ(engine.verticalCount(), 0);
+    engine.clips().front()->displaySize = {1080, 1920};
+    EXPECT_EQ(engine.verticalCount(), 1);
     for (const ClipPtr &clip : engine.clips()) {
         EXPECT_FALSE(clip->thumbnail.isNull());
         EXPECT_EQ(clip->confidence, 1.0);
@@ -195,6 +222,33 @@ TEST_F(SortEngineTest, AClipWithoutFramesIsUnsortedUnderReviewWhateverTheOptions
     EXPECT_TRUE(engine.isUnderReview(dark));
     EXPECT_EQ(engine.selectedBin(), reviewKey());
     EXPECT_THAT(namesOf(engine.clipsInBin(reviewKey())), ElementsAre(u"dark 1"_s));
+}
+
+TEST_F(SortEngineTest, AClipCarriesAllThatWasSeenAndDecided)
+{
+    class TwoRooms : public FrameClassifier
+    {
+    public:
+        FrameAnalysis analyze(std::span<const QImage>) const override { return seen; }
+
+        const FrameAnalysis seen{.scores = {{u"Dining Room"_s, 1.2}, {u"Kitchen"_s, 0.9}},
+                                 .raw = {{u"dining_table"_s, 0.8}, {u"oven"_s, 0.4}},
+                                 .featurePrint = std::make_shared<FeaturePrint>(std::vector<float>{1.0f}),
+                                 .humanFraction = 0.01};
+    };
+    const TwoRooms rooms;
+    const ClipPtr clip = processClip(FileUrl("/dining 1.mov"), rooms, {}, seams(), {});
+    const Classification decision = classification(rooms.seen, *clip, {});
+    EXPECT_EQ(clip->primaryBin, u"Dining Room"_s);
+    EXPECT_EQ(clip->confidence, decision.score);
+    EXPECT_THAT(clip->extraBins, ElementsAre(u"Kitchen"_s));
+    EXPECT_EQ(clip->runnerUp, u"Kitchen"_s);
+    EXPECT_EQ(clip->runnerUpScore, decision.runnerUpScore);
+    EXPECT_GT(clip->runnerUpScore, 0.0);
+    EXPECT_EQ(clip->rawIdentifiers, rooms.seen.raw);
+    EXPECT_EQ(clip->featurePrint, rooms.seen.featurePrint);
+    EXPECT_EQ(clip->humanFraction, 0.01);
+    EXPECT_FALSE(clip->thumbnail.isNull());
 }
 
 TEST_F(SortEngineTest, FourFramesOf448PixelsAreAskedFor)
@@ -413,6 +467,41 @@ TEST_F(SortEngineTest, ExportWritesTheEventBesideTheFootageAndOpensTheEditor)
     EXPECT_EQ(engine.stage().kind, StageKind::done) << "a second export replaces the file";
     EXPECT_THAT(opened, SizeIs(1)) << "Resolve imports by hand";
     EXPECT_THAT(revealed, ElementsAre(event));
+}
+
+TEST_F(SortEngineTest, TheEventIsOpenedAndRevealedOnRequestOnceThereIsOne)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    engine.setOptions({.openEditorAfterExport = false});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.openEvent();
+    engine.revealEvent();
+    EXPECT_THAT(opened, IsEmpty());
+    EXPECT_THAT(revealed, IsEmpty());
+    EXPECT_EQ(engine.eventPath(), QString());
+    engine.exportEvent();
+    ASSERT_EQ(engine.stage().kind, StageKind::done);
+    EXPECT_EQ(engine.eventPath(), engine.stage().event->displayPath());
+    engine.openEvent();
+    engine.revealEvent();
+    EXPECT_THAT(opened, ElementsAre(*engine.stage().event));
+    EXPECT_THAT(revealed, ElementsAre(*engine.stage().event));
+}
+
+TEST_F(SortEngineTest, AFileForAnotherProgramStandsInTheEventsFolder)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    EXPECT_EQ(engine.handoffFile(HandoffFormat::otio), std::nullopt);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    const FileUrl file(folder.path() / (folder.path().filename().native() + ".otio"));
+    EXPECT_EQ(engine.handoffFile(HandoffFormat::otio), file);
+    engine.exportEvent();
+    engine.setOptions({.writeNextToFootage = false});
+    EXPECT_EQ(engine.handoffFile(HandoffFormat::otio), file) << "the event that is there counts";
 }
 
 TEST_F(SortEngineTest, ExportOpensNothingWhenTheOptionIsOff)

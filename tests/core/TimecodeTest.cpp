@@ -20,6 +20,20 @@ TEST(FrameRate, TheNearestCountedRateIsTakenWhetherWholeOrOver1001)
     EXPECT_EQ(FrameRate::nearest(std::numeric_limits<double>::quiet_NaN()), std::nullopt);
 }
 
+TEST(FrameRate, HalfAFrameToAThousandASecondAreRates)
+{
+    EXPECT_TRUE(FrameRate::nearest(0.5));
+    EXPECT_TRUE(FrameRate::nearest(1000.0));
+    EXPECT_EQ(FrameRate::nearest(0.49), std::nullopt);
+    EXPECT_EQ(FrameRate::nearest(1000.5), std::nullopt);
+}
+
+TEST(Timecode, TheLastFrameOfTheDayIsATime)
+{
+    EXPECT_EQ(Timecode::parsed(u"23:59:59:24"_s, 25),
+              (Timecode{.frame = 24 * 3600 * 25 - 1, .rate = {.counted = 25, .isOver1001 = false}}));
+}
+
 TEST(Timecode, TextThatIsNoTimeOfDayAtItsRateIsNone)
 {
     for (const auto &text :
@@ -44,6 +58,7 @@ TEST(Timecode, ItsSecondsStandOverTheClipsScaleWhereThatIsExact)
     EXPECT_EQ(hour.rationalTime(30'000), u"108108000/30000s"_s);
     EXPECT_EQ(hour.rationalTime(60'000), u"216216000/60000s"_s);
     EXPECT_EQ(hour.rationalTime(25), u"90090/25s"_s);
+    EXPECT_EQ(Timecode::parsed(u"01:00:00:00"_s, 25)->rationalTime(1), u"3600/1s"_s);
     EXPECT_EQ(Timecode::parsed(u"00:00:00:01"_s, 29.97)->rationalTime(25), u"1001/30000s"_s);
     EXPECT_EQ(hour.rationalTime(0), u"108108000/30000s"_s);
     EXPECT_EQ(hour.rationalTime(std::numeric_limits<std::int32_t>::max()), u"108108000/30000s"_s);
@@ -71,4 +86,6 @@ TEST(Timecode, ANumberOfFramesReadsAsHoursMinutesSecondsAndFrames)
 {
     EXPECT_EQ(timecodeText(0, {.counted = 25, .isOver1001 = false}), u"00:00:00:00"_s);
     EXPECT_EQ(timecodeText(24 * 3723 + 4, {.counted = 24, .isOver1001 = true}), u"01:02:03:04"_s);
+    EXPECT_EQ(timecodeText(24 * 3600 - 1, {.counted = 24, .isOver1001 = true}), u"00:59:59:23"_s);
+    EXPECT_EQ(timecodeText(24 * 3600, {.counted = 24, .isOver1001 = true}), u"01:00:00:00"_s);
 }
