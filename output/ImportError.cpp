@@ -4,7 +4,7 @@
 
 #include <QtCore/QStringList>
 
-#include "output/ByteCount.h"
+#include "core/ByteCount.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <rapidcheck/gtest.h>
 
-#include "output/ByteCount.h"
+#include "core/ByteCount.h"
 #include "output/FileNames.h"
 #include "output/ImportError.h"
 

@@ -1,4 +1,4 @@
-#include "output/ByteCount.h"
+#include "core/ByteCount.h"
 
 #include <array>
 
