@@ -211,6 +211,15 @@ tl::expected<std::filesystem::path, std::error_code> DestinationFolder::place(Te
     }
 }
 
+std::error_code DestinationFolder::replace(TemporaryFile &file, const char *name) const
+{
+    if (m_files->rename(fd(), file.m_name.c_str(), name) != 0) {
+        return lastError();
+    }
+    file.m_name.clear();
+    return {};
+}
+
 std::error_code DestinationFolder::sync() const
 {
     return syncFolder(fd(), *m_files);

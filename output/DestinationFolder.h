@@ -60,6 +60,9 @@ public:
     // name is never replaced; only the file system knows which names it takes for the same.
     tl::expected<std::filesystem::path, std::error_code> place(TemporaryFile &file, const std::string &wanted);
 
+    // Gives a finished file this very name; what stands under it is replaced in one step. Never for footage.
+    std::error_code replace(TemporaryFile &file, const char *name) const;
+
     // Makes all names in the folder last.
     std::error_code sync() const;
 

@@ -10,8 +10,6 @@
 #include <fcntl.h>
 #include <sys/xattr.h>
 
-#include "output/Sha256.h"
-
 namespace larkspan {
 
 namespace {
@@ -155,7 +153,8 @@ std::error_code makeLasting(int fd, const FileOperations &files)
 // and so can be forgotten, and direct reading then passes it by; either is enough, and few file systems have neither.
 // One in memory (tmpfs) is such a one: there the memory is the medium. A drive's own cache is out of anyone's reach.
 tl::expected<Sha256::Digest, std::error_code> digestOnMedium(int fd, std::int64_t size, ChunkPipeline &pipeline,
-                                                             const FileOperations &files)
+                                                             const FileOperations &files,
+                                                             const std::function<void(const Chunk &)> &passed = {})
 {
     ::posix_fadvise(fd, 0, 0, POSIX_FADV_DONTNEED);
     enterDirectMode(fd);
@@ -163,8 +162,11 @@ tl::expected<Sha256::Digest, std::error_code> digestOnMedium(int fd, std::int64_
     const auto read = [&](std::span<std::byte> buffer, std::int64_t offset) {
         return readFully(fd, buffer, offset, files);
     };
-    const auto step = [&hash](const Chunk &chunk) {
+    const auto step = [&](const Chunk &chunk) {
         hash.update(chunk.bytes);
+        if (passed) {
+            passed(chunk);
+        }
         return std::error_code();
     };
     if (const std::error_code error = pipeline.run(size, read, {step})) {
@@ -187,32 +189,48 @@ bool FinishedCopy::isInPlace(const FileOperations &files) const
 std::error_code FileCopier::transfer(const SourceFile &source, int destination)
 {
     if (source.size() > 0 && m_files->clone(destination, source.fd()) == 0) {
-        return {};
+        return {}; // in no time, so that the meter needn't be told before the file is through
     }
     Writer writer(destination, source.isSparse(), source.size(), *m_files);
     const auto read = [&source](std::span<std::byte> buffer, std::int64_t offset) {
         return source.read(buffer, offset);
     };
-    const auto write = [&writer](const Chunk &chunk) { return writer.write(chunk); };
+    const auto write = [&](const Chunk &chunk) {
+        const std::error_code error = writer.write(chunk);
+        tellMeter(chunk);
+        return error;
+    };
     const std::error_code error = m_pipeline.run(source.size(), read, {write});
     return error ? error : writer.setLength();
 }
 
-// The source is read anew, so that a wrong byte which a reader, a cable or the memory delivered once is noticed.
-tl::expected<bool, std::error_code> FileCopier::haveSameBytes(const SourceFile &source, int copy)
+void FileCopier::tellMeter(const Chunk &chunk) const
 {
+    if (m_meter != nullptr) {
+        m_meter->advance(static_cast<std::int64_t>(chunk.bytes.size()));
+    }
+}
+
+// The source is read anew, so that a wrong byte which a reader, a cable or the memory delivered once is noticed.
+tl::expected<std::optional<Sha256::Digest>, std::error_code> FileCopier::commonDigest(const SourceFile &source,
+                                                                                      int copy)
+{
+    if (m_meter != nullptr) {
+        m_meter->enter(CopyPhase::verifying);
+    }
     // Both at once, as they mostly lie on two devices: this takes no longer than the slower of them. A small file isn't
     // worth a thread.
     const bool isLarge = source.size() > static_cast<std::int64_t>(ChunkPipeline::chunkSize);
     auto sourceDigest = std::async(isLarge ? std::launch::async : std::launch::deferred, [&] {
         return digestOnMedium(source.fd(), source.size(), m_sourcePipeline, *m_files);
     });
-    const auto copyDigest = digestOnMedium(copy, source.size(), m_pipeline, *m_files);
+    const auto copyDigest =
+        digestOnMedium(copy, source.size(), m_pipeline, *m_files, [this](const Chunk &chunk) { tellMeter(chunk); });
     const auto expected = sourceDigest.get();
     if (!expected || !copyDigest) {
         return tl::unexpected(expected ? copyDigest.error() : expected.error());
     }
-    return *copyDigest == *expected;
+    return *copyDigest == *expected ? std::optional(*copyDigest) : std::nullopt;
 }
 
 tl::expected<FinishedCopy, CopyFault> FileCopier::copy(const std::filesystem::path &sourcePath,
@@ -243,10 +261,12 @@ tl::expected<FinishedCopy, CopyFault> FileCopier::copy(const std::filesystem::pa
         return notClean();
     }
     std::error_code unjudged;
+    std::optional<Sha256::Digest> digest;
     if (proof == Proof::bytes) {
-        const auto same = haveSameBytes(*source, temporary->fd());
-        unjudged = same ? std::error_code() : same.error();
-        if (same && !*same) {
+        const auto common = commonDigest(*source, temporary->fd());
+        unjudged = common ? std::error_code() : common.error();
+        digest = common.value_or(std::nullopt);
+        if (common && !digest) {
             return notClean();
         }
     }
@@ -257,7 +277,7 @@ tl::expected<FinishedCopy, CopyFault> FileCopier::copy(const std::filesystem::pa
     if (unjudged || !placed) {
         return fault(unjudged ? unjudged : placed.error());
     }
-    return FinishedCopy{std::move(*placed), source->entry(), written.st_dev, written.st_size};
+    return FinishedCopy{std::move(*placed), source->entry(), written.st_dev, written.st_size, digest};
 }
 
 bool FileCopier::isStillEqual(const std::filesystem::path &sourcePath, const FinishedCopy &copy)
@@ -268,7 +288,7 @@ bool FileCopier::isStillEqual(const std::filesystem::path &sourcePath, const Fin
     if (!source || !destination || !copy.isInPlace(*m_files) || source->size() != copy.size) {
         return false;
     }
-    return haveSameBytes(*source, destination.get()).value_or(false) && source->isUnchanged();
+    return commonDigest(*source, destination.get()).value_or(std::nullopt).has_value() && source->isUnchanged();
 }
 
 } // namespace larkspan

@@ -1,13 +1,16 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <system_error>
 #include <variant>
 
 #include <tl/expected.hpp>
 
 #include "output/ChunkPipeline.h"
+#include "output/CopyMeter.h"
 #include "output/DestinationFolder.h"
+#include "output/Sha256.h"
 #include "output/SourceFile.h"
 
 namespace larkspan {
@@ -25,6 +28,7 @@ struct FinishedCopy
     FileIdentity source; // what stood at the source's path when it was copied
     dev_t device = 0;    // where the copy went
     std::int64_t size = 0;
+    std::optional<Sha256::Digest> digest; // of the bytes, if they were read back and found equal
 
     // Whether the path still leads to the copy: the destination may have been unmounted under our hands.
     bool isInPlace(const FileOperations &files) const;
@@ -36,11 +40,11 @@ struct NotClean
 using CopyFault = std::variant<NotClean, std::error_code>;
 
 // Copies files and compares copies with their sources, one file at a time. Holds the memory that this takes; the file
-// operations must outlive it.
+// operations and the meter, which may be null, must outlive it.
 class FileCopier
 {
 public:
-    explicit FileCopier(const FileOperations &files) : m_files(&files) {}
+    explicit FileCopier(const FileOperations &files, CopyMeter *meter = nullptr) : m_files(&files), m_meter(meter) {}
 
     // Copies one file into the folder, under its own name or the next one that is free; of a link, the file that it
     // leads to. Content, times, permissions and extended attributes are kept, and synced before the copy is judged; the
@@ -54,9 +58,12 @@ public:
 
 private:
     std::error_code transfer(const SourceFile &source, int destination);
-    tl::expected<bool, std::error_code> haveSameBytes(const SourceFile &source, int copy);
+    // The digest of both, none if they differ.
+    tl::expected<std::optional<Sha256::Digest>, std::error_code> commonDigest(const SourceFile &source, int copy);
+    void tellMeter(const Chunk &chunk) const;
 
     const FileOperations *m_files;
+    CopyMeter *m_meter;
     ChunkPipeline m_pipeline;
     ChunkPipeline m_sourcePipeline; // for a source that is read while its copy is
 };

@@ -10,14 +10,22 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
+#include "output/CopyRecorder.h"
 #include "output/FileCopy.h"
 #include "output/FileNames.h"
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace larkspan {
 
 namespace {
 
 namespace fs = std::filesystem;
+
+QString missingText()
+{
+    return u"It is no longer where it was."_s;
+}
 
 std::int64_t fileSize(const FileUrl &url)
 {
@@ -105,33 +113,6 @@ ImportError importError(const FileUrl &source, const CopyFault &fault)
     return {VerificationFailed{{source}}};
 }
 
-// Removes the sources of finished copies. Each must still be what was copied, as of now: a file that was changed or
-// exchanged since has no copy. Removing one name of a file changes the file's other names, which is no reason to keep
-// those. Some file systems number a file anew whenever it is looked up, those of cards among them: where nothing but
-// the number differs the bytes decide.
-void removeSources(std::span<const std::pair<FileUrl, FinishedCopy>> copies, FileCopier &copier,
-                   const FileOperations &files)
-{
-    std::set<std::pair<dev_t, ino_t>> touched;
-    for (const auto &[url, copy] : copies) {
-        const auto now = FileIdentity::at(url.path(), files);
-        if (!now) {
-            continue;
-        }
-        FileIdentity copied = copy.source;
-        if (touched.contains({now->device, now->inode})) {
-            copied.changed = now->changed;
-        }
-        const bool isRenumbered = std::exchange(copied.inode, now->inode) != now->inode;
-        if (*now != copied || (isRenumbered && !copier.isStillEqual(url.path(), copy))) {
-            continue;
-        }
-        if (files.remove(AT_FDCWD, url.path().c_str()) == 0) {
-            touched.emplace(now->device, now->inode);
-        }
-    }
-}
-
 // The folders of one organizing run, opened when the first clip for them comes.
 class BinFolders
 {
@@ -168,11 +149,14 @@ private:
     std::map<std::string, DestinationFolder> m_folders;
 };
 
-} // namespace
+Proof proofAt(VerifyLevel level)
+{
+    return level == VerifyLevel::checksum ? Proof::bytes : Proof::size;
+}
 
-MediaImporter::CopyAnswer MediaImporter::copyFiles(std::span<const FileUrl> urls, const FileUrl &destination,
-                                                   VerifyLevel verify, const ProgressCallback &progress,
-                                                   const std::stop_token &stop, const FileOperations &files)
+MediaImporter::CopyAnswer copyInto(std::span<const FileUrl> urls, const FileUrl &destination, VerifyLevel verify,
+                                   const ProgressCallback &progress, const std::stop_token &stop,
+                                   const FileOperations &files, CopyRecorder &recorder)
 {
     clearInterruptedRuns(folderAbove(destination.path()), files);
     auto folder = DestinationFolder::open(destination.path(), files);
@@ -182,24 +166,25 @@ MediaImporter::CopyAnswer MediaImporter::copyFiles(std::span<const FileUrl> urls
     if (const auto space = checkFreeSpace(urls, destination, files); !space) {
         return tl::unexpected(space.error());
     }
-    const Proof proof = verify == VerifyLevel::checksum ? Proof::bytes : Proof::size;
-    FileCopier copier(files);
+    FileCopier copier(files, &recorder.meter());
     std::vector<CopyResult> results;
     std::optional<ImportError> failure;
-    for (const FileUrl &url : urls) {
-        if (stop.stop_requested()) {
+    for (std::size_t i = 0; i < urls.size() && !failure && !stop.stop_requested(); ++i) {
+        recorder.begin(i);
+        if (!exists(urls[i])) {
+            failure = ImportError{SourceMissing{urls[i]}};
+            recorder.failed(i, missingText());
             break;
         }
-        if (!exists(url)) {
-            failure = ImportError{SourceMissing{url}};
-            break;
-        }
-        const auto copy = copier.copy(url.path(), *folder, proof);
+        const auto copy = copier.copy(urls[i].path(), *folder, proofAt(verify));
         if (!copy || !copy->isInPlace(files)) {
-            failure = importError(url, copy ? NotClean{} : copy.error());
+            const CopyFault fault = copy ? NotClean{} : copy.error();
+            failure = importError(urls[i], fault);
+            recorder.failed(i, fault);
             break;
         }
-        results.push_back({url, FileUrl(copy->destination)});
+        recorder.copied(i, *copy);
+        results.push_back({urls[i], FileUrl(copy->destination)});
         progress(static_cast<int>(results.size()), static_cast<int>(urls.size()));
     }
     // What was copied before a failure stays, so its names are to last as well.
@@ -212,13 +197,126 @@ MediaImporter::CopyAnswer MediaImporter::copyFiles(std::span<const FileUrl> urls
     return results;
 }
 
-MediaImporter::OrganizeAnswer MediaImporter::organizeByBin(std::span<const ClipToOrganize> clips, const FileUrl &root,
-                                                           bool deleteSources, VerifyLevel verify,
-                                                           const ProgressCallback &progress,
-                                                           const std::stop_token &stop, const FileOperations &files)
+// Copies clips into the folders of their bins.
+class Organizing
 {
-    std::vector<FileUrl> urls;
-    std::ranges::transform(clips, std::back_inserter(urls), &ClipToOrganize::url);
+public:
+    // recorder and files outlive it.
+    Organizing(std::span<const ClipToOrganize> clips, const FileUrl &root, VerifyLevel level,
+               const FileOperations &files, CopyRecorder &recorder)
+        : m_clips(clips)
+        , m_level(level)
+        , m_files(files)
+        , m_recorder(recorder)
+        , m_copier(files, &recorder.meter())
+        , m_folders(root.path(), files)
+    {}
+
+    void copyAll(const ProgressCallback &progress, const std::stop_token &stop)
+    {
+        while (m_outcomes.size() < m_clips.size() && !stop.stop_requested()) {
+            copyNext();
+            progress(static_cast<int>(m_outcomes.size()), static_cast<int>(m_clips.size()));
+        }
+    }
+
+    // Makes the names of the copies last, and gives the sources of the clips that have no good copy now.
+    std::vector<FileUrl> failed()
+    {
+        const auto unsynced = m_folders.sync();
+        std::vector<FileUrl> sources;
+        for (std::size_t i = 0; i < m_outcomes.size(); ++i) {
+            const auto &[folder, copy] = m_outcomes[i];
+            if (copy && (unsynced.contains(folder) || !copy->isInPlace(m_files))) {
+                m_recorder.failed(i, u"The copy isn't there any more, or its name can't be made to last."_s);
+            } else if (copy) {
+                continue;
+            }
+            sources.push_back(m_clips[i].url);
+        }
+        return sources;
+    }
+
+    std::map<QUuid, FileUrl> destinations() const
+    {
+        std::map<QUuid, FileUrl> destinations;
+        for (std::size_t i = 0; i < m_outcomes.size(); ++i) {
+            destinations.insert_or_assign(m_clips[i].id, FileUrl(m_outcomes[i].copy->destination));
+        }
+        return destinations;
+    }
+
+    // Each source must still be what was copied, as of now: a file that was changed or exchanged since has no copy.
+    // Removing one name of a file changes the file's other names, which is no reason to keep those. Some file systems
+    // number a file anew whenever it is looked up, those of cards among them: where nothing but the number differs the
+    // bytes decide.
+    void removeSources()
+    {
+        std::set<std::pair<dev_t, ino_t>> touched;
+        for (std::size_t i = 0; i < m_outcomes.size(); ++i) {
+            const fs::path &source = m_clips[i].url.path();
+            const FinishedCopy &copy = *m_outcomes[i].copy;
+            const auto now = FileIdentity::at(source, m_files);
+            if (!now) {
+                continue;
+            }
+            FileIdentity copied = copy.source;
+            if (touched.contains({now->device, now->inode})) {
+                copied.changed = now->changed;
+            }
+            const bool isRenumbered = std::exchange(copied.inode, now->inode) != now->inode;
+            if (*now != copied || (isRenumbered && !m_copier.isStillEqual(source, copy))) {
+                continue;
+            }
+            if (m_files.remove(AT_FDCWD, source.c_str()) == 0) {
+                touched.emplace(now->device, now->inode);
+                m_recorder.sourceDeleted(i);
+            }
+        }
+    }
+
+private:
+    struct Outcome
+    {
+        const DestinationFolder *folder = nullptr;
+        std::optional<FinishedCopy> copy;
+    };
+
+    void copyNext()
+    {
+        const std::size_t i = m_outcomes.size();
+        const ClipToOrganize &clip = m_clips[i];
+        Outcome &outcome = m_outcomes.emplace_back();
+        m_recorder.begin(i);
+        if (!exists(clip.url)) {
+            return m_recorder.failed(i, missingText());
+        }
+        DestinationFolder *const folder = m_folders.folder(clip.primaryBin);
+        if (folder == nullptr) {
+            return m_recorder.failed(i, u"Its folder couldn't be made."_s);
+        }
+        auto copy = m_copier.copy(clip.url.path(), *folder, proofAt(m_level));
+        if (!copy) {
+            return m_recorder.failed(i, copy.error());
+        }
+        m_recorder.copied(i, *copy);
+        outcome = {folder, std::move(*copy)};
+    }
+
+    std::span<const ClipToOrganize> m_clips;
+    VerifyLevel m_level;
+    const FileOperations &m_files;
+    CopyRecorder &m_recorder;
+    FileCopier m_copier;
+    BinFolders m_folders;
+    std::vector<Outcome> m_outcomes; // one for each clip that had its turn
+};
+
+MediaImporter::OrganizeAnswer organize(std::span<const ClipToOrganize> clips, std::span<const FileUrl> urls,
+                                       const FileUrl &root, bool deleteSources, VerifyLevel level,
+                                       const ProgressCallback &progress, const std::stop_token &stop,
+                                       const FileOperations &files, CopyRecorder &recorder)
+{
     if (const auto space = checkFreeSpace(urls, root, files); !space) {
         return tl::unexpected(space.error());
     }
@@ -226,50 +324,47 @@ MediaImporter::OrganizeAnswer MediaImporter::organizeByBin(std::span<const ClipT
         return tl::unexpected(ImportError{LinkedSources{std::move(links)}});
     }
     clearInterruptedRuns(root.path(), files);
-    const Proof proof = verify == VerifyLevel::checksum || deleteSources ? Proof::bytes : Proof::size;
-    FileCopier copier(files);
-    BinFolders folders(root.path(), files);
-
-    struct Outcome
-    {
-        const DestinationFolder *folder = nullptr;
-        std::optional<FinishedCopy> copy;
-    };
-    std::vector<Outcome> outcomes; // one for each clip that had its turn
-    for (const ClipToOrganize &clip : clips) {
-        if (stop.stop_requested()) {
-            break;
-        }
-        Outcome &outcome = outcomes.emplace_back();
-        DestinationFolder *const folder = exists(clip.url) ? folders.folder(clip.primaryBin) : nullptr;
-        if (folder != nullptr) {
-            auto copy = copier.copy(clip.url.path(), *folder, proof);
-            outcome.folder = folder;
-            outcome.copy = copy ? std::optional(std::move(*copy)) : std::nullopt;
-        }
-        progress(static_cast<int>(outcomes.size()), static_cast<int>(clips.size()));
-    }
-
-    const auto unsynced = folders.sync();
-    std::map<QUuid, FileUrl> destinations;
-    std::vector<std::pair<FileUrl, FinishedCopy>> copied;
-    std::vector<FileUrl> failed;
-    for (std::size_t i = 0; i < outcomes.size(); ++i) {
-        const auto &[folder, copy] = outcomes[i];
-        if (!copy || unsynced.contains(folder) || !copy->isInPlace(files)) {
-            failed.push_back(clips[i].url);
-            continue;
-        }
-        destinations.insert_or_assign(clips[i].id, FileUrl(copy->destination));
-        copied.emplace_back(clips[i].url, *copy);
-    }
+    Organizing run(clips, root, level, files, recorder);
+    run.copyAll(progress, stop);
+    const std::vector<FileUrl> failed = run.failed();
+    recorder.leaveProof(files); // before an original goes
     if (!failed.empty()) {
         return tl::unexpected(ImportError{VerificationFailed{failed}});
     }
     if (deleteSources) {
-        removeSources(copied, copier, files);
+        run.removeSources();
+        recorder.withdrawOriginals(files);
     }
-    return destinations;
+    return run.destinations();
+}
+
+} // namespace
+
+MediaImporter::CopyAnswer MediaImporter::copyFiles(std::span<const FileUrl> urls, const FileUrl &destination,
+                                                   VerifyLevel verify, const ProgressCallback &progress,
+                                                   const std::stop_token &stop, const FileOperations &files,
+                                                   const CopyObserver &observer)
+{
+    CopyRecorder recorder(urls, destination, CopyKind::copy, verify, observer);
+    auto answer = copyInto(urls, destination, verify, progress, stop, files, recorder);
+    recorder.leaveProof(files);
+    recorder.end(answer ? QString() : answer.error().description());
+    return answer;
+}
+
+MediaImporter::OrganizeAnswer MediaImporter::organizeByBin(std::span<const ClipToOrganize> clips, const FileUrl &root,
+                                                           bool deleteSources, VerifyLevel verify,
+                                                           const ProgressCallback &progress,
+                                                           const std::stop_token &stop, const FileOperations &files,
+                                                           const CopyObserver &observer)
+{
+    std::vector<FileUrl> urls;
+    std::ranges::transform(clips, std::back_inserter(urls), &ClipToOrganize::url);
+    const VerifyLevel level = deleteSources ? VerifyLevel::checksum : verify;
+    CopyRecorder recorder(urls, root, deleteSources ? CopyKind::move : CopyKind::copy, level, observer);
+    auto answer = organize(clips, urls, root, deleteSources, level, progress, stop, files, recorder);
+    recorder.end(answer ? QString() : answer.error().description());
+    return answer;
 }
 
 } // namespace larkspan

@@ -8,6 +8,7 @@
 #include <QtCore/QUuid>
 #include <tl/expected.hpp>
 
+#include "core/CopyRecord.h"
 #include "core/SortSeams.h"
 #include "output/FileOperations.h"
 #include "output/ImportError.h"
@@ -17,7 +18,8 @@ namespace larkspan {
 // Brings camera files to where they are wanted. No file is lost whatever fails: a source goes only once every copy of
 // the run was read back and found equal, and nothing under a final name is ever partial or replaced. Both operations
 // work one file at a time and block their thread; progress is called on it, (done, total); stop is asked before each
-// file, never inside one.
+// file, never inside one. However a run ends, the folder of its copies gets a proof of those that were read back, and
+// the observer a record of all.
 class MediaImporter
 {
 public:
@@ -29,7 +31,8 @@ public:
     [[nodiscard]] static CopyAnswer copyFiles(std::span<const FileUrl> urls, const FileUrl &destination,
                                               VerifyLevel verify, const ProgressCallback &progress,
                                               const std::stop_token &stop,
-                                              const FileOperations &files = FileOperations::system());
+                                              const FileOperations &files = FileOperations::system(),
+                                              const CopyObserver &observer = {});
 
     // Copies each clip into a folder under root that is named after its primary bin, and gives where each went. A clip
     // that fails doesn't end the run, but any failure makes the run one, and no source is then deleted. Deletes the
@@ -38,7 +41,8 @@ public:
     [[nodiscard]] static OrganizeAnswer organizeByBin(std::span<const ClipToOrganize> clips, const FileUrl &root,
                                                       bool deleteSources, VerifyLevel verify,
                                                       const ProgressCallback &progress, const std::stop_token &stop,
-                                                      const FileOperations &files = FileOperations::system());
+                                                      const FileOperations &files = FileOperations::system(),
+                                                      const CopyObserver &observer = {});
 };
 
 } // namespace larkspan

@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+#include "output/ProofFile.h"
+
 namespace larkspan::test {
 
 namespace fs = std::filesystem;
@@ -13,6 +15,11 @@ namespace fs = std::filesystem;
 namespace {
 
 void ignoreProgress(int, int) {}
+
+bool isFootage(const fs::directory_entry &entry)
+{
+    return entry.is_regular_file() && entry.path().filename() != proofFileName;
+}
 
 } // namespace
 
@@ -46,7 +53,7 @@ std::map<std::string, std::string> filesBeneath(const fs::path &folder)
 {
     std::map<std::string, std::string> files;
     for (const auto &entry : fs::recursive_directory_iterator(folder)) {
-        if (entry.is_regular_file()) {
+        if (isFootage(entry)) {
             files[entry.path().lexically_relative(folder)] = contentOf(entry.path());
         }
     }
@@ -57,7 +64,7 @@ std::vector<std::string> namesBeneath(const fs::path &folder)
 {
     std::vector<std::string> names;
     for (const auto &entry : fs::recursive_directory_iterator(folder)) {
-        if (entry.is_regular_file()) {
+        if (isFootage(entry)) {
             names.push_back(entry.path().lexically_relative(folder));
         }
     }

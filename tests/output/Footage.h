@@ -16,7 +16,7 @@ std::string footage(unsigned seed, std::size_t size);
 std::string contentOf(const std::filesystem::path &file);
 void writeContent(const std::filesystem::path &file, std::string_view content);
 
-// All regular files beneath a folder, by their path from there, hidden ones too.
+// All regular files beneath a folder, by their path from there, hidden ones too, but no proof of a copy.
 std::map<std::string, std::string> filesBeneath(const std::filesystem::path &folder);
 std::vector<std::string> namesBeneath(const std::filesystem::path &folder);
 

@@ -79,6 +79,11 @@ public:
         count();
         return FileOperations::renameWithoutClobbering(folder, from, to);
     }
+    int rename(int folder, const char *from, const char *to) const override
+    {
+        count();
+        return FileOperations::rename(folder, from, to);
+    }
     int remove(int folder, const char *name) const override
     {
         count();
