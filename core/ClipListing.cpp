@@ -12,8 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Adds one folder's clips, and the folders to look into next. What kept it from being read to its end, if anything did.
-std::error_code listOneFolder(const fs::path &folder, std::vector<FileUrl> &clips, std::vector<fs::path> &folders)
+// Adds one folder's files, and the folders to look into next. What kept it from being read to its end, if anything did.
+std::error_code listOneFolder(const fs::path &folder, CardListing &listing, std::vector<fs::path> &folders)
 {
     std::error_code error;
     fs::directory_iterator entry(folder, error);
@@ -22,13 +22,15 @@ std::error_code listOneFolder(const fs::path &folder, std::vector<FileUrl> &clip
         if (isHidden(name)) {
             continue;
         }
-        if (isVideoFile(name)) {
-            clips.emplace_back(entry->path());
-        }
         // The folder's own entry says what each name is; the file is asked only where the entry doesn't. A name of
         // unknown kind may be a folder, so it is opened later, and the error names the reason.
         std::error_code unknown;
         const bool isLink = entry->is_symlink(unknown);
+        if (isVideoFile(name)) {
+            listing.clips.emplace_back(entry->path());
+        } else if (!unknown && !isLink && entry->is_regular_file(unknown)) {
+            listing.others.emplace_back(entry->path());
+        }
         if ((unknown || (!isLink && entry->is_directory(unknown))) && !isPackage(name)) {
             folders.push_back(entry->path());
         }
@@ -52,12 +54,13 @@ CardListing listCard(const FileUrl &card, const std::stop_token &stop)
     while (!folders.empty() && !stop.stop_requested()) {
         const fs::path next = std::move(folders.back());
         folders.pop_back();
-        const std::error_code error = listOneFolder(next, clips, folders);
+        const std::error_code error = listOneFolder(next, listing, folders);
         if (error && !isOfTheSystem(next, card, error)) {
             listing.unreadable.emplace_back(next);
         }
     }
     std::ranges::sort(listing.unreadable, {}, &FileUrl::path);
+    std::ranges::sort(listing.others, {}, &FileUrl::path);
 
     struct Keyed
     {

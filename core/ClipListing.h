@@ -14,11 +14,12 @@ namespace larkspan {
 std::vector<FileUrl> listClips(const FileUrl &folder, const std::stop_token &stop = {});
 
 // The same of a card, whose clips are about to be copied and may then be wiped from it: a folder that can't be read to
-// its end is told rather than passed over.
+// its end is told rather than passed over, and so are files beside the clips.
 struct CardListing
 {
     std::vector<FileUrl> clips;
     std::vector<FileUrl> unreadable; // by path; the card itself may be among them
+    std::vector<FileUrl> others;     // files that are no clips, by path; no hidden ones, and none inside packages
 };
 CardListing listCard(const FileUrl &card, const std::stop_token &stop);
 

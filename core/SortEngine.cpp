@@ -113,6 +113,7 @@ void SortEngine::reset()
     setFolder(std::nullopt);
     clearClips();
     setPreviewClip(nullptr);
+    m_copyHistory.adopt({});
     m_currentProjectID.reset();
     m_projectName.clear();
     m_isRemovableImport = false;
@@ -202,7 +203,7 @@ void SortEngine::finishSort(const SortOptions &options)
 bool SortEngine::copyCard(const Run &run, const FileUrl &source, const QString &volumeName, const FileUrl &destination,
                           VerifyLevel verify)
 {
-    const auto [urls, unreadable] = listCard(source, run.stop);
+    const auto [urls, unreadable, others] = listCard(source, run.stop);
     if (!unreadable.empty()) {
         // A copy that lacks clips would pass for the whole card, which may be wiped next.
         land(run, [this, note = unreadableNote(source, volumeName, unreadable)] { addCardNote(note); });
@@ -212,18 +213,30 @@ bool SortEngine::copyCard(const Run &run, const FileUrl &source, const QString &
         return false;
     }
     land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
+    std::optional<CopyRecord> record;
     const auto copied = m_seams.copyFiles(
         urls, destination, verify,
-        [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
+        [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop,
+        observerOf(run, record));
+    if (copied) {
+        land(run, [this, destination] {
+            setProgress(0, m_total);
+            adoptProject(destination); // until here the screens tell of the project that was open before
+        });
+    }
+    if (record) {
+        record->kind = CopyKind::card;
+        record->source = source;
+        record->volumeName = volumeName;
+        record->unreadable = unreadable;
+        record->notCopied = others;
+        keepRecord(run, destination, *record);
+    }
     if (!copied) {
         land(run,
              [this, failure = copied.error()] { setStage({.kind = StageKind::failed, .text = failure.description}); });
         return false;
     }
-    land(run, [this, destination] {
-        setProgress(0, m_total);
-        adoptProject(destination); // until here the screens tell of the project that was open before
-    });
     return !run.stop.stop_requested();
 }
 
@@ -266,6 +279,7 @@ void SortEngine::cancelTask()
 {
     m_task.request_stop();
     ++m_ticket;
+    m_copyHistory.setProgress(std::nullopt);
     m_looksForFootage = false;
     m_exportsOnceFound = false;
 }
@@ -327,6 +341,7 @@ void SortEngine::beginWorking(const FileUrl &folder)
 {
     setFolder(folder);
     clearClips();
+    m_copyHistory.adopt({});
     setStage({.kind = StageKind::working});
 }
 

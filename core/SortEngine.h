@@ -15,6 +15,7 @@
 #include <tl/expected.hpp>
 
 #include "core/CloudSettings.h"
+#include "core/CopyHistory.h"
 #include "core/FileUrl.h"
 #include "core/HandoffFormat.h"
 #include "core/MediaClip.h"
@@ -51,6 +52,7 @@ class SortEngine : public QObject
     Q_PROPERTY(int total READ total NOTIFY progressChanged)
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(bool isCopying READ isCopying NOTIFY isCopyingChanged)
+    Q_PROPERTY(larkspan::CopyHistory *copyHistory READ copyHistory CONSTANT)
     Q_PROPERTY(QString cardNote READ cardNote NOTIFY cardNoteChanged)
     Q_PROPERTY(bool hasFolder READ hasFolder NOTIFY folderChanged)
     Q_PROPERTY(QString folderName READ folderName NOTIFY folderChanged)
@@ -123,6 +125,8 @@ public:
     [[nodiscard]] std::optional<FileUrl> handoffFile(HandoffFormat format) const;
     // Asks how to write the shoot for another program.
     Q_INVOKABLE void chooseHandoff();
+    // Writes the report of this shoot's copies and opens it; nothing where none was copied.
+    Q_INVOKABLE void showCopyReport();
     // From done and failed back to the clips.
     Q_INVOKABLE void backToResults();
     // Sorts the current folder once more; nothing without one.
@@ -158,6 +162,8 @@ public:
     // Footage is being copied or moved, for this shoot or for one that is on its way out: what was stopped still ends
     // the file that it is at.
     bool isCopying() const { return m_copies > 0; }
+    // The copies of the shoot on show. Lives as long as the engine.
+    CopyHistory *copyHistory() { return &m_copyHistory; }
     // The folders of imported cards that couldn't be read, a card a line; "" for none. Stays, whatever is sorted
     // next, until it is dismissed.
     const QString &cardNote() const { return m_cardNote; }
@@ -320,6 +326,8 @@ private:
     void loadThumbnails();
     void organizeAndWrite(const Export &work);
     std::vector<ClipToOrganize> toOrganize(const Export &work) const;
+    // The others.
+    static std::vector<CopiedFile> notOrganized(const Export &work, std::span<const ClipToOrganize> organized);
     void finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized);
     // The folder that the options say, for a shoot that lies in this one.
     [[nodiscard]] FileUrl folderOfEvent(const FileUrl &folder) const;
@@ -338,6 +346,10 @@ private:
     // The first half of a card import. Returns whether there is a copy to sort now.
     [[nodiscard]] bool copyCard(const Run &run, const FileUrl &source, const QString &volumeName,
                                 const FileUrl &destination, VerifyLevel verify);
+    // Shows the progress of the run's copy, and puts its record into the place given, which outlives the copy.
+    CopyObserver observerOf(const Run &run, std::optional<CopyRecord> &record);
+    // shoot: the folder whose project the record belongs to.
+    void keepRecord(const Run &run, const FileUrl &shoot, const CopyRecord &record);
     std::vector<ClipPtr> processBatch(const Run &run, std::span<const FileUrl> urls, const FrameClassifier &classifier,
                                       const SortOptions &options);
     // Runs the work for each index on the clips' threads and waits for all. What has not begun when the run is stopped
@@ -374,6 +386,7 @@ private:
 
     quint64 m_ticket = 0;
     int m_copies = 0; // the living objects of class Copying
+    CopyHistory m_copyHistory{m_seams};
     QString m_cardNote;
     bool m_lacksThumbnails = false;  // their loading hasn't come to its end
     bool m_looksForFootage = false;  // the running task does, before it loads thumbnails

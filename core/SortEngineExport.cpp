@@ -4,30 +4,12 @@
 
 #include <algorithm>
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QStandardPaths>
-
 #include "core/AtomicFile.h"
 #include "core/Diagnostics.h"
+#include "core/DocumentsFolder.h"
 #include "core/RoomSplitting.h"
 
 namespace larkspan {
-
-namespace {
-
-// None where the desktop names none.
-std::optional<FileUrl> documentsFolder()
-{
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (folder.isEmpty()) {
-        return std::nullopt;
-    }
-    QDir().mkpath(folder); // a desktop may name a folder that nobody made yet
-    return FileUrl(QFile::encodeName(folder).toStdString());
-}
-
-} // namespace
 
 QString SortEngine::exportSummary() const
 {
@@ -78,6 +60,13 @@ void SortEngine::chooseHandoff()
     m_seams.chooseHandoff();
 }
 
+void SortEngine::showCopyReport()
+{
+    if (m_folder) {
+        m_copyHistory.showReport(*m_folder);
+    }
+}
+
 void SortEngine::backToResults()
 {
     if (m_stage.kind == StageKind::done || m_stage.kind == StageKind::failed) {
@@ -109,15 +98,40 @@ void SortEngine::organizeAndWrite(const Export &work)
     cancelTask();
     setStage({.kind = StageKind::organizing});
     setProgress(0, clipCount());
-    startTask([this, work, clips = toOrganize(work), verify = m_options.verifyLevel,
+    auto clips = toOrganize(work);
+    startTask([this, work, clips, alreadyThere = notOrganized(work, clips), verify = m_options.verifyLevel,
                deleteSources = m_options.fileHandling == FileHandling::move,
                copying = std::make_shared<const Copying>(*this)](const Run &run) {
+        std::optional<CopyRecord> record;
         auto organized = m_seams.organizeByBin(
             clips, work.root, deleteSources, verify,
-            [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop);
+            [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop,
+            observerOf(run, record));
+        if (record) {
+            record->source = work.folder;
+            record->files.insert(record->files.end(), alreadyThere.begin(), alreadyThere.end());
+            keepRecord(run, work.folder, *record);
+        }
         // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by now.
         post([this, run, work, organized = std::move(organized)] { finishOrganizing(run, work, organized); });
     });
+}
+
+CopyObserver SortEngine::observerOf(const Run &run, std::optional<CopyRecord> &record)
+{
+    return {.progressed =
+                [this, run](const CopyProgress &progress) {
+                    land(run, [this, progress] { m_copyHistory.setProgress(progress); });
+                },
+            .ended = [&record](CopyRecord ended) { record = std::move(ended); }};
+}
+
+void SortEngine::keepRecord(const Run &run, const FileUrl &shoot, const CopyRecord &record)
+{
+    if (m_seams.copyLog != nullptr) {
+        m_seams.copyLog->save(projectID(shoot), record);
+    }
+    land(run, [this, record] { m_copyHistory.add(record); });
 }
 
 std::vector<ClipToOrganize> SortEngine::toOrganize(const Export &work) const
@@ -135,6 +149,17 @@ std::vector<ClipToOrganize> SortEngine::toOrganize(const Export &work) const
         }
     }
     return list;
+}
+
+std::vector<CopiedFile> SortEngine::notOrganized(const Export &work, std::span<const ClipToOrganize> organized)
+{
+    std::vector<CopiedFile> files;
+    for (const ClipPtr &clip : work.clips) {
+        if (std::ranges::find(organized, clip->id, &ClipToOrganize::id) == organized.end()) {
+            files.push_back({.source = clip->url, .destination = clip->foundURL, .state = CopyState::alreadyThere});
+        }
+    }
+    return files;
 }
 
 void SortEngine::finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized)

@@ -29,6 +29,7 @@ void SortEngine::openProject(const QString &id)
     cancelTask();
     m_currentProjectID = id;
     m_projectName = project->summary.name;
+    m_copyHistory.adopt(id);
     m_isRemovableImport = false;
     m_importVolumeName.reset();
     setFolder(project->summary.folderPath);
@@ -78,6 +79,7 @@ void SortEngine::adoptProject(const FileUrl &folder)
     // A project whose name isn't its folder's was renamed by the editor, and keeps that name.
     const bool wasRenamed = project != m_projects.end() && project->name != folder.lastPathComponent();
     m_projectName = wasRenamed ? project->name : QString();
+    m_copyHistory.adopt(*m_currentProjectID);
     Q_EMIT folderChanged();
 }
 

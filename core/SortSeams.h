@@ -13,6 +13,8 @@
 #include <tl/expected.hpp>
 
 #include "core/CloudSettings.h"
+#include "core/CopyLog.h"
+#include "core/CopyRecord.h"
 #include "core/FrameClassifier.h"
 #include "core/MediaClip.h"
 #include "core/ProjectCache.h"
@@ -83,18 +85,21 @@ struct SortSeams
     // Off the main thread, one file at a time; polls the token between files and then returns what it has.
     std::function<tl::expected<std::vector<CopyResult>, CopyFailure>(
         const std::vector<FileUrl> &urls, const FileUrl &destination, VerifyLevel verify,
-        const ProgressCallback &progress, const std::stop_token &stop)>
+        const ProgressCallback &progress, const std::stop_token &stop, const CopyObserver &observer)>
         copyFiles;
     // Off the main thread. Copies each clip into a folder under root that is named after its bin, and deletes the
     // sources, if told to, once every copy was verified. Polls the token between files and then returns what it has.
     std::function<OrganizeAnswer(const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool deleteSources,
-                                 VerifyLevel verify, const ProgressCallback &progress, const std::stop_token &stop)>
+                                 VerifyLevel verify, const ProgressCallback &progress, const std::stop_token &stop,
+                                 const CopyObserver &observer)>
         organizeByBin;
     // The files in a bin's folder under root that organizing may have made of a clip's file, judged by their names: the
     // clip's, or the same with a number. Any thread.
     std::function<std::vector<FileUrl>(const FileUrl &clip, const FileUrl &root, const QString &bin)> placesInBin;
     // The text of the event file for clips in any order.
     std::function<QString(const std::vector<ClipPtr> &clips, const QString &name)> eventText;
+    // The page that reports the copies of a shoot, HTML.
+    std::function<QString(const std::vector<CopyRecord> &copies, const QString &name)> copyReport;
     // Hands a file to the program that is registered for it; failures are nobody's concern.
     std::function<void(const FileUrl &file)> openFile;
     // Shows a file in the file manager.
@@ -107,6 +112,8 @@ struct SortSeams
     SettingsStore *settings = nullptr;
     // Where sorted shoots are kept; outlives the engine. Without one none is.
     ProjectCache *projects = nullptr;
+    // Where records of copies are kept; outlives the engine. Without one they last as long as their shoot is on show.
+    const CopyLog *copyLog = nullptr;
 };
 
 } // namespace larkspan

@@ -16,6 +16,7 @@
 #include "classify/VisionClassifier.h"
 #include "design/LK.h"
 #include "design/LKAccessible.h"
+#include "output/CopyReport.h"
 #include "output/FCPXMLWriter.h"
 #include "output/MediaImporter.h"
 #include "output/PlacesInBin.h"
@@ -63,17 +64,18 @@ QString problemText(const ModelError &error)
 tl::expected<std::vector<CopyResult>, CopyFailure> copyFiles(const std::vector<FileUrl> &urls,
                                                              const FileUrl &destination, VerifyLevel verify,
                                                              const ProgressCallback &progress,
-                                                             const std::stop_token &stop)
+                                                             const std::stop_token &stop, const CopyObserver &observer)
 {
-    return MediaImporter::copyFiles(urls, destination, verify, progress, stop).map_error([](const ImportError &error) {
-        return CopyFailure{error.description()};
-    });
+    return MediaImporter::copyFiles(urls, destination, verify, progress, stop, FileOperations::system(), observer)
+        .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
 }
 
 OrganizeAnswer organizeByBin(const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool deleteSources,
-                             VerifyLevel verify, const ProgressCallback &progress, const std::stop_token &stop)
+                             VerifyLevel verify, const ProgressCallback &progress, const std::stop_token &stop,
+                             const CopyObserver &observer)
 {
-    return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop)
+    return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop, FileOperations::system(),
+                                        observer)
         .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
 }
 
@@ -174,6 +176,7 @@ SortSeams LarkspanApp::seams()
         .placesInBin = placesInBin,
         .eventText = [](const std::vector<ClipPtr> &clips,
                         const QString &name) { return FCPXMLWriter::event(clips, name); },
+        .copyReport = copyReport,
         .openFile = openFile,
         .revealFile = revealFile,
         .chooseFolder =
@@ -183,6 +186,7 @@ SortSeams LarkspanApp::seams()
         .chooseHandoff = [this] { m_handoff.open(); },
         .settings = &m_settings,
         .projects = &m_projects,
+        .copyLog = &m_copyLog,
     };
 }
 

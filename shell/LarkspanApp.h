@@ -74,6 +74,7 @@ private:
     SystemMotion m_motion;
     AppState m_state;
     ProjectCache m_projects;
+    CopyLog m_copyLog;
     std::unique_ptr<SortEngine> m_engine;
     VolumeWatcher m_volumeWatcher;
     DiagnosticsExport m_diagnostics;

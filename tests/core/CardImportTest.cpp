@@ -43,7 +43,7 @@ protected:
     {
         auto parts = seams();
         parts.copyFiles = [this](const auto &urls, const auto &destination, VerifyLevel verify, const auto &progress,
-                                 const std::stop_token &) {
+                                 const std::stop_token &, const auto &) {
             askedLevel = verify;
             return copyPlainly(urls, destination, progress);
         };
@@ -182,7 +182,7 @@ TEST_F(CardImportTest, CancellingTheCopyStopsBeforeTheSortAndLeavesTheDatedFolde
     std::atomic<int> probed = 0;
     auto parts = importingSeams();
     parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
-                          const std::stop_token &stop) {
+                          const std::stop_token &stop, const auto &) {
         auto copied = copyPlainly({urls.front()}, destination, progress);
         gate.pass();
         EXPECT_TRUE(stop.stop_requested());
@@ -216,7 +216,7 @@ TEST_F(CardImportTest, ACopyIsUnderWayUntilItsLastFileIsDoneEvenWhenItWasStopped
     Gate gate;
     auto parts = importingSeams();
     parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
-                          const std::stop_token &) {
+                          const std::stop_token &, const auto &) {
         gate.pass();
         return copyPlainly(urls, destination, progress);
     };
@@ -272,7 +272,7 @@ TEST_F(CardImportTest, TheSortOfACopyGoesByWhatTheEditorHasChosenWhenTheCopyHasE
     int cloudAsked = 0;
     auto parts = importingSeams();
     parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
-                          const std::stop_token &) {
+                          const std::stop_token &, const auto &) {
         gate.pass();
         return copyPlainly(urls, destination, progress);
     };
@@ -300,7 +300,7 @@ TEST_F(CardImportTest, AnImportLeavesTheOpenProjectAloneAndItsShootGetsANameOfIt
     Gate gate;
     auto parts = importingSeams();
     parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
-                          const std::stop_token &) {
+                          const std::stop_token &, const auto &) {
         gate.pass();
         return copyPlainly(urls, destination, progress);
     };

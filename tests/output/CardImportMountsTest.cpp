@@ -33,12 +33,13 @@ protected:
     {
         auto parts = seams();
         parts.copyFiles = [afterEach](const auto &urls, const FileUrl &destination, VerifyLevel verify,
-                                      const ProgressCallback &progress, const std::stop_token &stop) {
+                                      const ProgressCallback &progress, const std::stop_token &stop,
+                                      const CopyObserver &observer) {
             const auto report = [&](int done, int total) {
                 afterEach(done);
                 progress(done, total);
             };
-            return MediaImporter::copyFiles(urls, destination, verify, report, stop)
+            return MediaImporter::copyFiles(urls, destination, verify, report, stop, FileOperations::system(), observer)
                 .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
         };
         return parts;

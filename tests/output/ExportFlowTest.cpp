@@ -56,8 +56,10 @@ protected:
     {
         auto parts = seams();
         parts.organizeByBin = [](const auto &clips, const FileUrl &root, bool deleteSources, VerifyLevel verify,
-                                 const ProgressCallback &progress, const std::stop_token &stop) {
-            return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop)
+                                 const ProgressCallback &progress, const std::stop_token &stop,
+                                 const CopyObserver &observer) {
+            return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop,
+                                                FileOperations::system(), observer)
                 .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
         };
         parts.placesInBin = placesInBin;
@@ -286,9 +288,10 @@ TEST_F(ExportFlowTest, AMoveThatIsCancelledWritesTheEventOfWhatItHasAndLeavesThe
     (void)folder.write("Next/garage 1.mov");
     Gate gate;
     auto parts = exportingSeams();
-    parts.organizeByBin = [&gate, organize = parts.organizeByBin](
-                              const auto &clips, const FileUrl &root, bool deleteSources, VerifyLevel verify,
-                              const ProgressCallback &progress, const std::stop_token &stop) {
+    parts.organizeByBin = [&gate,
+                           organize = parts.organizeByBin](const auto &clips, const FileUrl &root, bool deleteSources,
+                                                           VerifyLevel verify, const ProgressCallback &progress,
+                                                           const std::stop_token &stop, const CopyObserver &observer) {
         return organize(
             clips, root, deleteSources, verify,
             [&](int done, int total) {
@@ -297,7 +300,7 @@ TEST_F(ExportFlowTest, AMoveThatIsCancelledWritesTheEventOfWhatItHasAndLeavesThe
                     gate.pass();
                 }
             },
-            stop);
+            stop, observer);
     };
     SortEngine engine(parts);
     engine.setOptions({.fileHandling = FileHandling::move});

@@ -49,7 +49,7 @@ void ScreenPictures::useSample(SortSeams &parts)
         return framesOfSample(clip);
     };
     parts.organizeByBin = [this](const auto &clips, const auto &, bool, VerifyLevel, const ProgressCallback &progress,
-                                 const auto &) -> OrganizeAnswer {
+                                 const auto &...) -> OrganizeAnswer {
         progress(9, static_cast<int>(clips.size()));
         copying.pass();
         return {};

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+#include "core/CopyLog.h"
+#include "core/CopyRecord.h"
+#include "core/FileUrl.h"
+
+namespace larkspan {
+
+struct SortSeams;
+
+// The copies of the shoot on show: the distance that a running one has come, the records of those that are over, and
+// the page that reports them. Main thread.
+class CopyHistory : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool hasReport READ hasReport NOTIFY recordsChanged)
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged) // reason that the last report failed, or ""
+
+public:
+    // seams outlive it.
+    explicit CopyHistory(const SortSeams &seams, QObject *parent = nullptr) : QObject(parent), m_seams(seams) {}
+
+    // Takes up the records of the shoot with this project id; none for an empty one.
+    void adopt(const QString &projectID);
+    // Adds the record of a run that is over, and ends its progress.
+    void add(CopyRecord record);
+
+    // Of the copy that runs; none without one, or before it has begun.
+    const std::optional<CopyProgress> &progress() const { return m_progress; }
+    void setProgress(const std::optional<CopyProgress> &progress);
+
+    // In the order in which they began.
+    const std::vector<CopyRecord> &records() const { return m_records; }
+    bool hasReport() const { return !m_records.empty(); }
+
+    // Writes the report, named after the shoot's folder, beside the copies of the last run, or into Documents where
+    // that can't be, and opens it. Nothing without records.
+    void showReport(const FileUrl &shoot);
+    const QString &problem() const { return m_problem; }
+    Q_INVOKABLE void dismissProblem() { setProblem({}); }
+
+Q_SIGNALS:
+    void progressChanged();
+    void recordsChanged();
+    void problemChanged();
+
+private:
+    void setProblem(const QString &problem);
+
+    const SortSeams &m_seams;
+    std::optional<CopyProgress> m_progress;
+    std::vector<CopyRecord> m_records;
+    QString m_problem;
+};
+
+} // namespace larkspan

@@ -1,0 +1,19 @@
+#include "core/DocumentsFolder.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QStandardPaths>
+
+namespace larkspan {
+
+std::optional<FileUrl> documentsFolder()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (folder.isEmpty()) {
+        return std::nullopt;
+    }
+    QDir().mkpath(folder); // a desktop may name a folder that nobody made yet
+    return FileUrl(QFile::encodeName(folder).toStdString());
+}
+
+} // namespace larkspan

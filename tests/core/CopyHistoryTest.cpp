@@ -1,0 +1,284 @@
+// The records of a shoot's copies, from the run to the report.
+#include "core/CopyHistory.h"
+
+#include <fstream>
+
+#include <QtCore/QDate>
+
+#include "tests/core/SortEngineFixture.h"
+#include "tests/support/Unprivileged.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string textOfFile(const fs::path &file)
+{
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+class CopyHistoryTest : public SortEngineTest
+{
+protected:
+    CopyHistoryTest()
+    {
+        qputenv("HOME", QByteArray::fromStdString((folder / "home").string()));
+        (void)folder.write("card/DCIM/kitchen 1.mov", "film");
+        (void)folder.write("card/DCIM/pool 2.mov", "film");
+        for (const char *other : {"index", "DCIM/photo.jpg", ".hidden", ".Trashes/old.jpg", "Library.fcpbundle/x"}) {
+            (void)folder.write(fs::path("card") / other);
+        }
+        fs::create_directory(folder / "Shoots");
+    }
+    ~CopyHistoryTest() override { qputenv("HOME", home); }
+
+    // A record as an importer makes it: whether by a card's import or by an export, it knows only files.
+    static CopyRecord recordOf(std::span<const FileUrl> urls, const FileUrl &destination)
+    {
+        CopyRecord record{.destination = destination, .level = VerifyLevel::checksum};
+        for (const FileUrl &url : urls) {
+            record.files.push_back({.source = url,
+                                    .destination = destination.appending(url.lastPathComponent()),
+                                    .bytes = 4,
+                                    .state = CopyState::readBack});
+        }
+        return record;
+    }
+
+    SortSeams copyingSeams()
+    {
+        auto parts = seams();
+        parts.copyFiles = [this](const auto &urls, const FileUrl &destination, VerifyLevel, const auto &,
+                                 const std::stop_token &,
+                                 const CopyObserver &observer) -> tl::expected<std::vector<CopyResult>, CopyFailure> {
+            fs::create_directories(destination.path());
+            for (const FileUrl &url : urls) {
+                fs::copy_file(url.path(), destination.path() / url.lastPathBytes());
+            }
+            observer.progressed({.totalBytes = 8, .copiedBytes = 4});
+            copying.pass();
+            CopyRecord record = recordOf(urls, destination);
+            record.failure = importFails ? u"no"_s : u""_s;
+            observer.ended(record);
+            return importFails
+                       ? tl::expected<std::vector<CopyResult>, CopyFailure>(tl::unexpected(CopyFailure{u"no"_s}))
+                       : std::vector<CopyResult>();
+        };
+        parts.organizeByBin = [](const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool, VerifyLevel,
+                                 const auto &, const std::stop_token &, const CopyObserver &observer) {
+            std::vector<FileUrl> urls;
+            std::ranges::transform(clips, std::back_inserter(urls), &ClipToOrganize::url);
+            observer.ended(recordOf(urls, root));
+            return OrganizeAnswer();
+        };
+        parts.copyReport = [](const std::vector<CopyRecord> &copies, const QString &name) {
+            return u"%1: %2 copies"_s.arg(name).arg(copies.size());
+        };
+        parts.copyLog = &log;
+        return parts;
+    }
+
+    void import(SortEngine &engine)
+    {
+        engine.setImportRoot(FileUrl(folder / "Shoots"));
+        engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+        copying.open();
+    }
+
+    fs::path dated() const
+    {
+        return folder / "Shoots" / ("CARD — " + QDate::currentDate().toString(Qt::ISODate).toStdString());
+    }
+
+    const QByteArray home = qgetenv("HOME");
+    const CopyLog log{cacheFolder / "Copies"};
+    Gate copying;
+    bool importFails = false;
+};
+
+} // namespace
+
+TEST_F(CopyHistoryTest, AnImportLeavesARecordThatNamesTheCard)
+{
+    SortEngine engine(copyingSeams());
+    EXPECT_FALSE(engine.copyHistory()->hasReport());
+    import(engine);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    ASSERT_THAT(engine.copyHistory()->records(), SizeIs(1));
+    const CopyRecord &record = engine.copyHistory()->records().front();
+    EXPECT_EQ(record.kind, CopyKind::card);
+    EXPECT_EQ(record.source, FileUrl(folder / "card"));
+    EXPECT_EQ(record.volumeName, u"CARD"_s);
+    EXPECT_EQ(record.destination, FileUrl(dated()));
+    EXPECT_THAT(record.files, SizeIs(2));
+    EXPECT_THAT(record.notCopied, ElementsAre(FileUrl(folder / "card/DCIM/photo.jpg"), FileUrl(folder / "card/index")));
+    EXPECT_TRUE(isSafeToErase(record));
+}
+
+TEST_F(CopyHistoryTest, FoldersOfTheCardThatCannotBeReadAreInTheRecord)
+{
+    const fs::path closed = folder.write("card/DCIM/closed/pool 3.mov").parent_path();
+    fs::permissions(folder.path(), fs::perms::all);
+    fs::permissions(folder / "Shoots", fs::perms::all);
+    fs::permissions(closed, fs::perms::none);
+    SortEngine engine(copyingSeams());
+    {
+        const Unprivileged user;
+        import(engine);
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+    const CopyRecord &record = engine.copyHistory()->records().front();
+    EXPECT_THAT(record.unreadable, ElementsAre(FileUrl(closed)));
+    EXPECT_FALSE(isSafeToErase(record));
+    fs::permissions(closed, fs::perms::all);
+}
+
+TEST_F(CopyHistoryTest, AFailedImportHasItsReportToo)
+{
+    importFails = true;
+    SortEngine engine(copyingSeams());
+    import(engine);
+    ASSERT_TRUE(reaches(engine, StageKind::failed));
+    EXPECT_TRUE(engine.copyHistory()->hasReport());
+    EXPECT_EQ(engine.copyHistory()->records().front().failure, u"no"_s);
+    engine.showCopyReport();
+    EXPECT_THAT(opened, ElementsAre(FileUrl(dated() / (dated().filename().string() + " copy report.html"))));
+}
+
+TEST_F(CopyHistoryTest, AnExportAddsItsRecordToThatOfTheImport)
+{
+    SortEngine engine(copyingSeams());
+    import(engine);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.exportEvent();
+    ASSERT_TRUE(reaches(engine, StageKind::done));
+    ASSERT_THAT(engine.copyHistory()->records(), SizeIs(2));
+    EXPECT_EQ(engine.copyHistory()->records()[0].kind, CopyKind::card);
+    EXPECT_EQ(engine.copyHistory()->records()[1].source, FileUrl(dated()));
+    EXPECT_EQ(engine.copyHistory()->records()[1].destination, FileUrl(folder / "Shoots"));
+}
+
+TEST_F(CopyHistoryTest, AClipThatWasInItsFolderAlreadyIsInTheRecordAndKeepsItFromBeingSafe)
+{
+    auto parts = copyingSeams();
+    parts.placesInBin = [this](const FileUrl &clip, const auto &, const QString &) {
+        return clip.lastPathComponent() == u"pool 2.mov"_s ? std::vector{FileUrl(folder / "Shoots/Pool/pool 2.mov")}
+                                                           : std::vector<FileUrl>();
+    };
+    SortEngine engine(parts);
+    import(engine);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    for (const ClipPtr &clip : engine.clips()) {
+        if (clip->url.lastPathComponent() == u"pool 2.mov"_s) {
+            clip->foundURL = FileUrl(folder / "Shoots/Pool/pool 2.mov");
+        }
+    }
+    engine.exportEvent();
+    ASSERT_TRUE(reaches(engine, StageKind::done));
+    const CopyRecord &record = engine.copyHistory()->records().back();
+    ASSERT_THAT(record.files, SizeIs(2));
+    EXPECT_EQ(record.files[1].state, CopyState::alreadyThere);
+    EXPECT_EQ(record.files[1].destination, FileUrl(folder / "Shoots/Pool/pool 2.mov"));
+    EXPECT_FALSE(isSafeToErase(record));
+}
+
+TEST_F(CopyHistoryTest, TheRecordsComeBackWithTheProjectAndGoWithTheShoot)
+{
+    {
+        SortEngine engine(copyingSeams());
+        import(engine);
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+    SortEngine engine(copyingSeams());
+    EXPECT_FALSE(engine.copyHistory()->hasReport());
+    engine.openProject(projectID(FileUrl(dated())));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_TRUE(engine.copyHistory()->hasReport());
+    engine.reset();
+    EXPECT_FALSE(engine.copyHistory()->hasReport());
+    engine.sortFolder(FileUrl(dated()));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_TRUE(engine.copyHistory()->hasReport());
+    engine.sortFolder(FileUrl(folder / "card"));
+    EXPECT_FALSE(engine.copyHistory()->hasReport());
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(CopyHistoryTest, AnImportThatAnotherSortReplacesIsStillRecordedButNotShown)
+{
+    SortEngine engine(copyingSeams());
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    copying.awaitArrival();
+    engine.sortFolder(FileUrl(folder / "card"));
+    copying.open();
+    ASSERT_TRUE(waitUntil([&engine] { return !engine.isCopying(); }));
+    EXPECT_FALSE(engine.copyHistory()->hasReport());
+    EXPECT_THAT(log.load(projectID(FileUrl(dated()))), SizeIs(1));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(CopyHistoryTest, TheProgressOfACopyIsThereWhileItRuns)
+{
+    SortEngine engine(copyingSeams());
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    ASSERT_TRUE(waitUntil([&engine] { return engine.copyHistory()->progress().has_value(); }));
+    EXPECT_EQ(engine.copyHistory()->progress(), (CopyProgress{.totalBytes = 8, .copiedBytes = 4}));
+    copying.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(engine.copyHistory()->progress(), std::nullopt);
+}
+
+TEST_F(CopyHistoryTest, AStoppedCopyShowsNoProgress)
+{
+    SortEngine engine(copyingSeams());
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    ASSERT_TRUE(waitUntil([&engine] { return engine.copyHistory()->progress().has_value(); }));
+    engine.reset();
+    EXPECT_EQ(engine.copyHistory()->progress(), std::nullopt);
+    copying.open();
+}
+
+TEST_F(CopyHistoryTest, TheReportIsWrittenBesideTheCopiesAndOpened)
+{
+    SortEngine engine(copyingSeams());
+    engine.showCopyReport();
+    EXPECT_THAT(opened, IsEmpty());
+    import(engine);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.showCopyReport();
+    const std::string name = dated().filename().string();
+    EXPECT_THAT(opened, ElementsAre(FileUrl(dated() / (name + " copy report.html"))));
+    EXPECT_EQ(textOfFile(opened.front().path()), name + ": 1 copies");
+    EXPECT_EQ(engine.copyHistory()->problem(), u""_s);
+}
+
+TEST_F(CopyHistoryTest, WhereTheCopiesCannotBeReachedTheReportGoesIntoDocumentsAndElseTheReasonIsSaid)
+{
+    SortEngine engine(copyingSeams());
+    import(engine);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    fs::rename(dated(), folder / "unplugged");
+    engine.showCopyReport();
+    ASSERT_THAT(opened, SizeIs(1));
+    EXPECT_EQ(opened.front().path().parent_path().parent_path(), folder / "home");
+    EXPECT_TRUE(fs::exists(opened.front().path()));
+
+    fs::remove_all(folder / "home");
+    (void)folder.write("home");
+    engine.showCopyReport();
+    EXPECT_THAT(opened, SizeIs(1));
+    EXPECT_NE(engine.copyHistory()->problem(), u""_s);
+    engine.copyHistory()->dismissProblem();
+    EXPECT_EQ(engine.copyHistory()->problem(), u""_s);
+}
