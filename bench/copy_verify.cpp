@@ -1,12 +1,15 @@
 // copy_verify SOURCE DESTINATION --level sizeOnly|checksum: copies a file, or all files of a folder, as an import does,
-// and then by the programs that people use for it. Each starts with the source out of the page cache, and what it
-// copied is removed before the next begins.
+// and leaves the copies in the destination, with their proof if bytes were compared. Measures beside it, in a folder
+// that goes again, an import that leaves no proof, and the programs that people use for it. Each starts with the source
+// out of the page cache.
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <fcntl.h>
@@ -15,6 +18,7 @@
 
 #include "output/FileDescriptor.h"
 #include "output/MediaImporter.h"
+#include "output/ProofFile.h"
 #include "output/Sha256.h"
 
 using namespace larkspan;
@@ -58,6 +62,20 @@ public:
 private:
     std::chrono::steady_clock::time_point m_mark = std::chrono::steady_clock::now();
     bool m_copied = false;
+};
+
+// An import whose proof can't be looked at, and so isn't written.
+class WithoutProof : public FileOperations
+{
+public:
+    int open(int folder, const char *path, int flags, mode_t mode) const override
+    {
+        if (std::string_view(path) == proofFileName) {
+            errno = EACCES;
+            return -1;
+        }
+        return FileOperations::open(folder, path, flags, mode);
+    }
 };
 
 std::vector<FileUrl> filesOf(const fs::path &source)
@@ -137,6 +155,31 @@ double hashBytesPerSecond()
     return static_cast<double>(chunk.size()) * count / secondsSince(start);
 }
 
+struct Import
+{
+    double seconds = 0.0;
+    std::vector<FileUrl> copies;
+};
+
+// Ends the program if it fails.
+Import import(const std::vector<FileUrl> &urls, const fs::path &folder, VerifyLevel level,
+              const FileOperations &operations)
+{
+    forget(urls);
+    const auto start = std::chrono::steady_clock::now();
+    const auto answer = MediaImporter::copyFiles(
+        urls, FileUrl(folder), level, [](int, int) {}, {}, operations);
+    Import done{.seconds = secondsSince(start)};
+    if (!answer) {
+        std::cerr << answer.error().description().toStdString() << '\n';
+        std::exit(1);
+    }
+    for (const CopyResult &result : *answer) {
+        done.copies.push_back(result.destinationURL);
+    }
+    return done;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -148,8 +191,8 @@ int main(int argc, char **argv)
         return 2;
     }
     const auto urls = filesOf(arguments[0]);
+    const VerifyLevel verify = verifyLevelFromRawValue(QString::fromStdString(level));
     const fs::path target = fs::path(arguments[1]) / ("copy_verify-" + std::to_string(::getpid()));
-    fs::create_directories(target);
     double bytes = 0.0;
     std::string sources;
     for (const FileUrl &url : urls) {
@@ -159,26 +202,13 @@ int main(int argc, char **argv)
     const std::string copies = quoted(target) + "/*";
 
     const double idle = residentMegabytes();
-    forget(urls);
-    TimedOperations operations;
-    const auto start = std::chrono::steady_clock::now();
-    const auto answer = MediaImporter::copyFiles(
-        urls, FileUrl(target), level == "checksum" ? VerifyLevel::checksum : VerifyLevel::sizeOnly, [](int, int) {}, {},
-        operations);
-    const double seconds = secondsSince(start);
+    const TimedOperations operations;
+    const double seconds = import(urls, arguments[1], verify, operations).seconds;
     const double peak = peakMegabytes();
-    if (!answer) {
-        std::cerr << answer.error().description().toStdString() << '\n';
-        fs::remove_all(target);
-        return 1;
-    }
-    std::vector<FileUrl> results;
-    for (const CopyResult &result : *answer) {
-        results.push_back(result.destinationURL);
-    }
+    const Import unproved = import(urls, target, verify, WithoutProof());
     const auto clear = [&] {
-        for (const auto &entry : fs::directory_iterator(target)) {
-            fs::remove(entry.path());
+        for (const FileUrl &copy : unproved.copies) {
+            fs::remove(copy.path());
         }
         forget(urls);
     };
@@ -187,7 +217,7 @@ int main(int argc, char **argv)
     // Copy and sync alone, then one reading of what the disk holds.
     clear();
     double plainSeconds = timed(copyAndSync);
-    forget(results);
+    forget(unproved.copies);
     plainSeconds += timed("cat " + copies);
     // The same, and both sides hashed.
     clear();
@@ -202,7 +232,10 @@ int main(int argc, char **argv)
               << ", \"seconds\": " << seconds << ", \"referenceSeconds\": " << referenceSeconds
               << ", \"ratio\": " << referenceSeconds / seconds << ", \"plainSeconds\": " << plainSeconds
               << ", \"timesPlain\": " << seconds / plainSeconds << ", \"rsyncSeconds\": " << rsyncSeconds
-              << ", \"rsyncRatio\": " << rsyncSeconds / seconds << ", \"peakMegabytes\": " << peak
+              << ", \"rsyncRatio\": " << rsyncSeconds / seconds
+              << ", \"withoutProof\": {\"seconds\": " << unproved.seconds
+              << ", \"ratio\": " << referenceSeconds / unproved.seconds
+              << ", \"rsyncRatio\": " << rsyncSeconds / unproved.seconds << "}, \"peakMegabytes\": " << peak
               << ", \"megabytesAboveIdle\": " << peak - idle
               << ", \"bytesPerSecond\": {\"copy\": " << bytes / operations.copying
               << ", \"sync\": " << bytes / operations.syncing << ", \"readBack\": " << bytes / operations.readingBack
