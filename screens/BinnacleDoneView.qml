@@ -85,6 +85,12 @@ FocusScope {
                 title: qsTr("Export For…")
                 onActivated: view.engine.chooseHandoff()
             }
+
+            LKButton {
+                visible: view.engine.copyHistory.hasReport
+                title: qsTr("Copy Report…")
+                onActivated: view.engine.showCopyReport()
+            }
         }
 
         Row {

@@ -42,5 +42,12 @@ FocusScope {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
+
+        CopyPhaseLines {
+            anchors.horizontalCenter: parent.horizontalCenter
+            phases: CopyPhases {
+                engine: view.engine
+            }
+        }
     }
 }

@@ -60,6 +60,19 @@ FocusScope {
                 // The last column's gap lies outside what is shown.
                 width: 3 * view.tile.width + 2 * view.gap
                 height: 300
+
+                // A card is copied before the first of its clips can land.
+                CopyPhaseLines {
+                    parent: peek
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    visible: phases.isRunning
+                    phases: CopyPhases {
+                        id: phases
+
+                        engine: view.engine
+                    }
+                }
+
                 rightMargin: -view.gap
                 cellWidth: view.tile.width + view.gap
                 cellHeight: view.tile.height + view.gap

@@ -86,7 +86,7 @@ FocusScope {
 
     Accessible.role: Accessible.Dialog
     Accessible.name: title
-    Accessible.description: body
+    Accessible.description: needsFolder ? body : body + " " + verification.note
 
     LKModalPanel {
         anchors.fill: parent
@@ -150,6 +150,22 @@ FocusScope {
                 id: metrics
 
                 font: LK.font(12.5)
+            }
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: !prompt.needsFolder
+            text: verification.note
+            font: LK.font(11)
+            color: LK.palette.textTertiary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+
+            Verification {
+                id: verification
+
+                engine: prompt.engine
             }
         }
 

@@ -45,6 +45,25 @@ IconButton {
             onTriggered: control.handoff.open()
         }
 
+        LKMenuItem {
+            text: qsTr("Copy Report…")
+            enabled: control.engine.copyHistory.hasReport
+            onTriggered: control.engine.showCopyReport()
+        }
+
+        LKMenuItem {
+            text: qsTr("Verify Copies Byte for Byte")
+            marked: verification.isOn
+            Accessible.checkable: true
+            onTriggered: verification.isOn = !verification.isOn
+
+            Verification {
+                id: verification
+
+                engine: control.engine
+            }
+        }
+
         LKMenu {
             title: qsTr("Diagnostics")
 

@@ -68,7 +68,7 @@ Window {
 
     InputGuard {
         window: root
-        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.handoff.isShown} ${root.volumeWatcher.hasCandidate} ${root.fileRequest.browser.isOpen} ${root.fileRequest.browser.fileToReplace} ${root.diagnostics.problem}`
+        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.handoff.isShown} ${root.volumeWatcher.hasCandidate} ${root.fileRequest.browser.isOpen} ${root.fileRequest.browser.fileToReplace} ${writeAlert.problem}`
     }
 
     FocusScope {
@@ -252,6 +252,7 @@ Window {
         id: writeAlert
 
         diagnostics: root.diagnostics
+        copies: root.engine.copyHistory
         z: 7
     }
 }

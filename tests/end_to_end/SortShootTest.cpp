@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -91,6 +92,27 @@ TEST_F(SortShootTest, DropAFolderWaitForTheBinsExportAndFindTheEventByMouse)
               QString::fromStdString(event.string()));
     Desktop::click(shown(u"Sort Another Shoot"_s));
     (void)shown(u"Drop a shoot folder here"_s);
+}
+
+TEST_F(SortShootTest, AVerifiedCopyLeavesItsProofAndAReportThatCallsItSafe)
+{
+    engine().setOptions({.openEditorAfterExport = false, .fileHandling = FileHandling::copy});
+    engine().sortFolder(FileUrl(shoot));
+    ASSERT_TRUE(reaches(StageKind::results));
+    Desktop::key(u"F10"_s);
+    Desktop::click(shown(u"Verify Copies Byte for Byte"_s));
+    ASSERT_TRUE(waitUntil([this] { return engine().options().verifyLevel == VerifyLevel::checksum; }));
+    ASSERT_TRUE(goes(u"Preferences…"_s));
+    engine().exportEvent();
+    ASSERT_TRUE(reaches(StageKind::done));
+    EXPECT_EQ(std::system(("cd '" + shoot.string() + "' && sha256sum --check --strict --quiet SHA256SUMS").c_str()), 0);
+
+    Desktop::click(shown(u"Copy Report…"_s));
+    const fs::path report = shoot / "Villa & Söhne copy report.html";
+    ASSERT_TRUE(waitUntil([&] { return !contentOf(desk() / "opened").empty(); }));
+    EXPECT_EQ(QUrl::fromEncoded(QByteArray::fromStdString(contentOf(desk() / "opened"))).toLocalFile(),
+              QString::fromStdString(report.string()));
+    EXPECT_THAT(contentOf(report), testing::HasSubstr("All 3 files were read back and match. Safe to erase."));
 }
 
 TEST_F(SortShootTest, ADroppedClipSortsTheFolderThatItLiesIn)

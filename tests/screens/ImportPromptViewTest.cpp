@@ -237,3 +237,14 @@ TEST_F(ImportPromptViewTest, ALongNameAndAnEmptyOneLeaveTheButtonsInThePlace)
     EXPECT_TRUE(
         find(u"\u2068<b>A</b> & \u202e/ %1 %2\u2069 · 3 clips found. Import and sort it into your Shoots folder?"_s));
 }
+
+TEST_F(ImportPromptViewTest, SaysHowTheCopyWillBeChecked)
+{
+    show();
+    EXPECT_TRUE(find(u"Copies will be checked by size only."_s));
+    engine.setOptions({.verifyLevel = VerifyLevel::checksum});
+    EXPECT_TRUE(find(u"Each copy will be read back and compared byte for byte."_s));
+    EXPECT_FALSE(find(u"Copies will be checked by size only."_s));
+    engine.setImportRoot(std::nullopt); // nothing can be copied
+    EXPECT_FALSE(find(u"Each copy will be read back and compared byte for byte."_s));
+}

@@ -149,3 +149,28 @@ TEST_F(GatedViewTest, TheModelCanBeChosenDuringASort)
     gate.open(2);
     EXPECT_TRUE(reaches(engine, StageKind::results));
 }
+
+TEST_F(GatedViewTest, ShowsBothPhasesOfACardsCopyWhileItRuns)
+{
+    makeClips({"kitchen 1"});
+    show();
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(shows(u"Cancel"_s));
+    EXPECT_TRUE(hides(u"Verify"_s));
+    engine.copyHistory()->setProgress(CopyProgress{.phase = CopyPhase::verifying,
+                                                   .verifies = true,
+                                                   .totalBytes = 4'000'000,
+                                                   .copiedBytes = 3'000'000,
+                                                   .verifiedBytes = 2'000'000,
+                                                   .copyingSeconds = 1.0,
+                                                   .verifyingSeconds = 1.0});
+    EXPECT_TRUE(shows(u"Copy"_s));
+    EXPECT_TRUE(shows(u"3 MB of 4 MB · 3 MB/s"_s));
+    EXPECT_TRUE(shows(u"Verify"_s));
+    EXPECT_TRUE(shows(u"2 MB of 4 MB · 2 MB/s"_s));
+    EXPECT_TRUE(shows(u"under a minute"_s));
+    engine.copyHistory()->setProgress(std::nullopt);
+    EXPECT_TRUE(hides(u"Verify"_s));
+    gate.open();
+    EXPECT_TRUE(reaches(engine, StageKind::results));
+}

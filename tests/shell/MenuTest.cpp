@@ -175,3 +175,58 @@ TEST_F(MenuTest, TheDoneScreenOffersExportForToo)
     Desktop::click(shown(u"Export For…"_s));
     EXPECT_TRUE(waitUntil([this] { return handoff.isShown(); }));
 }
+
+TEST_F(MenuTest, VerificationIsTurnedOnAndOffAndStored)
+{
+    open();
+    for (const bool on : {true, false}) {
+        Desktop::key(u"F10"_s);
+        Desktop::click(shown(on ? u"Verify Copies Byte for Byte"_s : u"✓ Verify Copies Byte for Byte"_s));
+        ASSERT_TRUE(waitUntil(
+            [&] { return engine.options().verifyLevel == (on ? VerifyLevel::checksum : VerifyLevel::sizeOnly); }));
+        ASSERT_TRUE(goes(u"Preferences…"_s));
+        EXPECT_EQ(store.string(u"lkVerifyLevel"_s), on ? u"checksum"_s : u"sizeOnly"_s);
+    }
+}
+
+TEST_F(MenuTest, ACopyIsReportedFromTheMenuAndFromTheDoneScreen)
+{
+    open();
+    Desktop::key(u"F10"_s);
+    EXPECT_FALSE(shown(u"Copy Report…"_s).isEnabled());
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Preferences…"_s));
+    sort();
+    engine.exportEvent();
+    (void)shown(u"Event created"_s);
+    EXPECT_FALSE(isShown(u"Copy Report…"_s));
+    opened.clear();
+
+    engine.copyHistory()->add({.source = shoot, .destination = FileUrl(desk.path())});
+    Desktop::click(shown(u"Copy Report…"_s));
+    ASSERT_TRUE(waitUntil([this] { return opened.size() == 1; }));
+    EXPECT_EQ(bytesOf(opened.front().path()), "1 copies");
+
+    Desktop::key(u"F10"_s);
+    (void)shown(u"Preferences…"_s);
+    QQuickItem *const item = findShown(shown(u"Preferences…"_s).parentItem(), u"Copy Report…"_s);
+    ASSERT_NE(item, nullptr);
+    Desktop::click(*item);
+    EXPECT_TRUE(waitUntil([this] { return opened.size() == 2; }));
+}
+
+TEST_F(MenuTest, AReportThatCannotBeWrittenIsSaid)
+{
+    open();
+    sort();
+    engine.copyHistory()->add({.source = shoot, .destination = FileUrl(desk / "unplugged")});
+    fs::permissions(desk.path(), fs::perms(0755));
+    {
+        const Unprivileged user; // may not write into the documents either
+        engine.showCopyReport();
+        (void)shown(u"The file couldn't be written"_s);
+    }
+    EXPECT_THAT(opened, testing::IsEmpty());
+    Desktop::click(shown(u"OK"_s));
+    EXPECT_TRUE(goes(u"The file couldn't be written"_s));
+}

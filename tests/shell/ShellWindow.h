@@ -136,6 +136,9 @@ protected:
             ++copied;
             return {};
         };
+        parts.copyReport = [](const std::vector<CopyRecord> &copies, const QString &) {
+            return QStringLiteral("%1 copies").arg(copies.size());
+        };
         parts.chooseHandoff = [this] { handoff.open(); };
         parts.settings = &store;
         if (change) {

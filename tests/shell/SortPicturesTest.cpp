@@ -9,6 +9,18 @@ using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+constexpr CopyProgress halfACopy{.phase = CopyPhase::verifying,
+                                 .verifies = true,
+                                 .totalBytes = 34'560'000'000,
+                                 .copiedBytes = 18'200'000'000,
+                                 .verifiedBytes = 16'900'000'000,
+                                 .copyingSeconds = 80.0,
+                                 .verifyingSeconds = 44.0};
+
+} // namespace
+
 TEST_F(ScreenPictures, TheLanding)
 {
     openInCorner();
@@ -45,6 +57,10 @@ TEST_F(ScreenPictures, TheSortAtWork)
     engine.sortFolder(maple());
     (void)shown(u"Sorting 2026-11-20 Maple Street 14"_s);
     picture(u"working-first"_s);
+    engine.copyHistory()->setProgress(halfACopy);
+    (void)shown(u"about 2 minutes"_s);
+    picture(u"working-copy"_s);
+    engine.copyHistory()->setProgress(std::nullopt);
     sampling.open(14);
     ASSERT_TRUE(waitUntil([this] { return engine.clips().size() >= 12; }));
     picture(u"working"_s);
@@ -102,6 +118,9 @@ TEST_F(ScreenPictures, TheExport)
     copying.awaitArrival();
     (void)shown(u"Copying 2026-11-20 Maple Street 14"_s);
     picture(u"organizing"_s);
+    engine.copyHistory()->setProgress(halfACopy);
+    (void)shown(u"about 2 minutes"_s);
+    picture(u"organizing-figures"_s);
     window->close();
     (void)shown(u"Footage is still being copied"_s);
     picture(u"close-question"_s);
@@ -120,6 +139,9 @@ TEST_F(ScreenPictures, TheEventWritten)
     engine.exportEvent();
     (void)shown(u"Event created"_s);
     picture(u"done"_s);
+    engine.copyHistory()->add({});
+    (void)shown(u"Copy Report…"_s);
+    picture(u"done-copied"_s);
 }
 
 TEST_F(ScreenPictures, ExportFor)
