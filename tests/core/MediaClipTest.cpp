@@ -139,8 +139,9 @@ TEST(ClipRecord, AClipWhoseDateWasNeverReadSortsFirst)
 
 TEST(FeaturePrint, DistanceIsEuclideanAndNoneBetweenUnlikeLengths)
 {
-    const FeaturePrint a({0.0f, 0.0f});
-    EXPECT_EQ(a.computeDistance(FeaturePrint({3.0f, 4.0f})), 5.0f);
+    const FeaturePrint a({1.0f, -2.0f});
+    EXPECT_EQ(a.computeDistance(FeaturePrint({4.0f, 2.0f})), 5.0f);
+    EXPECT_EQ(a.computeDistance(a), 0.0f);
     EXPECT_EQ(a.computeDistance(FeaturePrint({3.0f})), std::nullopt);
     EXPECT_EQ(a.computeDistance(FeaturePrint({std::numeric_limits<float>::quiet_NaN(), 0.0f})), std::nullopt);
 }

@@ -144,6 +144,18 @@ TEST_F(MovedFootageTest, IsOnlyWhatAgreesWithTheClipAndEachFileIsOnesOnly)
     EXPECT_EQ(findMovedFootage(clips, roots, movingSeams(), {})[1], FileUrl(folder / "Bin/kitchen 1 2.mov"));
 }
 
+TEST_F(MovedFootageTest, IsNeverTheFileOfAClipThatIsStillInItsPlace)
+{
+    const auto write = [this](const char *name) { return probeWithLength(FileUrl(folder.write(name, "1"))); };
+    const std::vector clips{write("card/kitchen 1.mov"), write("Kitchen/kitchen 1.mov")};
+    for (const ClipPtr &clip : clips) {
+        clip->primaryBin = u"Kitchen"_s;
+    }
+    fs::remove(clips[0]->url.path());
+    EXPECT_THAT(findMovedFootage(clips, std::vector{FileUrl(folder.path())}, movingSeams(), {}),
+                testing::Each(std::nullopt));
+}
+
 TEST_F(MovedFootageTest, AFileThatDiffersInAnyOneThingIsOtherFootage)
 {
     const auto shot = std::make_shared<MediaClip>(FileUrl(folder / "kitchen 1.mov"));

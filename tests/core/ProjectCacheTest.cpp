@@ -13,6 +13,7 @@
 
 #include "core/ProjectCache.h"
 #include "core/ProjectJson.h"
+#include "core/SettingsStore.h"
 #include "tests/support/FfmpegMedia.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Unprivileged.h"
@@ -227,8 +228,8 @@ TEST_F(ProjectCacheTest, AFileWithAnyOneKeyMissingOrOfAnotherTypeFailsAsAWhole)
 TEST_F(ProjectCacheTest, AnEmptyPathOrABinThatIsNoTextMakesAProjectUnreadable)
 {
     const QByteArray whole = encodeProject(house);
-    for (const auto &[old, damaged] : {std::pair(R"("folderPath":"\/Shoots\/House")", R"("folderPath":"")"),
-                                       std::pair(R"("Dining Room")", "1")}) {
+    for (const auto &[old, damaged] :
+         {std::pair(R"("folderPath":"\/Shoots\/House")", R"("folderPath":"")"), std::pair(R"("Dining Room")", "1")}) {
         ASSERT_TRUE(whole.contains(old)) << old;
         EXPECT_EQ(decodeProject(QByteArray(whole).replace(old, damaged)), std::nullopt) << damaged;
     }
@@ -299,14 +300,41 @@ TEST_F(ProjectCacheTest, FoldersOfAnyNameComeBackTheSame)
 
 TEST_F(ProjectCacheTest, AnIdThatLeadsElsewhereOpensAndDeletesNothing)
 {
-    const auto outside = folder.write("outside.json", encodeProject(house).toStdString());
     ProjectCache inner(folder / "inner");
-    for (const QString &id : {u"../outside"_s, u"outside"_s, QString(), u"index"_s, u"ABC"_s, u"11112222333344445"_s,
-                              u"a/"_s, u"a:"_s, u"a`"_s, u"g"_s}) {
-        EXPECT_EQ(inner.open(id), std::nullopt);
+    for (const QString &id : {u"../outside"_s, QString(), u"ABC"_s, u"11112222333344445"_s, u"a/b"_s, u"a:"_s, u"a`"_s,
+                              u"g"_s, u"index2"_s}) {
+        const auto file = folder.write("inner/" + id.toStdString() + ".json", encodeProject(house).toStdString());
+        EXPECT_EQ(inner.open(id), std::nullopt) << file;
         inner.remove(id);
+        EXPECT_TRUE(fs::exists(file)) << file;
     }
-    EXPECT_TRUE(fs::exists(outside));
+}
+
+TEST_F(ProjectCacheTest, TheFolderIsMadeWhenItIsNeeded)
+{
+    ProjectCache fresh(folder / "data/Projects");
+    EXPECT_FALSE(fs::exists(folder / "data"));
+    fresh.save(house);
+    EXPECT_EQ(fresh.open(house.summary.id), house);
+}
+
+TEST_F(ProjectCacheTest, TheLatestSavedIsFirstWhateverTheOrderInTheFile)
+{
+    const CachedProject later = projectOf(FileUrl("/Shoots/Flat"), someDay + std::chrono::seconds(1));
+    (void)folder.write("index.json", encodeProjectIndex({house.summary, later.summary}).toStdString());
+    EXPECT_THAT(stored(), ElementsAre(later.summary, house.summary));
+}
+
+TEST_F(ProjectCacheTest, ProjectsAndSettingsAreInTheUsersOwnFoldersForSuchThings)
+{
+    const QByteArray data = qgetenv("XDG_DATA_HOME");
+    const QByteArray config = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_DATA_HOME", "/home/ann/data");
+    qputenv("XDG_CONFIG_HOME", "/home/ann/config");
+    EXPECT_EQ(ProjectCache::defaultFolder(), "/home/ann/data/Larkspan/Projects");
+    EXPECT_EQ(SettingsStore::defaultFile(), u"/home/ann/config/Larkspan/settings.ini"_s);
+    qputenv("XDG_DATA_HOME", data);
+    qputenv("XDG_CONFIG_HOME", config);
 }
 
 TEST_F(ProjectCacheTest, AnIdMayHoldEveryHexadecimalDigit)
@@ -337,11 +365,15 @@ TEST_F(ProjectCacheTest, WhereNothingCanBeWrittenTheListStillShowsWhatWasSaved)
 
 TEST_F(ProjectCacheTest, WithoutADataFolderNothingIsKeptAndNothingFails)
 {
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path());
     ProjectCache nowhere{fs::path()};
     EXPECT_THAT(nowhere.save(house), IsEmpty());
     EXPECT_EQ(nowhere.open(house.summary.id), std::nullopt);
     EXPECT_THAT(nowhere.rename(house.summary.id, u"x"_s), IsEmpty());
     EXPECT_THAT(nowhere.remove(house.summary.id), IsEmpty());
+    fs::current_path(before);
+    EXPECT_TRUE(fs::is_empty(folder.path())) << "nor in the working folder";
 }
 
 TEST_F(ProjectCacheTest, OfManySavesInARowTheLastOneIsOnTheMediumWhenTheCacheIsGone)

@@ -286,14 +286,17 @@ TEST(SortOptions, ChoicesReadAsThePreferencesNameThem)
 
 TEST(SortOptions, EveryChoiceIsReadBackFromItsStoredForm)
 {
-    for (const NLE editor : allNLEs) {
-        EXPECT_EQ(nleFromRawValue(nleRawValue(editor)), editor);
+    for (const auto &[editor, stored] : {std::pair(NLE::finalCut, u"finalCut"_s), std::pair(NLE::resolve, u"resolve"_s),
+                                         std::pair(NLE::premiere, u"premiere"_s)}) {
+        EXPECT_EQ(nleRawValue(editor), stored);
+        EXPECT_EQ(nleFromRawValue(stored), editor);
     }
-    for (const FileHandling handling : allFileHandlings) {
-        EXPECT_EQ(fileHandlingFromRawValue(fileHandlingRawValue(handling)), handling);
-    }
-    for (const HandoffFormat format : allHandoffFormats) {
-        EXPECT_EQ(handoffFromRawValue(handoffRawValue(format)), format);
+    for (const auto &[format, stored] :
+         {std::pair(HandoffFormat::kdenlive, u"kdenlive"_s),
+          std::pair(HandoffFormat::fcpxmlTimeline, u"fcpxml-timeline"_s), std::pair(HandoffFormat::otio, u"otio"_s),
+          std::pair(HandoffFormat::fcpxmlTimecode, u"fcpxml-timecode"_s), std::pair(HandoffFormat::csv, u"csv"_s)}) {
+        EXPECT_EQ(handoffRawValue(format), stored);
+        EXPECT_EQ(handoffFromRawValue(stored), format);
     }
     EXPECT_EQ(handoffFromRawValue(u"Kdenlive"_s), std::nullopt);
 }

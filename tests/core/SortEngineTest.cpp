@@ -446,12 +446,23 @@ TEST_F(SortEngineTest, BinsOfEqualSizeAreListedByName)
     EXPECT_NE(qHash(engine.binCounts()[1]), qHash(engine.binCounts()[2]));
 }
 
+TEST_F(SortEngineTest, TheClipsOfABinStandByDate)
+{
+    makeClips({"bedroom 1", "bedroom 2", "pool 3"});
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.clips().front()->creationDate += std::chrono::hours(9);
+    EXPECT_THAT(namesOf(engine.clipsInBin(u"Bedroom"_s)), ElementsAre(u"bedroom 2"_s, u"bedroom 1"_s));
+}
+
 TEST_F(SortEngineTest, ExportWritesTheEventBesideTheFootageAndOpensTheEditor)
 {
     makeClips({"pool 1"});
     SortEngine engine(seams());
     engine.sortFolder(shoot);
     ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_EQ(engine.progress(), 1.0) << "of one clip too";
     engine.exportEvent();
     const FileUrl event(folder.path() / (folder.path().filename().native() + ".fcpxml"));
     EXPECT_EQ(engine.stage(), (SortEngine::Stage{.kind = StageKind::done, .event = event}));

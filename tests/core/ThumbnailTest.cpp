@@ -47,6 +47,7 @@ TEST(Thumbnail, ShowsItsFrameInTheSizeAskedFor)
 {
     const Thumbnail thumbnail(filled({448, 252}, Qt::blue));
     EXPECT_EQ(thumbnail.stretchedTo({}).size(), QSize(448, 252));
+    EXPECT_EQ(thumbnail.size(), QSize(448, 252));
     for (const QSize size : {QSize(168, 95), QSize(96, 54), QSize(760, 428)}) {
         const QImage picture = thumbnail.stretchedTo(size);
         EXPECT_EQ(picture.size(), size);
@@ -80,6 +81,12 @@ TEST(Thumbnail, TakesNoMoreThanItsBoundWhateverItShows)
         EXPECT_LE(thumbnail.byteCount(), Thumbnail::mostBytes);
         EXPECT_EQ(thumbnail.stretchedTo({16, 9}).size(), QSize(16, 9));
     }
+}
+
+TEST(Thumbnail, OfAFrameFullOfDetailLosesQualityAndKeepsItsPixels)
+{
+    const Thumbnail thumbnail(noise({448, 252}));
+    EXPECT_EQ(thumbnail.stretchedTo({}).size(), QSize(448, 252));
 }
 
 TEST(Thumbnail, IsToldApartFromEveryOtherAndTheSameAsItsCopies)
