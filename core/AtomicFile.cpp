@@ -45,17 +45,6 @@ std::error_code fill(int file, std::string_view content)
     return error;
 }
 
-// The new name survives a crash for sure only when the folder is synced too. A file system that can't sync a folder
-// is no reason to fail: the file is complete.
-void syncFolder(const std::filesystem::path &folder)
-{
-    const int directory = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (directory >= 0) {
-        fsync(directory);
-        close(directory);
-    }
-}
-
 } // namespace
 
 tl::expected<void, std::error_code> writeFileAtomically(const std::filesystem::path &path, std::string_view content)
@@ -77,8 +66,17 @@ tl::expected<void, std::error_code> writeFileAtomically(const std::filesystem::p
         unlink(temporary.c_str());
         return failed(error);
     }
-    syncFolder(folder);
+    syncFolder(folder); // should that fail, the file is complete all the same
     return {};
+}
+
+void syncFolder(const std::filesystem::path &folder)
+{
+    const int directory = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (directory >= 0) {
+        fsync(directory);
+        close(directory);
+    }
 }
 
 } // namespace larkspan

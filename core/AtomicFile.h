@@ -13,4 +13,7 @@ namespace larkspan {
 [[nodiscard]] tl::expected<void, std::error_code> writeFileAtomically(const std::filesystem::path &path,
                                                                       std::string_view content);
 
+// Makes the names in a folder last through a crash. A file system that can't is no failure.
+void syncFolder(const std::filesystem::path &folder);
+
 } // namespace larkspan

@@ -1,0 +1,135 @@
+#include "core/CopyJournal.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include <QtCore/QDateTime>
+#include <QtCore/QStandardPaths>
+#include <QtCore/QUuid>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include "core/AtomicFile.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace larkspan {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr qint64 longestFile = 1 << 26; // bytes; no journal of ours beyond
+
+QString textOf(const fs::path &path)
+{
+    return QFile::decodeName(QByteArray::fromStdString(path.native()));
+}
+
+bool lock(const QFile &file)
+{
+    return ::flock(file.handle(), LOCK_EX | LOCK_NB) == 0;
+}
+
+// Sorts by the time of its making.
+std::string newName()
+{
+    return (QDateTime::currentDateTimeUtc().toString(u"yyyyMMddHHmmsszzz"_s) + u'-' +
+            QUuid::createUuid().toString(QUuid::Id128))
+        .toStdString();
+}
+
+std::set<fs::path> journalsIn(const fs::path &folder)
+{
+    std::set<fs::path> files;
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        std::error_code unknown; // a pipe in this place isn't to be opened
+        if (entry->path().extension() == ".json" && entry->is_regular_file(unknown)) {
+            files.insert(entry->path());
+        }
+    }
+    return files;
+}
+
+} // namespace
+
+std::filesystem::path CopyJournal::defaultFolder()
+{
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return data.isEmpty() ? fs::path() : fs::path(QFile::encodeName(data).toStdString()) / "Larkspan" / "Unfinished";
+}
+
+CopyJournal::Entry CopyJournal::begin(const UnfinishedCopy &copy) const
+{
+    Entry entry;
+    if (keepsNothing()) {
+        return entry;
+    }
+    std::error_code error;
+    fs::create_directories(m_folder, error);
+    const std::string name = newName();
+    const fs::path temporary = m_folder / ("." + name + ".tmp");
+    const fs::path file = m_folder / (name + ".json");
+    auto journal = std::make_unique<QFile>(textOf(temporary));
+    // Locked before it has its name, so that nobody takes it for a dead one's.
+    const QByteArray json = jsonOf(copy);
+    const bool isWritten = journal->open(QIODevice::WriteOnly | QIODevice::NewOnly) && lock(*journal) &&
+                           journal->write(json) == json.size() && journal->flush() && ::fsync(journal->handle()) == 0;
+    if (!isWritten) {
+        journal->remove();
+        return entry;
+    }
+    fs::rename(temporary, file, error);
+    if (!error) {
+        entry.m_file = file;
+        entry.m_lock = std::move(journal);
+    }
+    return entry;
+}
+
+void CopyJournal::Entry::close()
+{
+    forget(m_file);
+    m_lock.reset();
+}
+
+void CopyJournal::Entry::keep(const UnfinishedCopy &copy)
+{
+    replace({m_file, copy});
+    m_lock.reset();
+}
+
+std::vector<CopyJournal::Kept> CopyJournal::leftBehind() const
+{
+    std::vector<Kept> all;
+    for (const fs::path &path : keepsNothing() ? std::set<fs::path>() : journalsIn(m_folder)) {
+        QFile file(textOf(path));
+        if (!file.open(QIODevice::ReadOnly) || !lock(file)) {
+            continue; // its copy is under way
+        }
+        if (auto copy = unfinishedCopyOf(file.read(longestFile))) {
+            all.push_back({path, std::move(*copy)});
+        }
+    }
+    return all;
+}
+
+void CopyJournal::replace(const Kept &kept)
+{
+    if (!kept.file.empty()) {
+        [[maybe_unused]] const auto written = writeFileAtomically(kept.file, jsonOf(kept.copy).toStdString());
+    }
+}
+
+void CopyJournal::forget(const std::filesystem::path &file)
+{
+    if (!file.empty()) {
+        std::error_code ignored; // it comes again at the next start
+        fs::remove(file, ignored);
+    }
+}
+
+} // namespace larkspan
