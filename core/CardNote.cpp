@@ -54,16 +54,15 @@ QString unreadableNote(const FileUrl &card, const QString &name, std::span<const
 
 QString unfinishedNote(const UnfinishedCopy &copy)
 {
-    using Kind = UnfinishedCopy::Kind;
     const bool isOne = copy.files.size() == 1;
     const bool wasCutOff = copy.end == UnfinishedCopy::End::cutOff;
     const QString how = wasCutOff ? u"cut off"_s : u"stopped"_s;
-    if (copy.kind == Kind::card) {
+    if (copy.kind == CopyKind::card) {
         return u"The copy of %1 was %2: %3 %4 in %5. Don't erase the card."_s.arg(
             copy.name, how, filesInOneLine(copy.files), isOne ? u"isn't"_s : u"aren't"_s,
             quoted(copy.folder.lastPathComponent()));
     }
-    const bool isMove = copy.kind == Kind::moveToFolders;
+    const bool isMove = copy.kind == CopyKind::move;
     const QString start = u"The %1 of %2 into folders was %3"_s.arg(isMove ? u"move"_s : u"copy"_s, copy.name, how);
     if (wasCutOff) {
         return u"%1, and its event wasn't written. Open it from Projects and export it again."_s.arg(start);

@@ -19,6 +19,23 @@ std::int64_t copiedBytes(const CopyRecord &record)
     return bytes;
 }
 
+void relocate(CopyRecord &record, const FileUrl &destination)
+{
+    const auto move = [&](std::optional<FileUrl> &file) {
+        if (file) {
+            file = FileUrl(destination.path() / file->path().lexically_relative(record.destination.path()));
+        }
+    };
+    if (record.destination == destination) {
+        return;
+    }
+    for (CopiedFile &file : record.files) {
+        move(file.destination);
+    }
+    move(record.proof);
+    record.destination = destination;
+}
+
 bool isSafeToErase(const CopyRecord &record)
 {
     const auto isProved = [](const CopiedFile &file) { return file.state == CopyState::readBack; };

@@ -65,6 +65,8 @@ struct CopyRecord
 [[nodiscard]] int countOf(const CopyRecord &record, CopyState state);
 // Bytes of the files that have a copy.
 [[nodiscard]] std::int64_t copiedBytes(const CopyRecord &record);
+// The record of copies whose folder was renamed.
+void relocate(CopyRecord &record, const FileUrl &destination);
 // Whether nothing would be lost with the source: every file of the shoot was read back and is equal, and none can have
 // been missed.
 [[nodiscard]] bool isSafeToErase(const CopyRecord &record);

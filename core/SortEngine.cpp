@@ -24,6 +24,13 @@ constexpr int coresLeftFree = 2;
 constexpr int leastWidth = 2;
 constexpr int mostWidth = 6; // a large machine must not open dozens of decoders, or requests to a model, at once
 
+// One of the folders is in the other, or they are the same. By their names alone.
+bool overlap(const std::filesystem::path &a, const std::filesystem::path &b)
+{
+    const auto text = [](const std::filesystem::path &path) { return (path / "").lexically_normal().native(); };
+    return text(a).starts_with(text(b)) || text(b).starts_with(text(a));
+}
+
 } // namespace
 
 SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *parent)
@@ -31,6 +38,9 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     , m_seams(std::move(seams))
     , m_width(std::clamp(activeProcessorCount - coresLeftFree, leastWidth, mostWidth))
     , m_projects(m_seams.projects ? m_seams.projects->projects() : std::vector<ProjectSummary>())
+    , m_unfinished(CopyJournal(m_seams.copyJournal), [this](const FileUrl &file, const FileUrl &folder) {
+        return m_seams.placesInBin(file, folder, QString());
+    })
 {
     m_clipPool.setMaxThreadCount(m_width);
     m_taskPool.setMaxThreadCount(std::numeric_limits<int>::max());
@@ -39,6 +49,7 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     if (m_seams.settings != nullptr) {
         adoptSettings(*m_seams.settings);
     }
+    tellOfEarlierRuns();
 }
 
 SortEngine::~SortEngine()
@@ -49,6 +60,9 @@ SortEngine::~SortEngine()
 
 void SortEngine::sortFolder(const FileUrl &url)
 {
+    if (m_folder && overlap(url.path(), m_folder->path())) {
+        keepNameOfCardCopy(); // the sort reads it under this name
+    }
     cancelTask();
     if (url != m_folder) { // the same once more is still what came from its card
         m_isRemovableImport = false;
@@ -97,17 +111,19 @@ void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
     }
     beginWorking(destination);
     rememberRecent(destination);
-    startTask([this, source, volumeName, destination, verify = m_options.verifyLevel,
-               copying = std::make_shared<const Copying>(*this)](const Run &run) mutable {
-        const bool isCopied = copyCard(run, source, volumeName, destination, verify);
+    auto copying = std::make_shared<Copying>(*this);
+    m_cardCopy = copying;
+    startTask([this, card = CardCopy{source, volumeName, destination, m_options.verifyLevel},
+               copying = std::move(copying)](const Run &run) mutable {
+        const bool isCopied = copyCard(run, card, *copying);
         copying.reset();
         if (isCopied) {
-            runSort(run, destination);
+            runSort(run, card.destination);
         }
     });
 }
 
-void SortEngine::reset()
+void SortEngine::dropShoot()
 {
     cancelTask();
     setFolder(std::nullopt);
@@ -200,9 +216,9 @@ void SortEngine::finishSort(const SortOptions &options)
     saveCurrentProject();
 }
 
-bool SortEngine::copyCard(const Run &run, const FileUrl &source, const QString &volumeName, const FileUrl &destination,
-                          VerifyLevel verify)
+bool SortEngine::copyCard(const Run &run, const CardCopy &card, const Copying &copying)
 {
+    const auto &[source, volumeName, destination, verify] = card;
     const auto [urls, unreadable, others] = listCard(source, run.stop);
     if (!unreadable.empty()) {
         // A copy that lacks clips would pass for the whole card, which may be wiped next.
@@ -212,12 +228,22 @@ bool SortEngine::copyCard(const Run &run, const FileUrl &source, const QString &
         land(run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });
         return false;
     }
+    if (run.stop.stop_requested()) {
+        return false; // with no folder made
+    }
     land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
+    UnfinishedCopy whole{.kind = CopyKind::card, .name = volumeName, .folder = destination};
+    std::ranges::transform(urls, std::back_inserter(whole.files), [](const FileUrl &url) {
+        return ClipFiles{url, {}};
+    });
+    auto entry = m_unfinished.journal().begin(whole);
     std::optional<CopyRecord> record;
     const auto copied = m_seams.copyFiles(
         urls, destination, verify,
         [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop,
         observerOf(run, record));
+    const bool wasStopped = run.stop.stop_requested();
+    const FileUrl folder = wasStopped ? tellOfStoppedCard(entry, whole, copying) : destination;
     if (copied) {
         land(run, [this, destination] {
             setProgress(0, m_total);
@@ -230,8 +256,13 @@ bool SortEngine::copyCard(const Run &run, const FileUrl &source, const QString &
         record->volumeName = volumeName;
         record->unreadable = unreadable;
         record->notCopied = others;
-        keepRecord(run, destination, *record);
+        relocate(*record, folder);
+        keepRecord(run, folder, *record);
     }
+    if (wasStopped) {
+        return false;
+    }
+    entry.close();
     if (!copied) {
         land(run,
              [this, failure = copied.error()] { setStage({.kind = StageKind::failed, .text = failure.description}); });

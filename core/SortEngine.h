@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 #include <stop_token>
@@ -23,6 +25,7 @@
 #include "core/Project.h"
 #include "core/SortOptions.h"
 #include "core/SortSeams.h"
+#include "core/UnfinishedCopies.h"
 
 namespace larkspan {
 
@@ -54,6 +57,7 @@ class SortEngine : public QObject
     Q_PROPERTY(bool isCopying READ isCopying NOTIFY isCopyingChanged)
     Q_PROPERTY(larkspan::CopyHistory *copyHistory READ copyHistory CONSTANT)
     Q_PROPERTY(QString cardNote READ cardNote NOTIFY cardNoteChanged)
+    Q_PROPERTY(QString unfinishedNote READ unfinishedNote NOTIFY unfinishedNoteChanged)
     Q_PROPERTY(bool hasFolder READ hasFolder NOTIFY folderChanged)
     Q_PROPERTY(QString folderName READ folderName NOTIFY folderChanged)
     Q_PROPERTY(QString displayName READ displayName NOTIFY folderChanged)
@@ -114,8 +118,11 @@ public:
     // Puts the project that was deleted last back where it was. Nothing if it couldn't be read any more, or if its
     // folder has been sorted again since.
     Q_INVOKABLE void restoreProject();
-    // Drops everything, the running task included.
+    // Drops everything, the running task included. A card's copy that this ends early keeps its folder's name: whoever
+    // cancels it knows.
     Q_INVOKABLE void reset();
+    // The same before the program ends, which is no cancelling.
+    Q_INVOKABLE void resetToQuit();
     // Copies or moves the footage into a folder for each bin if the options say so, writes the event and goes to done,
     // or to failed. Does nothing without a folder, or for an editor that can't read the event.
     Q_INVOKABLE void exportEvent();
@@ -168,6 +175,10 @@ public:
     // next, until it is dismissed.
     const QString &cardNote() const { return m_cardNote; }
     Q_INVOKABLE void dismissCardNote();
+    // The copies that ended before their last file and what each left out, a copy a line; "" for none. A card's folder
+    // is then "… (unfinished)". Stays, over the end of the program too, until it is dismissed.
+    QString unfinishedNote() const { return m_unfinished.note(); }
+    Q_INVOKABLE void dismissUnfinishedNote();
     const std::optional<FileUrl> &folder() const { return m_folder; }
     bool hasFolder() const { return m_folder.has_value(); }
     QString folderName() const;
@@ -239,6 +250,7 @@ Q_SIGNALS:
     void progressChanged();
     void isCopyingChanged();
     void cardNoteChanged();
+    void unfinishedNoteChanged();
     void folderChanged();
     void selectedBinChanged();
     void previewClipChanged();
@@ -279,8 +291,23 @@ private:
         Copying(const Copying &) = delete;
         Copying &operator=(const Copying &) = delete;
 
+        // Should it end early, its folder isn't marked: for an editor who cancels, or who sorts that very folder. To be
+        // said before it is stopped; any thread.
+        void keepFolderName() { m_folderName = UnfinishedCopies::FolderName::kept; }
+        UnfinishedCopies::FolderName folderName() const { return m_folderName; }
+
     private:
         SortEngine &m_engine;
+        std::atomic<UnfinishedCopies::FolderName> m_folderName = UnfinishedCopies::FolderName::marked;
+    };
+
+    // A card on its way into its folder.
+    struct CardCopy
+    {
+        FileUrl source;
+        QString volumeName;
+        FileUrl destination;
+        VerifyLevel verify = VerifyLevel::sizeOnly;
     };
 
     // A shoot on its way out. The clips belong to the main thread.
@@ -304,6 +331,10 @@ private:
     void continueTask(const Run &run, std::function<void(const Run &run)> work);
     void countCopies(int change);
     void addCardNote(const QString &note);
+    void keepNameOfCardCopy();
+    void addUnfinished(const CopyJournal::Kept &copy);
+    void tellOfEarlierRuns();
+    void dropShoot();
     void clearClips();
     void beginWorking(const FileUrl &folder);
     void setStage(Stage stage);
@@ -329,6 +360,11 @@ private:
     // The others.
     static std::vector<CopiedFile> notOrganized(const Export &work, std::span<const ClipToOrganize> organized);
     void finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized);
+    // Returns where the card's folder now is.
+    [[nodiscard]] FileUrl tellOfStoppedCard(CopyJournal::Entry &entry, const UnfinishedCopy &copy,
+                                            const Copying &copying);
+    void tellOfStoppedExport(CopyJournal::Entry &entry, UnfinishedCopy copy, std::span<const ClipToOrganize> clips,
+                             const OrganizeAnswer &organized);
     // The folder that the options say, for a shoot that lies in this one.
     [[nodiscard]] FileUrl folderOfEvent(const FileUrl &folder) const;
     // directory: none for the folder that the options say.
@@ -344,8 +380,7 @@ private:
                         std::span<const FileUrl> roots);
     void sampleThumbnails(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies);
     // The first half of a card import. Returns whether there is a copy to sort now.
-    [[nodiscard]] bool copyCard(const Run &run, const FileUrl &source, const QString &volumeName,
-                                const FileUrl &destination, VerifyLevel verify);
+    [[nodiscard]] bool copyCard(const Run &run, const CardCopy &card, const Copying &copying);
     // Shows the progress of the run's copy, and puts its record into the place given, which outlives the copy.
     CopyObserver observerOf(const Run &run, std::optional<CopyRecord> &record);
     // shoot: the folder whose project the record belongs to.
@@ -385,9 +420,11 @@ private:
     std::optional<QString> m_importVolumeName;
 
     quint64 m_ticket = 0;
-    int m_copies = 0; // the living objects of class Copying
+    int m_copies = 0;                  // the living objects of class Copying
+    std::weak_ptr<Copying> m_cardCopy; // the latest one
     CopyHistory m_copyHistory{m_seams};
     QString m_cardNote;
+    UnfinishedCopies m_unfinished;
     bool m_lacksThumbnails = false;  // their loading hasn't come to its end
     bool m_looksForFootage = false;  // the running task does, before it loads thumbnails
     bool m_exportsOnceFound = false; // the editor has asked for an export meanwhile

@@ -98,10 +98,16 @@ void SortEngine::organizeAndWrite(const Export &work)
     cancelTask();
     setStage({.kind = StageKind::organizing});
     setProgress(0, clipCount());
-    auto clips = toOrganize(work);
-    startTask([this, work, clips, alreadyThere = notOrganized(work, clips), verify = m_options.verifyLevel,
-               deleteSources = m_options.fileHandling == FileHandling::move,
-               copying = std::make_shared<const Copying>(*this)](const Run &run) {
+    const std::vector<ClipToOrganize> clips = toOrganize(work);
+    const bool deleteSources = m_options.fileHandling == FileHandling::move;
+    UnfinishedCopy whole{
+        .kind = deleteSources ? CopyKind::move : CopyKind::copy, .name = displayName(), .folder = work.root};
+    std::ranges::transform(clips, std::back_inserter(whole.files), [](const ClipToOrganize &clip) {
+        return ClipFiles{clip.url, {}};
+    });
+    startTask([this, work, clips, alreadyThere = notOrganized(work, clips), whole, deleteSources,
+               verify = m_options.verifyLevel, copying = std::make_shared<Copying>(*this)](const Run &run) {
+        const auto entry = std::make_shared<CopyJournal::Entry>(m_unfinished.journal().begin(whole));
         std::optional<CopyRecord> record;
         auto organized = m_seams.organizeByBin(
             clips, work.root, deleteSources, verify,
@@ -112,8 +118,17 @@ void SortEngine::organizeAndWrite(const Export &work)
             record->files.insert(record->files.end(), alreadyThere.begin(), alreadyThere.end());
             keepRecord(run, work.folder, *record);
         }
+        const bool wasStopped = run.stop.stop_requested();
+        if (wasStopped) {
+            tellOfStoppedExport(*entry, whole, clips, organized);
+        }
         // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by now.
-        post([this, run, work, organized = std::move(organized)] { finishOrganizing(run, work, organized); });
+        post([this, run, work, organized = std::move(organized), entry, wasStopped] {
+            finishOrganizing(run, work, organized);
+            if (!wasStopped) {
+                entry->close(); // not before the event is written
+            }
+        });
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -114,6 +115,8 @@ struct SortSeams
     ProjectCache *projects = nullptr;
     // Where records of copies are kept; outlives the engine. Without one they last as long as their shoot is on show.
     const CopyLog *copyLog = nullptr;
+    // Where it is kept which copies are under way and which ended early; nowhere if empty.
+    std::filesystem::path copyJournal;
 };
 
 } // namespace larkspan

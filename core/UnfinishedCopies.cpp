@@ -13,7 +13,6 @@ namespace larkspan {
 
 namespace {
 
-using Kind = UnfinishedCopy::Kind;
 using End = UnfinishedCopy::End;
 
 bool isThere(const std::filesystem::path &path)
@@ -81,7 +80,7 @@ std::optional<CopyJournal::Kept> UnfinishedCopies::stopExport(CopyJournal::Entry
 bool UnfinishedCopies::settleCutOff(UnfinishedCopy &copy) const
 {
     copy.end = End::cutOff;
-    if (copy.kind != Kind::card) {
+    if (copy.kind != CopyKind::card) {
         return true;
     }
     if (!isThere(copy.folder.path())) {

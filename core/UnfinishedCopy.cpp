@@ -14,13 +14,12 @@ namespace larkspan {
 
 namespace {
 
-using Kind = UnfinishedCopy::Kind;
 using End = UnfinishedCopy::End;
 
 constexpr std::array kinds{
-    std::pair{Kind::card, QLatin1StringView("card")},
-    std::pair{Kind::copyToFolders, QLatin1StringView("copy")},
-    std::pair{Kind::moveToFolders, QLatin1StringView("move")},
+    std::pair{CopyKind::card, QLatin1StringView("card")},
+    std::pair{CopyKind::copy, QLatin1StringView("copy")},
+    std::pair{CopyKind::move, QLatin1StringView("move")},
 };
 
 constexpr std::array ends{

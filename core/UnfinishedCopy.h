@@ -6,6 +6,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
+#include "core/CopyRecord.h"
 #include "core/FileUrl.h"
 #include "core/Sidecars.h"
 
@@ -14,18 +15,13 @@ namespace larkspan {
 // A copy of footage that ended before its last file, because something else was begun or the program ended.
 struct UnfinishedCopy
 {
-    enum class Kind {
-        card,          // a card into its dated folder
-        copyToFolders, // a shoot into a folder for each bin
-        moveToFolders
-    };
     enum class End {
         none, // under way, or cut off without anybody having looked yet
         stopped,
         cutOff // the program was killed
     };
 
-    Kind kind = Kind::card;
+    CopyKind kind = CopyKind::card;
     QString name;                 // the card's or the shoot's, as people know it
     FileUrl folder;               // where the card's files went, or the folder above those of the bins
     std::vector<ClipFiles> files; // those that were left out, a sidecar by itself as one of them; before an end all

@@ -100,10 +100,25 @@ FocusScope {
         }
     }
 
+    ProblemBanner {
+        id: unfinishedNote
+
+        anchors.top: cardNote.bottom
+        anchors.topMargin: visible && (problem.visible || cardNote.visible) ? 6 : 0
+        anchors.left: parent.left
+        anchors.right: parent.right
+        message: view.engine.unfinishedNote
+        dismissible: true
+        onDismissed: {
+            middle.forceActiveFocus(Qt.OtherFocusReason);
+            view.engine.dismissUnfinishedNote();
+        }
+    }
+
     Loader {
         id: middle
 
-        anchors.top: cardNote.bottom
+        anchors.top: unfinishedNote.bottom
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: footer.top

@@ -24,6 +24,9 @@ FocusScope {
         return Wording.of(qsTr("%1 · %2 Import and sort it into your Shoots folder?"), [displayName, found]);
     }
 
+    readonly property bool endsCopy: !needsFolder && engine.isCopying && (engine.stage === SortEngine.Working || engine.stage === SortEngine.Organizing)
+    readonly property string warning: qsTr("Importing this card stops the copy that is running.")
+
     // Nothing lies above the prompt.
     property bool isTopmost: true
     // A key that was meant for what the prompt has come up over answers nothing. The pointer may answer at once.
@@ -45,13 +48,19 @@ FocusScope {
     implicitHeight: column.implicitHeight + 2 * 28
 
     // Every card is asked about anew, whatever was pressed for the one before.
-    onDisplayNameChanged: d.lookAgain()
+    onDisplayNameChanged: {
+        d.lookAgain();
+        d.hasWarned = endsCopy;
+    }
+    onEndsCopyChanged: d.hasWarned = d.hasWarned || endsCopy
 
     QtObject {
         id: d
 
         readonly property bool isInReach: prompt.isTopmost && prompt.activeFocus
         property bool isLookedAt: false
+        // The warning keeps its room, so that the buttons stand still when the copy ends.
+        property bool hasWarned: false
 
         onIsInReachChanged: lookAgain()
 
@@ -86,7 +95,7 @@ FocusScope {
 
     Accessible.role: Accessible.Dialog
     Accessible.name: title
-    Accessible.description: needsFolder ? body : body + " " + verification.note
+    Accessible.description: [body, needsFolder ? "" : verification.note, endsCopy ? warning : ""].filter(text => text !== "").join(" ")
 
     LKModalPanel {
         anchors.fill: parent
@@ -166,6 +175,26 @@ FocusScope {
                 id: verification
 
                 engine: prompt.engine
+            }
+        }
+
+        Item {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: d.hasWarned
+            width: 300
+            height: notice.implicitHeight
+
+            Text {
+                id: notice
+
+                anchors.fill: parent
+                visible: prompt.endsCopy
+                text: prompt.warning
+                font: LK.font(12.5, Font.Medium)
+                color: LK.palette.textPrimary
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                textFormat: Text.PlainText
             }
         }
 

@@ -46,7 +46,7 @@ ModalOverlay {
             guard.closesAfterwards = true;
             guard.wasCancelled = index === 0;
             if (guard.wasCancelled)
-                guard.engine.reset();
+                guard.engine.resetToQuit();
         }
     }
 

@@ -187,6 +187,7 @@ SortSeams LarkspanApp::seams()
         .settings = &m_settings,
         .projects = &m_projects,
         .copyLog = &m_copyLog,
+        .copyJournal = CopyJournal::defaultFolder(),
     };
 }
 

@@ -17,12 +17,11 @@ using testing::SizeIs;
 
 namespace fs = std::filesystem;
 
-using LeftKind = UnfinishedCopy::Kind;
 using LeftEnd = UnfinishedCopy::End;
 
 namespace {
 
-UnfinishedCopy stoppedCopy(LeftKind kind, std::initializer_list<const char *> files)
+UnfinishedCopy stoppedCopy(CopyKind kind, std::initializer_list<const char *> files)
 {
     UnfinishedCopy copy{.kind = kind,
                         .name = u"CARD"_s,
@@ -103,7 +102,7 @@ protected:
 TEST(UnfinishedNote, NamesUpToFiveFilesOfACardAndSaysNotToEraseIt)
 {
     const auto note = [](std::initializer_list<const char *> files) {
-        return unfinishedNote(stoppedCopy(LeftKind::card, files));
+        return unfinishedNote(stoppedCopy(CopyKind::card, files));
     };
     EXPECT_EQ(note({"/card/a.mov"}),
               u"The copy of CARD was stopped: “a.mov” isn't in “CARD — 2026-05-04 (unfinished)”. "
@@ -121,21 +120,21 @@ TEST(UnfinishedNote, NamesUpToFiveFilesOfACardAndSaysNotToEraseIt)
 
 TEST(UnfinishedNote, OfAnExportSaysWhereTheOriginalsAre)
 {
-    EXPECT_EQ(unfinishedNote(stoppedCopy(LeftKind::copyToFolders, {"/a.mov", "/b.mov"})),
+    EXPECT_EQ(unfinishedNote(stoppedCopy(CopyKind::copy, {"/a.mov", "/b.mov"})),
               u"The copy of CARD into folders was stopped: “a.mov” and “b.mov” weren't copied. Your originals are "
               u"untouched."_s);
-    EXPECT_EQ(unfinishedNote(stoppedCopy(LeftKind::copyToFolders, {"/a.mov"})),
+    EXPECT_EQ(unfinishedNote(stoppedCopy(CopyKind::copy, {"/a.mov"})),
               u"The copy of CARD into folders was stopped: “a.mov” wasn't copied. Your originals are untouched."_s);
-    EXPECT_EQ(unfinishedNote(stoppedCopy(LeftKind::moveToFolders, {"/a.mov", "/b.mov"})),
+    EXPECT_EQ(unfinishedNote(stoppedCopy(CopyKind::move, {"/a.mov", "/b.mov"})),
               u"The move of CARD into folders was stopped: “a.mov” and “b.mov” weren't moved and are still where they "
               u"were."_s);
-    EXPECT_EQ(unfinishedNote(stoppedCopy(LeftKind::moveToFolders, {"/a.mov"})),
+    EXPECT_EQ(unfinishedNote(stoppedCopy(CopyKind::move, {"/a.mov"})),
               u"The move of CARD into folders was stopped: “a.mov” wasn't moved and is still where it was."_s);
 }
 
 TEST(UnfinishedNote, AFailureInTheLastMomentIsGivenInItsOwnWords)
 {
-    UnfinishedCopy copy = stoppedCopy(LeftKind::moveToFolders, {"/a.mov", "/b.mov"});
+    UnfinishedCopy copy = stoppedCopy(CopyKind::move, {"/a.mov", "/b.mov"});
     copy.failure = u"1 file didn't copy cleanly (a.mov) — nothing was deleted from the source."_s;
     EXPECT_EQ(unfinishedNote(copy), u"The move of CARD into folders was stopped: 1 file didn't copy cleanly (a.mov) — "
                                     u"nothing was deleted from the source."_s);
@@ -143,19 +142,19 @@ TEST(UnfinishedNote, AFailureInTheLastMomentIsGivenInItsOwnWords)
 
 TEST(UnfinishedNote, AKilledCopyWasCutOff)
 {
-    UnfinishedCopy copy = stoppedCopy(LeftKind::card, {"/a.mov"});
+    UnfinishedCopy copy = stoppedCopy(CopyKind::card, {"/a.mov"});
     copy.end = LeftEnd::cutOff;
     EXPECT_EQ(unfinishedNote(copy), u"The copy of CARD was cut off: “a.mov” isn't in “CARD — 2026-05-04 (unfinished)”. "
                                     u"Don't erase the card."_s);
-    copy.kind = LeftKind::moveToFolders;
+    copy.kind = CopyKind::move;
     EXPECT_EQ(unfinishedNote(copy), u"The move of CARD into folders was cut off, and its event wasn't written. Open it "
                                     u"from Projects and export it again."_s);
 }
 
 TEST(UnfinishedCopy, ComesBackFromItsTextAsItWas)
 {
-    UnfinishedCopy copy = stoppedCopy(LeftKind::moveToFolders, {"/card/a.mov", "/card/K\xFC"
-                                                                               "che.mov"});
+    UnfinishedCopy copy = stoppedCopy(CopyKind::move, {"/card/a.mov", "/card/K\xFC"
+                                                                      "che.mov"});
     copy.failure = u"“no”"_s;
     copy.files[0].sidecars = {{FileUrl("/card/GL01.LRV"), "GL", ".LRV"}, {FileUrl("/card/aM01.XML"), "", "M01.XML"}};
     EXPECT_EQ(unfinishedCopyOf(jsonOf(copy)), copy);
@@ -292,7 +291,7 @@ TEST_F(UnfinishedCopiesTest, AKilledCopyIsForgottenWithItsFolderAndWaitsForADisk
 TEST_F(UnfinishedCopiesTest, AKilledExportIsTold)
 {
     UnfinishedCopy copy = cardOf({"a.mov"});
-    copy.kind = LeftKind::copyToFolders;
+    copy.kind = CopyKind::copy;
     dieDuring(copy);
     const QString note = u"The copy of CARD into folders was cut off, and its event wasn't written. Open it from "
                          u"Projects and export it again."_s;
@@ -304,10 +303,10 @@ TEST_F(UnfinishedCopiesTest, AKilledExportIsTold)
 TEST_F(UnfinishedCopiesTest, AStoppedExportIsToldWithWhatItLeftOut)
 {
     UnfinishedCopy copy = cardOf({"a.mov"});
-    copy.kind = LeftKind::moveToFolders;
+    copy.kind = CopyKind::move;
     auto entry = CopyJournal(journal).begin(copy);
     ASSERT_TRUE(UnfinishedCopies::stopExport(entry, copy));
-    EXPECT_EQ(nextNote(), unfinishedNote(stoppedCopy(LeftKind::moveToFolders, {"a.mov"})));
+    EXPECT_EQ(nextNote(), unfinishedNote(stoppedCopy(CopyKind::move, {"a.mov"})));
     copy.files.clear();
     entry = CopyJournal(journal).begin(copy);
     EXPECT_FALSE(UnfinishedCopies::stopExport(entry, copy));

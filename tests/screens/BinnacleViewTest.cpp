@@ -217,6 +217,58 @@ TEST_F(BinnacleViewTest, WhatOfACardCouldNotBeReadIsToldOnEveryScreenUntilItIsDi
     EXPECT_TRUE(waitUntil([this] { return focusedText() == u"Choose Folder"_s; }));
 }
 
+namespace {
+
+// An engine whose copies of cards are held back, and then lack the card's last clip.
+class StoppedCopyViewTest : public BinnacleViewTest
+{
+protected:
+    StoppedCopyViewTest() : BinnacleViewTest(stoppingSeams()) {}
+
+    SortSeams stoppingSeams()
+    {
+        SortSeams parts = seams();
+        parts.copyFiles = [this](const auto &...) {
+            copying.pass();
+            return std::vector<CopyResult>();
+        };
+        return parts;
+    }
+
+    Gate copying;
+};
+
+} // namespace
+
+TEST_F(StoppedCopyViewTest, WhatAStoppedCopyLeftOutIsSaidOnEveryScreenUntilItIsDismissed)
+{
+    (void)folder.write("card/pool 1.mov");
+    (void)folder.write("plain/kitchen 1.mov");
+    std::filesystem::create_directory(folder / "Shoots");
+    show();
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    copying.awaitArrival();
+    const QString shootName = engine.folderName();
+    engine.reset();
+    copying.open();
+    const QString note =
+        u"The copy of CARD was stopped: “pool 1.mov” isn't in “%1”. Don't erase the card."_s.arg(shootName);
+    EXPECT_TRUE(shows(u"Drop a shoot folder here"_s));
+    EXPECT_TRUE(shows(note));
+    engine.sortFolder(FileUrl(folder / "plain"));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_TRUE(shows(u"kitchen 1"_s));
+    EXPECT_TRUE(shows(note));
+    scene->click(u"Dismiss"_s);
+    EXPECT_TRUE(hides(note));
+    EXPECT_EQ(engine.unfinishedNote(), QString());
+    EXPECT_TRUE(waitUntil([this] {
+        const QQuickItem *item = scene->window().activeFocusItem();
+        return item != nullptr && item->isVisible();
+    })) << "the button goes, and focus with it";
+}
+
 TEST_F(BinnacleViewTest, TheModelsNoteTellsOfTheChosenOne)
 {
     show();

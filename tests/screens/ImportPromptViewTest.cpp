@@ -1,3 +1,4 @@
+#include <QtGui/QAccessible>
 #include <QtTest/QTest>
 
 #include "design/LK.h"
@@ -18,7 +19,27 @@ namespace {
 class ImportPromptViewTest : public SortEngineTest
 {
 protected:
-    ImportPromptViewTest() : engine(seams()) { engine.setImportRoot(FileUrl(folder / "Shoots")); }
+    ImportPromptViewTest() : engine(heldSeams()) { engine.setImportRoot(FileUrl(folder / "Shoots")); }
+    ~ImportPromptViewTest() override { copying.open(); }
+
+    SortSeams heldSeams()
+    {
+        SortSeams parts = seams();
+        parts.copyFiles = [this](const auto &...) {
+            copying.pass();
+            return std::vector<CopyResult>();
+        };
+        return parts;
+    }
+
+    // Brings in another card, whose copy is held back.
+    void startCopy()
+    {
+        (void)folder.write("OTHER/pool 1.mov");
+        std::filesystem::create_directories(folder / "Shoots");
+        engine.importCard(FileUrl(folder / "OTHER"), u"OTHER"_s);
+        copying.awaitArrival();
+    }
 
     void show(const QString &name = u"CARD"_s, std::optional<int> clips = 74)
     {
@@ -67,11 +88,48 @@ protected:
 
     QString body() { return prompt()->property("body").toString(); }
 
+    Gate copying;
     SortEngine engine;
     std::optional<Scene> scene;
+    const QString warning = u"Importing this card stops the copy that is running."_s;
 };
 
 } // namespace
+
+TEST_F(ImportPromptViewTest, DuringACopySaysThatAcceptingStopsIt)
+{
+    show();
+    EXPECT_FALSE(find(warning));
+    startCopy();
+    ASSERT_TRUE(waitUntil([this] { return find(warning) != nullptr; }));
+    EXPECT_TRUE(find(u"CARD · 74 clips found. Import and sort it into your Shoots folder?"_s));
+    QAccessibleInterface *card = QAccessible::queryAccessibleInterface(prompt());
+    EXPECT_TRUE(card->text(QAccessible::Description).endsWith(u' ' + warning));
+}
+
+TEST_F(ImportPromptViewTest, TheButtonsStandStillWhenTheCopyEndsWhileTheCardIsAskedAbout)
+{
+    startCopy();
+    show();
+    ASSERT_TRUE(waitUntil([this] { return find(warning) != nullptr; }));
+    const QQuickItem *button = find(u"Import & Sort"_s);
+    const QPointF before = button->mapToScene(QPointF());
+    copying.open();
+    ASSERT_TRUE(waitUntil([this] { return !engine.isCopying(); }));
+    ASSERT_TRUE(waitUntil([this] { return find(warning) == nullptr; }));
+    EXPECT_EQ(button->mapToScene(QPointF()), before);
+    scene->root()->setProperty("cardName", u"NEXT"_s);
+    EXPECT_TRUE(waitUntil([&] { return button->mapToScene(QPointF()) != before; })) << "the next card needs no room";
+}
+
+TEST_F(ImportPromptViewTest, WhereNothingCanBeImportedNothingIsStopped)
+{
+    startCopy();
+    engine.setImportRoot(std::nullopt);
+    show();
+    EXPECT_TRUE(find(u"Set a Shoots folder first"_s));
+    EXPECT_FALSE(find(warning));
+}
 
 TEST_F(ImportPromptViewTest, SaysThatItLooksForClipsUntilTheyAreCounted)
 {

@@ -76,6 +76,24 @@ TEST_F(CardOfferTest, ReturnAcceptsOnceTheOfferHasBeenLookedAt)
     EXPECT_TRUE(waitUntil([this] { return accepted == 1; }));
 }
 
+TEST_F(CardOfferTest, DuringACopySaysThatAcceptingStopsItForAsLongAsItRuns)
+{
+    const QString warning = u"Importing this card stops the copy that is running."_s;
+    open();
+    SortOptions options = engine.options();
+    options.fileHandling = FileHandling::copy;
+    engine.setOptions(options);
+    sort();
+    engine.exportEvent();
+    copying.awaitArrival();
+    insertCard();
+    (void)shown(warning);
+    copying.open();
+    EXPECT_TRUE(goes(warning));
+    EXPECT_TRUE(isOffered());
+    EXPECT_TRUE(reaches(engine, StageKind::done));
+}
+
 TEST_F(CardOfferTest, WhatIsWrittenInPreferencesGoesOnBeingWrittenThere)
 {
     open();

@@ -13,6 +13,7 @@ class ClosingTest : public ShellWindowTest
 protected:
     ClosingTest()
         : ShellWindowTest([this](SortSeams &parts) {
+            parts.copyJournal = desk / "Copies";
             parts.copyFiles = [this](const auto &...) -> tl::expected<std::vector<CopyResult>, CopyFailure> {
                 if (isImportHeld) {
                     copying.pass();
@@ -162,6 +163,30 @@ TEST_F(ClosingTest, FinishingClosesOnceACardIsCopied)
 {
     finishImport();
     EXPECT_TRUE(waitUntil([this] { return !window->isVisible(); }));
+}
+
+TEST_F(ClosingTest, StoppingACardsCopyClosesAndLeavesItsFolderMarkedAndTheNextStartToSayWhatIsMissing)
+{
+    open();
+    (void)folder.write("card/kitchen 1.mov");
+    std::filesystem::create_directory(folder / "Shoots");
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    isImportHeld = true;
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    const auto dated = engine.folder()->path();
+    copying.awaitArrival();
+    std::filesystem::create_directory(dated); // as the importer has by now
+    window->close();
+    Desktop::click(shown(u"Stop and Close"_s));
+    (void)shown(u"Stopping the copy…"_s);
+    copying.open();
+    EXPECT_TRUE(waitUntil([this] { return !window->isVisible(); }));
+    EXPECT_TRUE(std::filesystem::exists(dated.native() + " (unfinished)"));
+    SortSeams next = seams();
+    next.copyJournal = desk / "Copies";
+    const SortEngine later(next);
+    EXPECT_TRUE(waitUntil([&] { return !later.unfinishedNote().isEmpty(); }));
+    EXPECT_EQ(later.unfinishedNote(), engine.unfinishedNote());
 }
 
 TEST_F(ClosingTest, FinishingStaysOpenOverACardsCopyThatFailed)

@@ -48,6 +48,10 @@ void ScreenPictures::useSample(SortSeams &parts)
         }
         return framesOfSample(clip);
     };
+    parts.copyFiles = [this](const auto &...) {
+        copying.pass();
+        return std::vector<CopyResult>();
+    };
     parts.organizeByBin = [this](const auto &clips, const auto &, bool, VerifyLevel, const ProgressCallback &progress,
                                  const auto &...) -> OrganizeAnswer {
         progress(9, static_cast<int>(clips.size()));

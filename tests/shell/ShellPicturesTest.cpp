@@ -204,3 +204,24 @@ TEST_F(ScreenPictures, TheCardOnOffer)
     (void)shown(u"UNTITLED — looking for clips…"_s);
     picture(u"card-looking"_s);
 }
+
+TEST_F(ScreenPictures, TheCardOnOfferDuringACopy)
+{
+    openInCorner();
+    sortSample();
+    SortOptions options = engine.options();
+    options.fileHandling = FileHandling::copy;
+    engine.setOptions(options);
+    engine.setImportRoot(FileUrl(world.path()));
+    engine.exportEvent();
+    copying.awaitArrival();
+    for (int i = 0; i < 12; ++i) {
+        (void)world.write("EOS_DIGITAL/DCIM/100/C" + std::to_string(i) + ".MP4");
+    }
+    std::ofstream(mounts) << "80 27 8:17 / " << (world / "EOS_DIGITAL").string() << " rw - exfat source rw\n";
+    watcher.startWatching();
+    watcher.handleMount(FileUrl(world / "EOS_DIGITAL"));
+    (void)shown(u"EOS_DIGITAL · 12 clips found. Import and sort it into your Shoots folder?"_s);
+    (void)shown(u"Importing this card stops the copy that is running."_s);
+    picture(u"card-during-copy"_s);
+}

@@ -106,6 +106,27 @@ TEST_F(ScreenPictures, TheCardThatCouldNotBeReadWhole)
     picture(u"card-note-below-problem"_s);
 }
 
+TEST_F(ScreenPictures, TheCopyThatWasStopped)
+{
+    for (int i = 0; i < 12; ++i) {
+        (void)world.write("EOS_DIGITAL/DCIM/100/C" + std::to_string(1000 + i) + ".MP4");
+    }
+    std::filesystem::create_directory(world / "Shoots");
+    openInCorner();
+    engine.setImportRoot(FileUrl(world / "Shoots"));
+    engine.importCard(FileUrl(world / "EOS_DIGITAL"), u"EOS_DIGITAL"_s);
+    copying.awaitArrival();
+    engine.reset();
+    copying.open();
+    (void)shown(u"Dismiss"_s);
+    (void)shown(u"Choose Folder"_s);
+    mayBeElided = {};
+    picture(u"stopped-copy-landing"_s);
+    sortSample();
+    (void)shown(u"Dismiss"_s);
+    picture(u"stopped-copy-results"_s);
+}
+
 TEST_F(ScreenPictures, TheExport)
 {
     openInCorner();

@@ -1,0 +1,83 @@
+// SortEngine's part that tells of copies which ended before their last file.
+#include "core/SortEngine.h"
+
+#include <algorithm>
+
+#include "core/Handover.h"
+
+namespace larkspan {
+
+void SortEngine::reset()
+{
+    keepNameOfCardCopy();
+    dropShoot();
+}
+
+void SortEngine::resetToQuit()
+{
+    dropShoot();
+}
+
+void SortEngine::keepNameOfCardCopy()
+{
+    if (const auto copying = m_cardCopy.lock()) {
+        copying->keepFolderName();
+    }
+}
+
+void SortEngine::tellOfEarlierRuns()
+{
+    if (m_unfinished.journal().keepsNothing()) {
+        return;
+    }
+    // On a thread, as it looks at disks that may take their time.
+    m_taskPool.start(new PoolJob([this] {
+        for (const CopyJournal::Kept &copy : m_unfinished.leftBehind()) {
+            post([this, copy] { addUnfinished(copy); });
+        }
+    }));
+}
+
+FileUrl SortEngine::tellOfStoppedCard(CopyJournal::Entry &entry, const UnfinishedCopy &copy, const Copying &copying)
+{
+    const auto stopped = m_unfinished.stopCard(entry, copy, copying.folderName());
+    if (!stopped) {
+        return copy.folder;
+    }
+    post([this, stopped = *stopped] { addUnfinished(stopped); });
+    return stopped->copy.folder;
+}
+
+void SortEngine::tellOfStoppedExport(CopyJournal::Entry &entry, UnfinishedCopy copy,
+                                     std::span<const ClipToOrganize> clips, const OrganizeAnswer &organized)
+{
+    if (organized) {
+        copy.files.clear();
+        for (const ClipToOrganize &clip : clips) {
+            if (!organized->contains(clip.id)) {
+                copy.files.push_back({clip.url, {}});
+            }
+        }
+    } else {
+        copy.failure = organized.error().description;
+    }
+    if (const auto stopped = UnfinishedCopies::stopExport(entry, std::move(copy))) {
+        post([this, stopped = *stopped] { addUnfinished(stopped); });
+    }
+}
+
+void SortEngine::addUnfinished(const CopyJournal::Kept &copy)
+{
+    m_unfinished.add(copy);
+    Q_EMIT unfinishedNoteChanged();
+}
+
+void SortEngine::dismissUnfinishedNote()
+{
+    if (!unfinishedNote().isEmpty()) {
+        m_unfinished.dismiss();
+        Q_EMIT unfinishedNoteChanged();
+    }
+}
+
+} // namespace larkspan

@@ -1,0 +1,324 @@
+// Copies that something else ends early, with the real importer: what becomes of the folder, and what is said.
+#include <gmock/gmock.h>
+#include <QtCore/QDate>
+
+#include "output/MediaImporter.h"
+#include "output/PlacesInBin.h"
+#include "tests/core/SortEngineFixture.h"
+#include "tests/output/Footage.h"
+
+using namespace larkspan;
+using namespace larkspan::test;
+using namespace Qt::Literals::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Holds the second file back when it is whole but has no final name yet; can then fail to give it one.
+class HeldSecondFile : public FileOperations
+{
+public:
+    explicit HeldSecondFile(Gate &gate) : m_gate(gate) {}
+
+    int renameWithoutClobbering(int folder, const char *from, const char *to) const override
+    {
+        if (++m_renamed == 2) {
+            m_gate.pass();
+            if (fails) {
+                errno = EIO;
+                return -1;
+            }
+        }
+        return FileOperations::renameWithoutClobbering(folder, from, to);
+    }
+
+    std::atomic<bool> fails = false;
+
+private:
+    Gate &m_gate;
+    mutable std::atomic<int> m_renamed = 0;
+};
+
+class UnfinishedCopyFlowTest : public SortEngineTest
+{
+protected:
+    UnfinishedCopyFlowTest()
+    {
+        for (const std::string name : {"FIRST", "SECOND"}) {
+            for (const char *const file : {"kitchen 1.mov", "kitchen 2.mov", "pool 3.mov"}) {
+                (void)folder.write(name + "/DCIM/" + file, name + file);
+            }
+        }
+        (void)folder.write("plain/pool 9.mov", "pool");
+        fs::create_directory(shoots);
+    }
+
+    SortSeams copyingSeams() { return copyingSeams(held); }
+    SortSeams copyingSeams(const FileOperations &files)
+    {
+        auto parts = seams();
+        parts.copyFiles = [&files](const auto &urls, const FileUrl &destination, VerifyLevel verify,
+                                   const ProgressCallback &progress, const std::stop_token &stop, const auto &...) {
+            return MediaImporter::copyFiles(urls, destination, verify, progress, stop, files)
+                .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
+        };
+        parts.organizeByBin = [&files](const auto &clips, const FileUrl &root, bool deleteSources, VerifyLevel verify,
+                                       const ProgressCallback &progress, const std::stop_token &stop, const auto &...) {
+            return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop, files)
+                .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
+        };
+        parts.placesInBin = placesInBin;
+        parts.copyJournal = journal;
+        return parts;
+    }
+
+    // An engine with a card of three clips on its way, of which the second is held back.
+    std::unique_ptr<SortEngine> importingEngine() { return importingEngine(held); }
+    std::unique_ptr<SortEngine> importingEngine(const FileOperations &files)
+    {
+        auto engine = std::make_unique<SortEngine>(copyingSeams(files));
+        engine->setImportRoot(FileUrl(shoots));
+        engine->importCard(FileUrl(folder / "FIRST"), u"FIRST"_s);
+        gate.awaitArrival();
+        return engine;
+    }
+
+    // The same with an export.
+    std::unique_ptr<SortEngine> exportingEngine(FileHandling handling)
+    {
+        auto engine = std::make_unique<SortEngine>(copyingSeams());
+        engine->setOptions({.openEditorAfterExport = false, .fileHandling = handling});
+        engine->sortFolder(FileUrl(folder / "FIRST/DCIM"));
+        EXPECT_TRUE(reaches(*engine, StageKind::results));
+        engine->exportEvent();
+        gate.awaitArrival();
+        return engine;
+    }
+
+    [[nodiscard]] bool ends(const SortEngine &engine)
+    {
+        gate.open();
+        return waitUntil([&] { return !engine.isCopying(); });
+    }
+
+    static fs::path dated(const std::string &name)
+    {
+        return name + " — " + QDate::currentDate().toString(Qt::ISODate).toStdString();
+    }
+
+    QString cardNoteOf(const fs::path &name) const
+    {
+        return u"The copy of FIRST was stopped: “pool 3.mov” isn't in “%1”. Don't erase the card."_s.arg(
+            QString::fromStdString(name.native()));
+    }
+
+    std::vector<std::string> namesInShoots(const fs::path &name) const { return namesBeneath(shoots / name); }
+
+    // What a program that is started now has to say.
+    QString nextNote()
+    {
+        SortEngine next(copyingSeams());
+        EXPECT_TRUE(waitUntil([&] { return !next.unfinishedNote().isEmpty(); }));
+        return next.unfinishedNote();
+    }
+
+    Gate gate;
+    HeldSecondFile held{gate};
+    const fs::path shoots = folder / "Shoots";
+    const fs::path journal = folder / "data/Copies";
+    const fs::path whole = dated("FIRST");
+    const fs::path marked = whole.native() + " (unfinished)";
+};
+
+} // namespace
+
+TEST_F(UnfinishedCopyFlowTest, ASecondCardMarksTheFirstsFolderAfterTheFileInWorkAndSaysWhatIsNotInIt)
+{
+    const auto engine = importingEngine();
+    engine->importCard(FileUrl(folder / "SECOND"), u"SECOND"_s);
+    EXPECT_TRUE(fs::exists(shoots / whole)) << "a file is still on its way into it";
+    EXPECT_EQ(engine->unfinishedNote(), QString());
+    ASSERT_TRUE(ends(*engine));
+    EXPECT_FALSE(fs::exists(shoots / whole));
+    EXPECT_THAT(namesInShoots(marked), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
+    EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(marked));
+    ASSERT_TRUE(reaches(*engine, StageKind::results)) << "of the second";
+    EXPECT_THAT(namesInShoots(dated("SECOND")), ElementsAre("kitchen 1.mov", "kitchen 2.mov", "pool 3.mov"));
+    EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(marked));
+    EXPECT_EQ(engine->cardNote(), QString());
+}
+
+TEST_F(UnfinishedCopyFlowTest, AnotherSortAnOpenedProjectAndQuittingMarkItToo)
+{
+    const std::vector<std::function<void(SortEngine &)>> begin{
+        [this](SortEngine &engine) { engine.sortFolder(FileUrl(folder / "plain")); },
+        [this](SortEngine &engine) { engine.openProject(projectID(FileUrl(folder / "plain"))); },
+        [](SortEngine &engine) { engine.resetToQuit(); },
+    };
+    std::size_t made = 0;
+    for (const auto &next : begin) {
+        const HeldSecondFile again(gate);
+        const auto engine = importingEngine(again);
+        next(*engine);
+        ASSERT_TRUE(ends(*engine));
+        const fs::path name = made == 0 ? marked : fs::path(marked.native() + " (" + std::to_string(made + 1) + ")");
+        EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(name));
+        EXPECT_THAT(namesInShoots(name), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
+        EXPECT_FALSE(fs::exists(shoots / whole));
+        ++made;
+        EXPECT_TRUE(waitUntil([&] { return engine->stage().kind != StageKind::working; }));
+        engine->dismissUnfinishedNote();
+    }
+}
+
+TEST_F(UnfinishedCopyFlowTest, CancellingKeepsTheFoldersNameAndSaysWhatIsNotInIt)
+{
+    const auto engine = importingEngine();
+    engine->reset();
+    ASSERT_TRUE(ends(*engine));
+    EXPECT_THAT(namesInShoots(whole), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
+    EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(whole));
+    EXPECT_EQ(engine->stage(), SortEngine::Stage{});
+}
+
+TEST_F(UnfinishedCopyFlowTest, AFolderThatIsSortedBeforeItsCopyHasEndedKeepsItsName)
+{
+    for (const fs::path &sorted : {shoots / whole, shoots, shoots / whole / ""}) {
+        fs::remove_all(shoots / whole);
+        const HeldSecondFile again(gate);
+        const auto engine = importingEngine(again);
+        engine->sortFolder(FileUrl(sorted));
+        ASSERT_TRUE(ends(*engine));
+        EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(whole)) << sorted;
+        EXPECT_TRUE(fs::exists(shoots / whole));
+        ASSERT_TRUE(reaches(*engine, StageKind::results));
+        engine->dismissUnfinishedNote();
+    }
+}
+
+TEST_F(UnfinishedCopyFlowTest, ACopyThatHadItsLastFileIsCompleteAlthoughItWasStopped)
+{
+    fs::remove(folder / "FIRST/DCIM/pool 3.mov");
+    const auto engine = importingEngine();
+    engine->sortFolder(FileUrl(folder / "plain"));
+    ASSERT_TRUE(ends(*engine));
+    EXPECT_THAT(namesInShoots(whole), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
+    EXPECT_EQ(engine->unfinishedNote(), QString());
+    EXPECT_TRUE(fs::is_empty(journal));
+}
+
+TEST_F(UnfinishedCopyFlowTest, AFailureAfterTheStopIsNoReasonToSayNothing)
+{
+    const auto engine = importingEngine();
+    held.fails = true;
+    engine->importCard(FileUrl(folder / "SECOND"), u"SECOND"_s);
+    ASSERT_TRUE(ends(*engine));
+    EXPECT_THAT(namesInShoots(marked), ElementsAre("kitchen 1.mov"));
+    EXPECT_EQ(
+        engine->unfinishedNote(),
+        u"The copy of FIRST was stopped: “kitchen 2.mov” and “pool 3.mov” aren't in “%1”. Don't erase the card."_s.arg(
+            QString::fromStdString(marked.native())));
+    ASSERT_TRUE(reaches(*engine, StageKind::results));
+}
+
+TEST_F(UnfinishedCopyFlowTest, AnEngineThatGoesMarksTheFolderAndTheNextOneSaysWhyUntilItIsDismissed)
+{
+    {
+        const auto engine = importingEngine();
+        gate.open(); // the file in work ends while the engine waits for it
+    }
+    EXPECT_THAT(namesInShoots(marked), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
+    EXPECT_EQ(nextNote(), cardNoteOf(marked));
+    SortEngine engine(copyingSeams());
+    ASSERT_TRUE(waitUntil([&] { return !engine.unfinishedNote().isEmpty(); }));
+    EXPECT_EQ(engine.stage(), SortEngine::Stage{});
+    int changes = 0;
+    QObject::connect(&engine, &SortEngine::unfinishedNoteChanged, &engine, [&] { ++changes; });
+    engine.dismissUnfinishedNote();
+    engine.dismissUnfinishedNote();
+    EXPECT_EQ(engine.unfinishedNote(), QString());
+    EXPECT_EQ(changes, 1);
+    EXPECT_TRUE(fs::is_empty(journal));
+}
+
+TEST_F(UnfinishedCopyFlowTest, ACompleteImportAndACompleteExportLeaveNothingToSay)
+{
+    const auto engine = importingEngine();
+    gate.open();
+    ASSERT_TRUE(reaches(*engine, StageKind::results));
+    EXPECT_TRUE(fs::is_empty(journal));
+    engine->exportEvent();
+    ASSERT_TRUE(reaches(*engine, StageKind::done)) << engine->stage().text.toStdString();
+    EXPECT_TRUE(waitUntil([&] { return fs::is_empty(journal); }));
+    EXPECT_EQ(engine->unfinishedNote(), QString());
+}
+
+TEST_F(UnfinishedCopyFlowTest, AFailedImportIsShownAndNotToldAgain)
+{
+    const auto engine = importingEngine();
+    held.fails = true;
+    gate.open();
+    ASSERT_TRUE(reaches(*engine, StageKind::failed));
+    EXPECT_TRUE(fs::exists(shoots / whole));
+    EXPECT_EQ(engine->unfinishedNote(), QString());
+    EXPECT_TRUE(fs::is_empty(journal));
+}
+
+TEST_F(UnfinishedCopyFlowTest, AnExportThatIsEndedEarlySaysWhatItLeftOut)
+{
+    const auto engine = exportingEngine(FileHandling::copy);
+    engine->importCard(FileUrl(folder / "SECOND"), u"SECOND"_s); // without a Shoots folder nothing happens
+    EXPECT_EQ(engine->stage().kind, StageKind::organizing);
+    engine->sortFolder(FileUrl(folder / "plain"));
+    ASSERT_TRUE(ends(*engine));
+    EXPECT_EQ(engine->unfinishedNote(), u"The copy of DCIM into folders was stopped: “pool 3.mov” wasn't copied. Your "
+                                        u"originals are untouched."_s);
+    ASSERT_TRUE(reaches(*engine, StageKind::results));
+    EXPECT_EQ(nextNote(), engine->unfinishedNote());
+}
+
+TEST_F(UnfinishedCopyFlowTest, AMoveThatIsEndedEarlySaysWhatIsStillWhereItWas)
+{
+    const auto engine = exportingEngine(FileHandling::move);
+    engine->reset();
+    ASSERT_TRUE(ends(*engine));
+    EXPECT_EQ(engine->unfinishedNote(),
+              u"The move of DCIM into folders was stopped: “pool 3.mov” wasn't moved and is still where it was."_s);
+    EXPECT_TRUE(fs::exists(folder / "FIRST/DCIM/pool 3.mov"));
+    EXPECT_FALSE(fs::exists(folder / "FIRST/DCIM/kitchen 1.mov"));
+}
+
+TEST_F(UnfinishedCopyFlowTest, AMoveThatFailedAfterItsStopSaysThatNothingWasDeleted)
+{
+    const auto engine = exportingEngine(FileHandling::move);
+    held.fails = true;
+    engine->reset();
+    ASSERT_TRUE(ends(*engine));
+    EXPECT_EQ(engine->unfinishedNote(),
+              u"The move of DCIM into folders was stopped: 1 file didn't copy cleanly (kitchen "
+              u"2.mov) — nothing was deleted from the source."_s);
+    EXPECT_TRUE(fs::exists(folder / "FIRST/DCIM/kitchen 1.mov"));
+}
+
+TEST_F(UnfinishedCopyFlowTest, AnExportThatIsStoppedBehindItsLastClipIsComplete)
+{
+    fs::remove(folder / "FIRST/DCIM/pool 3.mov");
+    const auto engine = exportingEngine(FileHandling::copy);
+    engine->reset();
+    ASSERT_TRUE(ends(*engine));
+    EXPECT_EQ(engine->unfinishedNote(), QString());
+    EXPECT_TRUE(fs::is_empty(journal));
+}
+
+TEST_F(UnfinishedCopyFlowTest, AnEngineThatGoesDuringAnExportLeavesItToTheNextOneToSay)
+{
+    {
+        const auto engine = exportingEngine(FileHandling::copy);
+        gate.open();
+    }
+    EXPECT_EQ(nextNote(), u"The copy of DCIM into folders was stopped: “pool 3.mov” wasn't copied. Your originals are "
+                          u"untouched."_s);
+}
