@@ -219,10 +219,11 @@ void SortEngine::finishSort(const SortOptions &options)
 bool SortEngine::copyCard(const Run &run, const CardCopy &card, const Copying &copying)
 {
     const auto &[source, volumeName, destination, verify] = card;
-    const auto [urls, unreadable, others] = listCard(source, run.stop);
-    if (!unreadable.empty()) {
+    const CardListing listing = listCard(source, run.stop);
+    const std::vector<FileUrl> &urls = listing.clips;
+    if (!listing.unreadable.empty()) {
         // A copy that lacks clips would pass for the whole card, which may be wiped next.
-        land(run, [this, note = unreadableNote(source, volumeName, unreadable)] { addCardNote(note); });
+        land(run, [this, note = unreadableNote(source, volumeName, listing.unreadable)] { addCardNote(note); });
     }
     if (urls.empty()) {
         land(run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });
@@ -232,10 +233,8 @@ bool SortEngine::copyCard(const Run &run, const CardCopy &card, const Copying &c
         return false; // with no folder made
     }
     land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
-    UnfinishedCopy whole{.kind = CopyKind::card, .name = volumeName, .folder = destination};
-    std::ranges::transform(urls, std::back_inserter(whole.files), [](const FileUrl &url) {
-        return ClipFiles{url, {}};
-    });
+    const UnfinishedCopy whole{
+        .kind = CopyKind::card, .name = volumeName, .folder = destination, .files = withSidecars(urls)};
     auto entry = m_unfinished.journal().begin(whole);
     std::optional<CopyRecord> record;
     const auto copied = m_seams.copyFiles(
@@ -251,13 +250,7 @@ bool SortEngine::copyCard(const Run &run, const CardCopy &card, const Copying &c
         });
     }
     if (record) {
-        record->kind = CopyKind::card;
-        record->source = source;
-        record->volumeName = volumeName;
-        record->unreadable = unreadable;
-        record->notCopied = others;
-        relocate(*record, folder);
-        keepRecord(run, folder, *record);
+        keepCardRecord(run, card, listing, folder, std::move(*record));
     }
     if (wasStopped) {
         return false;

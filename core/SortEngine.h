@@ -16,6 +16,7 @@
 #include <QtCore/QUuid>
 #include <tl/expected.hpp>
 
+#include "core/ClipListing.h"
 #include "core/CloudSettings.h"
 #include "core/CopyHistory.h"
 #include "core/FileUrl.h"
@@ -383,6 +384,9 @@ private:
     [[nodiscard]] bool copyCard(const Run &run, const CardCopy &card, const Copying &copying);
     // Shows the progress of the run's copy, and puts its record into the place given, which outlives the copy.
     CopyObserver observerOf(const Run &run, std::optional<CopyRecord> &record);
+    // folder: where the card's files are now.
+    void keepCardRecord(const Run &run, const CardCopy &card, const CardListing &listing, const FileUrl &folder,
+                        CopyRecord record);
     // shoot: the folder whose project the record belongs to.
     void keepRecord(const Run &run, const FileUrl &shoot, const CopyRecord &record);
     std::vector<ClipPtr> processBatch(const Run &run, std::span<const FileUrl> urls, const FrameClassifier &classifier,

@@ -2,6 +2,8 @@
 #include "core/SortEngine.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 
 #include "core/Handover.h"
 
@@ -46,6 +48,22 @@ FileUrl SortEngine::tellOfStoppedCard(CopyJournal::Entry &entry, const Unfinishe
     }
     post([this, stopped = *stopped] { addUnfinished(stopped); });
     return stopped->copy.folder;
+}
+
+void SortEngine::keepCardRecord(const Run &run, const CardCopy &card, const CardListing &listing, const FileUrl &folder,
+                                CopyRecord record)
+{
+    record.kind = CopyKind::card;
+    record.source = card.source;
+    record.volumeName = card.volumeName;
+    record.unreadable = listing.unreadable;
+    std::set<std::filesystem::path> inRun; // the clips, and the sidecars among the other files
+    std::ranges::transform(record.files, std::inserter(inRun, inRun.end()),
+                           [](const CopiedFile &file) { return file.source.path(); });
+    std::ranges::copy_if(listing.others, std::back_inserter(record.notCopied),
+                         [&](const FileUrl &file) { return !inRun.contains(file.path()); });
+    relocate(record, folder);
+    keepRecord(run, folder, record);
 }
 
 void SortEngine::tellOfStoppedExport(CopyJournal::Entry &entry, UnfinishedCopy copy,

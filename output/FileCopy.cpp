@@ -234,7 +234,8 @@ tl::expected<std::optional<Sha256::Digest>, std::error_code> FileCopier::commonD
 }
 
 tl::expected<FinishedCopy, CopyFault> FileCopier::copy(const std::filesystem::path &sourcePath,
-                                                       DestinationFolder &destination, Proof proof)
+                                                       DestinationFolder &destination, Proof proof,
+                                                       const std::string &name)
 {
     const auto source = SourceFile::open(sourcePath, *m_files);
     if (!source) {
@@ -273,7 +274,7 @@ tl::expected<FinishedCopy, CopyFault> FileCopier::copy(const std::filesystem::pa
     if (!unjudged && !source->isUnchanged()) {
         return notClean();
     }
-    auto placed = destination.place(*temporary, sourcePath.filename().native());
+    auto placed = destination.place(*temporary, name);
     if (unjudged || !placed) {
         return fault(unjudged ? unjudged : placed.error());
     }

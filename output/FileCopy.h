@@ -46,12 +46,19 @@ class FileCopier
 public:
     explicit FileCopier(const FileOperations &files, CopyMeter *meter = nullptr) : m_files(&files), m_meter(meter) {}
 
-    // Copies one file into the folder, under its own name or the next one that is free; of a link, the file that it
-    // leads to. Content, times, permissions and extended attributes are kept, and synced before the copy is judged; the
-    // name lasts once the folder is synced as well. Nothing stays of a copy that failed, with one exception: a complete
-    // copy gets its name although an error ended the comparison, since the source may be failing and not be read again.
+    // Copies one file into the folder, under this name, its own if none is given, or the next one that is free; of
+    // a link, the file that it leads to. Content, times, permissions and extended attributes are kept, and synced
+    // before the copy is judged; the name lasts once the folder is synced as well. Nothing stays of a copy that failed,
+    // with one exception: a complete copy gets its name although an error ended the comparison, since the source may be
+    // failing and not be read again.
     [[nodiscard]] tl::expected<FinishedCopy, CopyFault> copy(const std::filesystem::path &source,
-                                                             DestinationFolder &destination, Proof proof);
+                                                             DestinationFolder &destination, Proof proof,
+                                                             const std::string &name);
+    [[nodiscard]] tl::expected<FinishedCopy, CopyFault> copy(const std::filesystem::path &source,
+                                                             DestinationFolder &destination, Proof proof)
+    {
+        return copy(source, destination, proof, source.filename().native());
+    }
 
     // Whether the file at the path has the bytes of a copy, as both media give them now. An error counts as no.
     [[nodiscard]] bool isStillEqual(const std::filesystem::path &source, const FinishedCopy &copy);

@@ -13,6 +13,7 @@
 #include "output/CopyRecorder.h"
 #include "output/FileCopy.h"
 #include "output/FileNames.h"
+#include "output/RunFiles.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -35,12 +36,12 @@ std::int64_t fileSize(const FileUrl &url)
 }
 
 // Files that can't be read count as nothing here, and a volume that tells no capacity as boundless.
-tl::expected<void, ImportError> checkFreeSpace(std::span<const FileUrl> urls, const FileUrl &destination,
+tl::expected<void, ImportError> checkFreeSpace(const RunFiles &run, const FileUrl &destination,
                                                const FileOperations &files)
 {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
     std::int64_t needed = 0;
-    for (const FileUrl &url : urls) {
+    for (const FileUrl &url : run.urls()) {
         needed += std::min(fileSize(url), most - needed);
     }
     std::int64_t available = most;
@@ -82,16 +83,20 @@ bool liesBeneath(const fs::path &path, const fs::path &folder)
 }
 
 // Links to files outside the folder that holds all clips. Removing such a link frees nothing and leaves its file
-// behind, so a move isn't what an editor would take it for.
-std::vector<FileUrl> linksOutOfTheShoot(std::span<const FileUrl> urls)
+// behind, so a move isn't what an editor would take it for. A sidecar may have a folder of its own beside the clips'.
+std::vector<FileUrl> linksOutOfTheShoot(std::span<const FileUrl> clips, const RunFiles &run)
 {
     std::error_code ignored; // what leads nowhere fails by itself
-    const fs::path shoot = fs::canonical(commonFolder(urls), ignored);
+    const fs::path shoot = fs::canonical(commonFolder(clips), ignored);
     std::vector<FileUrl> links;
-    std::ranges::copy_if(urls, std::back_inserter(links), [&](const FileUrl &url) {
-        const fs::path target = fs::canonical(url.path(), ignored);
-        return !ignored && !liesBeneath(target, shoot);
-    });
+    for (std::size_t i = 0; i < run.size(); ++i) {
+        const fs::path &path = run.url(i).path();
+        const fs::path target = fs::canonical(path, ignored);
+        const bool mayBeBeside = run.isSidecar(i) && !fs::is_symlink(path, ignored);
+        if (!target.empty() && !liesBeneath(target, shoot) && !mayBeBeside) {
+            links.push_back(run.url(i));
+        }
+    }
     return links;
 }
 
@@ -154,7 +159,7 @@ Proof proofAt(VerifyLevel level)
     return level == VerifyLevel::checksum ? Proof::bytes : Proof::size;
 }
 
-MediaImporter::CopyAnswer copyInto(std::span<const FileUrl> urls, const FileUrl &destination, VerifyLevel verify,
+MediaImporter::CopyAnswer copyInto(const RunFiles &run, const FileUrl &destination, VerifyLevel verify,
                                    const ProgressCallback &progress, const std::stop_token &stop,
                                    const FileOperations &files, CopyRecorder &recorder)
 {
@@ -163,29 +168,34 @@ MediaImporter::CopyAnswer copyInto(std::span<const FileUrl> urls, const FileUrl 
     if (!folder) {
         return tl::unexpected(ImportError{SystemFailure{destination, folder.error()}});
     }
-    if (const auto space = checkFreeSpace(urls, destination, files); !space) {
+    if (const auto space = checkFreeSpace(run, destination, files); !space) {
         return tl::unexpected(space.error());
     }
     FileCopier copier(files, &recorder.meter());
     std::vector<CopyResult> results;
     std::optional<ImportError> failure;
-    for (std::size_t i = 0; i < urls.size() && !failure && !stop.stop_requested(); ++i) {
+    for (std::size_t i = 0; i < run.size() && (run.isSidecar(i) || !stop.stop_requested()); ++i) {
         recorder.begin(i);
-        if (!exists(urls[i])) {
-            failure = ImportError{SourceMissing{urls[i]}};
+        if (!exists(run.url(i))) {
+            failure = ImportError{SourceMissing{run.url(i)}};
             recorder.failed(i, missingText());
             break;
         }
-        const auto copy = copier.copy(urls[i].path(), *folder, proofAt(verify));
+        const std::string name = run.nameOfCopy(i, results.empty() ? fs::path() : results.back().destinationURL.path());
+        const auto copy = copier.copy(run.url(i).path(), *folder, proofAt(verify), name);
         if (!copy || !copy->isInPlace(files)) {
             const CopyFault fault = copy ? NotClean{} : copy.error();
-            failure = importError(urls[i], fault);
+            failure = importError(run.url(i), fault);
             recorder.failed(i, fault);
             break;
         }
         recorder.copied(i, *copy);
-        results.push_back({urls[i], FileUrl(copy->destination)});
-        progress(static_cast<int>(results.size()), static_cast<int>(urls.size()));
+        if (!run.isSidecar(i)) {
+            results.push_back({run.url(i), FileUrl(copy->destination)});
+        }
+        if (run.endsClip(i)) {
+            progress(static_cast<int>(results.size()), static_cast<int>(run.clipCount()));
+        }
     }
     // What was copied before a failure stays, so its names are to last as well.
     if (const std::error_code error = folder->sync(); error && !failure) {
@@ -197,14 +207,15 @@ MediaImporter::CopyAnswer copyInto(std::span<const FileUrl> urls, const FileUrl 
     return results;
 }
 
-// Copies clips into the folders of their bins.
+// Copies clips and their sidecars into the folders of the clips' bins.
 class Organizing
 {
 public:
-    // recorder and files outlive it.
-    Organizing(std::span<const ClipToOrganize> clips, const FileUrl &root, VerifyLevel level,
+    // All but root outlive it. run: the files of the clips.
+    Organizing(std::span<const ClipToOrganize> clips, const RunFiles &run, const FileUrl &root, VerifyLevel level,
                const FileOperations &files, CopyRecorder &recorder)
         : m_clips(clips)
+        , m_run(run)
         , m_level(level)
         , m_files(files)
         , m_recorder(recorder)
@@ -214,13 +225,16 @@ public:
 
     void copyAll(const ProgressCallback &progress, const std::stop_token &stop)
     {
-        while (m_outcomes.size() < m_clips.size() && !stop.stop_requested()) {
+        for (std::size_t i = 0; i < m_run.size() && (m_run.isSidecar(i) || !stop.stop_requested()); ++i) {
             copyNext();
-            progress(static_cast<int>(m_outcomes.size()), static_cast<int>(m_clips.size()));
+            if (m_run.endsClip(i)) {
+                progress(static_cast<int>(m_run.clipOf(i)) + 1, static_cast<int>(m_clips.size()));
+            }
         }
     }
 
-    // Makes the names of the copies last, and gives the sources of the clips that have no good copy now.
+    // Makes the names of the copies last, and gives the files that have no good copy now. A sidecar whose clip has none
+    // isn't among them.
     std::vector<FileUrl> failed()
     {
         const auto unsynced = m_folders.sync();
@@ -229,10 +243,10 @@ public:
             const auto &[folder, copy] = m_outcomes[i];
             if (copy && (unsynced.contains(folder) || !copy->isInPlace(m_files))) {
                 m_recorder.failed(i, u"The copy isn't there any more, or its name can't be made to last."_s);
-            } else if (copy) {
+            } else if (copy || (m_run.isSidecar(i) && !m_outcomes[m_run.clipFile(i)].copy)) {
                 continue;
             }
-            sources.push_back(m_clips[i].url);
+            sources.push_back(m_run.url(i));
         }
         return sources;
     }
@@ -241,7 +255,9 @@ public:
     {
         std::map<QUuid, FileUrl> destinations;
         for (std::size_t i = 0; i < m_outcomes.size(); ++i) {
-            destinations.insert_or_assign(m_clips[i].id, FileUrl(m_outcomes[i].copy->destination));
+            if (!m_run.isSidecar(i)) {
+                destinations.insert_or_assign(m_clips[m_run.clipOf(i)].id, FileUrl(m_outcomes[i].copy->destination));
+            }
         }
         return destinations;
     }
@@ -254,7 +270,7 @@ public:
     {
         std::set<std::pair<dev_t, ino_t>> touched;
         for (std::size_t i = 0; i < m_outcomes.size(); ++i) {
-            const fs::path &source = m_clips[i].url.path();
+            const fs::path &source = m_run.url(i).path();
             const FinishedCopy &copy = *m_outcomes[i].copy;
             const auto now = FileIdentity::at(source, m_files);
             if (!now) {
@@ -285,17 +301,21 @@ private:
     void copyNext()
     {
         const std::size_t i = m_outcomes.size();
-        const ClipToOrganize &clip = m_clips[i];
         Outcome &outcome = m_outcomes.emplace_back();
         m_recorder.begin(i);
-        if (!exists(clip.url)) {
+        if (!exists(m_run.url(i))) {
             return m_recorder.failed(i, missingText());
         }
-        DestinationFolder *const folder = m_folders.folder(clip.primaryBin);
+        DestinationFolder *const folder = m_folders.folder(m_clips[m_run.clipOf(i)].primaryBin);
         if (folder == nullptr) {
             return m_recorder.failed(i, u"Its folder couldn't be made."_s);
         }
-        auto copy = m_copier.copy(clip.url.path(), *folder, proofAt(m_level));
+        const auto &clip = m_outcomes[m_run.clipFile(i)].copy;
+        if (m_run.isSidecar(i) && !clip) {
+            return m_recorder.failed(i, u"Its clip has no copy."_s);
+        }
+        const std::string name = m_run.nameOfCopy(i, clip ? clip->destination : fs::path());
+        auto copy = m_copier.copy(m_run.url(i).path(), *folder, proofAt(m_level), name);
         if (!copy) {
             return m_recorder.failed(i, copy.error());
         }
@@ -304,38 +324,39 @@ private:
     }
 
     std::span<const ClipToOrganize> m_clips;
+    const RunFiles &m_run;
     VerifyLevel m_level;
     const FileOperations &m_files;
     CopyRecorder &m_recorder;
     FileCopier m_copier;
     BinFolders m_folders;
-    std::vector<Outcome> m_outcomes; // one for each clip that had its turn
+    std::vector<Outcome> m_outcomes; // one for each file that had its turn
 };
 
 MediaImporter::OrganizeAnswer organize(std::span<const ClipToOrganize> clips, std::span<const FileUrl> urls,
-                                       const FileUrl &root, bool deleteSources, VerifyLevel level,
+                                       const RunFiles &run, const FileUrl &root, bool deleteSources, VerifyLevel level,
                                        const ProgressCallback &progress, const std::stop_token &stop,
                                        const FileOperations &files, CopyRecorder &recorder)
 {
-    if (const auto space = checkFreeSpace(urls, root, files); !space) {
+    if (const auto space = checkFreeSpace(run, root, files); !space) {
         return tl::unexpected(space.error());
     }
-    if (auto links = deleteSources ? linksOutOfTheShoot(urls) : std::vector<FileUrl>(); !links.empty()) {
+    if (auto links = deleteSources ? linksOutOfTheShoot(urls, run) : std::vector<FileUrl>(); !links.empty()) {
         return tl::unexpected(ImportError{LinkedSources{std::move(links)}});
     }
     clearInterruptedRuns(root.path(), files);
-    Organizing run(clips, root, level, files, recorder);
-    run.copyAll(progress, stop);
-    const std::vector<FileUrl> failed = run.failed();
+    Organizing organizing(clips, run, root, level, files, recorder);
+    organizing.copyAll(progress, stop);
+    const std::vector<FileUrl> failed = organizing.failed();
     recorder.leaveProof(files); // before an original goes
     if (!failed.empty()) {
         return tl::unexpected(ImportError{VerificationFailed{failed}});
     }
     if (deleteSources) {
-        run.removeSources();
+        organizing.removeSources();
         recorder.withdrawOriginals(files);
     }
-    return run.destinations();
+    return organizing.destinations();
 }
 
 } // namespace
@@ -345,8 +366,9 @@ MediaImporter::CopyAnswer MediaImporter::copyFiles(std::span<const FileUrl> urls
                                                    const std::stop_token &stop, const FileOperations &files,
                                                    const CopyObserver &observer)
 {
-    CopyRecorder recorder(urls, destination, CopyKind::copy, verify, observer);
-    auto answer = copyInto(urls, destination, verify, progress, stop, files, recorder);
+    const RunFiles run(urls);
+    CopyRecorder recorder(run.urls(), destination, CopyKind::copy, verify, observer);
+    auto answer = copyInto(run, destination, verify, progress, stop, files, recorder);
     recorder.leaveProof(files);
     recorder.end(answer ? QString() : answer.error().description());
     return answer;
@@ -361,8 +383,9 @@ MediaImporter::OrganizeAnswer MediaImporter::organizeByBin(std::span<const ClipT
     std::vector<FileUrl> urls;
     std::ranges::transform(clips, std::back_inserter(urls), &ClipToOrganize::url);
     const VerifyLevel level = deleteSources ? VerifyLevel::checksum : verify;
-    CopyRecorder recorder(urls, root, deleteSources ? CopyKind::move : CopyKind::copy, level, observer);
-    auto answer = organize(clips, urls, root, deleteSources, level, progress, stop, files, recorder);
+    const RunFiles run(urls);
+    CopyRecorder recorder(run.urls(), root, deleteSources ? CopyKind::move : CopyKind::copy, level, observer);
+    auto answer = organize(clips, urls, run, root, deleteSources, level, progress, stop, files, recorder);
     recorder.end(answer ? QString() : answer.error().description());
     return answer;
 }

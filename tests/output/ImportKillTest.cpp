@@ -10,6 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "core/UnfinishedCopies.h"
+#include "output/PlacesInBin.h"
 #include "tests/output/Footage.h"
 
 using namespace larkspan;
@@ -266,6 +268,76 @@ TEST_P(ImportKill, InFrontOfEveryCallThatTouchesAFileNothingIsLostAndTheNextRunC
         expectNothingLost();
         if (calls % 3 == 0) {
             expectTheNextRunPutsAllInOrder();
+        }
+        if (HasFailure()) {
+            return;
+        }
+    }
+}
+
+TEST(CardKill, TheNextStartMarksTheFolderAndNamesExactlyWhatIsNotInIt)
+{
+    const TempFolder folder;
+    std::vector<FileUrl> urls;
+    for (const char *const name : {"100/C1.MP4", "100/C2.MP4", "101/C1.MP4"}) {
+        urls.emplace_back(folder.write(fs::path("card") / name, name));
+    }
+    for (const char *const name : {"100/C1M01.XML", "100/C1.THM", "101/C1.THM"}) {
+        (void)folder.write(fs::path("card") / name, name);
+    }
+    const fs::path dated = folder / "Shoots/CARD";
+    const fs::path marked = folder / "Shoots/CARD (unfinished)";
+    const UnfinishedCopy whole{.name = u"CARD"_s, .folder = FileUrl(dated), .files = withSidecars(urls)};
+    const UnfinishedCopies copies(CopyJournal(folder / "journal"), [](const FileUrl &file, const FileUrl &place) {
+        return placesInBin(file, place, QString());
+    });
+    const auto isIn = [](const std::map<std::string, std::string> &files, const FileUrl &source) {
+        return std::ranges::any_of(files, [&](const auto &file) {
+            return !file.first.ends_with(".partial") && file.second == contentOf(source.path());
+        });
+    };
+    for (int calls = 0;; ++calls) {
+        SCOPED_TRACE(calls);
+        fs::remove_all(folder / "Shoots");
+        fs::create_directory(folder / "Shoots");
+        const pid_t process = ::fork();
+        if (process == 0) {
+            auto entry = copies.journal().begin(whole);
+            const bool isCopied = copyFiles(urls, dated, VerifyLevel::checksum, DyingOperations(calls)).has_value();
+            entry.close();
+            ::_exit(isCopied ? 0 : 1);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(process, &status, 0), process);
+        const auto left = copies.leftBehind();
+        if (WIFEXITED(status)) {
+            EXPECT_THAT(left, testing::IsEmpty());
+            EXPECT_TRUE(fs::exists(dated));
+            EXPECT_GT(calls, 50);
+            return;
+        }
+        const bool isMade = fs::exists(dated) || fs::exists(marked);
+        const auto files = isMade ? filesBeneath(fs::exists(marked) ? marked : dated) : decltype(filesBeneath(dated))();
+        std::vector<ClipFiles> missing;
+        for (const ClipFiles &clip : whole.files) {
+            if (!isIn(files, clip.clip)) {
+                missing.push_back({clip.clip, {}});
+                continue;
+            }
+            for (const Sidecar &sidecar : clip.sidecars) {
+                if (!isIn(files, sidecar.url)) {
+                    missing.push_back({sidecar.url, {}});
+                }
+            }
+        }
+        if (!isMade || missing.empty()) {
+            EXPECT_THAT(left, testing::IsEmpty());
+        } else {
+            ASSERT_THAT(left, testing::SizeIs(1));
+            EXPECT_EQ(left[0].copy.files, missing);
+            EXPECT_EQ(left[0].copy.folder, FileUrl(marked));
+            EXPECT_TRUE(fs::exists(marked));
+            CopyJournal::forget(left[0].file);
         }
         if (HasFailure()) {
             return;

@@ -61,17 +61,20 @@ protected:
     {
         auto parts = seams();
         parts.copyFiles = [&files](const auto &urls, const FileUrl &destination, VerifyLevel verify,
-                                   const ProgressCallback &progress, const std::stop_token &stop, const auto &...) {
-            return MediaImporter::copyFiles(urls, destination, verify, progress, stop, files)
+                                   const ProgressCallback &progress, const std::stop_token &stop,
+                                   const CopyObserver &observer) {
+            return MediaImporter::copyFiles(urls, destination, verify, progress, stop, files, observer)
                 .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
         };
         parts.organizeByBin = [&files](const auto &clips, const FileUrl &root, bool deleteSources, VerifyLevel verify,
-                                       const ProgressCallback &progress, const std::stop_token &stop, const auto &...) {
-            return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop, files)
+                                       const ProgressCallback &progress, const std::stop_token &stop,
+                                       const CopyObserver &observer) {
+            return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop, files, observer)
                 .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
         };
         parts.placesInBin = placesInBin;
         parts.copyJournal = journal;
+        parts.copyLog = &log;
         return parts;
     }
 
@@ -128,7 +131,8 @@ protected:
     Gate gate;
     HeldSecondFile held{gate};
     const fs::path shoots = folder / "Shoots";
-    const fs::path journal = folder / "data/Copies";
+    const fs::path journal = folder / "data/Unfinished";
+    const CopyLog log{folder / "data/Copies"};
     const fs::path whole = dated("FIRST");
     const fs::path marked = whole.native() + " (unfinished)";
 };
@@ -149,6 +153,30 @@ TEST_F(UnfinishedCopyFlowTest, ASecondCardMarksTheFirstsFolderAfterTheFileInWork
     EXPECT_THAT(namesInShoots(dated("SECOND")), ElementsAre("kitchen 1.mov", "kitchen 2.mov", "pool 3.mov"));
     EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(marked));
     EXPECT_EQ(engine->cardNote(), QString());
+}
+
+TEST_F(UnfinishedCopyFlowTest, TheRecordOfAStoppedCopyIsTheMarkedFolders)
+{
+    (void)folder.write("FIRST/DCIM/kitchen 1.THM", "thumbnail");
+    (void)folder.write("FIRST/DCIM/kitchen 2.THM", "thumbnail");
+    (void)folder.write("FIRST/DCIM/notes.txt", "notes");
+    const auto engine = importingEngine();
+    engine->sortFolder(FileUrl(folder / "plain"));
+    ASSERT_TRUE(ends(*engine));
+    EXPECT_THAT(log.load(projectID(FileUrl(shoots / whole))), IsEmpty());
+    const auto records = log.load(projectID(FileUrl(shoots / marked)));
+    ASSERT_THAT(records, testing::SizeIs(1));
+    EXPECT_EQ(records[0].destination, FileUrl(shoots / marked));
+    EXPECT_THAT(records[0].notCopied, ElementsAre(FileUrl(folder / "FIRST/DCIM/notes.txt"))) << "and no sidecars";
+    std::vector<std::optional<FileUrl>> copies;
+    for (const CopiedFile &file : records[0].files) {
+        copies.push_back(file.destination);
+        EXPECT_TRUE(!file.destination || fs::exists(file.destination->path())) << file.source.path();
+    }
+    EXPECT_THAT(copies,
+                ElementsAre(FileUrl(shoots / marked / "kitchen 1.mov"), FileUrl(shoots / marked / "kitchen 1.THM"),
+                            std::nullopt, std::nullopt, std::nullopt))
+        << "the second file, a sidecar, was the last";
 }
 
 TEST_F(UnfinishedCopyFlowTest, AnotherSortAnOpenedProjectAndQuittingMarkItToo)
