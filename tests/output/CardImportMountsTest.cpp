@@ -245,7 +245,8 @@ TEST_F(CardImportMountsTest, ASecondCardTakesThePlaceOfTheOneThatIsBeingCopied)
     EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"garage 1"_s));
     EXPECT_EQ(engine.folder(), FileUrl(dated("SECOND")));
     EXPECT_TRUE(waitUntil([&] { return first.unmount(); })); // let go after the file in hand
-    EXPECT_THAT(filesBeneath(dated("FIRST")), ElementsAre(Key("kitchen 1.mov")));
+    ASSERT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
+    EXPECT_THAT(filesBeneath(dated("FIRST").native() + " (unfinished)"), ElementsAre(Key("kitchen 1.mov")));
 }
 
 TEST_F(CardImportMountsTest, WhateverACardIsNamedItsCopyLiesInOneFolderOfTheShootsFolder)
