@@ -1,6 +1,7 @@
 #include "output/CopyReport.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 #include <QtCore/QDateTime>
@@ -167,9 +168,9 @@ QString leftBehindText(const CopyRecord &copy)
         names += placeBeneath(copy.source, file);
     }
     const std::size_t more = copy.notCopied.size() - static_cast<std::size_t>(names.size());
-    return u"Not clips, so left on the card: %1 (%2%3)."_s.arg(
-        filesText(static_cast<qsizetype>(copy.notCopied.size())), names.join(u", "_s),
-        more > 0 ? u" and %1 more"_s.arg(more) : QString());
+    return u"Not clips, so left on the card: %1 (%2%3)."_s.arg(filesText(static_cast<qsizetype>(copy.notCopied.size())),
+                                                               names.join(u", "_s),
+                                                               more > 0 ? u" and %1 more"_s.arg(more) : QString());
 }
 
 double secondsOf(const CopyRecord &copy)
@@ -267,8 +268,8 @@ QString copyReport(const std::vector<CopyRecord> &copies, const QString &name)
 {
     const QString page = pageTemplate();
     QString sections;
-    for (auto copy = copies.rbegin(); copy != copies.rend(); ++copy) {
-        sections += sectionOf(partOf(page, u"copy"_s).text, *copy);
+    for (const CopyRecord &copy : std::views::reverse(copies)) {
+        sections += sectionOf(partOf(page, u"copy"_s).text, copy);
     }
     const QString frame =
         filled(withPart(page, u"copy"_s, u"<!--c-->"_s),
