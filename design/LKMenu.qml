@@ -58,8 +58,11 @@ T.Menu {
     LKAccessible.name: title
     onAboutToShow: {
         let width = 140;
-        for (let row = 0; row < count; ++row)
-            width = Math.max(width, itemAt(row).implicitWidth);
+        for (let row = 0; row < count; ++row) {
+            const control = itemAt(row) as T.Control;
+            control.contentItem.ensurePolished(); // a text that changed while the menu was closed
+            width = Math.max(width, control.implicitWidth);
+        }
         contentWidth = Math.min(width, widest);
         z = LK.layerOf(parent);
         keyboardBefore = parent ? parent.Window.activeFocusItem : null;

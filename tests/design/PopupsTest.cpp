@@ -206,6 +206,23 @@ TEST(LKMenu, TakesAChoiceByClickAndCloses)
     EXPECT_TRUE(waitUntil([&] { return !menu.object()->property("visible").toBool(); }));
 }
 
+TEST(LKMenu, HasRoomForATextThatChangedWhileItWasClosed)
+{
+    Scene scene(menuDocument("LKMenuItem { text: page.chosen === '' ? 'Undo' : page.chosen; keys: 'Ctrl+Z' }"));
+    Menu menu(scene);
+    menu.open();
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen(); }));
+    QMetaObject::invokeMethod(menu.object(), "close");
+    ASSERT_TRUE(waitUntil([&] { return !menu.object()->property("visible").toBool(); }));
+    const QString longer = u"Undo Move to Amenities / Other"_s;
+    scene.root()->setProperty("chosen", longer);
+    menu.open();
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen() && menu.entry(longer) != nullptr; }));
+    const QQuickItem *entry = menu.entry(longer);
+    EXPECT_GE(entry->width(), entry->implicitWidth());
+    EXPECT_GT(entry->width(), 200.0);
+}
+
 TEST(LKMenu, IsWalkedByArrowsPastWhatCannotBeChosen)
 {
     Scene scene(
