@@ -46,6 +46,7 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     m_taskPool.setMaxThreadCount(std::numeric_limits<int>::max());
     connect(this, &SortEngine::clipsChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::targetChanged, this, &SortEngine::canExportChanged);
+    connect(this, &SortEngine::stageChanged, this, &SortEngine::editsChanged);
     if (m_seams.settings != nullptr) {
         adoptSettings(*m_seams.settings);
     }

@@ -19,6 +19,7 @@
 #include "core/ClipListing.h"
 #include "core/CloudSettings.h"
 #include "core/CopyHistory.h"
+#include "core/EditHistory.h"
 #include "core/FileUrl.h"
 #include "core/HandoffFormat.h"
 #include "core/MediaClip.h"
@@ -150,6 +151,13 @@ public:
     // Accepts a clip as it stands, or every clip under review.
     Q_INVOKABLE void confirm(const QUuid &id);
     Q_INVOKABLE void confirmAll();
+    // Takes the last of these edits back, or makes it again, and selects a bin that shows it. Only in the results: a
+    // running copy goes by the bins as they are, and elsewhere the change couldn't be seen.
+    Q_INVOKABLE void undo();
+    Q_INVOKABLE void redo();
+    // The edit that undo() or redo() is about; null for none.
+    const EditHistory::Edit *editToUndo() const;
+    const EditHistory::Edit *editToRedo() const;
 
     // Shows a clip's file in the file manager.
     Q_INVOKABLE void revealClip(const QUuid &id);
@@ -248,6 +256,7 @@ Q_SIGNALS:
     void stageChanged();
     // The list or anything in it: bins, counts and lists are to be read again.
     void clipsChanged();
+    void editsChanged(); // editToUndo(), editToRedo()
     void progressChanged();
     void isCopyingChanged();
     void cardNoteChanged();
@@ -346,6 +355,13 @@ private:
     void selectFirstBin();
     ClipPtr clipOf(const QUuid &id) const;
     void settle(MediaClip &clip);
+    void edit(EditHistory::Kind kind, const QString &bin, const std::vector<ClipPtr> &clips,
+              const std::function<void(MediaClip &clip)> &change);
+    // Makes a change. Returns what it did to the filings of these clips.
+    std::vector<EditHistory::Change> recorded(const std::vector<ClipPtr> &clips, const std::function<void()> &change);
+    void refile(const EditHistory::Filings &filings);
+    // Has a bin on show that holds one of these clips, or held one before. A preview of another clip closes.
+    void showRefiled(const std::vector<ClipPtr> &refiled, const std::vector<ClipPtr> &shownBefore, bool isReviewJoined);
     void finishEdit();
     void leaveReviewIfDone();
     void rememberRecent(const FileUrl &url);
@@ -410,6 +426,7 @@ private:
     std::optional<QString> m_selectedBin;
     ClipPtr m_previewClip;
     std::set<QUuid> m_confirmedReview;
+    EditHistory m_history; // of the clips on show
     NLE m_target = NLE::finalCut;
     ModelTier m_modelTier = ModelTier::local;
     CloudSettings m_cloudSettings;

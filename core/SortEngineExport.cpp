@@ -38,11 +38,14 @@ void SortEngine::exportEvent()
 
 void SortEngine::closeGapsInBins()
 {
-    const auto renamed = renumberSplitBins(m_clips);
+    std::map<QString, QString> renamed;
+    const auto changes = recorded(m_clips, [&] { renamed = renumberSplitBins(m_clips); });
+    m_history.amend(changes, renamed);
     if (const auto name = renamed.find(m_selectedBin.value_or(QString())); name != renamed.end()) {
         setSelectedBin(name->second);
     }
     Q_EMIT clipsChanged();
+    Q_EMIT editsChanged();
 }
 
 std::optional<FileUrl> SortEngine::handoffFile(HandoffFormat format) const

@@ -12,9 +12,10 @@ void SortEngine::reassign(const QUuid &id, const QString &bin)
     const ClipPtr clip = clipOf(id);
     // A clip without a bin would be in no list and under no keyword.
     if (clip && !bin.isEmpty()) {
-        clip->primaryBin = bin;
-        settle(*clip);
-        finishEdit();
+        edit(EditHistory::Kind::move, bin, {clip}, [&](MediaClip &moved) {
+            moved.primaryBin = bin;
+            settle(moved);
+        });
     }
 }
 
@@ -24,15 +25,11 @@ void SortEngine::toggleExtraBin(const QUuid &id, const QString &bin)
     if (!clip || bin.isEmpty()) {
         return;
     }
-    const bool wasTagged = std::erase(clip->extraBins, bin) > 0;
-    if (!wasTagged) {
-        if (bin == clip->primaryBin) {
-            return;
-        }
-        clip->extraBins.push_back(bin);
+    if (std::ranges::find(clip->extraBins, bin) != clip->extraBins.end()) {
+        edit(EditHistory::Kind::untag, bin, {clip}, [&](MediaClip &freed) { std::erase(freed.extraBins, bin); });
+    } else if (bin != clip->primaryBin) {
+        edit(EditHistory::Kind::tag, bin, {clip}, [&](MediaClip &tagged) { tagged.extraBins.push_back(bin); });
     }
-    Q_EMIT clipsChanged();
-    saveCurrentProject();
 }
 
 void SortEngine::setSecondBin(const QUuid &id, const QString &bin)
@@ -41,30 +38,49 @@ void SortEngine::setSecondBin(const QUuid &id, const QString &bin)
     if (!clip) {
         return;
     }
-    clip->extraBins.clear();
-    if (!bin.isEmpty() && bin != clip->primaryBin) {
-        clip->extraBins.push_back(bin);
+    if (bin.isEmpty() || bin == clip->primaryBin) {
+        edit(EditHistory::Kind::removeSecondBin, {}, {clip}, [](MediaClip &freed) { freed.extraBins.clear(); });
+    } else {
+        edit(EditHistory::Kind::setSecondBin, bin, {clip}, [&](MediaClip &tagged) { tagged.extraBins = {bin}; });
     }
-    Q_EMIT clipsChanged();
-    saveCurrentProject();
 }
 
 void SortEngine::confirm(const QUuid &id)
 {
     if (const ClipPtr clip = clipOf(id)) {
-        settle(*clip);
-        finishEdit();
+        edit(EditHistory::Kind::confirm, {}, {clip}, [this](MediaClip &confirmed) { settle(confirmed); });
     }
 }
 
 void SortEngine::confirmAll()
 {
-    for (const ClipPtr &clip : m_clips) {
-        if (clip->needsReview) {
-            settle(*clip);
-        }
+    std::vector<ClipPtr> clips;
+    std::ranges::copy_if(m_clips, std::back_inserter(clips), [](const ClipPtr &clip) { return clip->needsReview; });
+    edit(EditHistory::Kind::confirmAll, {}, clips, [this](MediaClip &confirmed) { settle(confirmed); });
+}
+
+void SortEngine::undo()
+{
+    if (editToUndo() != nullptr) {
+        refile(m_history.undo());
     }
-    finishEdit();
+}
+
+void SortEngine::redo()
+{
+    if (editToRedo() != nullptr) {
+        refile(m_history.redo());
+    }
+}
+
+const EditHistory::Edit *SortEngine::editToUndo() const
+{
+    return m_stage.kind == StageKind::results ? m_history.toUndo() : nullptr;
+}
+
+const EditHistory::Edit *SortEngine::editToRedo() const
+{
+    return m_stage.kind == StageKind::results ? m_history.toRedo() : nullptr;
 }
 
 void SortEngine::revealClip(const QUuid &id)
@@ -87,10 +103,82 @@ void SortEngine::settle(MediaClip &clip)
     m_confirmedReview.insert(clip.id);
 }
 
+void SortEngine::edit(EditHistory::Kind kind, const QString &bin, const std::vector<ClipPtr> &clips,
+                      const std::function<void(MediaClip &clip)> &change)
+{
+    auto changes = recorded(clips, [&] { std::ranges::for_each(clips, [&](const ClipPtr &clip) { change(*clip); }); });
+    m_history.add({.kind = kind, .bin = bin, .changes = std::move(changes)});
+    leaveReviewIfDone();
+    finishEdit();
+}
+
+std::vector<EditHistory::Change> SortEngine::recorded(const std::vector<ClipPtr> &clips,
+                                                      const std::function<void()> &change)
+{
+    const auto filingOf = [this](const MediaClip &clip) {
+        return ClipFiling{.primaryBin = clip.primaryBin,
+                          .extraBins = clip.extraBins,
+                          .needsReview = clip.needsReview,
+                          .reviewReason = clip.reviewReason,
+                          .isConfirmed = m_confirmedReview.contains(clip.id)};
+    };
+    std::vector<EditHistory::Change> changes;
+    changes.reserve(clips.size());
+    for (const ClipPtr &clip : clips) {
+        changes.push_back({.clip = clip->id, .before = filingOf(*clip), .after = {}});
+    }
+    change();
+    for (std::size_t i = 0; i < clips.size(); ++i) {
+        changes[i].after = filingOf(*clips[i]);
+    }
+    std::erase_if(changes, [](const EditHistory::Change &made) { return made.before == made.after; });
+    return changes;
+}
+
+void SortEngine::refile(const EditHistory::Filings &filings)
+{
+    const std::vector<ClipPtr> shownBefore = clipsInBin(m_selectedBin.value_or(QString()));
+    std::vector<ClipPtr> refiled;
+    bool isReviewJoined = false;
+    for (const auto &[id, filing] : filings) {
+        const ClipPtr clip = clipOf(id);
+        isReviewJoined |= filing.needsReview && !clip->needsReview;
+        clip->primaryBin = filing.primaryBin;
+        clip->extraBins = filing.extraBins;
+        clip->needsReview = filing.needsReview;
+        clip->reviewReason = filing.reviewReason;
+        if (filing.isConfirmed) {
+            m_confirmedReview.insert(id);
+        } else {
+            m_confirmedReview.erase(id);
+        }
+        refiled.push_back(clip);
+    }
+    showRefiled(refiled, shownBefore, isReviewJoined);
+    finishEdit();
+}
+
+void SortEngine::showRefiled(const std::vector<ClipPtr> &refiled, const std::vector<ClipPtr> &shownBefore,
+                             bool isReviewJoined)
+{
+    const auto holdsOne = [&](const std::vector<ClipPtr> &clips) {
+        return std::ranges::find_first_of(clips, refiled) != clips.end();
+    };
+    const std::vector<ClipPtr> shown = clipsInBin(m_selectedBin.value_or(QString()));
+    if (isReviewJoined) {
+        setSelectedBin(reviewKey());
+    } else if (shown.empty() || !(holdsOne(shown) || holdsOne(shownBefore))) {
+        setSelectedBin(refiled.front()->primaryBin);
+    }
+    if (!holdsOne({m_previewClip})) {
+        closePreview(); // it would cover the change
+    }
+}
+
 void SortEngine::finishEdit()
 {
-    leaveReviewIfDone();
     Q_EMIT clipsChanged();
+    Q_EMIT editsChanged();
     saveCurrentProject();
 }
 

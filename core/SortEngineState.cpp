@@ -135,7 +135,9 @@ void SortEngine::setProgress(int done, int total)
 void SortEngine::setClips(std::vector<ClipPtr> clips)
 {
     m_clips = std::move(clips);
+    m_history.clear();
     Q_EMIT clipsChanged();
+    Q_EMIT editsChanged();
 }
 
 void SortEngine::setFolder(std::optional<FileUrl> folder)
