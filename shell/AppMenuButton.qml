@@ -22,6 +22,12 @@ IconButton {
     isOpen: menu.visible
     onActivated: menu.visible = !menu.visible
 
+    EditTexts {
+        id: edits
+
+        engine: control.engine
+    }
+
     Shortcut {
         sequence: "F10"
         onActivated: menu.open()
@@ -32,6 +38,23 @@ IconButton {
 
         y: control.height + 4
         title: control.help
+
+        LKMenuItem {
+            text: edits.undo
+            keys: qsTr("Ctrl+Z")
+            enabled: edits.canUndo && control.app.isSortToolOpen
+            onTriggered: control.engine.undo()
+        }
+
+        LKMenuItem {
+            text: edits.redo
+            keys: qsTr("Ctrl+Shift+Z")
+            enabled: edits.canRedo && control.app.isSortToolOpen
+            onTriggered: control.engine.redo()
+        }
+
+        LKMenuSeparator {
+        }
 
         LKMenuItem {
             text: qsTr("Preferences…")

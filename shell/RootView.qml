@@ -110,6 +110,11 @@ Window {
             height: 44
         }
 
+        EditShortcuts {
+            app: root.app
+            engine: root.engine
+        }
+
         ToolStage {
             anchors.fill: parent
             focus: true
@@ -227,6 +232,12 @@ Window {
         onClosed: clipPreview.source = ""
         onScrimTapped: root.engine.closePreview()
         onEscaped: root.closeTopmost()
+
+        EditShortcuts {
+            enabled: preview.visible
+            app: root.app
+            engine: root.engine
+        }
 
         Loader {
             id: clipPreview

@@ -62,9 +62,7 @@ TEST_F(ScreenPictures, TheHeader)
 
     Desktop::key(u"F10"_s);
     (void)shown(u"Diagnostics"_s);
-    Desktop::key(u"Down"_s);
-    Desktop::key(u"Down"_s);
-    Desktop::key(u"Down"_s);
+    Desktop::key(u"d"_s);
     Desktop::key(u"Right"_s);
     (void)shown(u"Export Vision Vocabulary…"_s);
     picture(u"menu"_s);
