@@ -66,7 +66,13 @@ std::vector<Room> clusterRoomClips(std::span<const ClipPtr> clips)
     return rooms;
 }
 
-// "Living Room 2" is of the family "Living Room"; a name without a number is of none.
+QString numbered(const QString &bin, std::size_t number)
+{
+    return u"%1 %2"_s.arg(bin, QString::number(number));
+}
+
+} // namespace
+
 std::optional<QString> splitFamily(const QString &bin)
 {
     QStringList pieces = bin.split(u' ', Qt::SkipEmptyParts);
@@ -77,13 +83,6 @@ std::optional<QString> splitFamily(const QString &bin)
     pieces.takeLast().toLongLong(&isNumber);
     return isNumber ? std::optional(pieces.join(u' ')) : std::nullopt;
 }
-
-QString numbered(const QString &bin, std::size_t number)
-{
-    return u"%1 %2"_s.arg(bin, QString::number(number));
-}
-
-} // namespace
 
 void splitRepeatedRooms(std::span<const ClipPtr> clips)
 {

@@ -1,10 +1,14 @@
 #include "core/SortSettings.h"
 
+#include <algorithm>
 #include <array>
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+
+#include "core/Coverage.h"
+#include "core/RoomLabel.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -34,6 +38,7 @@ const auto modelTierKey = u"modelTier"_s;
 const auto defaultNLEKey = u"defaultNLE"_s;
 const auto importRootKey = u"lkImportRootPath"_s;
 const auto recentsKey = u"lkRecents"_s;
+const auto neededBinsKey = u"lkNeededBins"_s;
 
 QString textOf(const SettingsStore &store, const QString &key)
 {
@@ -105,6 +110,28 @@ void saveImportRoot(SettingsStore &store, const std::optional<FileUrl> &root)
     } else {
         store.remove(importRootKey);
     }
+}
+
+std::set<QString> loadNeededBins(const SettingsStore &store)
+{
+    const auto document = QJsonDocument::fromJson(store.data(neededBinsKey).value_or(QByteArray()));
+    if (!document.isArray()) {
+        return defaultNeededBins();
+    }
+    std::set<QString> bins;
+    for (const QJsonValue name : document.array()) {
+        if (RoomLabel::byName().contains(name.toString())) {
+            bins.insert(name.toString());
+        }
+    }
+    return bins;
+}
+
+void saveNeededBins(SettingsStore &store, const std::set<QString> &bins)
+{
+    QJsonArray names;
+    std::ranges::copy(bins, std::back_inserter(names));
+    store.setData(neededBinsKey, QJsonDocument(names).toJson(QJsonDocument::Compact));
 }
 
 std::vector<Recent> loadRecents(const SettingsStore &store)

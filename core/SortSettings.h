@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "core/FileUrl.h"
@@ -28,6 +29,10 @@ void saveDefaultNLE(SettingsStore &store, NLE target);
 // The Shoots folder. Whether it exists isn't looked at.
 std::optional<FileUrl> loadImportRoot(const SettingsStore &store);
 void saveImportRoot(SettingsStore &store, const std::optional<FileUrl> &root);
+
+// The bins that a listing needs. Names that aren't in the table are left out.
+std::set<QString> loadNeededBins(const SettingsStore &store);
+void saveNeededBins(SettingsStore &store, const std::set<QString> &bins);
 
 // The latest first, at most recentsLimit.
 std::vector<Recent> loadRecents(const SettingsStore &store);

@@ -2,6 +2,7 @@
 #include <random>
 
 #include "core/CloudSettings.h"
+#include "core/Coverage.h"
 #include "core/HandoffFormat.h"
 #include "core/SettingsStore.h"
 #include "core/SortSettings.h"
@@ -202,6 +203,29 @@ TEST_F(SettingsTest, OfMoreRecentsThanAreKeptTheFirstFiveAreRead)
     storeRecents(settings, recents);
     recents.pop_back();
     EXPECT_EQ(loadRecents(settings), recents);
+}
+
+TEST_F(SettingsTest, TheNeededBinsComeBackAndNoneIsAChoiceToo)
+{
+    EXPECT_EQ(loadNeededBins(store()), defaultNeededBins());
+    EXPECT_FALSE(fs::exists(file)) << "the default isn't written back";
+    for (const std::set<QString> &bins : {std::set<QString>{u"Hallway / Stairs"_s, u"Pool"_s}, std::set<QString>{}}) {
+        {
+            SettingsStore settings = store();
+            saveNeededBins(settings, bins);
+        }
+        EXPECT_EQ(loadNeededBins(store()), bins);
+    }
+}
+
+TEST_F(SettingsTest, NeededBinsThatCannotBeReadAreTheDefaultAndUnknownNamesAreLeftOut)
+{
+    for (const char *bins : {"Kitchen", "{}", "@ByteArray([\"Kitchen\")"}) {
+        writeSettings(std::string("[General]\nlkNeededBins=") + bins + "\n");
+        EXPECT_EQ(loadNeededBins(store()), defaultNeededBins()) << bins;
+    }
+    writeSettings("[General]\nlkNeededBins=\"@ByteArray([\\\"Pool\\\", \\\"Ballroom\\\", 7])\"\n");
+    EXPECT_EQ(loadNeededBins(store()), std::set<QString>{u"Pool"_s});
 }
 
 TEST_F(SettingsTest, ASixthRecentPushesOutTheOldestAndAFolderInTheListMovesToTheFront)
