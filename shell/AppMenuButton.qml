@@ -9,6 +9,7 @@ IconButton {
 
     required property AppState app
     required property SortEngine engine
+    required property CoverageCheck coverage
     required property HandoffExport handoff
 
     signal exportClips
@@ -60,6 +61,12 @@ IconButton {
             text: qsTr("Preferences…")
             keys: qsTr("Ctrl+,")
             onTriggered: control.app.openPreferences()
+        }
+
+        LKMenuItem {
+            text: qsTr("Check Coverage…")
+            enabled: control.coverage.isAvailable
+            onTriggered: control.coverage.open()
         }
 
         LKMenuItem {

@@ -95,6 +95,7 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
     , m_volumeWatcher(std::move(volumes))
     , m_diagnostics(
           *m_engine, [this] { return localClassifier().supportedIdentifiers(); }, m_files)
+    , m_coverage(*m_engine, m_settings)
     , m_handoff(*m_engine, m_settings, revealFile, {})
     , m_notice(*m_engine, [this] { return window() && window()->isActive(); })
 {
@@ -125,6 +126,7 @@ bool LarkspanApp::open()
         {u"volumeWatcher"_s, QVariant::fromValue(&m_volumeWatcher)},
         {u"fileRequest"_s, QVariant::fromValue(&m_files)},
         {u"diagnostics"_s, QVariant::fromValue(&m_diagnostics)},
+        {u"coverage"_s, QVariant::fromValue(&m_coverage)},
         {u"handoff"_s, QVariant::fromValue(&m_handoff)},
         {u"buildNumber"_s, LARKSPAN_BUILD_NUMBER},
     });

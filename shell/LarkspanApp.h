@@ -14,6 +14,7 @@
 #include "design/SystemMotion.h"
 #include "output/VolumeWatcher.h"
 #include "shell/AppState.h"
+#include "shell/CoverageCheck.h"
 #include "shell/DiagnosticsExport.h"
 #include "shell/FileChooserPortal.h"
 #include "shell/FileRequest.h"
@@ -78,6 +79,7 @@ private:
     std::unique_ptr<SortEngine> m_engine;
     VolumeWatcher m_volumeWatcher;
     DiagnosticsExport m_diagnostics;
+    CoverageCheck m_coverage;
     HandoffExport m_handoff;
     WorkNotice m_notice;
     WindowEngine m_qml; // last: what it shows goes before what is shown

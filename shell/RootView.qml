@@ -12,6 +12,7 @@ Window {
     required property VolumeWatcher volumeWatcher
     required property FileRequest fileRequest
     required property DiagnosticsExport diagnostics
+    required property CoverageCheck coverage
     required property HandoffExport handoff
     required property int buildNumber
     property string classifierProblem
@@ -22,7 +23,7 @@ Window {
 
     readonly property real glassBlur: 12 // of the overlays' glass, in points
     // The place of the topmost overlay in the stack; 0 without one.
-    readonly property real coveredUpTo: Math.max(cardOffer.level, preview.level, preferences.level, handoffSheet.level, closeGuard.level, filePanels.level, writeAlert.level)
+    readonly property real coveredUpTo: Math.max(cardOffer.level, preview.level, preferences.level, coverageSheet.level, handoffSheet.level, closeGuard.level, filePanels.level, writeAlert.level)
 
     // To be answered with the chime.
     signal introChimeDue
@@ -33,6 +34,8 @@ Window {
             engine.closePreview();
         else if (app.showPreferences)
             app.showPreferences = false;
+        else if (coverage.isShown)
+            coverage.close();
         else if (handoff.isShown)
             handoff.close();
         else if (volumeWatcher.hasCandidate)
@@ -68,7 +71,7 @@ Window {
 
     InputGuard {
         window: root
-        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.handoff.isShown} ${root.volumeWatcher.hasCandidate} ${root.fileRequest.browser.isOpen} ${root.fileRequest.browser.fileToReplace} ${writeAlert.problem}`
+        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.coverage.isShown} ${root.handoff.isShown} ${root.volumeWatcher.hasCandidate} ${root.fileRequest.browser.isOpen} ${root.fileRequest.browser.fileToReplace} ${writeAlert.problem}`
     }
 
     FocusScope {
@@ -150,6 +153,7 @@ Window {
             visible: root.app.phase === AppState.App
             app: root.app
             engine: root.engine
+            coverage: root.coverage
             handoff: root.handoff
             onExportClips: root.diagnostics.exportClips()
             onExportVocabulary: root.diagnostics.exportVocabulary()
@@ -190,6 +194,28 @@ Window {
     }
 
     ModalOverlay {
+        id: coverageSheet
+
+        objectName: "coverageOverlay"
+        shown: root.coverage.isShown && root.app.phase === AppState.App
+        scrimOpacity: 0.4
+        z: 2
+        onAboutToShow: findings.setSource("CoverageSheet.qml", {
+                "coverage": root.coverage,
+                "focus": true
+            })
+        onClosed: findings.source = ""
+        onScrimTapped: root.coverage.close()
+        onEscaped: root.closeTopmost()
+
+        Loader {
+            id: findings
+
+            focus: true
+        }
+    }
+
+    ModalOverlay {
         id: handoffSheet
 
         objectName: "handoffOverlay"
@@ -213,7 +239,7 @@ Window {
         app: root.app
         engine: root.engine
         volumeWatcher: root.volumeWatcher
-        isTopmost: !preview.visible && !preferences.visible && !handoffSheet.visible && !closeGuard.visible && !filePanels.covers && !writeAlert.visible
+        isTopmost: !preview.visible && !preferences.visible && !coverageSheet.visible && !handoffSheet.visible && !closeGuard.visible && !filePanels.covers && !writeAlert.visible
         z: 1
         onEscaped: root.closeTopmost()
     }

@@ -166,6 +166,56 @@ TEST_F(MenuTest, TheArrowsWalkTheFormatsOfExportFor)
     EXPECT_TRUE(waitUntil([this] { return handoff.format() == u"kdenlive"_s; }));
 }
 
+TEST_F(MenuTest, CheckCoverageSaysWhatIsMissingAndKeepsWhatTheEditorTicks)
+{
+    open();
+    Desktop::key(u"F10"_s);
+    EXPECT_FALSE(shown(u"Check Coverage…"_s).isEnabled());
+    Desktop::key(u"Escape"_s);
+    ASSERT_TRUE(goes(u"Preferences…"_s));
+    sort();
+    Desktop::key(u"F10"_s);
+    Desktop::click(shown(u"Check Coverage…"_s));
+    (void)shown(u"Missing: Bathroom, Bedroom, Living Room, Exterior Front, Exterior Back"_s);
+    (void)shown(u"One take only: Kitchen"_s);
+    ASSERT_TRUE(hasKeyboard(u"Done"_s));
+    Desktop::click(shown(u"Bathroom"_s));
+    (void)shown(u"Missing: Bedroom, Living Room, Exterior Front, Exterior Back"_s);
+    Desktop::key(u"Down"_s);
+    ASSERT_TRUE(hasKeyboard(u"Bedroom"_s));
+    Desktop::key(u"space"_s);
+    (void)shown(u"Missing: Living Room, Exterior Front, Exterior Back"_s);
+    Desktop::key(u"Right"_s);
+    ASSERT_TRUE(hasKeyboard(u"Exterior Back"_s));
+    Desktop::key(u"Return"_s);
+    (void)shown(u"Missing: Living Room, Exterior Front"_s);
+    Desktop::key(u"Tab"_s);
+    ASSERT_TRUE(hasKeyboard(u"Done"_s));
+    Desktop::key(u"shift+Tab"_s);
+    ASSERT_TRUE(hasKeyboard(u"Exterior Back"_s)); // the one stop among the bins
+    Desktop::key(u"Escape"_s);
+    EXPECT_TRUE(waitUntil([this] { return !coverage.isShown(); }));
+    ASSERT_TRUE(goes(u"Coverage"_s));
+
+    SettingsStore next{QString::fromStdString((desk / "settings.ini").string())}; // of a program that starts now
+    CoverageCheck again(engine, next);
+    again.open();
+    EXPECT_EQ(again.missing(), u"Missing: Living Room, Exterior Front"_s);
+}
+
+TEST_F(MenuTest, CoverageIsCheckedFromTheDoneScreenToo)
+{
+    open();
+    sort();
+    engine.exportEvent();
+    (void)shown(u"Event created"_s);
+    Desktop::key(u"F10"_s);
+    Desktop::click(shown(u"Check Coverage…"_s));
+    (void)shown(u"One take only: Kitchen"_s);
+    Desktop::key(u"Return"_s); // of "Done"
+    EXPECT_TRUE(waitUntil([this] { return !coverage.isShown(); }));
+}
+
 TEST_F(MenuTest, TheDoneScreenOffersExportForToo)
 {
     open();

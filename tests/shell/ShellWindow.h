@@ -7,6 +7,7 @@
 
 #include "screens/ClipThumbnails.h"
 #include "shell/AppState.h"
+#include "shell/CoverageCheck.h"
 #include "shell/DiagnosticsExport.h"
 #include "shell/FileRequest.h"
 #include "shell/HandoffExport.h"
@@ -50,6 +51,7 @@ protected:
             {QStringLiteral("volumeWatcher"), QVariant::fromValue(&watcher)},
             {QStringLiteral("fileRequest"), QVariant::fromValue(&fileRequest)},
             {QStringLiteral("diagnostics"), QVariant::fromValue(&diagnostics)},
+            {QStringLiteral("coverage"), QVariant::fromValue(&coverage)},
             {QStringLiteral("handoff"), QVariant::fromValue(&handoff)},
             {QStringLiteral("buildNumber"), 7},
         });
@@ -166,6 +168,7 @@ protected:
                                       return std::vector<QString>{QStringLiteral("sofa"), QStringLiteral("bed")};
                                   },
                                   fileRequest};
+    CoverageCheck coverage{engine, store};
     HandoffExport handoff{engine, store, [this](const FileUrl &file) { revealed.push_back(file); },
                           HandoffExport::System{.mountTable = desk / "mounts",
                                                 .deviceTree = desk.path(),

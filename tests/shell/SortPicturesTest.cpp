@@ -165,6 +165,19 @@ TEST_F(ScreenPictures, TheEventWritten)
     picture(u"done-copied"_s);
 }
 
+TEST_F(ScreenPictures, CoverageOfTheShoot)
+{
+    openInCorner();
+    sortSample();
+    coverage.open();
+    (void)shown(u"Coverage"_s);
+    picture(u"coverage"_s);
+    for (const QString &bin : CoverageCheck::names()) {
+        coverage.setNeeded(bin, true);
+    }
+    picture(u"coverage-all"_s);
+}
+
 TEST_F(ScreenPictures, ExportFor)
 {
     openInCorner();
