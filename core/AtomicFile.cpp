@@ -79,4 +79,25 @@ void syncFolder(const std::filesystem::path &folder)
     }
 }
 
+tl::expected<void, std::error_code> makeLastingFolders(const std::filesystem::path &folder)
+{
+    std::error_code error;
+    const std::filesystem::path above = folder.has_parent_path() ? folder.parent_path() : ".";
+    if (std::filesystem::is_directory(folder, error)) {
+        return {};
+    }
+    if (above != folder) {
+        if (auto made = makeLastingFolders(above); !made) {
+            return made;
+        }
+    }
+    error.clear();
+    std::filesystem::create_directory(folder, error);
+    if (error) {
+        return failed(error);
+    }
+    syncFolder(above);
+    return {};
+}
+
 } // namespace larkspan

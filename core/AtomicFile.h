@@ -16,4 +16,8 @@ namespace larkspan {
 // Makes the names in a folder last through a crash. A file system that can't is no failure.
 void syncFolder(const std::filesystem::path &folder);
 
+// Makes a folder and those above it where they are missing, each lastingly so: a file in a folder whose own name was
+// never synced goes with it when the power does.
+[[nodiscard]] tl::expected<void, std::error_code> makeLastingFolders(const std::filesystem::path &folder);
+
 } // namespace larkspan

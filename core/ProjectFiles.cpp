@@ -83,13 +83,14 @@ void ProjectFiles::renameInIndex(const QString &id, const QString &name) const
 
 void ProjectFiles::remove(const QString &id) const
 {
+    // The list goes first: should the power go in between, a project that is still listed can still be opened.
+    auto projects = loadIndex();
+    dropFrom(projects, id);
+    writeIndex(projects);
     if (const auto file = fileOf(id)) {
         std::error_code ignored;
         fs::remove(*file, ignored);
     }
-    auto projects = loadIndex();
-    dropFrom(projects, id);
-    writeIndex(projects);
 }
 
 std::optional<fs::path> ProjectFiles::fileOf(const QString &id) const
@@ -102,8 +103,8 @@ void ProjectFiles::write(const fs::path &file, const QByteArray &json) const
     if (keepsNothing()) {
         return;
     }
-    std::error_code ignored; // without the folder the write fails as well, and a cache that can't be kept is no error
-    fs::create_directories(m_folder, ignored);
+    // Without the folder the write fails as well, and a cache that can't be kept is no error.
+    [[maybe_unused]] const auto made = makeLastingFolders(m_folder);
     [[maybe_unused]] const auto written =
         writeFileAtomically(file, {json.constData(), static_cast<std::size_t>(json.size())});
 }

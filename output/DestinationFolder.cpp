@@ -220,9 +220,33 @@ std::error_code DestinationFolder::replace(TemporaryFile &file, const char *name
     return {};
 }
 
+// A folder above may be as new as this one, made by another program that synced nothing: its name goes with the power,
+// and all beneath it. So all are synced up to the root of the file system, or to one that may not be opened.
 std::error_code DestinationFolder::sync() const
 {
-    return syncFolder(fd(), *m_files);
+    struct stat here
+    {};
+    struct stat there
+    {};
+    FileDescriptor above;
+    int folder = fd();
+    for (;;) {
+        if (const std::error_code error = syncFolder(folder, *m_files)) {
+            return error;
+        }
+        FileDescriptor next(m_files->open(folder, "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
+        if (!next && (errno == EACCES || errno == EPERM)) {
+            return {};
+        }
+        if (!next || ::fstat(folder, &here) != 0 || ::fstat(next.get(), &there) != 0) {
+            return lastError();
+        }
+        if (there.st_dev != here.st_dev || there.st_ino == here.st_ino) {
+            return {};
+        }
+        above = std::move(next);
+        folder = above.get();
+    }
 }
 
 void clearInterruptedRuns(const std::filesystem::path &folder, const FileOperations &files)

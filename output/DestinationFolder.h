@@ -63,7 +63,7 @@ public:
     // Gives a finished file this very name; what stands under it is replaced in one step. Never for footage.
     std::error_code replace(TemporaryFile &file, const char *name) const;
 
-    // Makes all names in the folder last.
+    // Makes all names in the folder last, and the folder itself with those above it.
     std::error_code sync() const;
 
 private:
