@@ -7,6 +7,7 @@ find_package(OpenSSL 3 REQUIRED COMPONENTS Crypto)
 find_package(GTest REQUIRED)
 find_package(rapidcheck REQUIRED)
 find_package(LibXml2 REQUIRED) # tests alone: what we write must read back
+pkg_check_modules(Fuse REQUIRED IMPORTED_TARGET fuse3) # tests alone: a disk whose power can be cut
 
 qt_standard_project_setup()
 set(CMAKE_AUTOMOC OFF) # switched on for the modules that hold QObjects
