@@ -51,6 +51,9 @@ std::string mismatch(const Ort::Session &session, std::span<const InferenceSessi
                 continue;
             }
             const auto type = session.GetOutputTypeInfo(i);
+            if (type.GetONNXType() != ONNX_TYPE_TENSOR) {
+                continue; // asking it for a shape would crash
+            }
             const auto tensor = type.GetTensorTypeAndShapeInfo();
             const auto shape = tensor.GetShape();
             found = tensor.GetElementType() == ONNX_TENSOR_ELEMENT_DATA_TYPE_FLOAT &&
@@ -68,19 +71,21 @@ tl::unexpected<ModelError> failure(ModelError error)
     return tl::unexpected(std::move(error));
 }
 
-ModelOutput copyOut(const Ort::Value &value)
+// Nothing if the output isn't one picture's with so many channels: a model may declare another shape than it yields.
+std::optional<ModelOutput> copyOut(const Ort::Value &value, int channels)
 {
-    const auto shape = value.GetTensorTypeAndShapeInfo().GetShape();
-    ModelOutput output;
-    output.channels = static_cast<int>(shape[1]);
-    if (shape.size() == 4) {
-        output.rows = static_cast<int>(shape[2]);
-        output.columns = static_cast<int>(shape[3]);
+    const auto info = value.GetTensorTypeAndShapeInfo();
+    auto shape = info.GetShape();
+    if (shape.size() == 2) {
+        shape.insert(shape.end(), {1, 1});
     }
-    const auto count = static_cast<std::size_t>(output.channels) * static_cast<std::size_t>(output.rows) *
-                       static_cast<std::size_t>(output.columns);
+    const auto isSide = [](std::int64_t side) { return side > 0 && side <= std::numeric_limits<int>::max(); };
+    if (shape.size() != 4 || shape[0] != 1 || shape[1] != channels || !isSide(shape[2]) || !isSide(shape[3])) {
+        return std::nullopt;
+    }
+    ModelOutput output{channels, static_cast<int>(shape[2]), static_cast<int>(shape[3]), {}};
     const auto *data = value.GetTensorData<float>();
-    output.values.assign(data, data + count);
+    output.values.assign(data, data + info.GetElementCount());
     return output;
 }
 
@@ -90,6 +95,7 @@ struct InferenceSession::Engine
 {
     Ort::Session session;
     std::vector<std::string> outputs;
+    std::vector<int> channels; // of each
 };
 
 InferenceSession::InferenceSession(std::unique_ptr<Engine> engine) : m_engine(std::move(engine)) {}
@@ -110,9 +116,10 @@ tl::expected<InferenceSession, ModelError> InferenceSession::load(const std::fil
         if (auto problem = mismatch(session, outputs); !problem.empty()) {
             return failure(ModelError{ModelError::Reason::OtherModel, file, std::move(problem)});
         }
-        auto engine = std::make_unique<Engine>(Engine{std::move(session), {}});
+        auto engine = std::make_unique<Engine>(Engine{std::move(session), {}, {}});
         for (const auto &expected : outputs) {
             engine->outputs.emplace_back(expected.name);
+            engine->channels.push_back(expected.channels);
         }
         return InferenceSession(std::move(engine));
     } catch (const Ort::Exception &error) {
@@ -137,8 +144,12 @@ std::optional<std::vector<ModelOutput>> InferenceSession::run(const PictureTenso
             m_engine->session.Run(Ort::RunOptions{nullptr}, &inputName, &input, 1, names.data(), names.size());
         std::vector<ModelOutput> outputs;
         outputs.reserve(results.size());
-        for (const auto &result : results) {
-            outputs.push_back(copyOut(result));
+        for (std::size_t i = 0; i < results.size(); ++i) {
+            auto output = copyOut(results[i], m_engine->channels[i]);
+            if (!output) {
+                return std::nullopt;
+            }
+            outputs.push_back(std::move(*output));
         }
         return outputs;
     } catch (const Ort::Exception &) {

@@ -64,7 +64,8 @@ public:
     InferenceSession &operator=(InferenceSession &&) noexcept;
     ~InferenceSession();
 
-    // The outputs in the order they were expected in, or nothing if the engine fails (it has no memory left).
+    // The outputs in the order they were expected in, or nothing if the engine fails (it has no memory left) or an
+    // output isn't as the model declared it.
     [[nodiscard]] std::optional<std::vector<ModelOutput>> run(const PictureTensor &picture) const;
 
 private:
