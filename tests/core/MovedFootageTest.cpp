@@ -253,6 +253,24 @@ TEST_F(MovedFootageTest, AnExportThatWaitsForTheSearchIsForgottenWithItsShoot)
     EXPECT_EQ(engine.stage().kind, StageKind::results);
 }
 
+TEST_F(MovedFootageTest, AnExportAfterTheSearchGoesAheadWithoutWhatWasNotFound)
+{
+    (void)folder.write("kitchen 1.mov", "1");
+    sortThenMove({{"kitchen 1.mov", "elsewhere.mov"}});
+    auto parts = movingSeams();
+    std::atomic<int> sampled = 0;
+    parts.sampleFrames = [&](const MediaClip &, int, double) {
+        ++sampled; // which follows the search
+        return Frames();
+    };
+    SortEngine engine(parts);
+    engine.openProject(id);
+    ASSERT_TRUE(waitUntil([&] { return sampled == 1; }));
+    drain();
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage().kind, StageKind::done);
+}
+
 TEST_F(MovedFootageTest, AnExportWaitsForNoSearchOfAnotherShoot)
 {
     (void)folder.write("kitchen 1.mov", "1");

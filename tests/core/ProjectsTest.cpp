@@ -125,11 +125,30 @@ TEST_F(ProjectsTest, AProjectFileWithAMissingKeyFailsToOpenAndLeavesTheListAndNo
 TEST_F(ProjectsTest, OpeningAProjectDuringASortLetsNothingOfTheSortLand)
 {
     makeClips({"pool 1", "pool 2"});
-    SortEngine engine(seams());
-    sortShoot(engine);
+    {
+        SortEngine engine(seams());
+        sortShoot(engine);
+    }
     (void)folder.write("second/kitchen 1.mov");
+    Gate gate;
+    std::atomic<bool> ended = false;
+    auto parts = seams();
+    parts.makeLocalClassifier = [&ended] {
+        return std::shared_ptr<const FrameClassifier>(new NamedFrames, [&ended](const FrameClassifier *classifier) {
+            delete classifier;
+            ended = true; // behind all that the sort hands over
+        });
+    };
+    parts.probeClip = [&gate](const FileUrl &url) {
+        gate.pass();
+        return probe(url);
+    };
+    SortEngine engine(parts);
     engine.sortFolder(FileUrl(folder / "second"));
+    gate.awaitArrival();
     engine.openProject(id);
+    gate.open();
+    ASSERT_TRUE(waitUntil([&] { return ended.load(); }));
     drain();
     EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"pool 1"_s, u"pool 2"_s));
     EXPECT_EQ(engine.folder(), shoot);
@@ -199,6 +218,17 @@ TEST_F(ProjectsTest, ARenameIsTrimmedAndNamesTheOpenProjectToo)
     EXPECT_EQ(engine.projects().front().savedAt, savedAt);
     engine.confirmAll();
     EXPECT_EQ(saved()->summary.name, u"The Glass House"_s) << "and the next save keeps it";
+}
+
+TEST_F(ProjectsTest, AProjectIsOpenedUnderTheNameThatTheEditorGaveIt)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    sortShoot(engine);
+    engine.renameProject(id, u"The Glass House"_s);
+    SortEngine later(seams());
+    later.openProject(id);
+    EXPECT_EQ(later.displayName(), u"The Glass House"_s);
 }
 
 TEST_F(ProjectsTest, ARenameToBlanksDoesNothing)

@@ -322,6 +322,17 @@ TEST_F(SortEngineTest, RecentsHoldFiveFoldersTheLatestFirstWithoutDoubles)
                             SortEngine::Recent{u"c"_s, FileUrl("/c")}));
 }
 
+TEST_F(SortEngineTest, AFolderThatIsSortedAgainIsTheLatestRecentAndNotThereTwice)
+{
+    SortEngine engine(seams());
+    for (const char *name : {"/a", "/b", "/c", "/b"}) {
+        engine.sortFolder(FileUrl(name));
+    }
+    EXPECT_THAT(engine.recents(),
+                ElementsAre(SortEngine::Recent{u"b"_s, FileUrl("/b")}, SortEngine::Recent{u"c"_s, FileUrl("/c")},
+                            SortEngine::Recent{u"a"_s, FileUrl("/a")}));
+}
+
 TEST_F(SortEngineTest, ChooseFolderAsksInItsWordsAndSortsWhatWasChosen)
 {
     SortEngine engine(seams());
