@@ -1,6 +1,7 @@
 // idle_program PROGRAM [SECONDS]: what the started program costs while nobody touches it: its launcher, in boringMode
 // and out of it, past the intro and once it sleeps. "wakeUps" are the times that any of its threads was put on a
-// processor within so many seconds (60 if not said).
+// processor within so many seconds (60 if not said), and
+// "residentMegabytes" is the memory that it has at their end.
 //
 // Without a display of its own: script/with-display build/release/bench/idle_program build/release/shell/larkspan
 #include <algorithm>
@@ -47,6 +48,16 @@ double processorTime(qint64 process)
     return (fields[userTicks].toDouble() + fields[systemTicks].toDouble()) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
+// The physical memory of a process, what it shares with others included. Megabytes.
+double residentMemory(qint64 process)
+{
+    QFile file(u"/proc/%1/statm"_s.arg(process));
+    if (!file.open(QIODevice::ReadOnly)) {
+        giveUp("the program has ended");
+    }
+    return file.readAll().split(' ')[1].toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
 QJsonObject measured(const QString &path, bool boring, std::chrono::seconds time)
 {
     // Qt keeps some things for half a minute after their last use; they are gone by then.
@@ -71,7 +82,8 @@ QJsonObject measured(const QString &path, bool boring, std::chrono::seconds time
     }
     return {{u"wakeUps"_s, switchesOf(after) - switchesOf(before)},
             {u"wakeUpsByThread"_s, threads},
-            {u"processorSeconds"_s, processorTime(process) - spentBefore}};
+            {u"processorSeconds"_s, processorTime(process) - spentBefore},
+            {u"residentMegabytes"_s, residentMemory(process)}};
 }
 
 } // namespace

@@ -16,8 +16,12 @@ public:
     // missing or no good.
     [[nodiscard]] static tl::expected<std::shared_ptr<const VisionModels>, ModelError> load(
         const std::filesystem::path &folder);
-    // From where the program keeps them: beside it, in ../share/larkspan/models, or in the folder it was built with.
+    // From where the program keeps them.
     [[nodiscard]] static tl::expected<std::shared_ptr<const VisionModels>, ModelError> load();
+    // Beside the program, ../share/larkspan/models, or in the folder it was built with.
+    [[nodiscard]] static std::filesystem::path shippedFolder();
+    // The first of the files that can't be opened; none of them is read.
+    [[nodiscard]] static std::optional<ModelError> findMissing(const std::filesystem::path &folder);
 
     [[nodiscard]] const ObjectDetector &objects() const { return m_objects; }
     [[nodiscard]] const SceneNetwork &scene() const { return m_scene; }

@@ -38,6 +38,8 @@ namespace {
 
 // A sort waits this long for the keyring before it does without the cloud. A healthy one answers within milliseconds.
 constexpr std::chrono::seconds keyringPatience{3};
+// The models are kept this long after a sort, since another often follows.
+constexpr std::chrono::minutes modelPatience{1};
 
 // Made by the first sort that needs one; the next find its connections open.
 class LazyClient
@@ -82,8 +84,9 @@ OrganizeAnswer organizeByBin(const std::vector<ClipToOrganize> &clips, const Fil
 } // namespace
 
 LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatcher::System volumes)
-    : m_models(QtConcurrent::run(
-          [models = std::move(models)] { return models ? VisionModels::load(*models) : VisionModels::load(); }))
+    : m_modelFolder(models ? std::move(*models) : VisionModels::shippedFolder())
+    , m_models([this] { return VisionModels::load(m_modelFolder); })
+    , m_missingModel(QtConcurrent::run([folder = m_modelFolder] { return VisionModels::findMissing(folder); }))
     , m_cloudKey(QtConcurrent::run([this, stop = m_stop.get_token()] {
         QString key = loadCloudKey(stop);
         m_keyringAnswer.give(key);
@@ -94,13 +97,19 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
     , m_engine(std::make_unique<SortEngine>(seams()))
     , m_volumeWatcher(std::move(volumes))
     , m_diagnostics(
-          *m_engine, [this] { return localClassifier().supportedIdentifiers(); }, m_files)
+          *m_engine,
+          [this] {
+              m_modelRest.start();
+              return localClassifier().supportedIdentifiers();
+          },
+          m_files)
     , m_coverage(*m_engine, m_settings)
     , m_handoff(*m_engine, m_settings, revealFile, {})
     , m_notice(*m_engine, [this] { return window() && window()->isActive(); })
 {
     followState();
     watchForCards();
+    watchForRest();
     connect(&m_notice, &WorkNotice::pressed, this, [this] {
         window()->raise();
         window()->requestActivate();
@@ -115,7 +124,7 @@ LarkspanApp::~LarkspanApp()
 {
     m_stop.request_stop();
     m_cloudKey.waitForFinished();
-    m_models.waitForFinished();
+    m_missingModel.waitForFinished();
 }
 
 bool LarkspanApp::open()
@@ -138,7 +147,7 @@ bool LarkspanApp::open()
     }
     connect(window(), SIGNAL(introChimeDue()), this, SLOT(playIntroChime())); // declared in QML
     new DisplayScale(*window());                                              // owned by what it follows
-    reportModels();
+    checkModels();
     return true;
 }
 
@@ -152,9 +161,12 @@ QQuickWindow *LarkspanApp::window() const
     return m_qml.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(m_qml.rootObjects().first());
 }
 
-VisionClassifier LarkspanApp::localClassifier() const
+VisionClassifier LarkspanApp::localClassifier()
 {
-    const LoadedModels models = m_models.result();
+    const auto models = m_models.get();
+    if (!models) {
+        QMetaObject::invokeMethod(this, [this, error = models.error()] { reportModels(error); }, Qt::QueuedConnection);
+    }
     return VisionClassifier(models ? std::make_shared<const ModelRequests>(*models) : nullptr);
 }
 
@@ -232,16 +244,37 @@ void LarkspanApp::adoptCloudSettings()
     watcher->setFuture(m_cloudKey);
 }
 
-void LarkspanApp::reportModels()
+void LarkspanApp::checkModels()
 {
-    auto *watcher = new QFutureWatcher<LoadedModels>(this);
+    auto *watcher = new QFutureWatcher<std::optional<ModelError>>(this);
     connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher] {
-        if (const LoadedModels models = watcher->result(); !models) {
-            window()->setProperty("classifierProblem", problemText(models.error()));
+        if (const auto missing = watcher->result()) {
+            reportModels(*missing);
         }
         watcher->deleteLater();
     });
-    watcher->setFuture(m_models);
+    watcher->setFuture(m_missingModel);
+}
+
+void LarkspanApp::reportModels(const ModelError &error)
+{
+    if (window() != nullptr) {
+        window()->setProperty("classifierProblem", problemText(error));
+    }
+}
+
+void LarkspanApp::watchForRest()
+{
+    m_modelRest.setSingleShot(true);
+    m_modelRest.setInterval(modelPatience);
+    m_modelRest.callOnTimeout(this, [this] { m_models.letGo(); });
+    connect(m_engine.get(), &SortEngine::stageChanged, this, [this] {
+        if (m_engine->stage().kind == SortEngine::StageKind::working) {
+            m_modelRest.stop();
+        } else {
+            m_modelRest.start();
+        }
+    });
 }
 
 } // namespace larkspan

@@ -6,9 +6,10 @@
 #include <stop_token>
 
 #include <QtCore/QFuture>
+#include <QtCore/QTimer>
 
+#include "classify/ModelsOnDemand.h"
 #include "classify/VisionClassifier.h"
-#include "classify/VisionModels.h"
 #include "core/LateValue.h"
 #include "core/SortEngine.h"
 #include "design/SystemMotion.h"
@@ -49,10 +50,9 @@ public:
 
 private:
     Q_SLOT void playIntroChime();
-    using LoadedModels = tl::expected<std::shared_ptr<const VisionModels>, ModelError>;
 
-    // Waits for the models.
-    VisionClassifier localClassifier() const;
+    // Reads the models unless they are there. Any thread.
+    VisionClassifier localClassifier();
     SortSeams seams();
     // Keeps the design's theme and motion as the state says.
     void followState();
@@ -61,11 +61,17 @@ private:
     // The key comes when the keyring has answered; a sort under the cloud tier that begins earlier waits for it a
     // while.
     void adoptCloudSettings();
-    void reportModels();
+    // Only looks whether the models are there: they are read when a sort needs them.
+    void checkModels();
+    void reportModels(const ModelError &error);
+    // Lets the models go once no sort has needed them for a while.
+    void watchForRest();
 
     std::stop_source m_stop; // of what is still awaited when the program ends
-    // Read in the background, so that the window needn't wait for them.
-    QFuture<LoadedModels> m_models;
+    const std::filesystem::path m_modelFolder;
+    ModelsOnDemand m_models;
+    QTimer m_modelRest;
+    QFuture<std::optional<ModelError>> m_missingModel; // looked for in the background, on a disk that may sleep
     LateValue<QString> m_keyringAnswer; // for the threads of a sort; m_cloudKey is for this one
     QFuture<QString> m_cloudKey;
     FileChooserPortal m_fileChooser;

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "classify/ModelsOnDemand.h"
 #include "tests/support/TempFolder.h"
 
 using namespace larkspan;
@@ -33,6 +34,65 @@ ModelError loadError(const test::TempFolder &folder)
 TEST(VisionModels, AreFoundByAProgramThatIsNotInstalled)
 {
     EXPECT_TRUE(VisionModels::load());
+}
+
+TEST(VisionModels, AFileThatIsMissingIsFoundWithoutReadingAny)
+{
+    const test::TempFolder folder;
+    copyModels(folder);
+    EXPECT_EQ(VisionModels::findMissing(folder.path()), std::nullopt);
+    std::filesystem::remove(folder / "rooms.head");
+    std::filesystem::create_directory(folder / "rooms.head");
+    const auto missing = VisionModels::findMissing(folder.path());
+    ASSERT_TRUE(missing);
+    EXPECT_EQ(missing->reason, ModelError::Reason::Missing);
+    EXPECT_EQ(missing->file, folder / "rooms.head");
+}
+
+TEST(ModelsOnDemand, AreReadOnceForAllWhoAskWhileTheyAreKept)
+{
+    int times = 0;
+    ModelsOnDemand models([&times] {
+        ++times;
+        return VisionModels::load(Models);
+    });
+    EXPECT_EQ(times, 0);
+    const auto first = models.get();
+    ASSERT_TRUE(first);
+    EXPECT_EQ(models.get(), first);
+    EXPECT_EQ(times, 1);
+}
+
+TEST(ModelsOnDemand, AreFreedOnceTheyAreLetGoAndNobodyUsesThem)
+{
+    int times = 0;
+    ModelsOnDemand models([&times] {
+        ++times;
+        return VisionModels::load(Models);
+    });
+    auto used = models.get();
+    ASSERT_TRUE(used);
+    const std::weak_ptr<const VisionModels> memory = *used;
+    models.letGo();
+    EXPECT_FALSE(memory.expired()) << "a sort still uses them";
+    EXPECT_EQ(models.get(), used) << "and the next one shares them";
+    EXPECT_EQ(times, 1);
+
+    used = nullptr;
+    EXPECT_FALSE(memory.expired());
+    models.letGo();
+    EXPECT_TRUE(memory.expired());
+    EXPECT_TRUE(models.get());
+    EXPECT_EQ(times, 2);
+}
+
+TEST(ModelsOnDemand, AreLookedForAgainAfterAnError)
+{
+    const test::TempFolder folder;
+    ModelsOnDemand models([&folder] { return VisionModels::load(folder.path()); });
+    EXPECT_FALSE(models.get());
+    copyModels(folder);
+    EXPECT_TRUE(models.get());
 }
 
 TEST(VisionModels, AMissingFileIsNamed)

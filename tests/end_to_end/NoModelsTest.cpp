@@ -31,3 +31,23 @@ TEST(WithoutModels, TheWindowSaysSoAndEveryClipIsFiledForALook)
     EXPECT_TRUE(waitUntil([&] { return engine.stage().kind == SortEngine::StageKind::results; }));
     EXPECT_THAT(engine.binCounts(), ElementsAre(BinCount{u"Unsorted"_s, 1}));
 }
+
+// They are read by the first sort, so what is wrong with them comes up then.
+TEST(WithBrokenModels, TheWindowNamesTheFileOnceASortNeedsIt)
+{
+    const TempFolder folder;
+    makeMedia(folder / "clip.mp4", "-f lavfi -i testsrc2=s=320x180:r=25:d=1 -c:v libx264 -pix_fmt yuv420p");
+    const TempFolder models;
+    for (const char *file : {"objects.onnx", "scene.onnx", "pose.onnx", "face.onnx", "rooms.head"}) {
+        (void)models.write(file, "no model");
+    }
+    LarkspanApp program(models.path());
+    ASSERT_TRUE(program.open());
+    SortEngine &engine = program.engine();
+    engine.sortFolder(FileUrl(folder.path()));
+    EXPECT_TRUE(waitUntil([&] { return engine.stage().kind == SortEngine::StageKind::results; }));
+    EXPECT_TRUE(waitUntil([&] {
+        return program.window()->property("classifierProblem").toString().contains(u"objects.onnx"_s);
+    }));
+    EXPECT_THAT(engine.binCounts(), ElementsAre(BinCount{u"Unsorted"_s, 1}));
+}
