@@ -27,35 +27,41 @@ bool standsUnencoded(unsigned char byte)
 
 } // namespace
 
+const std::filesystem::path &FileUrl::path() const
+{
+    static const std::filesystem::path empty;
+    return m_path ? *m_path : empty;
+}
+
 QString FileUrl::displayPath() const
 {
-    return shown(m_path);
+    return shown(path());
 }
 
 QString FileUrl::lastPathComponent() const
 {
-    return shown(lastComponent(m_path));
+    return shown(lastComponent(path()));
 }
 
 std::string FileUrl::lastPathBytes() const
 {
-    return lastComponent(m_path).native();
+    return lastComponent(path()).native();
 }
 
 QString FileUrl::baseName() const
 {
-    return shown(lastComponent(m_path).stem());
+    return shown(lastComponent(path()).stem());
 }
 
 QString FileUrl::pathExtension() const
 {
-    return shown(lastComponent(m_path).extension()).mid(1);
+    return shown(lastComponent(path()).extension()).mid(1);
 }
 
 QString FileUrl::absoluteString() const
 {
     constexpr char hex[] = "0123456789ABCDEF";
-    const std::string &bytes = m_path.native();
+    const std::string &bytes = path().native();
     QByteArray url(urlScheme.data(), urlScheme.size());
     url.reserve(static_cast<qsizetype>(url.size() + bytes.size() * 2));
     for (const char c : bytes) {
@@ -71,8 +77,8 @@ QString FileUrl::absoluteString() const
 
 QString FileUrl::storedPath() const
 {
-    const QString text = shown(m_path);
-    return text.toStdString() == m_path.native() ? text : absoluteString();
+    const QString text = shown(path());
+    return text.toStdString() == path().native() ? text : absoluteString();
 }
 
 std::optional<FileUrl> FileUrl::fromStoredPath(const QString &text)
@@ -88,7 +94,7 @@ std::optional<FileUrl> FileUrl::fromStoredPath(const QString &text)
 
 FileUrl FileUrl::appending(const QString &component) const
 {
-    return {m_path / component.toStdString()};
+    return {path() / component.toStdString()};
 }
 
 } // namespace larkspan

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -9,14 +10,14 @@
 namespace larkspan {
 
 // Where a file lies. Holds the path as the bytes that the kernel gave, so that a name that is no valid UTF-8
-// still opens; text for people and for the event is made from it on demand.
+// still opens; text for people and for the event is made from it on demand. Copies share the path: a shoot has many.
 class FileUrl
 {
 public:
     FileUrl() = default;
-    FileUrl(std::filesystem::path path) : m_path(std::move(path)) {}
+    FileUrl(std::filesystem::path path) : m_path(std::make_shared<const std::filesystem::path>(std::move(path))) {}
 
-    const std::filesystem::path &path() const { return m_path; }
+    const std::filesystem::path &path() const;
 
     // For people: bytes that are no UTF-8 become U+FFFD. A trailing slash doesn't count as a component.
     QString displayPath() const;
@@ -37,10 +38,10 @@ public:
 
     FileUrl appending(const QString &component) const;
 
-    friend bool operator==(const FileUrl &, const FileUrl &) = default;
+    friend bool operator==(const FileUrl &a, const FileUrl &b) { return a.m_path == b.m_path || a.path() == b.path(); }
 
 private:
-    std::filesystem::path m_path;
+    std::shared_ptr<const std::filesystem::path> m_path; // null for the empty path
 };
 
 } // namespace larkspan

@@ -1,6 +1,5 @@
 #include "core/MediaClip.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace larkspan {
@@ -9,14 +8,13 @@ std::vector<QString> MediaClip::bins() const
 {
     std::vector<QString> result;
     result.reserve(1 + extraBins.size());
-    const auto add = [&result](const QString &bin) {
-        if (!bin.isEmpty() && std::find(result.begin(), result.end(), bin) == result.end()) {
-            result.push_back(bin);
-        }
-    };
-    add(primaryBin);
-    std::for_each(extraBins.begin(), extraBins.end(), add);
+    forEachBin([&result](const QString &bin) { result.push_back(bin); });
     return result;
+}
+
+bool MediaClip::isIn(const QString &bin) const
+{
+    return !bin.isEmpty() && (primaryBin == bin || std::find(extraBins.begin(), extraBins.end(), bin) != extraBins.end());
 }
 
 std::int64_t MediaClip::durationTicks() const

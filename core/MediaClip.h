@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -56,6 +57,20 @@ public:
 
     // The primary bin, then the extras, without empty names and doubles. This decides membership of a bin everywhere.
     std::vector<QString> bins() const;
+    bool isIn(const QString &bin) const;
+    // Calls visit with each of them. Makes no list: all clips are counted after every edit.
+    template <typename Visit>
+    void forEachBin(const Visit &visit) const
+    {
+        if (!primaryBin.isEmpty()) {
+            visit(primaryBin);
+        }
+        for (auto bin = extraBins.begin(); bin != extraBins.end(); ++bin) {
+            if (!bin->isEmpty() && *bin != primaryBin && std::find(extraBins.begin(), bin, *bin) == bin) {
+                visit(*bin);
+            }
+        }
+    }
     // The file that an export begins with: the url, or the place where a reopened clip was found.
     const FileUrl &sourceURL() const { return foundURL ? *foundURL : url; }
     // The place of the footage now: its source, or the importer's copy if the source is gone. Asks the file system.

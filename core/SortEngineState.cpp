@@ -2,7 +2,8 @@
 #include "core/SortEngine.h"
 
 #include <algorithm>
-#include <map>
+
+#include <QtCore/QHash>
 
 #include "core/ClipOrder.h"
 #include "core/RoomLabel.h"
@@ -49,31 +50,28 @@ bool SortEngine::isUnderReview(const MediaClip &clip) const
 
 std::vector<BinCount> SortEngine::binCounts() const
 {
-    std::map<QString, int> counts;
+    QHash<QString, int> counts;
     for (const ClipPtr &clip : m_clips) {
-        for (const QString &bin : clip->bins()) {
-            ++counts[bin];
-        }
+        clip->forEachBin([&counts](const QString &bin) { ++counts[bin]; });
     }
     std::vector<BinCount> rows;
-    rows.reserve(counts.size());
-    for (const auto &[bin, count] : counts) {
-        rows.push_back({bin, count});
+    rows.reserve(static_cast<std::size_t>(counts.size()));
+    for (auto bin = counts.cbegin(); bin != counts.cend(); ++bin) {
+        rows.push_back({bin.key(), bin.value()});
     }
-    std::stable_sort(rows.begin(), rows.end(), [](const BinCount &a, const BinCount &b) { return a.count > b.count; });
+    std::ranges::sort(rows, [](const BinCount &a, const BinCount &b) {
+        return a.count != b.count ? a.count > b.count : a.bin < b.bin;
+    });
     return rows;
 }
 
 std::vector<QString> SortEngine::usedBins() const
 {
-    std::set<QString> bins;
-    for (const ClipPtr &clip : m_clips) {
-        bins.merge([&clip] {
-            const auto own = clip->bins();
-            return std::set<QString>(own.begin(), own.end());
-        }());
-    }
-    return {bins.begin(), bins.end()};
+    const auto counts = binCounts();
+    std::vector<QString> bins(counts.size());
+    std::ranges::transform(counts, bins.begin(), &BinCount::bin);
+    std::ranges::sort(bins);
+    return bins;
 }
 
 std::vector<QString> SortEngine::binChoices() const
@@ -94,8 +92,7 @@ std::vector<ClipPtr> SortEngine::clipsInBin(const QString &bin) const
         if (bin == reviewKey()) {
             return isUnderReview(*clip);
         }
-        const auto own = clip->bins();
-        return std::find(own.begin(), own.end(), bin) != own.end();
+        return clip->isIn(bin);
     });
     sortByDate(clips);
     return clips;

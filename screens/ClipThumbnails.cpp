@@ -1,5 +1,7 @@
 #include "screens/ClipThumbnails.h"
 
+#include <algorithm>
+
 #include <QtCore/QUrlQuery>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
@@ -131,10 +133,19 @@ QImage ClipThumbnails::requestImage(const QString &id, QSize *size, const QSize 
 
 void ClipThumbnails::refresh(const SortEngine &engine)
 {
+    // Only this thread changes them, so it may look without the lock. Most edits leave all pictures as they are.
+    const auto hasPicture = [](const ClipPtr &clip) { return !clip->thumbnail.isNull(); };
+    const auto isKnown = [this, &hasPicture](const ClipPtr &clip) {
+        return !hasPicture(clip) || m_thumbnails.contains(clip->thumbnail.key());
+    };
+    if (std::ranges::count_if(engine.clips(), hasPicture) == m_thumbnails.size() &&
+        std::ranges::all_of(engine.clips(), isKnown)) {
+        return;
+    }
     QHash<quint64, Thumbnail> thumbnails;
     thumbnails.reserve(engine.clipCount());
     for (const ClipPtr &clip : engine.clips()) {
-        if (!clip->thumbnail.isNull()) {
+        if (hasPicture(clip)) {
             thumbnails.insert(clip->thumbnail.key(), clip->thumbnail);
         }
     }
