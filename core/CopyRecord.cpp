@@ -1,6 +1,9 @@
 #include "core/CopyRecord.h"
 
 #include <algorithm>
+#include <set>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace larkspan {
 
@@ -36,11 +39,27 @@ void relocate(CopyRecord &record, const FileUrl &destination)
     record.destination = destination;
 }
 
-bool isSafeToErase(const CopyRecord &record)
+bool wouldBeMissed(const FileUrl &file)
+{
+    // Indexes, logs, previews and descriptions, by the cameras' manuals.
+    static const std::set<QString> camerasOwn{
+        u""_s,    u"bdm"_s, u"bim"_s, u"bin"_s, u"bnp"_s, u"bup"_s, u"cpf"_s, u"cpi"_s, u"ctg"_s,
+        u"dat"_s, u"db"_s,  u"dsc"_s, u"idx"_s, u"ifo"_s, u"ind"_s, u"inp"_s, u"int"_s, u"log"_s,
+        u"lrf"_s, u"lrv"_s, u"mif"_s, u"mpl"_s, u"ppn"_s, u"smi"_s, u"sys"_s, u"thm"_s, u"xml"_s,
+    };
+    return !camerasOwn.contains(file.pathExtension().toLower());
+}
+
+bool isEachFileProved(const CopyRecord &record)
 {
     const auto isProved = [](const CopiedFile &file) { return file.state == CopyState::readBack; };
     return !record.files.empty() && std::ranges::all_of(record.files, isProved) && record.unreadable.empty() &&
            record.failure.isEmpty();
+}
+
+bool isSafeToErase(const CopyRecord &record)
+{
+    return isEachFileProved(record) && std::ranges::none_of(record.notCopied, wouldBeMissed);
 }
 
 } // namespace larkspan

@@ -128,6 +128,10 @@ QString stateText(const CopiedFile &file)
 QString verdictOf(const CopyRecord &copy)
 {
     const qsizetype proved = countOf(copy, CopyState::readBack);
+    if (isEachFileProved(copy) && !isSafeToErase(copy)) {
+        return u"All %1 were read back and match, but not every file was copied. Look at the others before you erase the card."_s
+            .arg(filesText(proved));
+    }
     return isSafeToErase(copy) ? u"All %1 files were read back and match. Safe to erase."_s.arg(proved)
                                : u"Not proved: %1 of %2 read back and match. Don't erase the %3."_s.arg(
                                      QString::number(proved), filesText(static_cast<qsizetype>(copy.files.size())),
@@ -150,6 +154,11 @@ QStringList missingFrom(const CopyRecord &copy)
     }
     for (const FileUrl &folder : copy.unreadable) {
         lines += u"This folder couldn't be read and may hold clips: %1"_s.arg(placeBeneath(copy.source, folder));
+    }
+    for (const FileUrl &file : copy.notCopied) {
+        if (wouldBeMissed(file)) {
+            lines += u"Not a clip, so not copied: %1"_s.arg(placeBeneath(copy.source, file));
+        }
     }
     for (const CopiedFile &file : copy.files) {
         if (file.state != CopyState::readBack) {

@@ -120,7 +120,8 @@ TEST_F(CopyHistoryTest, AnImportLeavesARecordThatNamesTheCard)
     EXPECT_EQ(record.destination, FileUrl(dated()));
     EXPECT_THAT(record.files, SizeIs(2));
     EXPECT_THAT(record.notCopied, ElementsAre(FileUrl(folder / "card/DCIM/photo.jpg"), FileUrl(folder / "card/index")));
-    EXPECT_TRUE(isSafeToErase(record));
+    EXPECT_TRUE(isEachFileProved(record));
+    EXPECT_FALSE(isSafeToErase(record)) << "a photo would go with the card";
 }
 
 TEST_F(CopyHistoryTest, FoldersOfTheCardThatCannotBeReadAreInTheRecord)

@@ -222,6 +222,19 @@ TEST(CopyReport, NamesTheFilesThatStayOnTheCardAndAreNoClips)
     EXPECT_TRUE(note.endsWith(u", 12.JPG and 2 more)."_s));
 }
 
+TEST(CopyReport, HoldsNoCardSafeToEraseThatHasPhotosOnIt)
+{
+    CopyRecord record = provedCard();
+    record.notCopied = {FileUrl("/media/CARD/INDEX.BDM"), FileUrl("/media/CARD/index"), FileUrl("/media/CARD/A.THM")};
+    EXPECT_THAT(Page(copyReport({record}, u"CARD"_s)).verdicts(), ElementsAre(safe)) << "the camera's own files";
+    record.notCopied.emplace_back("/media/CARD/DCIM/1.JPG");
+    const Page page(copyReport({record}, u"CARD"_s));
+    EXPECT_THAT(page.verdicts(),
+                ElementsAre(u"All 2 files were read back and match, but not every file was copied. Look "
+                            u"at the others before you erase the card."_s));
+    EXPECT_THAT(page.missing(), ElementsAre(u"Not a clip, so not copied: DCIM/1.JPG"_s));
+}
+
 TEST(CopyReport, SaysWhyThereIsNoProof)
 {
     CopyRecord record = provedCard();
