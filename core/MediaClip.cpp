@@ -14,7 +14,8 @@ std::vector<QString> MediaClip::bins() const
 
 bool MediaClip::isIn(const QString &bin) const
 {
-    return !bin.isEmpty() && (primaryBin == bin || std::find(extraBins.begin(), extraBins.end(), bin) != extraBins.end());
+    return !bin.isEmpty() &&
+           (primaryBin == bin || std::find(extraBins.begin(), extraBins.end(), bin) != extraBins.end());
 }
 
 std::int64_t MediaClip::durationTicks() const

@@ -165,7 +165,8 @@ VisionClassifier LarkspanApp::localClassifier()
 {
     const auto models = m_models.get();
     if (!models) {
-        QMetaObject::invokeMethod(this, [this, error = models.error()] { reportModels(error); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, error = models.error()] { reportModels(error); }, Qt::QueuedConnection);
     }
     return VisionClassifier(models ? std::make_shared<const ModelRequests>(*models) : nullptr);
 }

@@ -72,7 +72,7 @@ private:
     ModelsOnDemand m_models;
     QTimer m_modelRest;
     QFuture<std::optional<ModelError>> m_missingModel; // looked for in the background, on a disk that may sleep
-    LateValue<QString> m_keyringAnswer; // for the threads of a sort; m_cloudKey is for this one
+    LateValue<QString> m_keyringAnswer;                // for the threads of a sort; m_cloudKey is for this one
     QFuture<QString> m_cloudKey;
     FileChooserPortal m_fileChooser;
     FileRequest m_files;

@@ -51,8 +51,7 @@ protected:
 TEST_F(SidecarsTest, FilesOfTheClipsStemBelongToItWhateverTheCaseOfTheirExtension)
 {
     write({"A.MP4", "A.XML", "A.Thm", "A.srt", "A.LRV", "A.lrf", "A.WAV", "A.sidecar"});
-    EXPECT_THAT(sidecarsOf("A.MP4"),
-                ElementsAre("A.LRV", "A.Thm", "A.WAV", "A.XML", "A.lrf", "A.sidecar", "A.srt"));
+    EXPECT_THAT(sidecarsOf("A.MP4"), ElementsAre("A.LRV", "A.Thm", "A.WAV", "A.XML", "A.lrf", "A.sidecar", "A.srt"));
 }
 
 TEST_F(SidecarsTest, OtherStemsOtherExtensionsFoldersAndHiddenFilesDoNot)
@@ -86,8 +85,8 @@ TEST_F(SidecarsTest, SonysFilesCarryALetterAndANumberBehindTheStem)
 {
     write({"C0001.MP4", "C0001M01.XML", "C0001M02.KLV", "C0001R01.BIM", "C0001S01.SMI", "C0001I01.PPN", //
            "C0001X01.XML", "C0001M1.XML", "C0001M001.XML", "C0001M01.BIM", "M01.XML"});
-    EXPECT_THAT(sidecarsOf("C0001.MP4"), ElementsAre("C0001I01.PPN", "C0001M01.XML", "C0001M02.KLV", "C0001R01.BIM",
-                                                     "C0001S01.SMI"));
+    EXPECT_THAT(sidecarsOf("C0001.MP4"),
+                ElementsAre("C0001I01.PPN", "C0001M01.XML", "C0001M02.KLV", "C0001R01.BIM", "C0001S01.SMI"));
 }
 
 TEST_F(SidecarsTest, SonysThumbnailsAreInTheFolderBesideTheClips)
@@ -129,7 +128,8 @@ TEST_F(SidecarsTest, OfARenamedClipTheyTakeItsNewName)
     EXPECT_THAT(namesBeside("C0001.MP4", "C0001.MP4"), ElementsAre("C0001.THM", "C0001M01.XML"));
     EXPECT_THAT(namesBeside("C0001.MP4", "C0001 2.MP4"), ElementsAre("C0001 2.THM", "C0001 2M01.XML"));
     EXPECT_THAT(namesBeside("GX010001.MP4", "GX010001 2.MP4"), ElementsAre("GL010001 2.LRV"));
-    EXPECT_THAT(namesBeside("GX010001.MP4", "G.MP4"), ElementsAre("GL.LRV")) << "shorter than the letters it differs in";
+    EXPECT_THAT(namesBeside("GX010001.MP4", "G.MP4"), ElementsAre("GL.LRV"))
+        << "shorter than the letters it differs in";
 }
 
 TEST_F(SidecarsTest, UnderTheNewNameTheyAreFoundAgain)
@@ -149,8 +149,14 @@ TEST_F(SidecarsTest, ALinkToAFileIsOneAndABrokenLinkIsNone)
 
 TEST_F(SidecarsTest, NamesOfAnyBytesBelongTogetherAllTheSame)
 {
-    write({"K\xFC" "che.MP4", "K\xFC" "che.XML"});
-    EXPECT_THAT(sidecarsOf("K\xFC" "che.MP4"), ElementsAre("K\xFC" "che.XML"));
+    write({"K\xFC"
+           "che.MP4",
+           "K\xFC"
+           "che.XML"});
+    EXPECT_THAT(sidecarsOf("K\xFC"
+                           "che.MP4"),
+                ElementsAre("K\xFC"
+                            "che.XML"));
 }
 
 TEST_F(SidecarsTest, AClipOfTheWorkingFolderAndOneWithoutAFolderHaveTheirs)

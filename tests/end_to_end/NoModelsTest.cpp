@@ -46,8 +46,7 @@ TEST(WithBrokenModels, TheWindowNamesTheFileOnceASortNeedsIt)
     SortEngine &engine = program.engine();
     engine.sortFolder(FileUrl(folder.path()));
     EXPECT_TRUE(waitUntil([&] { return engine.stage().kind == SortEngine::StageKind::results; }));
-    EXPECT_TRUE(waitUntil([&] {
-        return program.window()->property("classifierProblem").toString().contains(u"objects.onnx"_s);
-    }));
+    EXPECT_TRUE(waitUntil(
+        [&] { return program.window()->property("classifierProblem").toString().contains(u"objects.onnx"_s); }));
     EXPECT_THAT(engine.binCounts(), ElementsAre(BinCount{u"Unsorted"_s, 1}));
 }
