@@ -60,15 +60,17 @@ protected:
     SortSeams copyingSeams(const FileOperations &files)
     {
         auto parts = seams();
-        parts.copyFiles = [&files](const auto &urls, const FileUrl &destination, VerifyLevel verify,
-                                   const ProgressCallback &progress, const std::stop_token &stop,
-                                   const CopyObserver &observer) {
+        parts.copyFiles = [this, &files](const auto &urls, const FileUrl &destination, VerifyLevel verify,
+                                         const ProgressCallback &progress, const std::stop_token &stop,
+                                         const CopyObserver &observer) {
+            const std::stop_callback release(stop, [this] { releaseOnStop(); });
             return MediaImporter::copyFiles(urls, destination, verify, progress, stop, files, observer)
                 .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
         };
-        parts.organizeByBin = [&files](const auto &clips, const FileUrl &root, bool deleteSources, VerifyLevel verify,
-                                       const ProgressCallback &progress, const std::stop_token &stop,
-                                       const CopyObserver &observer) {
+        parts.organizeByBin = [this, &files](const auto &clips, const FileUrl &root, bool deleteSources,
+                                             VerifyLevel verify, const ProgressCallback &progress,
+                                             const std::stop_token &stop, const CopyObserver &observer) {
+            const std::stop_callback release(stop, [this] { releaseOnStop(); });
             return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop, files, observer)
                 .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
         };
@@ -128,7 +130,16 @@ protected:
         return next.unfinishedNote();
     }
 
+    // Lets the file in work go on once its copy is told to stop, and not before.
+    void releaseOnStop()
+    {
+        if (isReleasedOnStop) {
+            gate.open();
+        }
+    }
+
     Gate gate;
+    std::atomic<bool> isReleasedOnStop = false;
     HeldSecondFile held{gate};
     const fs::path shoots = folder / "Shoots";
     const fs::path journal = folder / "data/Unfinished";
@@ -255,8 +266,8 @@ TEST_F(UnfinishedCopyFlowTest, AFailureAfterTheStopIsNoReasonToSayNothing)
 TEST_F(UnfinishedCopyFlowTest, AnEngineThatGoesMarksTheFolderAndTheNextOneSaysWhyUntilItIsDismissed)
 {
     {
-        const auto engine = importingEngine();
-        gate.open(); // the file in work ends while the engine waits for it
+        isReleasedOnStop = true;
+        const auto engine = importingEngine(); // waits, as it goes, for the file in work
     }
     EXPECT_THAT(namesInShoots(marked), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
     EXPECT_EQ(nextNote(), cardNoteOf(marked));
@@ -344,8 +355,8 @@ TEST_F(UnfinishedCopyFlowTest, AnExportThatIsStoppedBehindItsLastClipIsComplete)
 TEST_F(UnfinishedCopyFlowTest, AnEngineThatGoesDuringAnExportLeavesItToTheNextOneToSay)
 {
     {
+        isReleasedOnStop = true;
         const auto engine = exportingEngine(FileHandling::copy);
-        gate.open();
     }
     EXPECT_EQ(nextNote(), u"The copy of DCIM into folders was stopped: “pool 3.mov” wasn't copied. Your originals are "
                           u"untouched."_s);
