@@ -9,7 +9,7 @@ ModelsOnDemand::Loaded ModelsOnDemand::get()
     const std::lock_guard lock(m_mutex);
     m_kept = m_used.lock();
     if (!m_kept) {
-        const Loaded loaded = m_load();
+        Loaded loaded = m_load();
         if (!loaded) {
             return loaded;
         }

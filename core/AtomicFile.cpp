@@ -2,8 +2,10 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <ranges>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -82,21 +84,18 @@ void syncFolder(const std::filesystem::path &folder)
 tl::expected<void, std::error_code> makeLastingFolders(const std::filesystem::path &folder)
 {
     std::error_code error;
-    const std::filesystem::path above = folder.has_parent_path() ? folder.parent_path() : ".";
-    if (std::filesystem::is_directory(folder, error)) {
-        return {};
+    std::vector<std::filesystem::path> missing; // the deepest first
+    for (auto next = folder; !next.empty() && !std::filesystem::is_directory(next, error); next = next.parent_path()) {
+        missing.push_back(next);
     }
-    if (above != folder) {
-        if (auto made = makeLastingFolders(above); !made) {
-            return made;
+    for (const std::filesystem::path &next : missing | std::views::reverse) {
+        error.clear();
+        std::filesystem::create_directory(next, error);
+        if (error) {
+            return failed(error);
         }
+        syncFolder(next.parent_path());
     }
-    error.clear();
-    std::filesystem::create_directory(folder, error);
-    if (error) {
-        return failed(error);
-    }
-    syncFolder(above);
     return {};
 }
 
