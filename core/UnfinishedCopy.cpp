@@ -57,7 +57,7 @@ ClipFiles clipFilesOf(const QJsonObject &object)
         return FileUrl::fromStoredPath(text.toString()).value_or(FileUrl("/"));
     };
     ClipFiles clip{path(object[u"file"]), {}};
-    for (const QJsonValue &entry : object[u"sidecars"].toArray()) {
+    for (const QJsonValue entry : object[u"sidecars"].toArray()) {
         const QJsonArray parts = entry.toArray();
         clip.sidecars.push_back(
             {path(parts[0]), path(parts[1]).path().native().substr(1), path(parts[2]).path().native().substr(1)});
@@ -96,7 +96,7 @@ std::optional<UnfinishedCopy> unfinishedCopyOf(const QByteArray &json)
                         .folder = *folder,
                         .end = *end,
                         .failure = object[u"failure"].toString()};
-    for (const QJsonValue &file : object[u"files"].toArray()) {
+    for (const QJsonValue file : object[u"files"].toArray()) {
         copy.files.push_back(clipFilesOf(file.toObject()));
     }
     return copy;

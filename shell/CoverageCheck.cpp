@@ -124,7 +124,8 @@ void CoverageCheck::followEngine()
 {
     if (!isAvailable()) {
         close();
-    } else if (m_isShown) {
+    }
+    if (m_isShown) {
         compare();
     }
     Q_EMIT availableChanged();
