@@ -95,7 +95,7 @@ FocusScope {
 
     Accessible.role: Accessible.Dialog
     Accessible.name: title
-    Accessible.description: [body, needsFolder ? "" : verification.note, endsCopy ? warning : ""].filter(text => text !== "").join(" ")
+    Accessible.description: body + (needsFolder ? "" : " " + verification.note) + (endsCopy ? " " + warning : "")
 
     LKModalPanel {
         anchors.fill: parent
