@@ -10,7 +10,7 @@
 
 namespace larkspan::bench {
 
-// What this process holds at this moment.
+// Resources that this process holds at this moment.
 struct Footprint
 {
     double megabytes = 0.0; // resident

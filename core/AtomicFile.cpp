@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <QtCore/QFile>
 #include <QtCore/QUuid>
 
 namespace larkspan {
@@ -97,6 +98,16 @@ tl::expected<void, std::error_code> makeLastingFolders(const std::filesystem::pa
         syncFolder(next.parent_path());
     }
     return {};
+}
+
+QByteArray contentOf(const std::filesystem::path &file, std::uintmax_t most)
+{
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error) || std::filesystem::file_size(file, error) > most) {
+        return {};
+    }
+    QFile stream(QFile::decodeName(file.c_str()));
+    return stream.open(QIODevice::ReadOnly) ? stream.readAll() : QByteArray();
 }
 
 } // namespace larkspan

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string_view>
 
+#include <QtCore/QByteArray>
 #include <tl/expected.hpp>
 
 namespace larkspan {
@@ -19,5 +21,9 @@ void syncFolder(const std::filesystem::path &folder);
 // Makes a folder and those above it where they are missing, each lastingly so: a file in a folder whose own name was
 // never synced goes with it when the power does.
 [[nodiscard]] tl::expected<void, std::error_code> makeLastingFolders(const std::filesystem::path &folder);
+
+// The whole of a file. Empty if it can't be read, is no regular file (opening a pipe would wait for a writer), or has
+// more bytes than this.
+[[nodiscard]] QByteArray contentOf(const std::filesystem::path &file, std::uintmax_t most);
 
 } // namespace larkspan

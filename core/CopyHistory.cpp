@@ -1,8 +1,8 @@
 #include "core/CopyHistory.h"
 
 #include "core/AtomicFile.h"
-#include "core/DocumentsFolder.h"
 #include "core/SortSeams.h"
+#include "core/UserFolders.h"
 
 namespace larkspan {
 

@@ -5,12 +5,12 @@
 #include <utility>
 
 #include <QtCore/QDateTime>
-#include <QtCore/QStandardPaths>
 #include <QtCore/QUuid>
 #include <sys/file.h>
 #include <unistd.h>
 
 #include "core/AtomicFile.h"
+#include "core/UserFolders.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -58,8 +58,7 @@ std::set<fs::path> journalsIn(const fs::path &folder)
 
 std::filesystem::path CopyJournal::defaultFolder()
 {
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return data.isEmpty() ? fs::path() : fs::path(QFile::encodeName(data).toStdString()) / "Larkspan" / "Unfinished";
+    return dataFolder("Unfinished");
 }
 
 CopyJournal::Entry CopyJournal::begin(const UnfinishedCopy &copy) const
@@ -68,8 +67,7 @@ CopyJournal::Entry CopyJournal::begin(const UnfinishedCopy &copy) const
     if (keepsNothing()) {
         return entry;
     }
-    std::error_code error;
-    fs::create_directories(m_folder, error);
+    [[maybe_unused]] const auto made = makeLastingFolders(m_folder); // without it the journal can't be opened
     const std::string name = newName();
     const fs::path temporary = m_folder / ("." + name + ".tmp");
     const fs::path file = m_folder / (name + ".json");
@@ -82,8 +80,10 @@ CopyJournal::Entry CopyJournal::begin(const UnfinishedCopy &copy) const
         journal->remove();
         return entry;
     }
+    std::error_code error;
     fs::rename(temporary, file, error);
     if (!error) {
+        syncFolder(m_folder);
         entry.m_file = file;
         entry.m_lock = std::move(journal);
     }

@@ -10,9 +10,9 @@
 
 namespace larkspan {
 
-// Which copies are under way and which ended early, kept in a folder of small files so that the next start of the
-// program can tell. A copy under way holds a lock on its file: one that nobody holds any more belongs to a program that
-// was killed. Failures are swallowed. Any thread; several programs may share the folder.
+// The copies that are under way and those that ended early, kept in a folder of small files so that the next start of
+// the program can tell. A copy under way holds a lock on its file: one that nobody holds any more belongs to a program
+// that was killed. Failures are swallowed. Any thread; several programs may share the folder.
 class CopyJournal
 {
 public:

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <array>
 
-#include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QStandardPaths>
 
 #include "core/AtomicFile.h"
+#include "core/UserFolders.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -190,8 +189,7 @@ std::optional<std::vector<CopyRecord>> decodeCopies(const QByteArray &json)
 
 fs::path CopyLog::defaultFolder()
 {
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return data.isEmpty() ? fs::path() : fs::path(QFile::encodeName(data).toStdString()) / "Larkspan" / "Copies";
+    return dataFolder("Copies");
 }
 
 fs::path CopyLog::fileOf(const QString &id) const
@@ -206,21 +204,14 @@ void CopyLog::save(const QString &id, const CopyRecord &record) const
     }
     std::vector<CopyRecord> records = load(id);
     supersede(records, record);
-    std::error_code ignored; // without the folder the write fails as well
-    fs::create_directories(m_folder, ignored);
+    [[maybe_unused]] const auto made = makeLastingFolders(m_folder); // without it the write fails as well
     [[maybe_unused]] const auto written = writeFileAtomically(fileOf(id), encodeCopies(records).toStdString());
 }
 
 std::vector<CopyRecord> CopyLog::load(const QString &id) const
 {
-    std::error_code error;
-    // Looked at first, since opening a pipe in this place would wait for a writer.
-    if (m_folder.empty() || !fs::is_regular_file(fileOf(id), error) || fs::file_size(fileOf(id), error) > longestFile) {
-        return {};
-    }
-    QFile file(QFile::decodeName(fileOf(id).c_str()));
-    return file.open(QIODevice::ReadOnly) ? decodeCopies(file.readAll()).value_or(std::vector<CopyRecord>())
-                                          : std::vector<CopyRecord>();
+    return m_folder.empty() ? std::vector<CopyRecord>()
+                            : decodeCopies(contentOf(fileOf(id), longestFile)).value_or(std::vector<CopyRecord>());
 }
 
 } // namespace larkspan

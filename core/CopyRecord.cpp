@@ -41,7 +41,7 @@ void relocate(CopyRecord &record, const FileUrl &destination)
 
 bool wouldBeMissed(const FileUrl &file)
 {
-    // Indexes, logs, previews and descriptions, by the cameras' manuals.
+    // Indexes, logs, previews and descriptions. Anything else counts as missed: a warning too many costs no photo.
     static const std::set<QString> camerasOwn{
         u""_s,    u"bdm"_s, u"bim"_s, u"bin"_s, u"bnp"_s, u"bup"_s, u"cpf"_s, u"cpi"_s, u"ctg"_s,
         u"dat"_s, u"db"_s,  u"dsc"_s, u"idx"_s, u"ifo"_s, u"ind"_s, u"inp"_s, u"int"_s, u"log"_s,

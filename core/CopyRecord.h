@@ -67,11 +67,11 @@ struct CopyRecord
 [[nodiscard]] std::int64_t copiedBytes(const CopyRecord &record);
 // The record of copies whose folder was renamed.
 void relocate(CopyRecord &record, const FileUrl &destination);
-// Whether somebody may want a file that was left on a card. False for what a camera writes for itself.
+// True for a file left on a card that somebody may want. False for what a camera writes for itself.
 [[nodiscard]] bool wouldBeMissed(const FileUrl &file);
-// Whether every file of the run was read back and is equal, and no clip can have been missed.
+// True if every file of the run was read back and is equal, and no clip can have been missed.
 [[nodiscard]] bool isEachFileProved(const CopyRecord &record);
-// Whether, besides, nothing else would be lost with the source, such as the photos on a card.
+// True if, besides, nothing else would be lost with the source, such as the photos on a card.
 [[nodiscard]] bool isSafeToErase(const CopyRecord &record);
 
 // A file is first copied and then, where bytes are compared, verified.

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include <QtCore/QFile>
-#include <QtCore/QStandardPaths>
 
 #include "core/Handover.h"
+#include "core/UserFolders.h"
 
 namespace larkspan {
 
@@ -21,9 +21,7 @@ ProjectCache::~ProjectCache()
 
 std::filesystem::path ProjectCache::defaultFolder()
 {
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return data.isEmpty() ? std::filesystem::path()
-                          : std::filesystem::path(QFile::encodeName(data).toStdString()) / "Larkspan" / "Projects";
+    return dataFolder("Projects");
 }
 
 const std::vector<ProjectSummary> &ProjectCache::save(CachedProject project)

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <QtCore/QFile>
-
 #include "core/AtomicFile.h"
 #include "core/ProjectJson.h"
 
@@ -23,17 +21,6 @@ bool isProjectID(const QString &id)
            std::ranges::all_of(id, [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); });
 }
 
-QByteArray contentOf(const fs::path &path)
-{
-    std::error_code error;
-    // Looked at first, since opening a pipe in this place would wait for a writer.
-    if (!fs::is_regular_file(path, error) || fs::file_size(path, error) > longestFile) {
-        return {};
-    }
-    QFile file(QFile::decodeName(path.c_str()));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 void dropFrom(std::vector<ProjectSummary> &projects, const QString &id)
 {
     std::erase_if(projects, [&id](const ProjectSummary &project) { return project.id == id; });
@@ -51,7 +38,8 @@ std::vector<ProjectSummary> ProjectFiles::loadIndex() const
     if (keepsNothing()) {
         return {};
     }
-    auto projects = decodeProjectIndex(contentOf(m_folder / "index.json")).value_or(std::vector<ProjectSummary>());
+    auto projects =
+        decodeProjectIndex(contentOf(m_folder / "index.json", longestFile)).value_or(std::vector<ProjectSummary>());
     sortByDate(projects);
     return projects;
 }
@@ -59,7 +47,7 @@ std::vector<ProjectSummary> ProjectFiles::loadIndex() const
 std::optional<CachedProject> ProjectFiles::load(const QString &id) const
 {
     const auto file = fileOf(id);
-    return file ? decodeProject(contentOf(*file)) : std::nullopt;
+    return file ? decodeProject(contentOf(*file, longestFile)) : std::nullopt;
 }
 
 void ProjectFiles::save(const CachedProject &project) const

@@ -3,11 +3,13 @@
 #include "core/SortEngine.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 
 #include "core/AtomicFile.h"
 #include "core/Diagnostics.h"
-#include "core/DocumentsFolder.h"
 #include "core/RoomSplitting.h"
+#include "core/UserFolders.h"
 
 namespace larkspan {
 
@@ -171,9 +173,11 @@ std::vector<ClipToOrganize> SortEngine::toOrganize(const Export &work) const
 
 std::vector<CopiedFile> SortEngine::notOrganized(const Export &work, std::span<const ClipToOrganize> organized)
 {
+    std::set<QUuid> ids;
+    std::ranges::transform(organized, std::inserter(ids, ids.end()), &ClipToOrganize::id);
     std::vector<CopiedFile> files;
     for (const ClipPtr &clip : work.clips) {
-        if (std::ranges::find(organized, clip->id, &ClipToOrganize::id) == organized.end()) {
+        if (!ids.contains(clip->id)) {
             files.push_back({.source = clip->url, .destination = clip->foundURL, .state = CopyState::alreadyThere});
         }
     }

@@ -2,6 +2,9 @@
 #include "core/SortEngine.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
 
 #include "core/RoomLabel.h"
 
@@ -138,10 +141,18 @@ std::vector<EditHistory::Change> SortEngine::recorded(const std::vector<ClipPtr>
 void SortEngine::refile(const EditHistory::Filings &filings)
 {
     const std::vector<ClipPtr> shownBefore = clipsInBin(m_selectedBin.value_or(QString()));
+    std::map<QUuid, ClipPtr> clips; // Confirm All may have changed every one
+    std::ranges::transform(filings, std::inserter(clips, clips.end()),
+                           [](const auto &filing) { return std::pair(filing.first, ClipPtr()); });
+    for (const ClipPtr &clip : m_clips) {
+        if (const auto wanted = clips.find(clip->id); wanted != clips.end()) {
+            wanted->second = clip;
+        }
+    }
     std::vector<ClipPtr> refiled;
     bool isReviewJoined = false;
     for (const auto &[id, filing] : filings) {
-        const ClipPtr clip = clipOf(id);
+        const ClipPtr &clip = clips.at(id);
         isReviewJoined |= filing.needsReview && !clip->needsReview;
         clip->primaryBin = filing.primaryBin;
         clip->extraBins = filing.extraBins;
@@ -161,8 +172,9 @@ void SortEngine::refile(const EditHistory::Filings &filings)
 void SortEngine::showRefiled(const std::vector<ClipPtr> &refiled, const std::vector<ClipPtr> &shownBefore,
                              bool isReviewJoined)
 {
+    const std::set<ClipPtr> changed(refiled.begin(), refiled.end());
     const auto holdsOne = [&](const std::vector<ClipPtr> &clips) {
-        return std::ranges::find_first_of(clips, refiled) != clips.end();
+        return std::ranges::any_of(clips, [&](const ClipPtr &clip) { return changed.contains(clip); });
     };
     const std::vector<ClipPtr> shown = clipsInBin(m_selectedBin.value_or(QString()));
     if (isReviewJoined) {

@@ -113,9 +113,9 @@ struct SortSeams
     SettingsStore *settings = nullptr;
     // Where sorted shoots are kept; outlives the engine. Without one none is.
     ProjectCache *projects = nullptr;
-    // Where records of copies are kept; outlives the engine. Without one they last as long as their shoot is on show.
+    // Keeps the records of copies; outlives the engine. Without one they last as long as their shoot is on show.
     const CopyLog *copyLog = nullptr;
-    // Where it is kept which copies are under way and which ended early; nowhere if empty.
+    // Folder of the journal of copies that are under way or ended early; nothing is kept if empty.
     std::filesystem::path copyJournal;
 };
 

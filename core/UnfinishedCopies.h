@@ -27,7 +27,7 @@ public:
                                                             FolderName name) const;
     // The same of an export; left out is what is in copy.files.
     [[nodiscard]] static std::optional<CopyJournal::Kept> stopExport(CopyJournal::Entry &entry, UnfinishedCopy copy);
-    // What earlier runs of the program left behind. Any thread.
+    // The copies that earlier runs of the program left behind. Any thread.
     [[nodiscard]] std::vector<CopyJournal::Kept> leftBehind() const;
 
     // On the main thread.

@@ -138,7 +138,7 @@ QString verdictOf(const CopyRecord &copy)
                                      copy.kind == CopyKind::card ? u"card"_s : u"folder"_s);
 }
 
-// What keeps the source from being safe to erase, one thing a line.
+// The reasons that the source is not safe to erase, one a line.
 QStringList missingFrom(const CopyRecord &copy)
 {
     QStringList lines;

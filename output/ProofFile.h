@@ -12,7 +12,7 @@ namespace larkspan {
 // Name of the file with the digests of a folder's files, in the form that sha256sum writes and checks.
 inline constexpr const char *proofFileName = "SHA256SUMS";
 
-// What a run knows of one file beneath the folder of the proof.
+// The knowledge of a run about one file beneath the folder of the proof.
 struct ProofEntry
 {
     std::filesystem::path file; // from that folder

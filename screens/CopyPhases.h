@@ -6,8 +6,8 @@
 
 namespace larkspan {
 
-// What the screens say of a running copy: how far each of its two phases is, how fast, and how long it will take. Texts
-// without a figure are a dash.
+// The lines that the screens show of a running copy: how far each of its two phases is, how fast, and how long it will
+// take. Texts without a figure are a dash.
 class CopyPhases : public larkspan::EngineObject
 {
     Q_OBJECT

@@ -6,7 +6,7 @@
 
 namespace larkspan {
 
-// Whether copies are compared byte for byte, as a switch, and what is to be said of it.
+// The switch for comparing copies byte for byte, and the text that says how it stands.
 class Verification : public larkspan::EngineObject
 {
     Q_OBJECT

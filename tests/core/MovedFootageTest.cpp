@@ -40,6 +40,17 @@ protected:
         return found;
     }
 
+    // The same, with a search for footage that waits at the gate.
+    SortSeams searchingSeams(Gate &gate)
+    {
+        auto parts = movingSeams();
+        parts.placesInBin = [&gate](const FileUrl &clip, const FileUrl &root, const QString &bin) {
+            gate.pass();
+            return places(clip, root, bin);
+        };
+        return parts;
+    }
+
     SortSeams movingSeams()
     {
         auto parts = seams();
@@ -216,12 +227,7 @@ TEST_F(MovedFootageTest, AnExportThatIsAskedForBeforeItWasFoundWaitsForTheSearch
     (void)folder.write("kitchen 1.mov", "1");
     sortThenMove({{"kitchen 1.mov", "Kitchen/kitchen 1.mov"}});
     Gate gate;
-    auto parts = movingSeams();
-    parts.placesInBin = [&](const FileUrl &clip, const FileUrl &root, const QString &bin) {
-        gate.pass();
-        return places(clip, root, bin);
-    };
-    SortEngine engine(parts);
+    SortEngine engine(searchingSeams(gate));
     engine.openProject(id);
     gate.awaitArrival();
     engine.exportEvent();
@@ -238,12 +244,7 @@ TEST_F(MovedFootageTest, AnExportThatWaitsForTheSearchIsForgottenWithItsShoot)
     (void)folder.write("kitchen 1.mov", "1");
     sortThenMove({{"kitchen 1.mov", "Kitchen/kitchen 1.mov"}});
     Gate gate;
-    auto parts = movingSeams();
-    parts.placesInBin = [&](const FileUrl &clip, const FileUrl &root, const QString &bin) {
-        gate.pass();
-        return places(clip, root, bin);
-    };
-    SortEngine engine(parts);
+    SortEngine engine(searchingSeams(gate));
     engine.openProject(id);
     gate.awaitArrival();
     engine.exportEvent();

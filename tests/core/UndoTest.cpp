@@ -1,4 +1,4 @@
-// What undoing and redoing does to a shoot.
+// Undoing and redoing in a shoot.
 #include <array>
 #include <random>
 

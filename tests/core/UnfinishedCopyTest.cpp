@@ -80,7 +80,7 @@ protected:
     // Begins a copy of which nothing more is heard, as of a killed program.
     void dieDuring(const UnfinishedCopy &copy) const { (void)CopyJournal(journal).begin(copy); }
 
-    // What the next start says, dismissed or not.
+    // The note of the next start, dismissed or not.
     QString nextNote() const
     {
         auto next = copies();

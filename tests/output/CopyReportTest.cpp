@@ -81,7 +81,7 @@ public:
 
     std::vector<QString> verdicts() const { return texts("//p[contains(@class, 'verdict')]"); }
     std::vector<QString> missing() const { return texts("//ul[@class='missing']/li"); }
-    // What stands beside a label.
+    // The value beside a label.
     QString fact(const QString &label) const
     {
         const auto found = texts(u"//dt[text()='%1']/following-sibling::dd[1]"_s.arg(label).toUtf8().constData());

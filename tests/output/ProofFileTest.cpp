@@ -29,7 +29,7 @@ fs::path proofIn(const fs::path &folder)
     return folder / proofFileName;
 }
 
-// Whether sha256sum finds every line of the folder's proof in order, and every file that it names as it says.
+// Returns true if sha256sum finds every line of the folder's proof in order, and every file as its line says.
 bool isConfirmed(const fs::path &folder)
 {
     const std::string command =

@@ -122,7 +122,7 @@ protected:
 
     std::vector<std::string> namesInShoots(const fs::path &name) const { return namesBeneath(shoots / name); }
 
-    // What a program that is started now has to say.
+    // The note of a program that is started now.
     QString nextNote()
     {
         SortEngine next(copyingSeams());

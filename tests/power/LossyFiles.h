@@ -67,7 +67,7 @@ public:
     void resize(Number file, std::size_t size);
     void sync(Number number);
 
-    // What a power cut at this moment leaves. seed: of chance.
+    // The remains of a power cut at this moment. seed: of chance.
     DiskContent left(Survival survival, unsigned seed) const;
 
 private:

@@ -1,4 +1,4 @@
-#include "core/DocumentsFolder.h"
+#include "core/UserFolders.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -14,6 +14,13 @@ std::optional<FileUrl> documentsFolder()
     }
     QDir().mkpath(folder); // a desktop may name a folder that nobody made yet
     return FileUrl(QFile::encodeName(folder).toStdString());
+}
+
+std::filesystem::path dataFolder(const char *name)
+{
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return data.isEmpty() ? std::filesystem::path()
+                          : std::filesystem::path(QFile::encodeName(data).toStdString()) / "Larkspan" / name;
 }
 
 } // namespace larkspan
