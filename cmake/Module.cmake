@@ -35,11 +35,20 @@ endfunction()
 # larkspan_qml_module(NAME URI SOURCES … QML … [IMPORTS …] LINKS …): the static library and QML module of one folder.
 # Whoever shows its views links larkspan_NAMEplugin as well and imports that with Q_IMPORT_QML_PLUGIN.
 # Headers are among the SOURCES: the types that QML sees are collected from them.
+# Files may be in subfolders. The module is flat all the same: its types find each other without an import, and a file's
+# address is qrc:/qt/qml/URI/FILE.qml wherever it is.
 function(larkspan_qml_module name uri)
   cmake_parse_arguments(arg "" "" "SOURCES;QML;IMPORTS;LINKS" ${ARGN})
   larkspan_module(${name} QOBJECTS SOURCES ${arg_SOURCES} LINKS ${arg_LINKS})
   # The generated registration includes headers by their bare names.
-  target_include_directories(larkspan_${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+  foreach(source IN LISTS arg_SOURCES)
+    cmake_path(GET source PARENT_PATH subfolder)
+    target_include_directories(larkspan_${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${subfolder}")
+  endforeach()
+  foreach(file IN LISTS arg_QML)
+    cmake_path(GET file FILENAME bare_name)
+    set_source_files_properties(${file} PROPERTIES QT_RESOURCE_ALIAS ${bare_name})
+  endforeach()
   string(REPLACE "." "/" folder ${uri})
   # Compiled QML is for the program that ships; a debug build has no use for the minutes that it takes.
   set(cache "")

@@ -36,7 +36,7 @@ QStringList Gallery::symbols()
 
 QUrl Gallery::urlOf(const QString &page)
 {
-    return QUrl(u"qrc:/qt/qml/Larkspan/Gallery/pages/%1Page.qml"_s.arg(page));
+    return QUrl(u"qrc:/qt/qml/Larkspan/Gallery/%1Page.qml"_s.arg(page));
 }
 
 void Gallery::show(const GalleryOptions &options)
