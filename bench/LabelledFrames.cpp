@@ -9,8 +9,8 @@
 
 #include <QtCore/QJsonDocument>
 
-#include "classify/ModelRequests.h"
-#include "classify/VisionClassifier.h"
+#include "classify/vision/ModelRequests.h"
+#include "classify/vision/VisionClassifier.h"
 #include "core/BinRules.h"
 
 namespace larkspan::bench {

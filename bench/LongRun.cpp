@@ -6,8 +6,8 @@
 
 #include <unistd.h>
 
-#include "classify/ClipProbe.h"
-#include "classify/FrameSampler.h"
+#include "classify/media/ClipProbe.h"
+#include "classify/media/FrameSampler.h"
 #include "output/FCPXMLWriter.h"
 #include "output/MediaImporter.h"
 #include "output/PlacesInBin.h"

@@ -12,12 +12,12 @@
 #include <QtCore/QJsonObject>
 #include <QtNetwork/QTcpServer>
 
-#include "classify/ClipProbe.h"
-#include "classify/CloudClassifier.h"
-#include "classify/FrameSampler.h"
-#include "classify/HttpClient.h"
-#include "classify/ModelRequests.h"
-#include "classify/VisionClassifier.h"
+#include "classify/cloud/CloudClassifier.h"
+#include "classify/cloud/HttpClient.h"
+#include "classify/media/ClipProbe.h"
+#include "classify/media/FrameSampler.h"
+#include "classify/vision/ModelRequests.h"
+#include "classify/vision/VisionClassifier.h"
 #include "core/SortEngine.h"
 #include "tests/support/HttpServer.h"
 

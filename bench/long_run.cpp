@@ -11,8 +11,8 @@
 #include <QtCore/QJsonObject>
 
 #include "bench/LongRun.h"
-#include "classify/ModelRequests.h"
-#include "classify/VisionClassifier.h"
+#include "classify/vision/ModelRequests.h"
+#include "classify/vision/VisionClassifier.h"
 
 using namespace larkspan;
 using namespace larkspan::bench;

@@ -13,8 +13,8 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
 
-#include "classify/ClipProbe.h"
-#include "classify/FrameSampler.h"
+#include "classify/media/ClipProbe.h"
+#include "classify/media/FrameSampler.h"
 
 using namespace larkspan;
 using namespace Qt::Literals::StringLiterals;

@@ -15,10 +15,10 @@
 #include <QtCore/QJsonObject>
 
 #include "bench/Accuracy.h"
-#include "classify/ClipProbe.h"
-#include "classify/FrameSampler.h"
-#include "classify/ModelRequests.h"
-#include "classify/VisionClassifier.h"
+#include "classify/media/ClipProbe.h"
+#include "classify/media/FrameSampler.h"
+#include "classify/vision/ModelRequests.h"
+#include "classify/vision/VisionClassifier.h"
 #include "core/AtomicFile.h"
 #include "core/SortEngine.h"
 #include "output/FCPXMLWriter.h"

@@ -10,7 +10,7 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
-#include "classify/ModelRequests.h"
+#include "classify/vision/ModelRequests.h"
 
 using namespace larkspan;
 

@@ -11,7 +11,7 @@
 #include <QtCore/QVariant>
 #include <QtQml/qqmlregistration.h>
 
-#include "classify/ClipProbe.h"
+#include "classify/media/ClipProbe.h"
 #include "core/HandoffFormat.h"
 #include "core/SortEngine.h"
 #include "output/MediaPaths.h"

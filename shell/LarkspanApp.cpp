@@ -7,13 +7,13 @@
 #include <QtQml/QQmlExtensionPlugin>
 #include <QtQuick/QQuickWindow>
 
-#include "classify/ClipProbe.h"
-#include "classify/CloudClassifier.h"
-#include "classify/CloudKey.h"
-#include "classify/FrameSampler.h"
-#include "classify/HttpClient.h"
-#include "classify/ModelRequests.h"
-#include "classify/VisionClassifier.h"
+#include "classify/cloud/CloudClassifier.h"
+#include "classify/cloud/CloudKey.h"
+#include "classify/cloud/HttpClient.h"
+#include "classify/media/ClipProbe.h"
+#include "classify/media/FrameSampler.h"
+#include "classify/vision/ModelRequests.h"
+#include "classify/vision/VisionClassifier.h"
 #include "design/LK.h"
 #include "design/LKAccessible.h"
 #include "output/CopyReport.h"

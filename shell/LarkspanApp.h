@@ -8,8 +8,8 @@
 #include <QtCore/QFuture>
 #include <QtCore/QTimer>
 
-#include "classify/ModelsOnDemand.h"
-#include "classify/VisionClassifier.h"
+#include "classify/vision/ModelsOnDemand.h"
+#include "classify/vision/VisionClassifier.h"
 #include "core/LateValue.h"
 #include "core/SortEngine.h"
 #include "design/SystemMotion.h"

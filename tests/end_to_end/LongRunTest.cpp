@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "bench/LongRun.h"
-#include "classify/VisionClassifier.h"
+#include "classify/vision/VisionClassifier.h"
 #include "tests/support/WaitUntil.h"
 
 using namespace larkspan;

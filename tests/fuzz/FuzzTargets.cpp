@@ -16,11 +16,11 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
-#include "classify/ClipProbe.h"
-#include "classify/CloudVerdict.h"
-#include "classify/FrameSampler.h"
-#include "classify/PictureTensor.h"
-#include "classify/RoomHead.h"
+#include "classify/cloud/CloudVerdict.h"
+#include "classify/media/ClipProbe.h"
+#include "classify/media/FrameSampler.h"
+#include "classify/vision/PictureTensor.h"
+#include "classify/vision/RoomHead.h"
 #include "core/ProjectJson.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -267,9 +267,10 @@ def output_of(command):
     return done.stdout
 
 
-def test_programs(build, folder):
-    """Names of the tests with a folder's label that are programs of ours, as their targets are."""
-    tests = json.loads(output_of(["ctest", "--test-dir", str(build), "-L", f"^{folder}$", "--show-only=json-v1"]))
+def test_programs(build, file):
+    """Names of the tests of a file's library that are programs of ours, as their targets are. Labels are library names."""
+    folders = "|".join(map(re.escape, file.parent.parts))
+    tests = json.loads(output_of(["ctest", "--test-dir", str(build), "-L", f"^({folders})$", "--show-only=json-v1"]))
     targets = output_of(["ninja", "-C", str(build), "-t", "targets", "all"])
     names = [test["name"] for test in tests["tests"]]
     return [name for name in names if re.search(rf"^{re.escape(name)}: ", targets, re.M)]
@@ -553,7 +554,7 @@ def main():
             results.forget({"survived"})
         left = [mutant for mutant in mutants if mutant.key() not in results.outcomes]
         if left:
-            names = arguments.target or test_programs(arguments.build, file.parts[0])
+            names = arguments.target or test_programs(arguments.build, file)
             output_of(["cmake", "--build", str(arguments.build), "-j2", "--target", *names])
             for name in set(names) - set(programs):
                 programs[name] = TestProgram(arguments.build, name, arguments.filter)

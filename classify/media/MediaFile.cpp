@@ -1,0 +1,240 @@
+#include "classify/media/MediaFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <mutex>
+#include <span>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+extern "C" {
+#include <libavformat/avformat.h>
+#include <libavutil/avstring.h>
+#include <libavutil/mem.h>
+#include <libavutil/opt.h>
+}
+
+namespace larkspan {
+
+namespace {
+
+constexpr int bufferSize = 32 * 1024;
+
+// Containers of cameras. Playlists and the like, which open other files or the network, are not among them.
+constexpr char knownFormats[] = "mov,mp4,m4a,3gp,3g2,mj2,matroska,webm,mpegts,mpeg,mpegvideo,avi,mxf,mxf_opatom,asf,"
+                                "dv,gxf,flv,ogg,h264,hevc,m4v,mjpeg";
+
+int openRegularFile(const char *path)
+{
+    // Not blocking: a named pipe must answer at once, too.
+    const int descriptor = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (descriptor < 0) {
+        return -1;
+    }
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
+// More than an index or a plane of a picture ever takes; a header of a few bytes may ask for gigabytes.
+constexpr std::size_t largestBlock = 256 << 20;
+
+// For the whole process: FFmpeg knows no narrower place for these.
+void tameFFmpegOnce()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        av_log_set_level(AV_LOG_QUIET);
+        av_max_alloc(largestBlock);
+    });
+}
+
+int refuseOtherFiles(AVFormatContext *, AVIOContext **, const char *, int, AVDictionary **)
+{
+    return AVERROR(EACCES);
+}
+
+// The header of a movie file tells all that is needed; other containers need a look at their first packets.
+bool headerSuffices(const MediaFile &file)
+{
+    const AVStream *video = file.video();
+    return file.isFormat("mov") && (video == nullptr || (video->codecpar->width > 0 && video->codecpar->height > 0));
+}
+
+} // namespace
+
+MediaFile::MediaFile(int descriptor, const MediaLimits &limits)
+    : m_descriptor(descriptor)
+    , m_limits(limits)
+    , m_deadline(std::chrono::steady_clock::now() + limits.time)
+{}
+
+MediaFile::~MediaFile()
+{
+    avformat_close_input(&m_format);
+    if (m_io != nullptr) {
+        av_freep(&m_io->buffer);
+        avio_context_free(&m_io);
+    }
+    ::close(m_descriptor);
+}
+
+std::unique_ptr<MediaFile> MediaFile::open(const FileUrl &url, Purpose purpose, const MediaLimits &limits)
+{
+    tameFFmpegOnce();
+    const int descriptor = openRegularFile(url.path().c_str());
+    if (descriptor < 0) {
+        return nullptr;
+    }
+    std::unique_ptr<MediaFile> file(new MediaFile(descriptor, limits));
+    return file->openFormat(purpose) ? std::move(file) : nullptr;
+}
+
+bool MediaFile::openFormat(Purpose purpose)
+{
+    auto *buffer = static_cast<unsigned char *>(av_malloc(bufferSize));
+    m_format = avformat_alloc_context();
+    if (buffer == nullptr || m_format == nullptr) {
+        av_free(buffer);
+        return false;
+    }
+    m_io = avio_alloc_context(
+        buffer, bufferSize, 0, this,
+        [](void *self, std::uint8_t *to, int size) { return static_cast<MediaFile *>(self)->read(to, size); }, nullptr,
+        [](void *self, std::int64_t offset, int whence) {
+            return static_cast<MediaFile *>(self)->seek(offset, whence);
+        });
+    if (m_io == nullptr) {
+        av_free(buffer);
+        return false;
+    }
+    m_format->pb = m_io;
+    m_format->flags |= AVFMT_FLAG_CUSTOM_IO;
+    m_format->io_open = refuseOtherFiles;
+    m_format->interrupt_callback = {
+        [](void *self) { return static_cast<const MediaFile *>(self)->limitsReached() ? 1 : 0; }, this};
+    av_opt_set(m_format, "format_whitelist", knownFormats, 0);
+
+    AVDictionary *options = nullptr;
+    av_dict_set(&options, "ignore_chapters", "1", 0);
+    if (purpose == Purpose::Probe) {
+        // Edit lists rewrite the index; the track's own sample durations are wanted.
+        av_dict_set(&options, "advanced_editlist", "0", 0);
+    } else {
+        av_opt_set_int(m_format, "fpsprobesize", 0, 0); // nobody asks a sampler for the frame rate
+    }
+    const int opened = avformat_open_input(&m_format, nullptr, nullptr, &options);
+    av_dict_free(&options);
+    if (opened < 0) {
+        return false;
+    }
+    if (!headerSuffices(*this)) {
+        // What it can't find out keeps its default; the header's word stands.
+        [[maybe_unused]] const int found = avformat_find_stream_info(m_format, nullptr);
+    }
+    if (purpose == Purpose::Sample) {
+        const AVStream *wanted = video();
+        for (unsigned i = 0; i < m_format->nb_streams; ++i) {
+            m_format->streams[i]->discard = m_format->streams[i] == wanted ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+        }
+    }
+    return true;
+}
+
+AVStream *MediaFile::video() const
+{
+    constexpr int noTrack = AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS;
+    const std::span streams(m_format->streams, m_format->nb_streams);
+    const auto found = std::find_if(streams.begin(), streams.end(), [](const AVStream *stream) {
+        return stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO && (stream->disposition & noTrack) == 0;
+    });
+    return found == streams.end() ? nullptr : *found;
+}
+
+bool MediaFile::isFormat(const char *name) const
+{
+    return av_match_name(name, m_format->iformat->name) != 0;
+}
+
+double MediaFile::startSeconds() const
+{
+    // A movie's clock starts at zero by definition, even where its first frame comes later.
+    const bool hasOwnStart = !isFormat("mov") && m_format->start_time != AV_NOPTS_VALUE;
+    return hasOwnStart ? static_cast<double>(m_format->start_time) / AV_TIME_BASE : 0.0;
+}
+
+bool MediaFile::limitsReached() const
+{
+    return m_bytesRead >= m_limits.bytes || std::chrono::steady_clock::now() >= m_deadline;
+}
+
+std::int64_t MediaFile::size() const
+{
+    struct stat status = {};
+    return fstat(m_descriptor, &status) == 0 ? status.st_size : 0;
+}
+
+std::size_t MediaFile::readAt(std::int64_t offset, char *buffer, std::size_t size)
+{
+    std::size_t done = 0;
+    while (done < size && !limitsReached()) {
+        const ssize_t count = pread(m_descriptor, buffer + done, size - done, offset + static_cast<off_t>(done));
+        if (count == 0 || (count < 0 && errno != EINTR)) {
+            break;
+        }
+        done += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+    m_bytesRead += static_cast<std::int64_t>(done);
+    return done;
+}
+
+// FFmpeg's reading: an error, or at least one byte.
+int MediaFile::read(std::uint8_t *buffer, int size)
+{
+    if (limitsReached()) {
+        return AVERROR_EXIT;
+    }
+    ssize_t count = 0;
+    do {
+        count = pread(m_descriptor, buffer, static_cast<std::size_t>(size), m_position);
+    } while (count < 0 && errno == EINTR);
+    if (count <= 0) {
+        return count < 0 ? AVERROR(errno) : AVERROR_EOF;
+    }
+    m_position += count;
+    m_bytesRead += count;
+    return static_cast<int>(count);
+}
+
+std::int64_t MediaFile::seek(std::int64_t offset, int whence)
+{
+    std::int64_t base = 0;
+    switch (whence & ~AVSEEK_FORCE) {
+    case AVSEEK_SIZE:
+        return size();
+    case SEEK_SET:
+        break;
+    case SEEK_CUR:
+        base = m_position;
+        break;
+    case SEEK_END:
+        base = size();
+        break;
+    default:
+        return AVERROR(EINVAL);
+    }
+    std::int64_t target = 0;
+    if (__builtin_add_overflow(base, offset, &target) || target < 0) {
+        return AVERROR(EINVAL);
+    }
+    m_position = target;
+    return target;
+}
+
+} // namespace larkspan
