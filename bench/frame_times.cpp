@@ -36,7 +36,7 @@
 #include "bench/FrameClock.h"
 #include "bench/MadeUpShoot.h"
 #include "gallery/Gallery.h"
-#include "screens/ClipThumbnails.h"
+#include "screens/clips/ClipThumbnails.h"
 #include "tests/support/CountedBackdrop.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)

@@ -18,7 +18,7 @@
 
 #include "bench/MadeUpShoot.h"
 #include "core/RoomLabel.h"
-#include "screens/ClipThumbnails.h"
+#include "screens/clips/ClipThumbnails.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)
 Q_IMPORT_QML_PLUGIN(Larkspan_ScreensPlugin)

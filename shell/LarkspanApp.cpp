@@ -20,9 +20,9 @@
 #include "output/FCPXMLWriter.h"
 #include "output/MediaImporter.h"
 #include "output/PlacesInBin.h"
-#include "screens/ClipThumbnails.h"
-#include "shell/DesktopFiles.h"
-#include "shell/DisplayScale.h"
+#include "screens/clips/ClipThumbnails.h"
+#include "shell/desktop/DesktopFiles.h"
+#include "shell/window/DisplayScale.h"
 #include "sound/SoundCue.h"
 #include "sound/SoundEngine.h"
 

@@ -14,14 +14,14 @@
 #include "core/SortEngine.h"
 #include "design/SystemMotion.h"
 #include "output/VolumeWatcher.h"
-#include "shell/AppState.h"
-#include "shell/CoverageCheck.h"
-#include "shell/DiagnosticsExport.h"
-#include "shell/FileChooserPortal.h"
-#include "shell/FileRequest.h"
-#include "shell/HandoffExport.h"
-#include "shell/WindowEngine.h"
-#include "shell/WorkNotice.h"
+#include "shell/desktop/WorkNotice.h"
+#include "shell/panels/FileChooserPortal.h"
+#include "shell/panels/FileRequest.h"
+#include "shell/sheets/CoverageCheck.h"
+#include "shell/sheets/DiagnosticsExport.h"
+#include "shell/sheets/HandoffExport.h"
+#include "shell/window/AppState.h"
+#include "shell/window/WindowEngine.h"
 
 class QQuickWindow;
 

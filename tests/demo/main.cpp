@@ -12,7 +12,7 @@
 
 #include "design/LK.h"
 #include "shell/LarkspanApp.h"
-#include "shell/LKTool.h"
+#include "shell/launcher/LKTool.h"
 #include "tests/demo/Recording.h"
 #include "tests/demo/Scenes.h"
 #include "tests/support/Desktop.h"

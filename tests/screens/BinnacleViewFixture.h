@@ -2,7 +2,7 @@
 
 #include <QtTest/QTest>
 
-#include "screens/ClipThumbnails.h"
+#include "screens/clips/ClipThumbnails.h"
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/Scene.h"
 

@@ -5,14 +5,14 @@
 
 #include <QtQuick/QQuickWindow>
 
-#include "screens/ClipThumbnails.h"
-#include "shell/AppState.h"
-#include "shell/CoverageCheck.h"
-#include "shell/DiagnosticsExport.h"
-#include "shell/FileRequest.h"
-#include "shell/HandoffExport.h"
-#include "shell/VolumeWatcherForeign.h"
-#include "shell/WindowEngine.h"
+#include "screens/clips/ClipThumbnails.h"
+#include "shell/panels/FileRequest.h"
+#include "shell/sheets/CoverageCheck.h"
+#include "shell/sheets/DiagnosticsExport.h"
+#include "shell/sheets/HandoffExport.h"
+#include "shell/sheets/VolumeWatcherForeign.h"
+#include "shell/window/AppState.h"
+#include "shell/window/WindowEngine.h"
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Items.h"

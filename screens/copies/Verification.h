@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include "screens/engine/EngineObject.h"
+
+namespace larkspan {
+
+// The switch for comparing copies byte for byte, and the text that says how it stands.
+class Verification : public larkspan::EngineObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(bool isOn READ isOn WRITE setOn NOTIFY changed)
+    Q_PROPERTY(QString note READ note NOTIFY changed) // about a copy that may follow
+
+public:
+    using EngineObject::EngineObject;
+
+    bool isOn() const { return m_engine && m_engine->options().verifyLevel == VerifyLevel::checksum; }
+    void setOn(bool on);
+    QString note() const;
+
+private:
+    void follow(SortEngine &engine) override;
+};
+
+} // namespace larkspan

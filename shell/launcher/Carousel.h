@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include "shell/window/AppState.h"
+
+namespace larkspan {
+
+// Where the launcher's carousel stands and how it moves; the position itself is AppState's. Main thread.
+class Carousel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(larkspan::AppState *app MEMBER m_app REQUIRED)
+    // Whether the move that is under way is to be animated; what follows a hand isn't.
+    Q_PROPERTY(bool isAnimated READ isAnimated NOTIFY isAnimatedChanged)
+    Q_PROPERTY(double cardStep READ cardStepOf CONSTANT)
+
+public:
+    static constexpr double cardStep = 656.0;      // points between the centres of neighbouring cards
+    static constexpr double dragThreshold = 110.0; // points that a drag must exceed to move on
+    static constexpr double beyondEnd = 0.3;       // share of a drift that is followed where there is no card
+
+    using QObject::QObject;
+
+    [[nodiscard]] bool isAnimated() const { return m_isAnimated; }
+    [[nodiscard]] static double cardStepOf() { return cardStep; }
+
+    // The card so many further on; past either end nothing happens.
+    Q_INVOKABLE void step(int delta);
+    Q_INVOKABLE void show(int index);
+    // By hand, in points from where the move began.
+    Q_INVOKABLE void drag(double translation);
+    Q_INVOKABLE void endDrag(double translation);
+    Q_INVOKABLE void cancel();
+    // A swipe that has made up its mind: +1 for the next card.
+    Q_INVOKABLE void commit(int direction);
+
+Q_SIGNALS:
+    void isAnimatedChanged();
+
+private:
+    void setAnimated(bool animated);
+
+    AppState *m_app = nullptr;
+    bool m_isAnimated = true;
+};
+
+} // namespace larkspan

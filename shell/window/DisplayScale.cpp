@@ -1,0 +1,58 @@
+#include "shell/window/DisplayScale.h"
+
+#include <QtGui/private/qhighdpiscaling_p.h>
+#include <QtGui/qpa/qplatformwindow.h>
+#include <QtGui/qpa/qwindowsysteminterface.h>
+#include <QtGui/QScreen>
+
+namespace larkspan {
+
+namespace {
+
+QRect fittedTo(const QRect &area, QRect rect)
+{
+    rect.setSize(rect.size().boundedTo(area.size()));
+    rect.moveRight(std::min(rect.right(), area.right()));
+    rect.moveBottom(std::min(rect.bottom(), area.bottom()));
+    rect.moveLeft(std::max(rect.left(), area.left()));
+    rect.moveTop(std::max(rect.top(), area.top()));
+    return rect;
+}
+
+} // namespace
+
+DisplayScale::DisplayScale(QWindow &window) : QObject(&window), m_window(window)
+{
+    connect(&window, &QWindow::screenChanged, this, &DisplayScale::followScreen);
+    followScreen(window.screen());
+}
+
+void DisplayScale::followScreen(QScreen *screen)
+{
+    m_scale = QHighDpiScaling::factor(&m_window);
+    if (screen) {
+        // Queued: of a screen's properties its resolution changes first, and the room on it is needed too.
+        connect(screen, &QScreen::logicalDotsPerInchChanged, this, &DisplayScale::adapt,
+                Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+    }
+}
+
+void DisplayScale::adapt()
+{
+    QPlatformWindow *native = m_window.handle();
+    const qreal scale = QHighDpiScaling::factor(&m_window);
+    const qreal before = std::exchange(m_scale, scale);
+    if (!native || scale == before) {
+        return;
+    }
+    const QRect pixels = native->geometry();
+    // Qt itself only hears of a new size in points when the window system tells of one in pixels.
+    QWindowSystemInterface::handleGeometryChange<QWindowSystemInterface::SynchronousDelivery>(&m_window, pixels);
+    native->propagateSizeHints();
+    if (m_window.windowState() == Qt::WindowNoState) {
+        const QSize size = (QSizeF(pixels.size()) / before).toSize();
+        m_window.setGeometry(fittedTo(m_window.screen()->availableGeometry(), {m_window.position(), size}));
+    }
+}
+
+} // namespace larkspan

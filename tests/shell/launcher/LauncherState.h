@@ -1,0 +1,17 @@
+#pragma once
+
+#include "shell/window/AppState.h"
+#include "tests/support/TempFolder.h"
+
+namespace larkspan::test {
+
+// What the shell shows, with settings of its own.
+struct LauncherState
+{
+    const TempFolder folder;
+    SettingsStore store{QString::fromStdString((folder / "settings.ini").string())};
+    SystemAppearance system;
+    AppState app{store, system, LoginItem(folder / "autostart", "/usr/bin/larkspan"), [](bool) {}};
+};
+
+} // namespace larkspan::test
