@@ -18,7 +18,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "output/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 #include "output/MediaImporter.h"
 #include "output/ProofFile.h"
 #include "output/Sha256.h"

@@ -5,6 +5,7 @@
 #include <ranges>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -13,14 +14,12 @@
 #include <QtCore/QFile>
 #include <QtCore/QUuid>
 
+#include "core/FileDescriptor.h"
+#include "core/SystemError.h"
+
 namespace larkspan {
 
 namespace {
-
-std::error_code lastError()
-{
-    return {errno, std::generic_category()};
-}
 
 tl::unexpected<std::error_code> failed(std::error_code error)
 {
@@ -28,21 +27,21 @@ tl::unexpected<std::error_code> failed(std::error_code error)
 }
 
 // Writes, syncs and closes; the first error of the three.
-std::error_code fill(int file, std::string_view content)
+std::error_code fill(FileDescriptor file, std::string_view content)
 {
     std::error_code error;
     while (!error && !content.empty()) {
-        const ssize_t written = write(file, content.data(), content.size());
+        const ssize_t written = write(file.get(), content.data(), content.size());
         if (written >= 0) {
             content.remove_prefix(static_cast<std::size_t>(written));
         } else if (errno != EINTR) {
             error = lastError();
         }
     }
-    if (!error && fsync(file) != 0) {
+    if (!error && fsync(file.get()) != 0) {
         error = lastError();
     }
-    if (close(file) != 0 && !error) {
+    if (close(file.release()) != 0 && !error) {
         error = lastError();
     }
     return error;
@@ -57,11 +56,11 @@ tl::expected<void, std::error_code> writeFileAtomically(const std::filesystem::p
     const std::string name = ".larkspan-" + QUuid::createUuid().toString(QUuid::Id128).toStdString() + ".tmp";
     const std::filesystem::path temporary = folder / name;
 
-    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file < 0) {
+    FileDescriptor file(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file) {
         return failed(lastError());
     }
-    std::error_code error = fill(file, content);
+    std::error_code error = fill(std::move(file), content);
     if (!error && std::rename(temporary.c_str(), path.c_str()) != 0) {
         error = lastError();
     }
@@ -75,10 +74,9 @@ tl::expected<void, std::error_code> writeFileAtomically(const std::filesystem::p
 
 void syncFolder(const std::filesystem::path &folder)
 {
-    const int directory = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (directory >= 0) {
-        fsync(directory);
-        close(directory);
+    const FileDescriptor directory(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (directory) {
+        fsync(directory.get());
     }
 }
 

@@ -7,7 +7,7 @@
 
 #include <tl/expected.hpp>
 
-#include "output/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 #include "output/FileOperations.h"
 
 namespace larkspan {

@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <sys/xattr.h>
 
+#include "core/SystemError.h"
+
 namespace larkspan {
 
 namespace {

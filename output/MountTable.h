@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "output/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 
 namespace larkspan {
 

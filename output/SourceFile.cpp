@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 
+#include "core/SystemError.h"
 #include "output/ChunkPipeline.h"
 
 namespace larkspan {
@@ -20,11 +21,6 @@ int openForReading(const std::filesystem::path &path, const FileOperations &file
 }
 
 } // namespace
-
-std::error_code lastError()
-{
-    return {errno, std::generic_category()};
-}
 
 bool enterDirectMode(int fd)
 {

@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <tl/expected.hpp>
 
-#include "output/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 #include "output/FileOperations.h"
 
 namespace larkspan {
@@ -74,8 +74,5 @@ private:
 // Asks for reading and writing past the page cache; false where the file system knows no such thing.
 bool enterDirectMode(int fd);
 void leaveDirectMode(int fd);
-
-// The system's last error.
-std::error_code lastError();
 
 } // namespace larkspan

@@ -4,6 +4,8 @@
 #include <functional>
 #include <memory>
 
+#include "core/FileDescriptor.h"
+
 class QSocketNotifier;
 
 namespace larkspan {
@@ -23,8 +25,8 @@ public:
 
 private:
     std::function<void()> m_expired;
-    int m_descriptor;
-    std::unique_ptr<QSocketNotifier> m_notifier;
+    FileDescriptor m_timer;
+    std::unique_ptr<QSocketNotifier> m_notifier; // ends before the timer that it watches
 };
 
 } // namespace larkspan

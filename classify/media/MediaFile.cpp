@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <mutex>
 #include <span>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -27,19 +28,13 @@ constexpr int bufferSize = 32 * 1024;
 constexpr char knownFormats[] = "mov,mp4,m4a,3gp,3g2,mj2,matroska,webm,mpegts,mpeg,mpegvideo,avi,mxf,mxf_opatom,asf,"
                                 "dv,gxf,flv,ogg,h264,hevc,m4v,mjpeg";
 
-int openRegularFile(const char *path)
+// Nothing if it can't be opened, or isn't a regular file.
+FileDescriptor openRegularFile(const char *path)
 {
     // Not blocking: a named pipe must answer at once, too.
-    const int descriptor = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-    if (descriptor < 0) {
-        return -1;
-    }
+    FileDescriptor file(::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat status = {};
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(descriptor);
-        return -1;
-    }
-    return descriptor;
+    return file && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) ? std::move(file) : FileDescriptor();
 }
 
 // More than an index or a plane of a picture ever takes; a header of a few bytes may ask for gigabytes.
@@ -69,8 +64,8 @@ bool headerSuffices(const MediaFile &file)
 
 } // namespace
 
-MediaFile::MediaFile(int descriptor, const MediaLimits &limits)
-    : m_descriptor(descriptor)
+MediaFile::MediaFile(FileDescriptor file, const MediaLimits &limits)
+    : m_file(std::move(file))
     , m_limits(limits)
     , m_deadline(std::chrono::steady_clock::now() + limits.time)
 {}
@@ -82,17 +77,16 @@ MediaFile::~MediaFile()
         av_freep(&m_io->buffer);
         avio_context_free(&m_io);
     }
-    ::close(m_descriptor);
 }
 
 std::unique_ptr<MediaFile> MediaFile::open(const FileUrl &url, Purpose purpose, const MediaLimits &limits)
 {
     tameFFmpegOnce();
-    const int descriptor = openRegularFile(url.path().c_str());
-    if (descriptor < 0) {
+    FileDescriptor regular = openRegularFile(url.path().c_str());
+    if (!regular) {
         return nullptr;
     }
-    std::unique_ptr<MediaFile> file(new MediaFile(descriptor, limits));
+    std::unique_ptr<MediaFile> file(new MediaFile(std::move(regular), limits));
     return file->openFormat(purpose) ? std::move(file) : nullptr;
 }
 
@@ -177,14 +171,14 @@ bool MediaFile::limitsReached() const
 std::int64_t MediaFile::size() const
 {
     struct stat status = {};
-    return fstat(m_descriptor, &status) == 0 ? status.st_size : 0;
+    return fstat(m_file.get(), &status) == 0 ? status.st_size : 0;
 }
 
 std::size_t MediaFile::readAt(std::int64_t offset, char *buffer, std::size_t size)
 {
     std::size_t done = 0;
     while (done < size && !limitsReached()) {
-        const ssize_t count = pread(m_descriptor, buffer + done, size - done, offset + static_cast<off_t>(done));
+        const ssize_t count = pread(m_file.get(), buffer + done, size - done, offset + static_cast<off_t>(done));
         if (count == 0 || (count < 0 && errno != EINTR)) {
             break;
         }
@@ -202,7 +196,7 @@ int MediaFile::read(std::uint8_t *buffer, int size)
     }
     ssize_t count = 0;
     do {
-        count = pread(m_descriptor, buffer, static_cast<std::size_t>(size), m_position);
+        count = pread(m_file.get(), buffer, static_cast<std::size_t>(size), m_position);
     } while (count < 0 && errno == EINTR);
     if (count <= 0) {
         return count < 0 ? AVERROR(errno) : AVERROR_EOF;

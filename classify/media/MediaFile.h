@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "core/FileDescriptor.h"
 #include "core/FileUrl.h"
 
 struct AVFormatContext;
@@ -57,13 +58,13 @@ public:
     std::size_t readAt(std::int64_t offset, char *buffer, std::size_t size);
 
 private:
-    MediaFile(int descriptor, const MediaLimits &limits);
+    MediaFile(FileDescriptor file, const MediaLimits &limits);
 
     bool openFormat(Purpose purpose);
     int read(std::uint8_t *buffer, int size);
     std::int64_t seek(std::int64_t offset, int whence);
 
-    int m_descriptor;
+    FileDescriptor m_file;
     MediaLimits m_limits;
     std::chrono::steady_clock::time_point m_deadline;
     std::int64_t m_position = 0;

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
-#include "output/FileDescriptor.h"
+#include "core/FileDescriptor.h"
 #include "tests/power/PowerCuts.h"
 
 using namespace larkspan;
