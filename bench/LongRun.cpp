@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 
-#include <unistd.h>
-
+#include "bench/Memory.h"
 #include "classify/media/ClipProbe.h"
 #include "classify/media/FrameSampler.h"
 #include "output/FCPXMLWriter.h"
@@ -36,10 +34,7 @@ int entriesIn(const char *folder)
 
 Footprint Footprint::now()
 {
-    long pages = 0;
-    std::ifstream("/proc/self/statm") >> pages >> pages; // the second number
-    const double bytes = static_cast<double>(pages) * static_cast<double>(::sysconf(_SC_PAGESIZE));
-    return {.megabytes = bytes / (1024 * 1024),
+    return {.megabytes = residentMegabytes(),
             .threads = entriesIn("/proc/self/task"),
             .openFiles = entriesIn("/proc/self/fd") - 1}; // without the one that lists them
 }

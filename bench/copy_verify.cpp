@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <limits>
 #include <string>
@@ -15,15 +14,16 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
+#include "bench/Memory.h"
 #include "core/FileDescriptor.h"
 #include "output/MediaImporter.h"
 #include "output/ProofFile.h"
 #include "output/Sha256.h"
 
 using namespace larkspan;
+using namespace larkspan::bench;
 namespace fs = std::filesystem;
 
 namespace {
@@ -129,21 +129,6 @@ double timed(const std::string &command)
         std::exit(1);
     }
     return secondsSince(start);
-}
-
-double residentMegabytes()
-{
-    long total = 0;
-    long resident = 0;
-    std::ifstream("/proc/self/statm") >> total >> resident;
-    return static_cast<double>(resident) * static_cast<double>(::sysconf(_SC_PAGESIZE)) / 1e6;
-}
-
-double peakMegabytes()
-{
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) * 1024.0 / 1e6;
 }
 
 double hashBytesPerSecond()

@@ -1,6 +1,7 @@
 // results_screen N: a sorted shoot of N made-up clips in the real screen, in a window of its own: how long from the
 // click that opens it to the frame that shows its results, and from an edit to the frame that shows that, the save
-// included; and what the thumbnails take. Without a display of its own: script/with-display build/release/bench/…
+// included; and the memory of this process and of its thumbnails. Without a display of its own:
+// script/with-display build/release/bench/…
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
@@ -17,6 +18,7 @@
 #include <QtTest/QTest>
 
 #include "bench/MadeUpShoot.h"
+#include "bench/Memory.h"
 #include "core/RoomLabel.h"
 #include "screens/clips/ClipThumbnails.h"
 
@@ -111,6 +113,7 @@ int main(int argc, char **argv)
         QTest::qWait(50);
     }
     QTest::qWait(500);
+    const double resident = residentMegabytes();
 
     qsizetype bytes = 0;
     for (const ClipPtr &clip : engine.clips()) {
@@ -124,6 +127,7 @@ int main(int argc, char **argv)
     }
     std::cout << "{\"clips\": " << count << ", \"openMilliseconds\": " << spread(opening)
               << ", \"firstOpenMilliseconds\": " << opening.front() << ", \"editMilliseconds\": " << spread(editing)
+              << ", \"residentMegabytes\": " << resident
               << ", \"thumbnailMegabytes\": " << static_cast<double>(bytes) / 1e6
               << ", \"mostThumbnailMegabytes\": " << static_cast<double>(count * Thumbnail::mostBytes) / 1e6 << "}\n";
 }

@@ -6,8 +6,6 @@
 #include <map>
 #include <mutex>
 
-#include <sys/resource.h>
-
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QJsonArray>
@@ -15,6 +13,7 @@
 #include <QtCore/QJsonObject>
 
 #include "bench/Accuracy.h"
+#include "bench/Memory.h"
 #include "classify/media/ClipProbe.h"
 #include "classify/media/FrameSampler.h"
 #include "classify/vision/ModelRequests.h"
@@ -177,13 +176,6 @@ bool write(const std::filesystem::path &file, const QByteArray &text)
         std::cerr << "sort_shoot: " << file.string() << ": " << written.error().message() << '\n';
     }
     return written.has_value();
-}
-
-double peakMegabytes()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
 
 } // namespace

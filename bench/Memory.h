@@ -1,0 +1,27 @@
+#pragma once
+
+#include <fstream>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace larkspan::bench {
+
+// What of this process is in memory now, in millions of bytes.
+inline double residentMegabytes()
+{
+    long total = 0;
+    long resident = 0;
+    std::ifstream("/proc/self/statm") >> total >> resident;
+    return static_cast<double>(resident) * static_cast<double>(::sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+// The most that has been since it started.
+inline double peakMegabytes()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) * 1024.0 / 1e6;
+}
+
+} // namespace larkspan::bench
