@@ -29,7 +29,14 @@ T.ComboBox {
 
     readonly property int selectedIndex: options.findIndex(entry => entry.value === selection)
     readonly property string shownLabel: options[currentIndex]?.label ?? ""
-    readonly property LKTypeAhead typeAhead: LKTypeAhead {
+    readonly property LKChoiceKeys keys: LKChoiceKeys {
+        choosesClosed: control.choosesClosed
+        onOpenDue: control.popup.open()
+        onWalked: row => control.highlight(row)
+        onChosen: row => {
+            LK.put(control, "currentIndex", row);
+            control.activated(row);
+        }
     }
 
     readonly property color restFill: [LK.palette.surfaceCard, faint(LK.palette.warningSubtle), faint(LK.palette.dangerSubtle), LK.palette.surfaceCard][tone]
@@ -48,51 +55,12 @@ T.ComboBox {
         return options.reduce((widest, entry) => Math.max(widest, metrics.advanceWidth(entry.label)), 0);
     }
 
-    // The next row from there that can be chosen, or -1.
-    function next(from: int, step: int): int {
-        let row = from + step;
-        while (row >= 0 && row < options.length && isDisabled(row))
-            row += step;
-        return row >= 0 && row < options.length ? row : -1;
-    }
-
-    // Walks the list there, or chooses in the closed one.
-    function reach(row: int) {
-        if (row < 0)
-            return;
-        if (!choosesClosed)
-            popup.open();
-        if (popup.visible) {
-            for (let i = highlightedIndex; i < row; ++i)
-                incrementCurrentIndex();
-            for (let i = highlightedIndex; i > row; --i)
-                decrementCurrentIndex();
-        } else if (row !== currentIndex) {
-            LK.put(control, "currentIndex", row);
-            activated(row);
-        }
-    }
-
-    function takeKey(event: var) {
-        const here = popup.visible ? highlightedIndex : currentIndex;
-        const isArrow = event.key === Qt.Key_Down || event.key === Qt.Key_Up;
-        if (event.key === Qt.Key_Down && event.modifiers & Qt.AltModifier)
-            popup.open();
-        else if (isArrow && !choosesClosed && !popup.visible)
-            popup.open();
-        else if (event.key === Qt.Key_Down)
-            reach(next(here, 1));
-        else if (event.key === Qt.Key_Up)
-            reach(here < 0 ? -1 : next(here, -1));
-        else if (event.key === Qt.Key_Home)
-            reach(next(-1, 1));
-        else if (event.key === Qt.Key_End)
-            reach(next(options.length, -1));
-        else if (typeAhead.takes(event))
-            reach(typeAhead.find(options.map((entry, row) => isDisabled(row) ? null : entry.label), here, event.text));
-        else
-            return;
-        event.accepted = true;
+    // The template offers single steps only.
+    function highlight(row: int) {
+        for (let i = highlightedIndex; i < row; ++i)
+            incrementCurrentIndex();
+        for (let i = highlightedIndex; i > row; --i)
+            decrementCurrentIndex();
     }
 
     onActivated: row => LK.put(control, "selection", options[row].value)
@@ -119,7 +87,10 @@ T.ComboBox {
         font: LK.font([11.5, 12.5, 13][control.size])
     }
 
-    Keys.onPressed: event => control.takeKey(event)
+    Keys.onPressed: event => {
+        keys.labels = options.map((entry, row) => isDisabled(row) ? null : entry.label);
+        event.accepted = keys.take(event.key, event.modifiers, event.text, popup.visible ? highlightedIndex : currentIndex, popup.visible);
+    }
     // At the release, for the template takes the release of Return for the choice in an open list.
     Keys.onReleased: event => {
         if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !popup.visible) {

@@ -33,7 +33,7 @@ T.Menu {
     }
 
     function takeKey(event: var) {
-        if (typeAhead.takes(event)) {
+        if (typeAhead.takes(event.text, event.modifiers)) {
             const labels = [];
             for (let row = 0; row < count; ++row)
                 labels.push(labelAt(row));

@@ -72,7 +72,7 @@ T.Control {
             control.pathBegun(event.text);
             return;
         }
-        if (typeAhead.takes(event)) {
+        if (typeAhead.takes(event.text, event.modifiers)) {
             const found = typeAhead.find(browser.entries.folderNames, row, event.text);
             if (found >= 0)
                 browser.select(found);

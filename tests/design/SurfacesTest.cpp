@@ -17,7 +17,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-std::string document(const std::string &body)
+std::string transparentPage(const std::string &body)
 {
     return "import QtQuick\nimport Larkspan.Design\nItem { width: 600; height: 400\n" + body + "\n}";
 }
@@ -43,8 +43,9 @@ using AIGlow = Surfaces;
 using LoadingState = Surfaces;
 using Shown = Surfaces;
 
-const std::string card = document("LKSpotlightCard { objectName: 'card'; x: 100; y: 100; width: 280; height: 180;"
-                                  "LKButton { x: 20; y: 20; title: 'Open' } }");
+const std::string card =
+    transparentPage("LKSpotlightCard { objectName: 'card'; x: 100; y: 100; width: 280; height: 180;"
+                    "LKButton { x: 20; y: 20; title: 'Open' } }");
 
 QList<QQuickItem *> cellsOf(const QQuickItem *mark)
 {
@@ -98,7 +99,7 @@ TEST_F(SpotlightCard, KeepsItsLightOverAControlThatLiesOnIt)
 
 TEST_F(SpotlightCard, NeverLightsWhenItIsNotActive)
 {
-    Scene scene(document("LKSpotlightCard { objectName: 'card'; width: 280; height: 180; active: false }"));
+    Scene scene(transparentPage("LKSpotlightCard { objectName: 'card'; width: 280; height: 180; active: false }"));
     const QQuickItem *spotlit = findNamed(scene.root(), u"card"_s);
     QSignalSpy changes(spotlit, SIGNAL(strengthChanged()));
     for (int x = 0; x < 280; x += 20) {
@@ -123,7 +124,7 @@ TEST_F(SpotlightCard, DropsItsLightAtOnceInBoringModeAndThePointerWithItsNextMov
 
 TEST_F(SpotlightCard, TakesTheSizeOfItsContentWhereNoneIsGiven)
 {
-    Scene scene(document("LKSpotlightCard { objectName: 'card'; Item { width: 120; height: 50 } }"));
+    Scene scene(transparentPage("LKSpotlightCard { objectName: 'card'; Item { width: 120; height: 50 } }"));
     EXPECT_EQ(findNamed(scene.root(), u"card"_s)->size(), QSizeF(120, 50));
 }
 
@@ -156,7 +157,7 @@ TEST(HaloImage, IsNothingForAnEmptyRectangleWithoutABlur)
 
 TEST_F(AIGlow, BreathesWhileItIsActive)
 {
-    Scene scene(document("LKAIGlowModifier { objectName: 'glow'; LKButton { title: 'Sort' } }"));
+    Scene scene(transparentPage("LKAIGlowModifier { objectName: 'glow'; LKButton { title: 'Sort' } }"));
     QQuickItem *glow = findNamed(scene.root(), u"glow"_s);
     EXPECT_FALSE(glow->property("breathing").toBool());
     EXPECT_FALSE(glow->findChild<LKHalo *>()->isVisible());
@@ -170,7 +171,7 @@ TEST_F(AIGlow, BreathesWhileItIsActive)
 
 TEST_F(AIGlow, GoesFromFaintToFullAndGrowsWithIt)
 {
-    Scene scene(document("LKAIGlowModifier { objectName: 'glow'; active: true; LKButton { title: 'Sort' } }"));
+    Scene scene(transparentPage("LKAIGlowModifier { objectName: 'glow'; active: true; LKButton { title: 'Sort' } }"));
     const QQuickItem *glow = findNamed(scene.root(), u"glow"_s);
     const auto *halo = glow->findChild<LKHalo *>();
     EXPECT_TRUE(waitUntil([&] { return number(glow, "breath") > 0.9; }));
@@ -181,7 +182,7 @@ TEST_F(AIGlow, GoesFromFaintToFullAndGrowsWithIt)
 
 TEST_F(AIGlow, GoesBackToFaintAsSlowlyAsItCame)
 {
-    Scene scene(document("LKAIGlowModifier { objectName: 'glow'; active: true; LKButton { title: 'Sort' } }"));
+    Scene scene(transparentPage("LKAIGlowModifier { objectName: 'glow'; active: true; LKButton { title: 'Sort' } }"));
     const QQuickItem *glow = findNamed(scene.root(), u"glow"_s);
     double last = 0;
     EXPECT_TRUE(waitUntil([&] {
@@ -193,7 +194,7 @@ TEST_F(AIGlow, GoesBackToFaintAsSlowlyAsItCame)
 TEST_F(AIGlow, IsStillAndFaintInBoringMode)
 {
     LK::instance().setBoringMode(true);
-    Scene scene(document("LKAIGlowModifier { objectName: 'glow'; active: true; LKButton { title: 'Sort' } }"));
+    Scene scene(transparentPage("LKAIGlowModifier { objectName: 'glow'; active: true; LKButton { title: 'Sort' } }"));
     const QQuickItem *glow = findNamed(scene.root(), u"glow"_s);
     const auto *halo = glow->findChild<LKHalo *>();
     EXPECT_FALSE(glow->property("breathing").toBool());
@@ -204,7 +205,7 @@ TEST_F(AIGlow, IsStillAndFaintInBoringMode)
 
 TEST_F(LoadingState, ShowsItsMessagesInTurn)
 {
-    Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one', 'two'] }"));
+    Scene scene(transparentPage("LKLoadingState { objectName: 'loading'; messages: ['one', 'two'] }"));
     const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
     EXPECT_NE(findShown(scene.root(), u"one"_s), nullptr);
     EXPECT_TRUE(waitUntil([&] { return loading->property("message") == u"two"_s; }));
@@ -214,8 +215,8 @@ TEST_F(LoadingState, ShowsItsMessagesInTurn)
 
 TEST_F(LoadingState, NeverChangesItsTextWithOneMessage)
 {
-    Scene scene(document("Item { LKLoadingState { objectName: 'one'; messages: ['only'] }"
-                         "LKLoadingState { objectName: 'two'; messages: ['a', 'b'] } }"));
+    Scene scene(transparentPage("Item { LKLoadingState { objectName: 'one'; messages: ['only'] }"
+                                "LKLoadingState { objectName: 'two'; messages: ['a', 'b'] } }"));
     const QQuickItem *one = findNamed(scene.root(), u"one"_s);
     const QQuickItem *two = findNamed(scene.root(), u"two"_s);
     QSignalSpy changes(one, SIGNAL(messageChanged()));
@@ -226,7 +227,7 @@ TEST_F(LoadingState, NeverChangesItsTextWithOneMessage)
 
 TEST_F(LoadingState, ShowsTheEmptyStringForAnEmptyList)
 {
-    Scene scene(document("LKLoadingState { objectName: 'loading' }"));
+    Scene scene(transparentPage("LKLoadingState { objectName: 'loading' }"));
     QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
     EXPECT_EQ(loading->property("message"), QString());
     loading->setProperty("messages", QStringList{u"now"_s});
@@ -237,7 +238,7 @@ TEST_F(LoadingState, ShowsTheEmptyStringForAnEmptyList)
 
 TEST_F(LoadingState, StartsOverWhenTheListGetsShorterThanWhereItIs)
 {
-    Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one', 'two', 'three'] }"));
+    Scene scene(transparentPage("LKLoadingState { objectName: 'loading'; messages: ['one', 'two', 'three'] }"));
     QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
     loading->setProperty("messageIndex", 2);
     EXPECT_EQ(loading->property("message"), u"three"_s);
@@ -247,7 +248,7 @@ TEST_F(LoadingState, StartsOverWhenTheListGetsShorterThanWhereItIs)
 
 TEST_F(LoadingState, PulsesItsCellsAndLetsAGleamCrossTheText)
 {
-    Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one'] }"));
+    Scene scene(transparentPage("LKLoadingState { objectName: 'loading'; messages: ['one'] }"));
     const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
     const QList<QQuickItem *> cells = cellsOf(loading->childItems().constFirst());
     ASSERT_EQ(cells.size(), 9);
@@ -262,7 +263,7 @@ TEST_F(LoadingState, PulsesItsCellsAndLetsAGleamCrossTheText)
 
 TEST_F(LoadingState, StartsItsCellsAsAChevron)
 {
-    Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one'] }"));
+    Scene scene(transparentPage("LKLoadingState { objectName: 'loading'; messages: ['one'] }"));
     const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
     std::vector<int> delays;
     for (const QQuickItem *cell : cellsOf(loading->childItems().constFirst())) {
@@ -279,7 +280,7 @@ TEST_F(LoadingState, StartsItsCellsAsAChevron)
 
 TEST_F(LoadingState, FadesFromOneMessageToTheNextAndWithoutMotionReplacesIt)
 {
-    Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one', 'two', 'three'] }"));
+    Scene scene(transparentPage("LKLoadingState { objectName: 'loading'; messages: ['one', 'two', 'three'] }"));
     QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
     EXPECT_TRUE(waitUntil([&] { return loading->property("animating").toBool(); }));
     const auto opacityOf = [&](const QString &text) {
@@ -307,7 +308,7 @@ TEST_F(LoadingState, IsStillWithReducedMotionAndInBoringMode)
     for (const bool boring : {true, false}) {
         LK::instance().setBoringMode(boring);
         LK::instance().setReducedMotion(!boring);
-        Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one', 'two'] }"));
+        Scene scene(transparentPage("LKLoadingState { objectName: 'loading'; messages: ['one', 'two'] }"));
         const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
         EXPECT_FALSE(loading->property("animating").toBool());
         EXPECT_TRUE(waitUntil([&] { return loading->property("message") == u"two"_s; }));
@@ -320,7 +321,7 @@ TEST_F(LoadingState, IsStillWithReducedMotionAndInBoringMode)
 
 TEST_F(LoadingState, StopsAndStartsMovingWithTheDesktopsWish)
 {
-    Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one'] }"));
+    Scene scene(transparentPage("LKLoadingState { objectName: 'loading'; messages: ['one'] }"));
     const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
     const QQuickItem *cell = cellsOf(loading->childItems().constFirst()).at(3);
     EXPECT_TRUE(waitUntil([&] { return cell->opacity() > 0.5; }));
@@ -333,7 +334,7 @@ TEST_F(LoadingState, StopsAndStartsMovingWithTheDesktopsWish)
 
 TEST_F(LoadingState, RoundsItsCellsWhenAsked)
 {
-    Scene scene(document("LKLoadingState { objectName: 'loading'; round: true }"));
+    Scene scene(transparentPage("LKLoadingState { objectName: 'loading'; round: true }"));
     const QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
     for (const QQuickItem *cell : cellsOf(loading->childItems().constFirst())) {
         EXPECT_EQ(number(cell, "radius"), 2);
@@ -342,7 +343,7 @@ TEST_F(LoadingState, RoundsItsCellsWhenAsked)
 
 TEST_F(LoadingState, KeepsItsClockAcrossAChangeOfMessageAndAHiding)
 {
-    Scene scene(document("LKLoadingState { objectName: 'loading'; messages: ['one'] }"));
+    Scene scene(transparentPage("LKLoadingState { objectName: 'loading'; messages: ['one'] }"));
     QQuickItem *loading = findNamed(scene.root(), u"loading"_s);
     const auto seconds = [&] { return loading->property("elapsed").toString().chopped(1).toDouble(); };
     EXPECT_TRUE(waitUntil([&] { return seconds() >= 0.3; }));
@@ -370,8 +371,8 @@ TEST(Elapsed, FollowsTheClockOnlyWhileItRuns)
 
 TEST_F(Shown, IsFalseWithAnythingHiddenThatTheItemLiesIn)
 {
-    Scene scene(document("Item { objectName: 'outer'; Item { objectName: 'inner'; width: 1; height: 1;"
-                         "property bool shown: LKShown.now } }"));
+    Scene scene(transparentPage("Item { objectName: 'outer'; Item { objectName: 'inner'; width: 1; height: 1;"
+                                "property bool shown: LKShown.now } }"));
     const QQuickItem *inner = findNamed(scene.root(), u"inner"_s);
     EXPECT_TRUE(waitUntil([&] { return inner->property("shown").toBool(); }));
     findNamed(scene.root(), u"outer"_s)->setVisible(false);
@@ -386,7 +387,7 @@ TEST_F(Shown, IsFalseWithAnythingHiddenThatTheItemLiesIn)
 
 TEST_F(Shown, FollowsTheItemIntoAnotherWindow)
 {
-    Scene scene(document("Item { objectName: 'item'; property bool shown: LKShown.now }"));
+    Scene scene(transparentPage("Item { objectName: 'item'; property bool shown: LKShown.now }"));
     QQuickItem *item = findNamed(scene.root(), u"item"_s);
     EXPECT_TRUE(waitUntil([&] { return item->property("shown").toBool(); }));
     QQuickWindow hidden;
