@@ -13,76 +13,31 @@ FocusScope {
     required property bool isCounted
     required property int clipCount
 
-    readonly property bool needsFolder: engine.importRootPath === ""
-    readonly property string title: needsFolder ? qsTr("Set a Shoots folder first") : qsTr("SD card detected")
-    readonly property string body: {
-        if (needsFolder)
-            return qsTr("Choose a Shoots folder in Preferences so Binnacle knows where to organize footage from a card.");
-        if (!isCounted)
-            return Wording.of(qsTr("%1 — looking for clips…"), [displayName]);
-        const found = clipCount === 1 ? qsTr("1 clip found.") : qsTr("%1 clips found.").arg(clipCount);
-        return Wording.of(qsTr("%1 · %2 Import and sort it into your Shoots folder?"), [displayName, found]);
-    }
-
-    readonly property bool endsCopy: !needsFolder && engine.isCopying && (engine.stage === SortEngine.Working || engine.stage === SortEngine.Organizing)
-    readonly property string warning: qsTr("Importing this card stops the copy that is running.")
+    readonly property alias body: offer.body
 
     // Nothing lies above the prompt.
     property bool isTopmost: true
-    // A key that was meant for what the prompt has come up over answers nothing. The pointer may answer at once.
-    readonly property bool answersKeys: d.isLookedAt
-    readonly property int patience: 500 // milliseconds in sight, topmost and with keyboard focus
+    readonly property alias answersKeys: offer.answersKeys
 
     signal accept
     signal decline
     signal openPreferences
 
-    function answer() {
-        if (needsFolder)
-            openPreferences();
-        else
-            accept();
-    }
-
     implicitWidth: 360
     implicitHeight: column.implicitHeight + 2 * 28
 
-    // Every card is asked about anew, whatever was pressed for the one before.
-    onDisplayNameChanged: {
-        d.lookAgain();
-        d.hasWarned = endsCopy;
-    }
-    onEndsCopyChanged: d.hasWarned = d.hasWarned || endsCopy
+    ImportOffer {
+        id: offer
 
-    QtObject {
-        id: d
-
-        readonly property bool isInReach: prompt.isTopmost && prompt.activeFocus
-        property bool isLookedAt: false
-        // The warning keeps its room, so that the buttons stand still when the copy ends.
-        property bool hasWarned: false
-
-        onIsInReachChanged: lookAgain()
-
-        function lookAgain() {
-            isLookedAt = false;
-            waiting.focus = true;
-            if (isInReach)
-                look.restart();
-            else
-                look.stop();
-        }
-    }
-
-    Timer {
-        id: look
-
-        objectName: "patience"
-        interval: prompt.patience
-        onTriggered: {
-            d.isLookedAt = true;
-            primary.forceActiveFocus(Qt.PopupFocusReason);
-        }
+        engine: prompt.engine
+        displayName: prompt.displayName
+        isCounted: prompt.isCounted
+        clipCount: prompt.clipCount
+        isInReach: prompt.isTopmost && prompt.activeFocus
+        onLookBegan: waiting.focus = true
+        onLookedAt: primary.forceActiveFocus(Qt.PopupFocusReason)
+        onAccepted: prompt.accept()
+        onPreferencesDue: prompt.openPreferences()
     }
 
     // Has keyboard focus until keys may answer, and swallows them.
@@ -94,8 +49,8 @@ FocusScope {
     }
 
     Accessible.role: Accessible.Dialog
-    Accessible.name: title
-    Accessible.description: body + (needsFolder ? "" : " " + verification.note) + (endsCopy ? " " + warning : "")
+    Accessible.name: offer.title
+    Accessible.description: offer.description
 
     LKModalPanel {
         anchors.fill: parent
@@ -126,7 +81,7 @@ FocusScope {
 
             LKIcon {
                 anchors.centerIn: parent
-                name: prompt.needsFolder ? "folder" : "sdcard"
+                name: offer.symbol
                 size: 28
                 color: LK.palette.accent
             }
@@ -134,7 +89,7 @@ FocusScope {
 
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
-            text: prompt.title
+            text: offer.title
             font: LK.font(15, Font.DemiBold)
             color: LK.palette.textPrimary
             textFormat: Text.PlainText
@@ -145,7 +100,7 @@ FocusScope {
             width: 300
             // Room for the count, so that the buttons stand still when it comes.
             height: Math.max(implicitHeight, Math.ceil(2 * metrics.lineSpacing))
-            text: prompt.body
+            text: offer.body
             font: LK.font(12.5)
             color: LK.palette.textSecondary
             horizontalAlignment: Text.AlignHCenter
@@ -164,23 +119,17 @@ FocusScope {
 
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
-            visible: !prompt.needsFolder
-            text: verification.note
+            visible: text !== ""
+            text: offer.checking
             font: LK.font(11)
             color: LK.palette.textTertiary
             Accessible.role: Accessible.StaticText
             Accessible.name: text
-
-            Verification {
-                id: verification
-
-                engine: prompt.engine
-            }
         }
 
         Item {
             anchors.horizontalCenter: parent.horizontalCenter
-            visible: d.hasWarned
+            visible: offer.hasWarned
             width: 300
             height: notice.implicitHeight
 
@@ -188,8 +137,8 @@ FocusScope {
                 id: notice
 
                 anchors.fill: parent
-                visible: prompt.endsCopy
-                text: prompt.warning
+                visible: offer.warns
+                text: offer.warning
                 font: LK.font(12.5, Font.Medium)
                 color: LK.palette.textPrimary
                 horizontalAlignment: Text.AlignHCenter
@@ -213,8 +162,8 @@ FocusScope {
 
                 kind: LKButton.Accent
                 size: LKButton.Lg
-                title: prompt.needsFolder ? qsTr("Open Preferences") : qsTr("Import & Sort")
-                onActivated: prompt.answer()
+                title: offer.answer
+                onActivated: offer.accept()
             }
         }
     }

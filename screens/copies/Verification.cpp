@@ -16,10 +16,10 @@ void Verification::setOn(bool on)
     }
 }
 
-QString Verification::note() const
+QString Verification::note(const SortOptions &options)
 {
-    return isOn() ? tr("Each copy will be read back and compared byte for byte.")
-                  : tr("Copies will be checked by size only.");
+    return isOn(options) ? tr("Each copy will be read back and compared byte for byte.")
+                         : tr("Copies will be checked by size only.");
 }
 
 } // namespace larkspan

@@ -17,12 +17,15 @@ class Verification : public larkspan::EngineObject
 public:
     using EngineObject::EngineObject;
 
-    bool isOn() const { return m_engine && m_engine->options().verifyLevel == VerifyLevel::checksum; }
+    bool isOn() const { return m_engine && isOn(m_engine->options()); }
     void setOn(bool on);
-    QString note() const;
+    QString note() const { return m_engine ? note(m_engine->options()) : QString(); }
+    // Says how copies are checked under these options.
+    static QString note(const SortOptions &options);
 
 private:
     void follow(SortEngine &engine) override;
+    static bool isOn(const SortOptions &options) { return options.verifyLevel == VerifyLevel::checksum; }
 };
 
 } // namespace larkspan
