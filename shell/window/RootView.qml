@@ -52,7 +52,7 @@ Window {
     visible: true
 
     onActiveFocusItemChanged: stage.takeKeyboardBack()
-    onClosing: close => close.accepted = closeGuard.allowsClosing()
+    onClosing: close => close.accepted = closeGuard.request.allowsClosing()
 
     // As a menu bar's it is there whatever lies above the screens.
     Shortcut {
