@@ -5,11 +5,8 @@ import Larkspan.Shell
 Item {
     id: panels
 
+    required property OverlayStack stack
     required property FileRequest request
-
-    readonly property real level: Math.max(house.level, question.level)
-    // Until it has faded.
-    readonly property bool covers: house.visible || question.visible
 
     Connections {
         target: panels.request
@@ -36,18 +33,17 @@ Item {
     }
 
     ModalOverlay {
-        id: house
-
         objectName: "filePanelOverlay"
+        stack: panels.stack
+        kind: OverlayStack.FilePanel
         shown: panels.request.browser.isOpen
         scrimOpacity: 0.45
-        z: 4
         onAboutToShow: card.setSource("FileBrowserCard.qml", {
                 "browser": panels.request.browser,
                 "focus": true
             })
         onClosed: card.source = ""
-        onEscaped: panels.request.browser.cancel()
+        onDismissed: panels.request.browser.cancel()
 
         Loader {
             id: card
@@ -59,10 +55,11 @@ Item {
     ModalOverlay {
         id: question
 
+        stack: panels.stack
+        kind: OverlayStack.ReplaceQuestion
         shown: panels.request.browser.fileToReplace !== ""
         scrimOpacity: 0.45
-        z: 5
-        onEscaped: panels.request.browser.keepFile()
+        onDismissed: panels.request.browser.keepFile()
 
         MessageCard {
             focus: true

@@ -10,20 +10,20 @@ ModalOverlay {
     required property SortEngine engine
     required property VolumeWatcher volumeWatcher
 
-    // Nothing lies above it.
-    required property bool isTopmost
-
     // The editor writes in a field below; the field keeps keyboard focus until that is done.
     readonly property bool isWriting: parent && parent.Window.activeFocusItem instanceof TextInput
-    readonly property bool takesKeyboard: isTopmost && !isWriting
+    readonly property bool takesKeyboard: stack.isCardOfferTopmost && !isWriting
 
     // By itself a popup takes the keyboard at the end of its entering, whatever lies above it.
     focus: takesKeyboard
     onTakesKeyboardChanged: takingKeyboard.restart()
 
-    shown: volumeWatcher.hasCandidate && app.phase === AppState.App
+    kind: OverlayStack.CardOffer
+    wanted: volumeWatcher.hasCandidate
+    shown: wanted && app.phase === AppState.App
     scrimOpacity: 0.45
     onScrimTapped: volumeWatcher.decline()
+    onDismissed: volumeWatcher.decline()
 
     // Later, once whoever had keyboard focus has given it away.
     Timer {
@@ -39,7 +39,7 @@ ModalOverlay {
     ImportPromptView {
         focus: true
         engine: offer.engine
-        isTopmost: offer.isTopmost
+        isTopmost: offer.stack.isCardOfferTopmost
         onAccept: offer.volumeWatcher.accept()
         onDecline: offer.volumeWatcher.decline()
         onOpenPreferences: offer.app.openPreferences()

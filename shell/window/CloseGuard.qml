@@ -13,9 +13,10 @@ ModalOverlay {
         onCloseDue: guard.parent.Window.window.close()
     }
 
+    kind: OverlayStack.CloseQuestion
     shown: request.isShown
     scrimOpacity: 0.45
-    onEscaped: request.keepOpen()
+    onDismissed: request.keepOpen()
 
     MessageCard {
         focus: true

@@ -8,18 +8,30 @@ import Larkspan.Shell
 T.Popup {
     id: overlay
 
+    required property OverlayStack stack
+    required property int kind // an OverlayStack.Overlay
     required property bool shown
+    property bool wanted: shown // asked for, even if it isn't to be shown yet
     required property real scrimOpacity
-    // Its place in the stack while it is shown; 0 otherwise.
-    readonly property real level: shown ? z : 0
     // What stands in the middle of the scrim.
     default property alias content: card.data
 
     // The scrim was pressed.
     signal scrimTapped
-    // Escape, whichever overlay is to answer it.
-    signal escaped
+    // Escape has closed what this overlay shows.
+    signal dismissed
 
+    // At the end of the window the stack goes first.
+    function tellStack() {
+        if (stack)
+            stack.put(kind, wanted, shown, visible);
+    }
+
+    onWantedChanged: tellStack()
+    onShownChanged: tellStack()
+    onVisibleChanged: tellStack()
+
+    z: stack ? stack.placeOf(kind) : 0
     parent: T.Overlay.overlay
     x: 0
     y: 0
@@ -92,6 +104,14 @@ T.Popup {
         enabled: overlay.visible
         sequence: "Escape"
         autoRepeat: false
-        onActivated: overlay.escaped()
+        onActivated: overlay.stack.closeTopmost()
+    }
+
+    Connections {
+        target: overlay.stack
+        function onDismissed(kind) {
+            if (kind === overlay.kind)
+                overlay.dismissed();
+        }
     }
 }

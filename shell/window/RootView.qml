@@ -22,25 +22,9 @@ Window {
     readonly property size room: DisplayRoom.now()
 
     readonly property real glassBlur: 12 // of the overlays' glass, in points
-    // The place of the topmost overlay in the stack; 0 without one.
-    readonly property real coveredUpTo: Math.max(cardOffer.level, preview.level, preferences.level, coverageSheet.level, handoffSheet.level, closeGuard.level, filePanels.level, writeAlert.level)
 
     // To be answered with the chime.
     signal introChimeDue
-
-    // Closes one thing at a time.
-    function closeTopmost() {
-        if (engine.hasPreview)
-            engine.closePreview();
-        else if (app.showPreferences)
-            app.showPreferences = false;
-        else if (coverage.isShown)
-            coverage.close();
-        else if (handoff.isShown)
-            handoff.close();
-        else if (volumeWatcher.hasCandidate)
-            volumeWatcher.decline();
-    }
 
     title: root.active || !root.isAtWork ? qsTr("Larkspan") : qsTr("%1% – Larkspan").arg(Math.floor(100 * engine.progress))
     flags: Qt.Window | Qt.FramelessWindowHint
@@ -54,19 +38,23 @@ Window {
     onActiveFocusItemChanged: stage.takeKeyboardBack()
     onClosing: close => close.accepted = closeGuard.request.allowsClosing()
 
-    // As a menu bar's it is there whatever lies above the screens.
+    OverlayStack {
+        id: overlays
+    }
+
+    // Works even under an overlay, as a menu bar's shortcut would.
     Shortcut {
         sequence: "Ctrl+,"
         context: Qt.ApplicationShortcut
         onActivated: root.app.openPreferences()
     }
 
-    // Each overlay has its own, which none is there for yet.
+    // Overlays handle Escape themselves, but none is shown during the intro.
     Shortcut {
         enabled: root.app.phase === AppState.Intro
         sequence: "Escape"
         autoRepeat: false
-        onActivated: root.closeTopmost()
+        onActivated: overlays.closeTopmost()
     }
 
     InputGuard {
@@ -77,7 +65,7 @@ Window {
     FocusScope {
         id: stage
 
-        readonly property bool isCovered: root.coveredUpTo > 0
+        readonly property bool isCovered: overlays.coveredUpTo > 0
 
         // A popup or a panel that goes leaves the keyboard to the window itself; what it came over has it where it was.
         function takeKeyboardBack() {
@@ -165,7 +153,7 @@ Window {
     }
 
     PopupFrost {
-        level: root.coveredUpTo
+        level: overlays.coveredUpTo
         haze: root.glassBlur
     }
 
@@ -173,9 +161,11 @@ Window {
         id: preferences
 
         objectName: "preferencesOverlay"
-        shown: root.app.showPreferences && root.app.phase === AppState.App
+        stack: overlays
+        kind: OverlayStack.Preferences
+        wanted: root.app.showPreferences
+        shown: wanted && root.app.phase === AppState.App
         scrimOpacity: 0.4
-        z: 3
         onAboutToShow: sheet.setSource("PreferencesSheet.qml", {
                 "app": root.app,
                 "engine": root.engine,
@@ -184,7 +174,7 @@ Window {
             })
         onClosed: sheet.source = ""
         onScrimTapped: root.app.showPreferences = false
-        onEscaped: root.closeTopmost()
+        onDismissed: root.app.showPreferences = false
 
         Loader {
             id: sheet
@@ -197,16 +187,18 @@ Window {
         id: coverageSheet
 
         objectName: "coverageOverlay"
-        shown: root.coverage.isShown && root.app.phase === AppState.App
+        stack: overlays
+        kind: OverlayStack.Coverage
+        wanted: root.coverage.isShown
+        shown: wanted && root.app.phase === AppState.App
         scrimOpacity: 0.4
-        z: 2
         onAboutToShow: findings.setSource("CoverageSheet.qml", {
                 "coverage": root.coverage,
                 "focus": true
             })
         onClosed: findings.source = ""
         onScrimTapped: root.coverage.close()
-        onEscaped: root.closeTopmost()
+        onDismissed: root.coverage.close()
 
         Loader {
             id: findings
@@ -219,11 +211,13 @@ Window {
         id: handoffSheet
 
         objectName: "handoffOverlay"
-        shown: root.handoff.isShown && root.app.phase === AppState.App
+        stack: overlays
+        kind: OverlayStack.Handoff
+        wanted: root.handoff.isShown
+        shown: wanted && root.app.phase === AppState.App
         scrimOpacity: 0.4
-        z: 2
         onScrimTapped: root.handoff.close()
-        onEscaped: root.closeTopmost()
+        onDismissed: root.handoff.close()
 
         HandoffSheet {
             focus: true
@@ -239,25 +233,25 @@ Window {
         app: root.app
         engine: root.engine
         volumeWatcher: root.volumeWatcher
-        isTopmost: !preview.visible && !preferences.visible && !coverageSheet.visible && !handoffSheet.visible && !closeGuard.visible && !filePanels.covers && !writeAlert.visible
-        z: 1
-        onEscaped: root.closeTopmost()
+        stack: overlays
     }
 
     ModalOverlay {
         id: preview
 
         objectName: "previewOverlay"
-        shown: root.engine.hasPreview && root.app.phase === AppState.App
+        stack: overlays
+        kind: OverlayStack.Preview
+        wanted: root.engine.hasPreview
+        shown: wanted && root.app.phase === AppState.App
         scrimOpacity: 0.5
-        z: 2
         onAboutToShow: clipPreview.setSource("qrc:/qt/qml/Larkspan/Screens/ClipPreviewModal.qml", {
                 "engine": root.engine,
                 "focus": true
             })
         onClosed: clipPreview.source = ""
         onScrimTapped: root.engine.closePreview()
-        onEscaped: root.closeTopmost()
+        onDismissed: root.engine.closePreview()
 
         EditShortcuts {
             enabled: preview.visible
@@ -273,23 +267,22 @@ Window {
     }
 
     FilePanels {
-        id: filePanels
-
+        stack: overlays
         request: root.fileRequest
     }
 
     CloseGuard {
         id: closeGuard
 
+        stack: overlays
         engine: root.engine
-        z: 6
     }
 
     WriteAlert {
         id: writeAlert
 
         diagnostics: root.diagnostics
+        stack: overlays
         copies: root.engine.copyHistory
-        z: 7
     }
 }

@@ -16,9 +16,10 @@ ModalOverlay {
         copies.dismissProblem();
     }
 
+    kind: OverlayStack.WriteAlert
     shown: problem !== ""
     scrimOpacity: 0.45
-    onEscaped: dismiss()
+    onDismissed: dismiss()
 
     MessageCard {
         focus: true
