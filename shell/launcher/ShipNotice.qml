@@ -10,13 +10,7 @@ Column {
     required property AppState app
     required property string toolName
 
-    // Blanks are no address.
-    readonly property bool canSend: app.shipEmail.trim() !== ""
-
-    function send() {
-        if (canSend)
-            app.shipSent = true;
-    }
+    readonly property ShipForm form: app.shipForm
 
     spacing: 14
 
@@ -33,7 +27,7 @@ Column {
 
     Row {
         anchors.horizontalCenter: parent.horizontalCenter
-        visible: notice.app.shipOpen && !notice.app.shipSent
+        visible: notice.form.asks
         spacing: 8
         onVisibleChanged: if (visible)
             address.forceActiveFocus()
@@ -46,14 +40,14 @@ Column {
             label: qsTr("E-mail address")
             text: notice.app.shipEmail
             onTextEdited: notice.app.shipEmail = text
-            onAccepted: notice.send()
+            onAccepted: notice.form.send()
         }
 
         LKButton {
             kind: LKButton.Accent
             title: qsTr("Notify me")
-            enabled: notice.canSend
-            onActivated: notice.send()
+            enabled: notice.form.canSend
+            onActivated: notice.form.send()
         }
     }
 
@@ -62,7 +56,7 @@ Column {
         spacing: 8
 
         LKButton {
-            visible: !notice.app.shipOpen && !notice.app.shipSent
+            visible: notice.form.offers
             kind: LKButton.Accent
             title: qsTr("Tell me when it ships")
             onActivated: notice.app.shipOpen = true

@@ -1,20 +1,19 @@
 #pragma once
 
-#include <chrono>
 #include <functional>
 
 #include <QtCore/QObject>
-#include <QtCore/QTimer>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/SettingsStore.h"
-#include "design/LK.h"
-#include "shell/desktop/LoginItem.h"
-#include "shell/desktop/SystemAppearance.h"
+#include "shell/launcher/ShipForm.h"
+#include "shell/preferences/AppPreferences.h"
+#include "shell/window/Navigation.h"
+#include "shell/window/ThemeChoice.h"
 
 namespace larkspan {
 
-// What the shell shows, and the general preferences, each stored as it changes. Main thread.
+// The state of the shell as one object for its views: the place in the program (Navigation), the theme (ThemeChoice),
+// the form on a tool's page (ShipForm) and the general preferences (AppPreferences), which it hands on. Main thread.
 class AppState : public QObject
 {
     Q_OBJECT
@@ -32,12 +31,13 @@ class AppState : public QObject
     Q_PROPERTY(larkspan::LK::Appearance appearance READ appearance WRITE setAppearance NOTIFY appearanceChanged)
     Q_PROPERTY(larkspan::LK::Theme theme READ theme NOTIFY themeChanged)
     Q_PROPERTY(larkspan::LKPalette palette READ palette NOTIFY themeChanged)
-    Q_PROPERTY(bool showPreferences MEMBER m_showPreferences NOTIFY showPreferencesChanged)
-    Q_PROPERTY(QString preferencesTab MEMBER m_preferencesTab NOTIFY preferencesTabChanged)
+    Q_PROPERTY(bool showPreferences READ showPreferences WRITE setShowPreferences NOTIFY showPreferencesChanged)
+    Q_PROPERTY(QString preferencesTab READ preferencesTab WRITE setPreferencesTab NOTIFY preferencesTabChanged)
     // The form that asks to be told when a tool ships: shown, its text, sent.
-    Q_PROPERTY(bool shipOpen MEMBER m_shipOpen NOTIFY shipOpenChanged)
-    Q_PROPERTY(QString shipEmail MEMBER m_shipEmail NOTIFY shipEmailChanged)
-    Q_PROPERTY(bool shipSent MEMBER m_shipSent NOTIFY shipSentChanged)
+    Q_PROPERTY(bool shipOpen READ shipOpen WRITE setShipOpen NOTIFY shipOpenChanged)
+    Q_PROPERTY(QString shipEmail READ shipEmail WRITE setShipEmail NOTIFY shipEmailChanged)
+    Q_PROPERTY(bool shipSent READ shipSent WRITE setShipSent NOTIFY shipSentChanged)
+    Q_PROPERTY(larkspan::ShipForm *shipForm READ shipForm CONSTANT)
     Q_PROPERTY(bool reopenLastShoot READ reopenLastShoot WRITE setReopenLastShoot NOTIFY reopenLastShootChanged)
     Q_PROPERTY(QString accountName READ accountName WRITE setAccountName NOTIFY accountNameChanged)
     Q_PROPERTY(bool boringMode READ boringMode WRITE setBoringMode NOTIFY boringModeChanged)
@@ -53,49 +53,60 @@ public:
     enum class ViewMode { Landing, Tool };
     Q_ENUM(ViewMode)
 
-    // How long a tool's screen is seen to leave before the launcher takes its place.
-    static constexpr std::chrono::milliseconds closingTime{270};
-
-    // settings and system outlive the state. enableSound is told whenever soundEnabled changes, and at once if the
+    // settings and system outlive the state. enableSound is called whenever soundEnabled changes, and at once if the
     // stored value is off.
     AppState(SettingsStore &settings, SystemAppearance &system, LoginItem loginItem,
              std::function<void(bool enabled)> enableSound);
 
-    // Shows a tool from its start, one that is just closing included.
+    // Shows a tool from its start, one that is just closing included, with an empty form.
     Q_INVOKABLE void openTool(const QString &id);
-    Q_INVOKABLE void closeTool();
-    Q_INVOKABLE void finishIntro();
+    Q_INVOKABLE void closeTool() { m_navigation.closeTool(); }
+    Q_INVOKABLE void finishIntro() { m_navigation.finishIntro(); }
     // Opens the sheet on the settings that matter for the current screen.
-    Q_INVOKABLE void openPreferences();
+    Q_INVOKABLE void openPreferences() { m_navigation.openPreferences(); }
     // Makes the theme what appearance, or the desktop, says now.
-    void resolveTheme();
+    void resolveTheme() { m_theme.resolve(); }
 
-    Phase phase() const { return m_phase; }
-    ViewMode view() const { return m_view; }
-    const QString &toolID() const { return m_toolID; }
-    bool isSortToolOpen() const;
-    bool closing() const { return m_closing; }
-    int toolIndex() const { return m_toolIndex; }
-    void setToolIndex(int index) { change(m_toolIndex, index, &AppState::toolIndexChanged); }
-    double dragX() const { return m_dragX; }
-    void setDragX(double offset) { change(m_dragX, offset, &AppState::dragXChanged); }
-    LK::Appearance appearance() const { return m_appearance; }
-    void setAppearance(LK::Appearance appearance);
-    LK::Theme theme() const { return m_theme; }
-    const LKPalette &palette() const { return LK::paletteOf(m_theme); }
-    bool reopenLastShoot() const { return m_reopenLastShoot; }
-    void setReopenLastShoot(bool reopen);
-    const QString &accountName() const { return m_accountName; }
-    void setAccountName(const QString &name);
-    bool boringMode() const { return m_boringMode; }
-    void setBoringMode(bool boring);
-    bool launchAtLogin() const { return m_launchAtLogin; }
+    Phase phase() const { return m_navigation.isIntroOver() ? Phase::App : Phase::Intro; }
+    ViewMode view() const { return m_navigation.hasTool() ? ViewMode::Tool : ViewMode::Landing; }
+    const QString &toolID() const { return m_navigation.toolID(); }
+    bool isSortToolOpen() const { return m_navigation.isSortToolOpen(); }
+    bool closing() const { return m_navigation.isClosing(); }
+    int toolIndex() const { return m_navigation.toolIndex(); }
+    void setToolIndex(int index) { m_navigation.setToolIndex(index); }
+    double dragX() const { return m_navigation.dragX(); }
+    void setDragX(double offset) { m_navigation.setDragX(offset); }
+    bool showPreferences() const { return m_navigation.showsPreferences(); }
+    void setShowPreferences(bool show) { m_navigation.showPreferences(show); }
+    const QString &preferencesTab() const { return m_navigation.preferencesTab(); }
+    void setPreferencesTab(const QString &tab) { m_navigation.setPreferencesTab(tab); }
+
+    LK::Appearance appearance() const { return m_theme.appearance(); }
+    void setAppearance(LK::Appearance appearance) { m_theme.setAppearance(appearance); }
+    LK::Theme theme() const { return m_theme.theme(); }
+    const LKPalette &palette() const { return LK::paletteOf(m_theme.theme()); }
+
+    ShipForm *shipForm() { return &m_shipForm; }
+    bool shipOpen() const { return m_shipForm.isOpen(); }
+    void setShipOpen(bool open) { m_shipForm.setOpen(open); }
+    const QString &shipEmail() const { return m_shipForm.email(); }
+    void setShipEmail(const QString &email) { m_shipForm.setEmail(email); }
+    bool shipSent() const { return m_shipForm.isSent(); }
+    void setShipSent(bool sent) { m_shipForm.setSent(sent); }
+
+    bool reopenLastShoot() const { return m_preferences.reopenLastShoot(); }
+    void setReopenLastShoot(bool reopen) { m_preferences.setReopenLastShoot(reopen); }
+    const QString &accountName() const { return m_preferences.accountName(); }
+    void setAccountName(const QString &name) { m_preferences.setAccountName(name); }
+    bool boringMode() const { return m_preferences.boringMode(); }
+    void setBoringMode(bool boring) { m_preferences.setBoringMode(boring); }
+    bool launchAtLogin() const { return m_preferences.launchAtLogin(); }
     // Goes back to the truth when the desktop refuses.
-    void setLaunchAtLogin(bool launch);
-    bool checkForUpdatesAutomatically() const { return m_checkForUpdatesAutomatically; }
-    void setCheckForUpdatesAutomatically(bool check);
-    bool soundEnabled() const { return m_soundEnabled; }
-    void setSoundEnabled(bool enabled);
+    void setLaunchAtLogin(bool launch) { m_preferences.setLaunchAtLogin(launch); }
+    bool checkForUpdatesAutomatically() const { return m_preferences.checkForUpdatesAutomatically(); }
+    void setCheckForUpdatesAutomatically(bool check) { m_preferences.setCheckForUpdatesAutomatically(check); }
+    bool soundEnabled() const { return m_preferences.soundEnabled(); }
+    void setSoundEnabled(bool enabled) { m_preferences.setSoundEnabled(enabled); }
 
 Q_SIGNALS:
     void phaseChanged();
@@ -120,45 +131,12 @@ Q_SIGNALS:
     void soundEnabledChanged();
 
 private:
-    void readSettings();
-    void finishClosing();
-    // Changes a field and says so; false if it was so already.
-    template <typename Value>
-    bool change(Value &field, const Value &value, void (AppState::*changed)())
-    {
-        if (field == value) {
-            return false;
-        }
-        field = value;
-        Q_EMIT(this->*changed)();
-        return true;
-    }
+    void handOn(); // what the parts tell of
 
-    SettingsStore &m_settings;
-    SystemAppearance &m_system;
-    const LoginItem m_loginItem;
-    const std::function<void(bool)> m_enableSound;
-
-    Phase m_phase = Phase::Intro;
-    ViewMode m_view = ViewMode::Landing;
-    QString m_toolID;
-    bool m_closing = false;
-    int m_toolIndex = 0;
-    double m_dragX = 0.0;
-    LK::Appearance m_appearance = LK::Appearance::AlwaysDark;
-    LK::Theme m_theme = LK::Theme::Dark;
-    bool m_showPreferences = false;
-    QString m_preferencesTab;
-    bool m_shipOpen = false;
-    QString m_shipEmail;
-    bool m_shipSent = false;
-    bool m_reopenLastShoot = false;
-    QString m_accountName;
-    bool m_boringMode = false;
-    bool m_launchAtLogin = false;
-    bool m_checkForUpdatesAutomatically = true;
-    bool m_soundEnabled = true;
-    QTimer m_closeTimer{this};
+    Navigation m_navigation{this};
+    ShipForm m_shipForm{this};
+    ThemeChoice m_theme;
+    AppPreferences m_preferences;
 };
 
 } // namespace larkspan

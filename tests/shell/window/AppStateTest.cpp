@@ -2,10 +2,11 @@
 
 #include <memory>
 
-#include "tests/shell/DesktopPortal.h"
+#include <gmock/gmock.h>
+#include <QtCore/QMetaProperty>
+#include <QtTest/QSignalSpy>
+
 #include "tests/support/TempFolder.h"
-#include "tests/support/Unprivileged.h"
-#include "tests/support/WaitUntil.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -24,9 +25,6 @@ protected:
         return std::make_unique<AppState>(store, system, LoginItem(autostart, "/usr/bin/larkspan"),
                                           [this](bool enabled) { sound.push_back(enabled); });
     }
-
-    // Whether the launcher is yet to take the tool's place.
-    static bool stillToClose(const AppState &app) { return app.findChild<QTimer *>()->isActive(); }
 
     // What another start of the program would find.
     SettingsStore reread() const { return SettingsStore(settingsFile()); }
@@ -102,19 +100,6 @@ TEST_F(AppStateTest, EverySettingIsStoredAsItChangesAndFoundAgain)
     EXPECT_THAT(sound, ElementsAre(false)); // before any cue
 }
 
-TEST_F(AppStateTest, AnUnknownAppearanceStaysDarkAndIsLeftInTheStore)
-{
-    store.setString(u"lkAppearance"_s, u"sepia"_s);
-    EXPECT_EQ(launch()->appearance(), LK::Appearance::AlwaysDark);
-    EXPECT_EQ(store.string(u"lkAppearance"_s), u"sepia"_s);
-}
-
-TEST_F(AppStateTest, AnEmptyAccountNameIsKept)
-{
-    launch()->setAccountName(QString());
-    EXPECT_EQ(launch()->accountName(), QString());
-}
-
 TEST_F(AppStateTest, OpeningAToolShowsItAndForgetsTheNotifyForm)
 {
     const auto app = launch();
@@ -132,164 +117,55 @@ TEST_F(AppStateTest, OpeningAToolShowsItAndForgetsTheNotifyForm)
     EXPECT_TRUE(app->isSortToolOpen());
 }
 
-TEST_F(AppStateTest, WhetherTheSortToolIsOpenIsToldWhenTheViewOrTheToolChanges)
+TEST_F(AppStateTest, EveryChangeOfItsPartsIsHandedOn)
 {
     const auto app = launch();
-    std::vector<bool> told;
-    QObject::connect(app.get(), &AppState::isSortToolOpenChanged, [&] { told.push_back(app->isSortToolOpen()); });
-    app->openTool(u"binnacle"_s);
-    EXPECT_THAT(told, ElementsAre(true));
-    app->openTool(u"huelock"_s);
-    EXPECT_THAT(told, ElementsAre(true, false));
+    const std::map<QByteArray, QVariant> others{
+        {"toolIndex", 2},
+        {"dragX", 12.5},
+        {"appearance", QVariant::fromValue(LK::Appearance::AlwaysLight)},
+        {"showPreferences", true},
+        {"preferencesTab", u"Import"_s},
+        {"shipOpen", true},
+        {"shipEmail", u"a@b.c"_s},
+        {"shipSent", true},
+        {"reopenLastShoot", true},
+        {"accountName", u"Vega"_s},
+        {"boringMode", true},
+        {"launchAtLogin", true},
+        {"checkForUpdatesAutomatically", false},
+        {"soundEnabled", false},
+    };
+    const QMetaObject &type = AppState::staticMetaObject;
+    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
+        const QMetaProperty property = type.property(i);
+        if (!property.isWritable()) {
+            continue;
+        }
+        ASSERT_TRUE(others.contains(property.name())) << property.name();
+        QSignalSpy told(app.get(), property.notifySignal());
+        const QVariant other = others.at(property.name());
+        EXPECT_NE(property.read(app.get()), other) << property.name();
+        EXPECT_TRUE(property.write(app.get(), other));
+        EXPECT_EQ(property.read(app.get()), other) << property.name();
+        EXPECT_EQ(told.count(), 1) << property.name();
+    }
 }
 
-TEST_F(AppStateTest, ClosingAToolLetsItLeaveBeforeTheLauncherComes)
+TEST_F(AppStateTest, ThePlaceInTheProgramIsHandedOn)
 {
     const auto app = launch();
-    app->openTool(u"binnacle"_s);
-    app->closeTool();
-    EXPECT_TRUE(app->closing());
-    EXPECT_EQ(app->findChild<QTimer *>()->intervalAsDuration(), AppState::closingTime);
-    EXPECT_EQ(app->view(), AppState::ViewMode::Tool);
-    const auto *timer = app->findChild<QTimer *>();
-    EXPECT_EQ(timer->intervalAsDuration(), std::chrono::milliseconds(270));
-    EXPECT_TRUE(timer->isSingleShot());
-    EXPECT_TRUE(waitUntil([&] { return app->view() == AppState::ViewMode::Landing; }));
-    EXPECT_FALSE(app->closing());
-    EXPECT_FALSE(app->isSortToolOpen());
-}
-
-TEST_F(AppStateTest, ClosingAToolTwiceEndsInTheLauncherWithNothingClosing)
-{
-    const auto app = launch();
-    app->openTool(u"binnacle"_s);
-    app->closeTool();
-    app->closeTool();
-    EXPECT_TRUE(waitUntil([&] { return app->view() == AppState::ViewMode::Landing; }));
-    EXPECT_FALSE(app->closing());
-    EXPECT_FALSE(stillToClose(*app));
-}
-
-TEST_F(AppStateTest, AToolOpenedWhileAnotherClosesStaysOpen)
-{
-    const auto app = launch();
-    app->openTool(u"huelock"_s);
-    app->closeTool();
-    app->openTool(u"binnacle"_s);
-    EXPECT_FALSE(app->closing());
-    EXPECT_FALSE(stillToClose(*app));
-    EXPECT_TRUE(app->isSortToolOpen());
-}
-
-TEST_F(AppStateTest, AStateThatGoesWhileAToolClosesIsNotCalledBack)
-{
-    auto app = launch();
-    app->closeTool();
-    EXPECT_TRUE(stillToClose(*app));
-    const QPointer closing = app->findChild<QTimer *>();
-    app.reset();
-    EXPECT_TRUE(closing.isNull());
-}
-
-TEST_F(AppStateTest, TheIntroEndsOnce)
-{
-    const auto app = launch();
-    int changes = 0;
-    QObject::connect(app.get(), &AppState::phaseChanged, [&changes] { ++changes; });
-    app->finishIntro();
+    QStringList told;
+    QObject::connect(app.get(), &AppState::phaseChanged, [&told] { told.push_back(u"phase"_s); });
+    QObject::connect(app.get(), &AppState::viewChanged, [&told] { told.push_back(u"view"_s); });
+    QObject::connect(app.get(), &AppState::toolIDChanged, [&told] { told.push_back(u"tool"_s); });
+    QObject::connect(app.get(), &AppState::closingChanged, [&told] { told.push_back(u"closing"_s); });
+    QObject::connect(app.get(), &AppState::themeChanged, [&told] { told.push_back(u"theme"_s); });
     app->finishIntro();
     EXPECT_EQ(app->phase(), AppState::Phase::App);
-    EXPECT_EQ(changes, 1);
-}
-
-TEST_F(AppStateTest, PreferencesOpenOnSortingInTheSortToolAndOnGeneralElsewhere)
-{
-    const auto app = launch();
-    const auto tabOf = [&app] {
-        app->setProperty("showPreferences", false);
-        app->openPreferences();
-        EXPECT_EQ(app->property("showPreferences"), true);
-        return app->property("preferencesTab").toString();
-    };
-    EXPECT_EQ(tabOf(), u"General"_s);
-    app->openTool(u"binnacle"_s);
-    EXPECT_EQ(tabOf(), u"Sorting"_s);
-    app->openTool(u"earmark"_s); // a placeholder
-    EXPECT_EQ(tabOf(), u"General"_s);
-}
-
-TEST_F(AppStateTest, PreferencesMayBeOpenedDuringTheIntro)
-{
-    const auto app = launch();
-    app->openPreferences();
-    EXPECT_EQ(app->phase(), AppState::Phase::Intro);
-    EXPECT_EQ(app->property("showPreferences"), true);
-}
-
-TEST_F(AppStateTest, SystemAppearanceFollowsTheDesktopWithNoRestart)
-{
-    DesktopPortal portal(DesktopPortal::Dark);
-    SystemAppearance desktop;
-    AppState app(store, desktop, LoginItem(autostart), [](bool) {});
-    app.setAppearance(LK::Appearance::FollowSystem);
-    EXPECT_EQ(store.string(u"lkAppearance"_s), u"system"_s);
-    EXPECT_TRUE(waitUntil([&] { return app.theme() == LK::Theme::Dark; }));
-    portal.change(DesktopPortal::Light);
-    EXPECT_TRUE(waitUntil([&] { return app.theme() == LK::Theme::Light; }));
-    portal.change(DesktopPortal::Dark);
-    EXPECT_TRUE(waitUntil([&] { return app.theme() == LK::Theme::Dark; }));
-}
-
-TEST_F(AppStateTest, ADarkAppearanceLeavesTheDesktopsChangeAlone)
-{
-    DesktopPortal portal(DesktopPortal::Dark);
-    SystemAppearance desktop;
-    const AppState app(store, desktop, LoginItem(autostart), [](bool) {});
-    EXPECT_TRUE(waitUntil([&] { return desktop.isDark(); }));
-    portal.change(DesktopPortal::Light);
-    EXPECT_TRUE(waitUntil([&] { return !desktop.isDark(); }));
-    EXPECT_EQ(app.theme(), LK::Theme::Dark);
-}
-
-TEST_F(AppStateTest, SystemAppearanceIsLightWithoutAPortal)
-{
-    const auto app = launch();
-    app->setAppearance(LK::Appearance::FollowSystem);
-    EXPECT_EQ(app->theme(), LK::Theme::Light);
-}
-
-TEST_F(AppStateTest, LaunchAtLoginGoesThroughTheDesktopAndBack)
-{
-    const auto app = launch();
-    app->setLaunchAtLogin(true);
-    EXPECT_TRUE(LoginItem(autostart).isEnabled());
-    app->setLaunchAtLogin(false);
-    EXPECT_FALSE(LoginItem(autostart).isEnabled());
-    EXPECT_FALSE(app->launchAtLogin());
-}
-
-TEST_F(AppStateTest, LaunchAtLoginSnapsBackWhenTheDesktopRefuses)
-{
-    const auto app = launch();
-    fs::create_directory(autostart);
-    fs::permissions(autostart,
-                    fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read | fs::perms::others_exec);
-    std::vector<bool> shown;
-    QObject::connect(app.get(), &AppState::launchAtLoginChanged, [&] { shown.push_back(app->launchAtLogin()); });
-    {
-        const Unprivileged user;
-        app->setLaunchAtLogin(true);
-    }
-    fs::permissions(autostart, fs::perms::owner_all);
-    EXPECT_THAT(shown, ElementsAre(true, false));
-    EXPECT_FALSE(app->launchAtLogin());
-}
-
-TEST_F(AppStateTest, TurningSoundOffAndOnTellsTheSoundEngine)
-{
-    const auto app = launch();
-    app->setSoundEnabled(false);
-    app->setSoundEnabled(false);
-    app->setSoundEnabled(true);
-    EXPECT_THAT(sound, ElementsAre(false, true));
+    app->openTool(u"huelock"_s);
+    app->closeTool();
+    EXPECT_TRUE(app->closing());
+    app->setAppearance(LK::Appearance::AlwaysLight);
+    EXPECT_THAT(told, ElementsAre(u"phase"_s, u"tool"_s, u"view"_s, u"closing"_s, u"theme"_s));
 }
