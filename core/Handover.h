@@ -3,7 +3,6 @@
 #include <functional>
 #include <utility>
 
-#include <QtCore/QEvent>
 #include <QtCore/QRunnable>
 
 #if defined(__SANITIZE_THREAD__)
@@ -42,28 +41,6 @@ public:
 
 private:
     std::function<void()> m_work;
-};
-
-// A change on its way to the thread of the object that it is posted to.
-class ChangeEvent : public QEvent
-{
-public:
-    explicit ChangeEvent(std::function<void()> change) : QEvent(kind()), m_change(std::move(change)) { handOver(this); }
-
-    static Type kind()
-    {
-        static const auto type = static_cast<Type>(registerEventType());
-        return type;
-    }
-
-    void apply()
-    {
-        takeOver(this);
-        m_change();
-    }
-
-private:
-    std::function<void()> m_change;
 };
 
 } // namespace larkspan

@@ -1,16 +1,12 @@
 #include "core/SortEngine.h"
 
 #include <algorithm>
-#include <latch>
-
-#include <QtCore/QCoreApplication>
 
 #include "core/CardFolder.h"
 #include "core/CardNote.h"
 #include "core/ClipListing.h"
 #include "core/ClipOrder.h"
 #include "core/ClipPipeline.h"
-#include "core/Handover.h"
 #include "core/RoomLabel.h"
 #include "core/RoomSplitting.h"
 
@@ -38,12 +34,11 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     , m_seams(std::move(seams))
     , m_width(std::clamp(activeProcessorCount - coresLeftFree, leastWidth, mostWidth))
     , m_projects(m_seams.projects ? m_seams.projects->projects() : std::vector<ProjectSummary>())
-    , m_unfinished(CopyJournal(m_seams.copyJournal), [this](const FileUrl &file, const FileUrl &folder) {
-        return m_seams.placesInBin(file, folder, QString());
-    })
+    , m_unfinished(
+          CopyJournal(m_seams.copyJournal),
+          [this](const FileUrl &file, const FileUrl &folder) { return m_seams.placesInBin(file, folder, QString()); })
+    , m_tasks({.items = m_width})
 {
-    m_clipPool.setMaxThreadCount(m_width);
-    m_taskPool.setMaxThreadCount(std::numeric_limits<int>::max());
     connect(this, &SortEngine::clipsChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::targetChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::stageChanged, this, &SortEngine::editsChanged);
@@ -56,7 +51,6 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
 SortEngine::~SortEngine()
 {
     cancelTask();
-    m_taskPool.waitForDone();
 }
 
 void SortEngine::sortFolder(const FileUrl &url)
@@ -72,7 +66,7 @@ void SortEngine::sortFolder(const FileUrl &url)
     beginWorking(url);
     adoptProject(url);
     rememberRecent(url);
-    startTask([this, url](const Run &run) { runSort(run, url); });
+    m_tasks.start([this, url](const Run &run) { runSort(run, url); });
 }
 
 void SortEngine::chooseFolder()
@@ -114,8 +108,8 @@ void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
     rememberRecent(destination);
     auto copying = std::make_shared<Copying>(*this);
     m_cardCopy = copying;
-    startTask([this, card = CardCopy{source, volumeName, destination, m_options.verifyLevel},
-               copying = std::move(copying)](const Run &run) mutable {
+    m_tasks.start([this, card = CardCopy{source, volumeName, destination, m_options.verifyLevel},
+                   copying = std::move(copying)](const Run &run) mutable {
         const bool isCopied = copyCard(run, card, *copying);
         copying.reset();
         if (isCopied) {
@@ -150,14 +144,15 @@ void SortEngine::runSort(const Run &run, const FileUrl &folder)
 {
     std::vector<FileUrl> urls = listClips(folder, run.stop);
     if (urls.empty()) {
-        land(run, [this, folder] { setStage({.kind = StageKind::emptyFolder, .text = folder.lastPathComponent()}); });
+        m_tasks.land(
+            run, [this, folder] { setStage({.kind = StageKind::emptyFolder, .text = folder.lastPathComponent()}); });
         return;
     }
     // Back on the main thread for what the editor has chosen by now, which holds for the whole run.
-    land(run, [this, run, urls = std::move(urls)] {
+    m_tasks.land(run, [this, run, urls = std::move(urls)] {
         setProgress(0, static_cast<int>(urls.size()));
         const SortChoices choices{m_options, m_modelTier, m_cloudSettings};
-        continueTask(run, [this, urls, choices](const Run &same) { processClips(same, urls, choices); });
+        m_tasks.resume(run, [this, urls, choices](const Run &same) { processClips(same, urls, choices); });
     });
 }
 
@@ -166,42 +161,26 @@ void SortEngine::processClips(const Run &run, std::span<const FileUrl> urls, con
     const auto classifier = makeClassifier(run, choices);
     const auto width = static_cast<std::size_t>(m_width);
     for (std::size_t first = 0; first < urls.size(); first += width) {
-        if (run.stop.stop_requested()) {
+        if (run.isStopped()) {
             return;
         }
         const auto batch = urls.subspan(first, std::min(width, urls.size() - first));
-        land(run, [this, landed = processBatch(run, batch, *classifier, choices.options)] {
+        m_tasks.land(run, [this, landed = processBatch(run, batch, *classifier, choices.options)] {
             m_clips.insert(m_clips.end(), landed.begin(), landed.end());
             Q_EMIT clipsChanged();
             setProgress(static_cast<int>(m_clips.size()), m_total);
         });
     }
-    land(run, [this, options = choices.options] { finishSort(options); });
+    m_tasks.land(run, [this, options = choices.options] { finishSort(options); });
 }
 
 std::vector<ClipPtr> SortEngine::processBatch(const Run &run, std::span<const FileUrl> urls,
                                               const FrameClassifier &classifier, const SortOptions &options)
 {
     std::vector<ClipPtr> clips(urls.size());
-    forEachClip(run, urls.size(),
-                [&](std::size_t i) { clips[i] = processClip(urls[i], classifier, options, m_seams, run.stop); });
+    m_tasks.forEach(run, urls.size(),
+                    [&](std::size_t i) { clips[i] = processClip(urls[i], classifier, options, m_seams, run.stop); });
     return clips;
-}
-
-void SortEngine::forEachClip(const Run &run, std::size_t count, const std::function<void(std::size_t index)> &work)
-{
-    // Shared, since the last clip may still be inside count_down() when the wait is over.
-    const auto allThrough = std::make_shared<std::latch>(static_cast<std::ptrdiff_t>(count));
-    for (std::size_t i = 0; i < count; ++i) {
-        m_clipPool.start(new PoolJob([&run, &work, allThrough, i] {
-            // A clip that still waits for a thread when its run is stopped need not be looked at: nobody will see it.
-            if (!run.stop.stop_requested()) {
-                work(i);
-            }
-            allThrough->count_down();
-        }));
-    }
-    allThrough->wait();
 }
 
 void SortEngine::finishSort(const SortOptions &options)
@@ -224,28 +203,29 @@ bool SortEngine::copyCard(const Run &run, const CardCopy &card, const Copying &c
     const std::vector<FileUrl> &urls = listing.clips;
     if (!listing.unreadable.empty()) {
         // A copy that lacks clips would pass for the whole card, which may be wiped next.
-        land(run, [this, note = unreadableNote(source, volumeName, listing.unreadable)] { addCardNote(note); });
+        m_tasks.land(run, [this, note = unreadableNote(source, volumeName, listing.unreadable)] { addCardNote(note); });
     }
     if (urls.empty()) {
-        land(run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });
+        m_tasks.land(
+            run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });
         return false;
     }
-    if (run.stop.stop_requested()) {
+    if (run.isStopped()) {
         return false; // with no folder made
     }
-    land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
+    m_tasks.land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
     const UnfinishedCopy whole{
         .kind = CopyKind::card, .name = volumeName, .folder = destination, .files = withSidecars(urls)};
     auto entry = m_unfinished.journal().begin(whole);
     std::optional<CopyRecord> record;
     const auto copied = m_seams.copyFiles(
         urls, destination, verify,
-        [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop,
+        [&](int done, int total) { m_tasks.land(run, [this, done, total] { setProgress(done, total); }); }, run.stop,
         observerOf(run, record));
-    const bool wasStopped = run.stop.stop_requested();
+    const bool wasStopped = run.isStopped();
     const FileUrl folder = wasStopped ? tellOfStoppedCard(entry, whole, copying) : destination;
     if (copied) {
-        land(run, [this, destination] {
+        m_tasks.land(run, [this, destination] {
             setProgress(0, m_total);
             adoptProject(destination); // until here the screens tell of the project that was open before
         });
@@ -258,32 +238,12 @@ bool SortEngine::copyCard(const Run &run, const CardCopy &card, const Copying &c
     }
     entry.close();
     if (!copied) {
-        land(run,
-             [this, failure = copied.error()] { setStage({.kind = StageKind::failed, .text = failure.description}); });
+        m_tasks.land(run, [this, failure = copied.error()] {
+            setStage({.kind = StageKind::failed, .text = failure.description});
+        });
         return false;
     }
-    return !run.stop.stop_requested();
-}
-
-void SortEngine::land(const Run &run, std::function<void()> change)
-{
-    post([this, ticket = run.ticket, change = std::move(change)] {
-        if (ticket == m_ticket) {
-            change();
-        }
-    });
-}
-
-void SortEngine::post(std::function<void()> change)
-{
-    QCoreApplication::postEvent(this, new ChangeEvent(std::move(change)));
-}
-
-void SortEngine::customEvent(QEvent *event)
-{
-    if (event->type() == ChangeEvent::kind()) {
-        static_cast<ChangeEvent *>(event)->apply();
-    }
+    return !run.isStopped();
 }
 
 std::shared_ptr<const FrameClassifier> SortEngine::makeClassifier(const Run &run, const SortChoices &choices) const
@@ -302,33 +262,15 @@ std::shared_ptr<const FrameClassifier> SortEngine::makeClassifier(const Run &run
 
 void SortEngine::cancelTask()
 {
-    m_task.request_stop();
-    ++m_ticket;
+    m_tasks.cancel();
     m_copyHistory.setProgress(std::nullopt);
     m_looksForFootage = false;
     m_exportsOnceFound = false;
 }
 
-void SortEngine::startTask(std::function<void(const Run &run)> work)
-{
-    m_task = std::stop_source();
-    continueTask(Run{m_ticket, m_task.get_token()}, std::move(work));
-}
-
-void SortEngine::continueTask(const Run &run, std::function<void(const Run &run)> work)
-{
-    m_taskPool.start(new PoolJob([run, work = std::move(work)] { work(run); }));
-}
-
-SortEngine::Copying::Copying(SortEngine &engine) : m_engine(engine)
-{
-    engine.countCopies(+1);
-}
-
-SortEngine::Copying::~Copying()
-{
-    m_engine.post([&engine = m_engine] { engine.countCopies(-1); });
-}
+SortEngine::Copying::Copying(SortEngine &engine)
+    : m_count(engine.m_tasks, [&engine](int change) { engine.countCopies(change); })
+{}
 
 void SortEngine::countCopies(int change)
 {

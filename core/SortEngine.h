@@ -5,14 +5,12 @@
 #include <memory>
 #include <optional>
 #include <set>
-#include <stop_token>
 #include <system_error>
 #include <vector>
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
 #include <QtCore/QThread>
-#include <QtCore/QThreadPool>
 #include <QtCore/QUuid>
 #include <tl/expected.hpp>
 
@@ -27,6 +25,7 @@
 #include "core/Project.h"
 #include "core/SortOptions.h"
 #include "core/SortSeams.h"
+#include "core/TaskRunner.h"
 #include "core/UnfinishedCopies.h"
 
 namespace larkspan {
@@ -272,16 +271,8 @@ Q_SIGNALS:
     void recentsChanged();
     void projectsChanged();
 
-protected:
-    void customEvent(QEvent *event) override;
-
 private:
-    // The running task as its work sees it: a token to poll, and a ticket that says whose results still count.
-    struct Run
-    {
-        quint64 ticket = 0;
-        std::stop_token stop;
-    };
+    using Run = TaskRunner::Run;
 
     // Settings of one sort, from its first clip to its last, whatever the editor changes meanwhile.
     struct SortChoices
@@ -291,15 +282,11 @@ private:
         CloudSettings cloudSettings;
     };
 
-    // Footage is being copied for as long as this lives. Made on the main thread; ends on the task's, and is counted
-    // off behind all that the task has posted by then, the outcome of its copy included.
+    // Footage is being copied for as long as this lives. Made on the main thread; ends on the task's.
     class Copying
     {
     public:
         explicit Copying(SortEngine &engine);
-        ~Copying();
-        Copying(const Copying &) = delete;
-        Copying &operator=(const Copying &) = delete;
 
         // Should it end early, its folder isn't marked: for an editor who cancels, or who sorts that very folder. To be
         // said before it is stopped; any thread.
@@ -307,7 +294,7 @@ private:
         UnfinishedCopies::FolderName folderName() const { return m_folderName; }
 
     private:
-        SortEngine &m_engine;
+        const CountScope m_count;
         std::atomic<UnfinishedCopies::FolderName> m_folderName = UnfinishedCopies::FolderName::marked;
     };
 
@@ -336,9 +323,6 @@ private:
     // Main thread.
     void adoptSettings(SettingsStore &store);
     void cancelTask();
-    void startTask(std::function<void(const Run &run)> work);
-    // The next step of the running task, on a thread again.
-    void continueTask(const Run &run, std::function<void(const Run &run)> work);
     void countCopies(int change);
     void addCardNote(const QString &note);
     void keepNameOfCardCopy();
@@ -389,7 +373,7 @@ private:
                                                                         const std::optional<FileUrl> &directory) const;
     void writeEvent(const Export &work, const std::optional<FileUrl> &directory);
 
-    // On the task's thread; they reach the engine through land() alone.
+    // On the task's thread; they reach the engine through the task runner alone.
     void runSort(const Run &run, const FileUrl &folder);
     void processClips(const Run &run, std::span<const FileUrl> urls, const SortChoices &choices);
     std::shared_ptr<const FrameClassifier> makeClassifier(const Run &run, const SortChoices &choices) const;
@@ -407,13 +391,6 @@ private:
     void keepRecord(const Run &run, const FileUrl &shoot, const CopyRecord &record);
     std::vector<ClipPtr> processBatch(const Run &run, std::span<const FileUrl> urls, const FrameClassifier &classifier,
                                       const SortOptions &options);
-    // Runs the work for each index on the clips' threads and waits for all. What has not begun when the run is stopped
-    // is left out.
-    void forEachClip(const Run &run, std::size_t count, const std::function<void(std::size_t index)> &work);
-    // Has the change made on the main thread, in the order of the calls.
-    void post(std::function<void()> change);
-    // The same, if the run is still the current one by then.
-    void land(const Run &run, std::function<void()> change);
 
     const SortSeams m_seams;
     const int m_width;
@@ -440,7 +417,6 @@ private:
     bool m_isRemovableImport = false;
     std::optional<QString> m_importVolumeName;
 
-    quint64 m_ticket = 0;
     int m_copies = 0;                  // the living objects of class Copying
     std::weak_ptr<Copying> m_cardCopy; // the latest one
     CopyHistory m_copyHistory{m_seams};
@@ -449,9 +425,7 @@ private:
     bool m_lacksThumbnails = false;  // their loading hasn't come to its end
     bool m_looksForFootage = false;  // the running task does, before it loads thumbnails
     bool m_exportsOnceFound = false; // the editor has asked for an export meanwhile
-    std::stop_source m_task;
-    QThreadPool m_taskPool; // one thread a task; a stopped one may still be ending beside the new one
-    QThreadPool m_clipPool; // the clips in work, of all tasks together
+    TaskRunner m_tasks;              // ends first: a task reads the rest
 };
 
 } // namespace larkspan

@@ -5,8 +5,6 @@
 #include <iterator>
 #include <set>
 
-#include "core/Handover.h"
-
 namespace larkspan {
 
 void SortEngine::reset()
@@ -33,11 +31,11 @@ void SortEngine::tellOfEarlierRuns()
         return;
     }
     // On a thread, as it looks at disks that may take their time.
-    m_taskPool.start(new PoolJob([this] {
+    m_tasks.start([this](const Run &) {
         for (const CopyJournal::Kept &copy : m_unfinished.leftBehind()) {
-            post([this, copy] { addUnfinished(copy); });
+            m_tasks.post([this, copy] { addUnfinished(copy); });
         }
-    }));
+    });
 }
 
 FileUrl SortEngine::tellOfStoppedCard(CopyJournal::Entry &entry, const UnfinishedCopy &copy, const Copying &copying)
@@ -46,7 +44,7 @@ FileUrl SortEngine::tellOfStoppedCard(CopyJournal::Entry &entry, const Unfinishe
     if (!stopped) {
         return copy.folder;
     }
-    post([this, stopped = *stopped] { addUnfinished(stopped); });
+    m_tasks.post([this, stopped = *stopped] { addUnfinished(stopped); });
     return stopped->copy.folder;
 }
 
@@ -80,7 +78,7 @@ void SortEngine::tellOfStoppedExport(CopyJournal::Entry &entry, UnfinishedCopy c
         copy.failure = organized.error().description;
     }
     if (const auto stopped = UnfinishedCopies::stopExport(entry, std::move(copy))) {
-        post([this, stopped = *stopped] { addUnfinished(stopped); });
+        m_tasks.post([this, stopped = *stopped] { addUnfinished(stopped); });
     }
 }
 

@@ -110,25 +110,25 @@ void SortEngine::organizeAndWrite(const Export &work)
     std::ranges::transform(clips, std::back_inserter(whole.files), [](const ClipToOrganize &clip) {
         return ClipFiles{clip.url, {}};
     });
-    startTask([this, work, clips, alreadyThere = notOrganized(work, clips), whole, deleteSources,
-               verify = m_options.verifyLevel, copying = std::make_shared<Copying>(*this)](const Run &run) {
+    m_tasks.start([this, work, clips, alreadyThere = notOrganized(work, clips), whole, deleteSources,
+                   verify = m_options.verifyLevel, copying = std::make_shared<Copying>(*this)](const Run &run) {
         const auto entry = std::make_shared<CopyJournal::Entry>(m_unfinished.journal().begin(whole));
         std::optional<CopyRecord> record;
         auto organized = m_seams.organizeByBin(
             clips, work.root, deleteSources, verify,
-            [&](int done, int total) { land(run, [this, done, total] { setProgress(done, total); }); }, run.stop,
-            observerOf(run, record));
+            [&](int done, int total) { m_tasks.land(run, [this, done, total] { setProgress(done, total); }); },
+            run.stop, observerOf(run, record));
         if (record) {
             record->source = work.folder;
             record->files.insert(record->files.end(), alreadyThere.begin(), alreadyThere.end());
             keepRecord(run, work.folder, *record);
         }
-        const bool wasStopped = run.stop.stop_requested();
+        const bool wasStopped = run.isStopped();
         if (wasStopped) {
             tellOfStoppedExport(*entry, whole, clips, organized);
         }
         // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by now.
-        post([this, run, work, organized = std::move(organized), entry, wasStopped] {
+        m_tasks.post([this, run, work, organized = std::move(organized), entry, wasStopped] {
             finishOrganizing(run, work, organized);
             if (!wasStopped) {
                 entry->close(); // not before the event is written
@@ -141,7 +141,7 @@ CopyObserver SortEngine::observerOf(const Run &run, std::optional<CopyRecord> &r
 {
     return {.progressed =
                 [this, run](const CopyProgress &progress) {
-                    land(run, [this, progress] { m_copyHistory.setProgress(progress); });
+                    m_tasks.land(run, [this, progress] { m_copyHistory.setProgress(progress); });
                 },
             .ended = [&record](CopyRecord ended) { record = std::move(ended); }};
 }
@@ -151,7 +151,7 @@ void SortEngine::keepRecord(const Run &run, const FileUrl &shoot, const CopyReco
     if (m_seams.copyLog != nullptr) {
         m_seams.copyLog->save(projectID(shoot), record);
     }
-    land(run, [this, record] { m_copyHistory.add(record); });
+    m_tasks.land(run, [this, record] { m_copyHistory.add(record); });
 }
 
 std::vector<ClipToOrganize> SortEngine::toOrganize(const Export &work) const
@@ -186,7 +186,7 @@ std::vector<CopiedFile> SortEngine::notOrganized(const Export &work, std::span<c
 
 void SortEngine::finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized)
 {
-    const bool isOnShow = run.ticket == m_ticket;
+    const bool isOnShow = !run.isStopped();
     if (organized) {
         for (const ClipPtr &clip : work.clips) {
             if (const auto moved = organized->find(clip->id); moved != organized->end()) {

@@ -160,11 +160,12 @@ void SortEngine::loadThumbnails()
     }
     m_lacksThumbnails = true;
     m_looksForFootage = true;
-    startTask([this, clips = std::move(clips), copies = std::move(copies), roots = std::move(roots)](const Run &run) {
-        lookForFootage(run, clips, copies, roots);
-        sampleThumbnails(run, clips, copies);
-        land(run, [this] { m_lacksThumbnails = false; });
-    });
+    m_tasks.start(
+        [this, clips = std::move(clips), copies = std::move(copies), roots = std::move(roots)](const Run &run) {
+            lookForFootage(run, clips, copies, roots);
+            sampleThumbnails(run, clips, copies);
+            m_tasks.land(run, [this] { m_lacksThumbnails = false; });
+        });
 }
 
 void SortEngine::lookForFootage(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies,
@@ -174,7 +175,7 @@ void SortEngine::lookForFootage(const Run &run, std::span<const ClipPtr> clips, 
     for (std::size_t i = 0; i < found.size(); ++i) {
         copies[i]->foundURL = found[i] ? found[i] : copies[i]->foundURL;
     }
-    land(run, [this, all = std::vector(clips.begin(), clips.end()), found] {
+    m_tasks.land(run, [this, all = std::vector(clips.begin(), clips.end()), found] {
         for (std::size_t i = 0; i < all.size(); ++i) {
             all[i]->foundURL = found[i] ? found[i] : all[i]->foundURL;
         }
@@ -187,16 +188,16 @@ void SortEngine::lookForFootage(const Run &run, std::span<const ClipPtr> clips, 
 
 void SortEngine::sampleThumbnails(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies)
 {
-    for (std::size_t first = 0; first < clips.size() && !run.stop.stop_requested(); first += thumbnailGroup) {
+    for (std::size_t first = 0; first < clips.size() && !run.isStopped(); first += thumbnailGroup) {
         const auto group = clips.subspan(first, std::min(thumbnailGroup, clips.size() - first));
         std::vector<Thumbnail> pictures(group.size());
-        forEachClip(run, group.size(), [&](std::size_t i) {
+        m_tasks.forEach(run, group.size(), [&](std::size_t i) {
             ClipRecord record = ClipRecord::fromClip(*copies[first + i]);
             record.path = copies[first + i]->footageURL();
             const Frames frames = m_seams.sampleFrames(*record.toClip(), 1, frameMaxDimension);
             pictures[i] = frames.empty() ? Thumbnail() : Thumbnail(frames.front());
         });
-        land(run, [this, landed = std::vector(group.begin(), group.end()), pictures = std::move(pictures)] {
+        m_tasks.land(run, [this, landed = std::vector(group.begin(), group.end()), pictures = std::move(pictures)] {
             for (std::size_t i = 0; i < landed.size(); ++i) {
                 landed[i]->thumbnail = pictures[i];
             }

@@ -3,11 +3,9 @@
 #include <system_error>
 #include <utility>
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QSocketNotifier>
 
 #include "core/ClipListing.h"
-#include "core/Handover.h"
 #include "output/FootageCheck.h"
 #include "output/VolumeDevice.h"
 
@@ -33,16 +31,13 @@ FileUrl standardized(const FileUrl &url)
 
 } // namespace
 
-VolumeWatcher::VolumeWatcher(System system, QObject *parent) : QObject(parent), m_system(std::move(system))
-{
-    m_threads.setMaxThreadCount(cardsAtOnce);
-}
+VolumeWatcher::VolumeWatcher(System system, QObject *parent)
+    : QObject(parent)
+    , m_system(std::move(system))
+    , m_checks({.tasks = cardsAtOnce})
+{}
 
-VolumeWatcher::~VolumeWatcher()
-{
-    m_checks.request_stop();
-    m_threads.waitForDone();
-}
+VolumeWatcher::~VolumeWatcher() = default;
 
 void VolumeWatcher::startWatching()
 {
@@ -62,8 +57,7 @@ void VolumeWatcher::stopWatching()
 {
     m_observer.reset();
     m_table.reset();
-    m_checks.request_stop();
-    m_checks = std::stop_source();
+    m_checks.cancel();
     setPendingCandidate(std::nullopt);
 }
 
@@ -76,17 +70,20 @@ void VolumeWatcher::readChange()
         setPendingCandidate(std::nullopt);
     }
     for (const MountEntry &volume : added) {
-        handleMount(FileUrl(volume.mountPoint));
+        lookAt(FileUrl(volume.mountPoint), m_mounts);
     }
 }
 
 void VolumeWatcher::handleMount(const FileUrl &url)
 {
-    const FileUrl volume = standardized(url);
+    lookAt(standardized(url), mountTable());
+}
+
+void VolumeWatcher::lookAt(const FileUrl &volume, std::span<const MountEntry> table)
+{
     if (!m_seenPaths.insert(volume.path()).second) {
         return;
     }
-    const std::vector<MountEntry> table = mountTable();
     const MountEntry *const mount = mountAt(table, volume.path());
     const auto device = mount != nullptr ? VolumeDevice::of(*mount, m_system.deviceTree) : std::nullopt;
     // Shares and file systems in memory have no device; an internal disk has one that nobody takes out.
@@ -99,27 +96,20 @@ void VolumeWatcher::handleMount(const FileUrl &url)
 
 void VolumeWatcher::evaluateVolume(const FileUrl &url, const QString &name)
 {
-    m_threads.start(new PoolJob([this, url, name, stop = m_checks.get_token()] {
-        const auto land = [&](std::function<void()> change) {
-            QCoreApplication::postEvent(this, new ChangeEvent([stop, change = std::move(change)] {
-                                            if (!stop.stop_requested()) {
-                                                change();
-                                            }
-                                        }));
-        };
-        if (isBackupDisk(url) || !looksLikeFootage(url, stop).looksLikeFootage) {
+    m_checks.start([this, url, name](const TaskRunner::Run &run) {
+        if (isBackupDisk(url) || !looksLikeFootage(url, run.stop).looksLikeFootage) {
             return;
         }
         // On offer before it is counted: a full card takes its time.
-        land([this, url, name] { offer(url, name); });
-        land([this, url, count = static_cast<int>(listClips(url, stop).size())] {
+        m_checks.land(run, [this, url, name] { offer(url, name); });
+        m_checks.land(run, [this, url, count = static_cast<int>(listClips(url, run.stop).size())] {
             if (m_pendingCandidate && m_pendingCandidate->url == url) {
                 Candidate counted = *m_pendingCandidate;
                 counted.clipCount = count;
                 setPendingCandidate(std::move(counted));
             }
         });
-    }));
+    });
 }
 
 void VolumeWatcher::offer(const FileUrl &url, const QString &name)
@@ -153,13 +143,6 @@ void VolumeWatcher::setPendingCandidate(std::optional<Candidate> candidate)
 std::vector<MountEntry> VolumeWatcher::mountTable() const
 {
     return MountTable(m_system.mountTable).read();
-}
-
-void VolumeWatcher::customEvent(QEvent *event)
-{
-    if (event->type() == ChangeEvent::kind()) {
-        static_cast<ChangeEvent *>(event)->apply();
-    }
 }
 
 } // namespace larkspan

@@ -1,19 +1,18 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
-#include <stop_token>
+#include <span>
 #include <vector>
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
-#include <QtCore/QThreadPool>
 #include <QtCore/QUuid>
 
 #include "core/FileUrl.h"
+#include "core/TaskRunner.h"
 #include "output/MountTable.h"
 
 class QSocketNotifier;
@@ -85,10 +84,11 @@ private:
 
     [[nodiscard]] std::vector<MountEntry> mountTable() const;
     void readChange();
+    // table: as it is now.
+    void lookAt(const FileUrl &volume, std::span<const MountEntry> table);
     void evaluateVolume(const FileUrl &url, const QString &name);
     void offer(const FileUrl &url, const QString &name);
     void setPendingCandidate(std::optional<Candidate> candidate);
-    void customEvent(QEvent *event) override;
 
     const System m_system;
     std::unique_ptr<MountTable> m_table;         // while watching
@@ -96,8 +96,7 @@ private:
     std::vector<MountEntry> m_mounts;            // as last read
     std::set<std::filesystem::path> m_seenPaths;
     std::optional<Candidate> m_pendingCandidate;
-    std::stop_source m_checks; // renewed with every stop of the watch
-    QThreadPool m_threads;
+    TaskRunner m_checks; // cancelled with every stop of the watch
 };
 
 } // namespace larkspan

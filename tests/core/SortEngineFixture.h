@@ -1,13 +1,9 @@
 #pragma once
 
-#include <atomic>
-#include <mutex>
-#include <semaphore>
-#include <stdexcept>
-
 #include <gmock/gmock.h>
 
 #include "core/SortEngine.h"
+#include "tests/support/Gate.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/WaitUntil.h"
 
@@ -117,31 +113,6 @@ protected:
     std::vector<FileUrl> revealed;
     std::vector<FolderPanel> panels;
     std::optional<FileUrl> folderToChoose;
-};
-
-// Holds work back until it is told to go on, and says when somebody has arrived.
-class Gate
-{
-public:
-    void pass()
-    {
-        m_arrived.release();
-        m_open.acquire();
-    }
-    // On the main thread its events go on meanwhile: what is awaited may come only after some of them.
-    void awaitArrival()
-    {
-        if (QThread::currentThread() != QCoreApplication::instance()->thread()) {
-            m_arrived.acquire();
-        } else if (!waitUntil([this] { return m_arrived.try_acquire(); })) {
-            throw std::runtime_error("nobody has arrived");
-        }
-    }
-    void open(int count = 1) { m_open.release(count); }
-
-private:
-    std::counting_semaphore<> m_arrived{0};
-    std::counting_semaphore<> m_open{0};
 };
 
 } // namespace larkspan::test
