@@ -5,10 +5,7 @@
 #include "core/CardFolder.h"
 #include "core/CardNote.h"
 #include "core/ClipListing.h"
-#include "core/ClipOrder.h"
 #include "core/ClipPipeline.h"
-#include "core/RoomLabel.h"
-#include "core/RoomSplitting.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -166,9 +163,9 @@ void SortEngine::processClips(const Run &run, std::span<const FileUrl> urls, con
         }
         const auto batch = urls.subspan(first, std::min(width, urls.size() - first));
         m_tasks.land(run, [this, landed = processBatch(run, batch, *classifier, choices.options)] {
-            m_clips.insert(m_clips.end(), landed.begin(), landed.end());
+            m_shoot.append(landed);
             Q_EMIT clipsChanged();
-            setProgress(static_cast<int>(m_clips.size()), m_total);
+            setProgress(clipCount(), m_total);
         });
     }
     m_tasks.land(run, [this, options = choices.options] { finishSort(options); });
@@ -185,13 +182,9 @@ std::vector<ClipPtr> SortEngine::processBatch(const Run &run, std::span<const Fi
 
 void SortEngine::finishSort(const SortOptions &options)
 {
-    std::vector<ClipPtr> sorted = m_clips;
-    sortByDate(sorted);
-    if (options.splitRepeatedRooms) {
-        splitRepeatedRooms(sorted);
-    }
-    setClips(std::move(sorted));
-    selectFirstBin();
+    m_shoot.arrange(options.splitRepeatedRooms);
+    announceClips();
+    setSelectedBin(m_shoot.firstBin());
     setStage({.kind = StageKind::results});
     saveCurrentProject();
 }
@@ -297,9 +290,8 @@ void SortEngine::dismissCardNote()
 
 void SortEngine::clearClips()
 {
-    m_confirmedReview.clear();
     m_lacksThumbnails = false;
-    setClips({});
+    setShoot({});
     setSelectedBin(std::nullopt);
     setProgress(0, 0);
 }
@@ -310,14 +302,6 @@ void SortEngine::beginWorking(const FileUrl &folder)
     clearClips();
     m_copyHistory.adopt({});
     setStage({.kind = StageKind::working});
-}
-
-void SortEngine::selectFirstBin()
-{
-    const std::vector<BinCount> counts = binCounts();
-    setSelectedBin(reviewCount() > 0 ? std::optional(reviewKey())
-                   : counts.empty()  ? std::nullopt
-                                     : std::optional(counts.front().bin));
 }
 
 } // namespace larkspan

@@ -17,29 +17,17 @@
 #include "core/ClipListing.h"
 #include "core/CloudSettings.h"
 #include "core/CopyHistory.h"
-#include "core/EditHistory.h"
 #include "core/FileUrl.h"
 #include "core/HandoffFormat.h"
-#include "core/MediaClip.h"
 #include "core/NLE.h"
 #include "core/Project.h"
+#include "core/Shoot.h"
 #include "core/SortOptions.h"
 #include "core/SortSeams.h"
 #include "core/TaskRunner.h"
 #include "core/UnfinishedCopies.h"
 
 namespace larkspan {
-
-// One row of the bin list.
-struct BinCount
-{
-    QString bin;
-    int count = 0;
-
-    friend bool operator==(const BinCount &, const BinCount &) = default;
-};
-
-std::size_t qHash(const BinCount &row, std::size_t seed = 0) noexcept;
 
 // The current shoot: takes a folder, lists its video files, runs each through probing, sampling, classifying and the
 // bin rules a handful at a time, and holds the clips for the screens.
@@ -169,7 +157,7 @@ public:
     Q_INVOKABLE void revealEvent();
 
     const Stage &stage() const { return m_stage; }
-    const std::vector<ClipPtr> &clips() const { return m_clips; }
+    const std::vector<ClipPtr> &clips() const { return m_shoot.clips(); }
     int done() const { return m_done; }
     int total() const { return m_total; }
     // done ÷ total, 0 before the total is known.
@@ -193,14 +181,18 @@ public:
     // The editor's own name for the project, otherwise the folder's.
     QString displayName() const;
 
-    int clipCount() const { return static_cast<int>(m_clips.size()); }
-    // Clips that are taller than they are wide.
-    int verticalCount() const;
-    // How many bins are in use, split ones each for themselves.
-    int binCount() const { return static_cast<int>(binCounts().size()); }
-    // Clips that wait for the editor.
-    int reviewCount() const;
-    bool canExport() const { return m_target != NLE::premiere && !m_clips.empty(); }
+    // The clips and their bins: see Shoot.
+    int clipCount() const { return m_shoot.clipCount(); }
+    int verticalCount() const { return m_shoot.verticalCount(); }
+    int binCount() const { return m_shoot.binCount(); }
+    int reviewCount() const { return m_shoot.reviewCount(); }
+    std::vector<BinCount> binCounts() const { return m_shoot.binCounts(); }
+    std::vector<QString> usedBins() const { return m_shoot.usedBins(); }
+    std::vector<QString> binChoices() const { return m_shoot.binChoices(); }
+    std::vector<ClipPtr> clipsInBin(const QString &bin) const { return m_shoot.clipsInBin(bin); }
+    bool isUnderReview(const MediaClip &clip) const { return m_shoot.isUnderReview(clip); }
+    const std::set<QUuid> &confirmedReview() const { return m_shoot.confirmedReview(); }
+    bool canExport() const { return m_target != NLE::premiere && clipCount() > 0; }
     // "House.fcpxml · 12 bins · 74 clips".
     QString exportSummary() const;
     // Where the event was written, for people; "" before.
@@ -214,9 +206,6 @@ public:
     void setPreviewClip(ClipPtr clip);
     bool hasPreview() const { return m_previewClip != nullptr; }
     Q_INVOKABLE void closePreview() { setPreviewClip(nullptr); }
-    // Ids of the clips that the editor has dealt with.
-    const std::set<QUuid> &confirmedReview() const { return m_confirmedReview; }
-    bool isUnderReview(const MediaClip &clip) const;
 
     NLE target() const { return m_target; }
     void setTarget(NLE target);
@@ -238,15 +227,6 @@ public:
     QString importRootPath() const { return m_importRoot ? m_importRoot->displayPath() : QString(); }
     bool isRemovableImport() const { return m_isRemovableImport; }
     const std::optional<QString> &importVolumeName() const { return m_importVolumeName; }
-
-    // The bins in use with their clips' number, the fullest first; the bin list's order.
-    std::vector<BinCount> binCounts() const;
-    // The bins in use, ascending.
-    std::vector<QString> usedBins() const;
-    // Every bin that a picker offers, ascending: those in use, the whole table, and "Unsorted".
-    std::vector<QString> binChoices() const;
-    // The clips of a bin, or those under review for the review key, by date.
-    std::vector<ClipPtr> clipsInBin(const QString &bin) const;
 
     // How many clips are in work at once.
     int width() const { return m_width; }
@@ -333,21 +313,17 @@ private:
     void beginWorking(const FileUrl &folder);
     void setStage(Stage stage);
     void setProgress(int done, int total);
-    void setClips(std::vector<ClipPtr> clips);
+    void setShoot(Shoot shoot);
+    // The clips, their bins and the edits have changed.
+    void announceClips();
     void setFolder(std::optional<FileUrl> folder);
     void finishSort(const SortOptions &options);
-    void selectFirstBin();
-    ClipPtr clipOf(const QUuid &id) const;
-    void settle(MediaClip &clip);
-    void edit(EditHistory::Kind kind, const QString &bin, const std::vector<ClipPtr> &clips,
-              const std::function<void(MediaClip &clip)> &change);
-    // Makes a change. Returns what it did to the filings of these clips.
-    std::vector<EditHistory::Change> recorded(const std::vector<ClipPtr> &clips, const std::function<void()> &change);
-    void refile(const EditHistory::Filings &filings);
-    // Has a bin on show that holds one of these clips, or held one before. A preview of another clip closes.
-    void showRefiled(const std::vector<ClipPtr> &refiled, const std::vector<ClipPtr> &shownBefore, bool isReviewJoined);
+    std::vector<ClipPtr> clipsOnShow() const;
+    // Selects a bin that has one of these clips, or had one before. A preview of another clip closes.
+    void showRefiled(const Shoot::Refiled &refiled, const std::vector<ClipPtr> &shownBefore);
+    // Leaves the review list if it is empty, and saves.
     void finishEdit();
-    void leaveReviewIfDone();
+    void saveEdit();
     void rememberRecent(const FileUrl &url);
     // Makes this folder's project the current one, under the name that the editor may have given it.
     void adoptProject(const FileUrl &folder);
@@ -396,14 +372,12 @@ private:
     const int m_width;
 
     Stage m_stage;
-    std::vector<ClipPtr> m_clips;
+    Shoot m_shoot;
     int m_done = 0;
     int m_total = 0;
     std::optional<FileUrl> m_folder;
     std::optional<QString> m_selectedBin;
     ClipPtr m_previewClip;
-    std::set<QUuid> m_confirmedReview;
-    EditHistory m_history; // of the clips on show
     NLE m_target = NLE::finalCut;
     ModelTier m_modelTier = ModelTier::local;
     CloudSettings m_cloudSettings;

@@ -8,7 +8,6 @@
 
 #include "core/AtomicFile.h"
 #include "core/Diagnostics.h"
-#include "core/RoomSplitting.h"
 #include "core/UserFolders.h"
 
 namespace larkspan {
@@ -25,29 +24,17 @@ void SortEngine::exportEvent()
     if (m_target == NLE::premiere || !m_folder) {
         return;
     }
-    if (m_looksForFootage && std::ranges::any_of(m_clips, [](const ClipPtr &clip) { return clip->isFootageGone(); })) {
+    if (m_looksForFootage && std::ranges::any_of(clips(), [](const ClipPtr &clip) { return clip->isFootageGone(); })) {
         m_exportsOnceFound = true;
         return;
     }
     closeGapsInBins();
-    const Export work{.folder = *m_folder, .clips = m_clips, .root = m_importRoot.value_or(*m_folder)};
+    const Export work{.folder = *m_folder, .clips = clips(), .root = m_importRoot.value_or(*m_folder)};
     if (m_options.fileHandling == FileHandling::inPlace) {
         writeEvent(work, std::nullopt);
     } else {
         organizeAndWrite(work);
     }
-}
-
-void SortEngine::closeGapsInBins()
-{
-    std::map<QString, QString> renamed;
-    const auto changes = recorded(m_clips, [&] { renamed = renumberSplitBins(m_clips); });
-    m_history.amend(changes, renamed);
-    if (const auto name = renamed.find(m_selectedBin.value_or(QString())); name != renamed.end()) {
-        setSelectedBin(name->second);
-    }
-    Q_EMIT clipsChanged();
-    Q_EMIT editsChanged();
 }
 
 std::optional<FileUrl> SortEngine::handoffFile(HandoffFormat format) const
@@ -95,7 +82,7 @@ void SortEngine::revealEvent()
 
 tl::expected<void, std::error_code> SortEngine::exportDiagnostics(const FileUrl &url) const
 {
-    return writeFileAtomically(url.path(), clipDiagnostics(m_clips).toStdString());
+    return writeFileAtomically(url.path(), clipDiagnostics(clips()).toStdString());
 }
 
 void SortEngine::organizeAndWrite(const Export &work)

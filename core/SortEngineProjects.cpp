@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/ClipOrder.h"
 #include "core/ClipPipeline.h"
 #include "core/FootageSearch.h"
 
@@ -34,15 +33,11 @@ void SortEngine::openProject(const QString &id)
     m_importVolumeName.reset();
     setFolder(project->summary.folderPath);
     setPreviewClip(nullptr);
-    m_confirmedReview.clear();
-
-    std::vector<ClipPtr> clips;
-    std::ranges::transform(project->clips, std::back_inserter(clips), &ClipRecord::toClip);
-    sortByDate(clips);
-    const int count = static_cast<int>(clips.size());
-    setClips(std::move(clips));
-    setProgress(count, count);
-    selectFirstBin();
+    std::vector<ClipPtr> stored;
+    std::ranges::transform(project->clips, std::back_inserter(stored), &ClipRecord::toClip);
+    setShoot(Shoot(std::move(stored)));
+    setProgress(clipCount(), clipCount());
+    setSelectedBin(m_shoot.firstBin());
     setStage({.kind = StageKind::results});
     loadThumbnails();
 }
@@ -117,7 +112,7 @@ void SortEngine::setProjects(const std::vector<ProjectSummary> &projects)
 
 void SortEngine::saveCurrentProject()
 {
-    if (!m_folder || m_clips.empty() || m_seams.projects == nullptr) {
+    if (!m_folder || clips().empty() || m_seams.projects == nullptr) {
         return;
     }
     m_currentProjectID = projectID(*m_folder);
@@ -131,8 +126,8 @@ void SortEngine::saveCurrentProject()
         .reviewCount = reviewCount(),
         .savedAt = std::chrono::time_point_cast<Date::duration>(std::chrono::system_clock::now()),
     };
-    project.clips.reserve(m_clips.size());
-    std::ranges::transform(m_clips, std::back_inserter(project.clips),
+    project.clips.reserve(clips().size());
+    std::ranges::transform(clips(), std::back_inserter(project.clips),
                            [](const ClipPtr &clip) { return ClipRecord::fromClip(*clip); });
     setProjects(m_seams.projects->save(std::move(project)));
 }
@@ -140,15 +135,15 @@ void SortEngine::saveCurrentProject()
 void SortEngine::loadThumbnails()
 {
     m_lacksThumbnails = false;
-    std::vector<ClipPtr> clips;
-    std::ranges::copy_if(m_clips, std::back_inserter(clips),
+    std::vector<ClipPtr> bare;
+    std::ranges::copy_if(clips(), std::back_inserter(bare),
                          [](const ClipPtr &clip) { return clip->thumbnail.isNull(); });
-    if (clips.empty()) {
+    if (bare.empty()) {
         return;
     }
     // The editor may change the clips meanwhile, so the task reads copies.
     std::vector<ClipPtr> copies;
-    std::ranges::transform(clips, std::back_inserter(copies), [](const ClipPtr &clip) {
+    std::ranges::transform(bare, std::back_inserter(copies), [](const ClipPtr &clip) {
         auto copy = ClipRecord::fromClip(*clip).toClip();
         copy->destinationURL = clip->destinationURL;
         copy->foundURL = clip->foundURL;
@@ -160,12 +155,11 @@ void SortEngine::loadThumbnails()
     }
     m_lacksThumbnails = true;
     m_looksForFootage = true;
-    m_tasks.start(
-        [this, clips = std::move(clips), copies = std::move(copies), roots = std::move(roots)](const Run &run) {
-            lookForFootage(run, clips, copies, roots);
-            sampleThumbnails(run, clips, copies);
-            m_tasks.land(run, [this] { m_lacksThumbnails = false; });
-        });
+    m_tasks.start([this, bare = std::move(bare), copies = std::move(copies), roots = std::move(roots)](const Run &run) {
+        lookForFootage(run, bare, copies, roots);
+        sampleThumbnails(run, bare, copies);
+        m_tasks.land(run, [this] { m_lacksThumbnails = false; });
+    });
 }
 
 void SortEngine::lookForFootage(const Run &run, std::span<const ClipPtr> clips, std::span<const ClipPtr> copies,

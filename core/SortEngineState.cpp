@@ -1,20 +1,9 @@
 // The values that the screens read from the engine, and the plain setters.
 #include "core/SortEngine.h"
 
-#include <algorithm>
-
-#include <QtCore/QHash>
-
-#include "core/ClipOrder.h"
-#include "core/RoomLabel.h"
 #include "core/SortSettings.h"
 
 namespace larkspan {
-
-std::size_t qHash(const BinCount &row, std::size_t seed) noexcept
-{
-    return qHashMulti(seed, row.bin, row.count);
-}
 
 double SortEngine::progress() const
 {
@@ -29,73 +18,6 @@ QString SortEngine::folderName() const
 QString SortEngine::displayName() const
 {
     return m_projectName.isEmpty() ? folderName() : m_projectName;
-}
-
-int SortEngine::verticalCount() const
-{
-    return static_cast<int>(
-        std::count_if(m_clips.begin(), m_clips.end(), [](const ClipPtr &clip) { return clip->isVertical(); }));
-}
-
-int SortEngine::reviewCount() const
-{
-    return static_cast<int>(
-        std::count_if(m_clips.begin(), m_clips.end(), [this](const ClipPtr &clip) { return isUnderReview(*clip); }));
-}
-
-bool SortEngine::isUnderReview(const MediaClip &clip) const
-{
-    return clip.needsReview && !m_confirmedReview.contains(clip.id);
-}
-
-std::vector<BinCount> SortEngine::binCounts() const
-{
-    QHash<QString, int> counts;
-    for (const ClipPtr &clip : m_clips) {
-        clip->forEachBin([&counts](const QString &bin) { ++counts[bin]; });
-    }
-    std::vector<BinCount> rows;
-    rows.reserve(static_cast<std::size_t>(counts.size()));
-    for (auto bin = counts.cbegin(); bin != counts.cend(); ++bin) {
-        rows.push_back({bin.key(), bin.value()});
-    }
-    std::ranges::sort(rows, [](const BinCount &a, const BinCount &b) {
-        return a.count != b.count ? a.count > b.count : a.bin < b.bin;
-    });
-    return rows;
-}
-
-std::vector<QString> SortEngine::usedBins() const
-{
-    const auto counts = binCounts();
-    std::vector<QString> bins(counts.size());
-    std::ranges::transform(counts, bins.begin(), &BinCount::bin);
-    std::ranges::sort(bins);
-    return bins;
-}
-
-std::vector<QString> SortEngine::binChoices() const
-{
-    const std::vector<QString> used = usedBins();
-    std::set<QString> bins(used.begin(), used.end());
-    for (const RoomLabel &label : RoomLabel::all()) {
-        bins.insert(label.name);
-    }
-    bins.insert(unsortedBin());
-    return {bins.begin(), bins.end()};
-}
-
-std::vector<ClipPtr> SortEngine::clipsInBin(const QString &bin) const
-{
-    std::vector<ClipPtr> clips;
-    std::copy_if(m_clips.begin(), m_clips.end(), std::back_inserter(clips), [&](const ClipPtr &clip) {
-        if (bin == reviewKey()) {
-            return isUnderReview(*clip);
-        }
-        return clip->isIn(bin);
-    });
-    sortByDate(clips);
-    return clips;
 }
 
 void SortEngine::adoptSettings(SettingsStore &store)
@@ -129,10 +51,14 @@ void SortEngine::setProgress(int done, int total)
     }
 }
 
-void SortEngine::setClips(std::vector<ClipPtr> clips)
+void SortEngine::setShoot(Shoot shoot)
 {
-    m_clips = std::move(clips);
-    m_history.clear();
+    m_shoot = std::move(shoot);
+    announceClips();
+}
+
+void SortEngine::announceClips()
+{
     Q_EMIT clipsChanged();
     Q_EMIT editsChanged();
 }

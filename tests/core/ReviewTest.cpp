@@ -64,30 +64,12 @@ TEST_F(ReviewTest, ReassigningMovesTheClipAndTakesItOffTheReview)
     EXPECT_EQ(saved()->summary.reviewCount, 1);
 }
 
-TEST_F(ReviewTest, ReassigningToABinThatTheClipIsTaggedWithHidesTheDouble)
-{
-    const ClipPtr kitchen = clip(u"kitchen 3"_s);
-    kitchen->extraBins = {u"Pool"_s};
-    engine.reassign(kitchen->id, u"Pool"_s);
-    EXPECT_THAT(kitchen->extraBins, ElementsAre(u"Pool"_s));
-    EXPECT_THAT(kitchen->bins(), ElementsAre(u"Pool"_s));
-}
-
 TEST_F(ReviewTest, ReassigningTheLastClipOfABinRemovesItsRowAndLeavesTheSelection)
 {
     engine.setSelectedBin(u"Kitchen"_s);
     engine.reassign(clip(u"kitchen 3"_s)->id, u"Pool"_s);
     EXPECT_THAT(engine.binCounts(), ElementsAre(BinCount{u"Pool"_s, 3}, BinCount{u"Unsorted"_s, 2}));
     EXPECT_EQ(engine.selectedBin(), u"Kitchen"_s) << "only the review list is left by itself";
-}
-
-TEST_F(ReviewTest, ReassigningAClipThatWasConfirmedKeepsItOffTheReview)
-{
-    const ClipPtr dark = clip(u"dark 1"_s);
-    engine.confirm(dark->id);
-    engine.reassign(dark->id, u"Unsorted"_s);
-    EXPECT_FALSE(engine.isUnderReview(*dark));
-    EXPECT_THAT(engine.confirmedReview(), SizeIs(1));
 }
 
 TEST_F(ReviewTest, AnExtraBinIsToggledOnAtTheEndAndOffAgainAndTheReviewStateStays)
@@ -104,23 +86,6 @@ TEST_F(ReviewTest, AnExtraBinIsToggledOnAtTheEndAndOffAgainAndTheReviewStateStay
     EXPECT_TRUE(engine.isUnderReview(*dark));
     EXPECT_THAT(engine.confirmedReview(), IsEmpty());
     expectOneChange();
-}
-
-TEST_F(ReviewTest, TogglingThePrimaryBinDoesNothing)
-{
-    const ClipPtr kitchen = clip(u"kitchen 3"_s);
-    engine.toggleExtraBin(kitchen->id, u"Kitchen"_s);
-    EXPECT_THAT(kitchen->extraBins, IsEmpty());
-}
-
-TEST_F(ReviewTest, AnExtraBinThatBecameThePrimaryOneCanStillBeTakenOff)
-{
-    const ClipPtr kitchen = clip(u"kitchen 3"_s);
-    engine.toggleExtraBin(kitchen->id, u"Pool"_s);
-    engine.reassign(kitchen->id, u"Pool"_s);
-    engine.toggleExtraBin(kitchen->id, u"Pool"_s);
-    EXPECT_THAT(kitchen->extraBins, IsEmpty());
-    EXPECT_THAT(kitchen->bins(), ElementsAre(u"Pool"_s));
 }
 
 TEST_F(ReviewTest, ConfirmingAcceptsTheClipWhereItIs)

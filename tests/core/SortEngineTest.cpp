@@ -429,44 +429,6 @@ TEST_F(SortEngineTest, AResetEndsTheWaitForTheKeyring)
     engine.reset(); // or the engine's end would wait for an hour
 }
 
-TEST_F(SortEngineTest, PickersOfferEveryBinInUseAndInTheTable)
-{
-    makeClips({"pool 1"});
-    SortEngine engine(seams());
-    engine.sortFolder(shoot);
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    engine.clips().front()->primaryBin = u"Kitchen 2"_s;
-    engine.clips().front()->extraBins = {u"Pool"_s};
-    EXPECT_THAT(engine.usedBins(), ElementsAre(u"Kitchen 2"_s, u"Pool"_s));
-    const auto choices = engine.binChoices();
-    EXPECT_THAT(choices, SizeIs(21));
-    EXPECT_TRUE(std::is_sorted(choices.begin(), choices.end()));
-    EXPECT_THAT(choices, testing::IsSupersetOf({u"Kitchen"_s, u"Kitchen 2"_s, u"Unsorted"_s}));
-    EXPECT_THAT(engine.clipsInBin(u"Pool"_s), SizeIs(1));
-    EXPECT_THAT(engine.clipsInBin(u"Kitchen"_s), IsEmpty());
-}
-
-TEST_F(SortEngineTest, BinsOfEqualSizeAreListedByName)
-{
-    makeClips({"pool 1", "garage 2", "bedroom 3", "bedroom 4"});
-    SortEngine engine(seams());
-    engine.sortFolder(shoot);
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    EXPECT_THAT(engine.binCounts(),
-                ElementsAre(BinCount{u"Bedroom"_s, 2}, BinCount{u"Garage"_s, 1}, BinCount{u"Pool"_s, 1}));
-    EXPECT_NE(qHash(engine.binCounts()[1]), qHash(engine.binCounts()[2]));
-}
-
-TEST_F(SortEngineTest, TheClipsOfABinStandByDate)
-{
-    makeClips({"bedroom 1", "bedroom 2", "pool 3"});
-    SortEngine engine(seams());
-    engine.sortFolder(shoot);
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    engine.clips().front()->creationDate += std::chrono::hours(9);
-    EXPECT_THAT(namesOf(engine.clipsInBin(u"Bedroom"_s)), ElementsAre(u"bedroom 2"_s, u"bedroom 1"_s));
-}
-
 TEST_F(SortEngineTest, ExportWritesTheEventBesideTheFootageAndOpensTheEditor)
 {
     makeClips({"pool 1"});
