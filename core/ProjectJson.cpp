@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+
+#include "core/ClipFields.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -51,32 +54,48 @@ QJsonObject toJson(const ProjectSummary &summary)
     };
 }
 
+QJsonValue jsonOf(double value)
+{
+    return finite(value);
+}
+
+QJsonValue jsonOf(bool value)
+{
+    return value;
+}
+
+QJsonValue jsonOf(std::int32_t value)
+{
+    return value;
+}
+
+QJsonValue jsonOf(std::int64_t value)
+{
+    return static_cast<qint64>(value);
+}
+
+QJsonValue jsonOf(const QString &value)
+{
+    return value;
+}
+
+QJsonValue jsonOf(Date value)
+{
+    return secondsOf(value);
+}
+
+QJsonValue jsonOf(const std::vector<QString> &value)
+{
+    QJsonArray texts;
+    std::ranges::copy(value, std::back_inserter(texts));
+    return texts;
+}
+
 QJsonObject toJson(const ClipRecord &clip)
 {
-    QJsonArray extraBins;
-    for (const QString &bin : clip.extraBins) {
-        extraBins.append(bin);
-    }
-    return {
-        {u"path"_s, clip.path.storedPath()},
-        {u"duration"_s, finite(clip.duration)},
-        {u"naturalW"_s, finite(clip.naturalW)},
-        {u"naturalH"_s, finite(clip.naturalH)},
-        {u"displayW"_s, finite(clip.displayW)},
-        {u"displayH"_s, finite(clip.displayH)},
-        {u"frameDurationValue"_s, static_cast<qint64>(clip.frameDurationValue)},
-        {u"frameDurationScale"_s, clip.frameDurationScale},
-        {u"creationDate"_s, secondsOf(clip.creationDate)},
-        {u"cameraModel"_s, clip.cameraModel},
-        {u"primaryBin"_s, clip.primaryBin},
-        {u"extraBins"_s, extraBins},
-        {u"confidence"_s, finite(clip.confidence)},
-        {u"runnerUp"_s, clip.runnerUp},
-        {u"runnerUpScore"_s, finite(clip.runnerUpScore)},
-        {u"needsReview"_s, clip.needsReview},
-        {u"reviewReason"_s, clip.reviewReason},
-        {u"humanFraction"_s, finite(clip.humanFraction)},
-    };
+    QJsonObject object{{u"path"_s, clip.path.storedPath()}};
+    forEachClipField([&](const auto &field) { object.insert(field.key, jsonOf(clip.*field.stored)); });
+    return object;
 }
 
 // Takes an object apart key by key and remembers whether everything was there.
@@ -133,6 +152,14 @@ public:
         return texts;
     }
 
+    void read(QLatin1StringView key, double &value) { value = number(key); }
+    void read(QLatin1StringView key, bool &value) { value = boolean(key); }
+    void read(QLatin1StringView key, std::int32_t &value) { value = integer<std::int32_t>(key); }
+    void read(QLatin1StringView key, std::int64_t &value) { value = integer<std::int64_t>(key); }
+    void read(QLatin1StringView key, QString &value) { value = string(key); }
+    void read(QLatin1StringView key, Date &value) { value = date(key); }
+    void read(QLatin1StringView key, std::vector<QString> &value) { value = strings(key); }
+
 private:
     const QJsonObject m_object;
     bool m_isWhole;
@@ -153,26 +180,10 @@ ProjectSummary readSummary(Reader &reader)
 
 ClipRecord readClip(Reader &reader)
 {
-    return {
-        .path = reader.path("path"_L1),
-        .duration = reader.number("duration"_L1),
-        .naturalW = reader.number("naturalW"_L1),
-        .naturalH = reader.number("naturalH"_L1),
-        .displayW = reader.number("displayW"_L1),
-        .displayH = reader.number("displayH"_L1),
-        .frameDurationValue = reader.integer<std::int64_t>("frameDurationValue"_L1),
-        .frameDurationScale = reader.integer<std::int32_t>("frameDurationScale"_L1),
-        .creationDate = reader.date("creationDate"_L1),
-        .cameraModel = reader.string("cameraModel"_L1),
-        .primaryBin = reader.string("primaryBin"_L1),
-        .extraBins = reader.strings("extraBins"_L1),
-        .confidence = reader.number("confidence"_L1),
-        .runnerUp = reader.string("runnerUp"_L1),
-        .runnerUpScore = reader.number("runnerUpScore"_L1),
-        .needsReview = reader.boolean("needsReview"_L1),
-        .reviewReason = reader.string("reviewReason"_L1),
-        .humanFraction = reader.number("humanFraction"_L1),
-    };
+    ClipRecord clip;
+    clip.path = reader.path("path"_L1);
+    forEachClipField([&](const auto &field) { reader.read(field.key, clip.*field.stored); });
+    return clip;
 }
 
 // None if any element can't be read.
