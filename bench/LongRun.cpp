@@ -57,18 +57,12 @@ SortSeams LongRun::seams(MakeClassifier makeClassifier)
         .sampleFrames = sampleFrames,
         .makeLocalClassifier = std::move(makeClassifier),
         .copyFiles =
-            [described](const auto &urls, const FileUrl &destination, VerifyLevel verify, const auto &progress,
-                        const auto &stop, const CopyObserver &observer) {
-                return MediaImporter::copyFiles(urls, destination, verify, progress, stop, FileOperations::system(),
-                                                observer)
-                    .map_error(described);
+            [described](const auto &urls, const FileUrl &destination, const CopyOrder &order) {
+                return MediaImporter::copyFiles(urls, destination, order).map_error(described);
             },
         .organizeByBin =
-            [described](const auto &clips, const FileUrl &root, bool deleteSources, VerifyLevel verify,
-                        const auto &progress, const auto &stop, const CopyObserver &observer) {
-                return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop,
-                                                    FileOperations::system(), observer)
-                    .map_error(described);
+            [described](const auto &clips, const FileUrl &root, bool deleteSources, const CopyOrder &order) {
+                return MediaImporter::organizeByBin(clips, root, deleteSources, order).map_error(described);
             },
         .placesInBin = placesInBin,
         .eventText = [](const std::vector<ClipPtr> &clips,

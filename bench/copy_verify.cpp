@@ -156,8 +156,7 @@ Import import(const std::vector<FileUrl> &urls, const fs::path &folder, VerifyLe
 {
     forget(urls);
     const auto start = std::chrono::steady_clock::now();
-    const auto answer = MediaImporter::copyFiles(
-        urls, FileUrl(folder), level, [](int, int) {}, {}, operations);
+    const auto answer = MediaImporter::copyFiles(urls, FileUrl(folder), {level, [](int, int) {}}, operations);
     Import done{.seconds = secondsSince(start)};
     if (!answer) {
         std::cerr << answer.error().description().toStdString() << '\n';

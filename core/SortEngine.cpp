@@ -211,10 +211,7 @@ bool SortEngine::copyCard(const Run &run, const CardCopy &card, const Copying &c
         .kind = CopyKind::card, .name = volumeName, .folder = destination, .files = withSidecars(urls)};
     auto entry = m_unfinished.journal().begin(whole);
     std::optional<CopyRecord> record;
-    const auto copied = m_seams.copyFiles(
-        urls, destination, verify,
-        [&](int done, int total) { m_tasks.land(run, [this, done, total] { setProgress(done, total); }); }, run.stop,
-        observerOf(run, record));
+    const auto copied = m_seams.copyFiles(urls, destination, orderOf(run, verify, record));
     const bool wasStopped = run.isStopped();
     const FileUrl folder = wasStopped ? tellOfStoppedCard(entry, whole, copying) : destination;
     if (copied) {

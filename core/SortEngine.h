@@ -359,7 +359,7 @@ private:
     // The first half of a card import. Returns whether there is a copy to sort now.
     [[nodiscard]] bool copyCard(const Run &run, const CardCopy &card, const Copying &copying);
     // Shows the progress of the run's copy, and puts its record into the place given, which outlives the copy.
-    CopyObserver observerOf(const Run &run, std::optional<CopyRecord> &record);
+    CopyOrder orderOf(const Run &run, VerifyLevel verify, std::optional<CopyRecord> &record);
     // folder: where the card's files are now.
     void keepCardRecord(const Run &run, const CardCopy &card, const CardListing &listing, const FileUrl &folder,
                         CopyRecord record);

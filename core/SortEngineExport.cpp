@@ -101,10 +101,7 @@ void SortEngine::organizeAndWrite(const Export &work)
                    verify = m_options.verifyLevel, copying = std::make_shared<Copying>(*this)](const Run &run) {
         const auto entry = std::make_shared<CopyJournal::Entry>(m_unfinished.journal().begin(whole));
         std::optional<CopyRecord> record;
-        auto organized = m_seams.organizeByBin(
-            clips, work.root, deleteSources, verify,
-            [&](int done, int total) { m_tasks.land(run, [this, done, total] { setProgress(done, total); }); },
-            run.stop, observerOf(run, record));
+        auto organized = m_seams.organizeByBin(clips, work.root, deleteSources, orderOf(run, verify, record));
         if (record) {
             record->source = work.folder;
             record->files.insert(record->files.end(), alreadyThere.begin(), alreadyThere.end());
@@ -124,13 +121,18 @@ void SortEngine::organizeAndWrite(const Export &work)
     });
 }
 
-CopyObserver SortEngine::observerOf(const Run &run, std::optional<CopyRecord> &record)
+CopyOrder SortEngine::orderOf(const Run &run, VerifyLevel verify, std::optional<CopyRecord> &record)
 {
-    return {.progressed =
-                [this, run](const CopyProgress &progress) {
-                    m_tasks.land(run, [this, progress] { m_copyHistory.setProgress(progress); });
-                },
-            .ended = [&record](CopyRecord ended) { record = std::move(ended); }};
+    return {
+        .verify = verify,
+        .progress = [this, run](int done,
+                                int total) { m_tasks.land(run, [this, done, total] { setProgress(done, total); }); },
+        .stop = run.stop,
+        .observer = {.progressed =
+                         [this, run](const CopyProgress &progress) {
+                             m_tasks.land(run, [this, progress] { m_copyHistory.setProgress(progress); });
+                         },
+                     .ended = [&record](CopyRecord ended) { record = std::move(ended); }}};
 }
 
 void SortEngine::keepRecord(const Run &run, const FileUrl &shoot, const CopyRecord &record)

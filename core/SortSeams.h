@@ -45,6 +45,15 @@ struct CopyFailure
     QString description;
 };
 
+// Says how files are copied, and who hears of it.
+struct CopyOrder
+{
+    VerifyLevel verify = VerifyLevel::sizeOnly;
+    ProgressCallback progress = {};
+    std::stop_token stop = {}; // polled between files; the copy then returns what it has
+    CopyObserver observer = {};
+};
+
 // What organizing needs to know of a clip.
 struct ClipToOrganize
 {
@@ -55,6 +64,8 @@ struct ClipToOrganize
     friend bool operator==(const ClipToOrganize &, const ClipToOrganize &) = default;
 };
 
+// The copies, in the order of the files.
+using CopyAnswer = tl::expected<std::vector<CopyResult>, CopyFailure>;
 // Where the footage of each clip now is, by the clip's id.
 using OrganizeAnswer = tl::expected<std::map<QUuid, FileUrl>, CopyFailure>;
 
@@ -83,16 +94,13 @@ struct SortSeams
     std::function<std::shared_ptr<const FrameClassifier>(const CloudSettings &settings,
                                                          std::shared_ptr<const FrameClassifier> local)>
         makeCloudClassifier;
-    // Off the main thread, one file at a time; polls the token between files and then returns what it has.
-    std::function<tl::expected<std::vector<CopyResult>, CopyFailure>(
-        const std::vector<FileUrl> &urls, const FileUrl &destination, VerifyLevel verify,
-        const ProgressCallback &progress, const std::stop_token &stop, const CopyObserver &observer)>
+    // Off the main thread, one file at a time.
+    std::function<CopyAnswer(const std::vector<FileUrl> &urls, const FileUrl &destination, const CopyOrder &order)>
         copyFiles;
     // Off the main thread. Copies each clip into a folder under root that is named after its bin, and deletes the
-    // sources, if told to, once every copy was verified. Polls the token between files and then returns what it has.
+    // sources, if told to, once every copy was verified.
     std::function<OrganizeAnswer(const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool deleteSources,
-                                 VerifyLevel verify, const ProgressCallback &progress, const std::stop_token &stop,
-                                 const CopyObserver &observer)>
+                                 const CopyOrder &order)>
         organizeByBin;
     // The files in a bin's folder under root that organizing may have made of a clip's file, judged by their names: the
     // clip's, or the same with a number. Any thread.

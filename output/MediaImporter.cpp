@@ -159,9 +159,8 @@ Proof proofAt(VerifyLevel level)
     return level == VerifyLevel::checksum ? Proof::bytes : Proof::size;
 }
 
-MediaImporter::CopyAnswer copyInto(const RunFiles &run, const FileUrl &destination, VerifyLevel verify,
-                                   const ProgressCallback &progress, const std::stop_token &stop,
-                                   const FileOperations &files, CopyRecorder &recorder)
+MediaImporter::Copied copyInto(const RunFiles &run, const FileUrl &destination, const CopyOrder &order,
+                               const FileOperations &files, CopyRecorder &recorder)
 {
     clearInterruptedRuns(folderAbove(destination.path()), files);
     auto folder = DestinationFolder::open(destination.path(), files);
@@ -174,7 +173,7 @@ MediaImporter::CopyAnswer copyInto(const RunFiles &run, const FileUrl &destinati
     FileCopier copier(files, &recorder.meter());
     std::vector<CopyResult> results;
     std::optional<ImportError> failure;
-    for (std::size_t i = 0; i < run.size() && (run.isSidecar(i) || !stop.stop_requested()); ++i) {
+    for (std::size_t i = 0; i < run.size() && (run.isSidecar(i) || !order.stop.stop_requested()); ++i) {
         recorder.begin(i);
         if (!exists(run.url(i))) {
             failure = ImportError{SourceMissing{run.url(i)}};
@@ -182,7 +181,7 @@ MediaImporter::CopyAnswer copyInto(const RunFiles &run, const FileUrl &destinati
             break;
         }
         const std::string name = run.nameOfCopy(i, results.empty() ? fs::path() : results.back().destinationURL.path());
-        const auto copy = copier.copy(run.url(i).path(), *folder, proofAt(verify), name);
+        const auto copy = copier.copy(run.url(i).path(), *folder, proofAt(order.verify), name);
         if (!copy || !copy->isInPlace(files)) {
             const CopyFault fault = copy ? NotClean{} : copy.error();
             failure = importError(run.url(i), fault);
@@ -194,7 +193,7 @@ MediaImporter::CopyAnswer copyInto(const RunFiles &run, const FileUrl &destinati
             results.push_back({run.url(i), FileUrl(copy->destination)});
         }
         if (run.endsClip(i)) {
-            progress(static_cast<int>(results.size()), static_cast<int>(run.clipCount()));
+            order.progress(static_cast<int>(results.size()), static_cast<int>(run.clipCount()));
         }
     }
     // What was copied before a failure stays, so its names are to last as well.
@@ -333,10 +332,9 @@ private:
     std::vector<Outcome> m_outcomes; // one for each file that had its turn
 };
 
-MediaImporter::OrganizeAnswer organize(std::span<const ClipToOrganize> clips, std::span<const FileUrl> urls,
-                                       const RunFiles &run, const FileUrl &root, bool deleteSources, VerifyLevel level,
-                                       const ProgressCallback &progress, const std::stop_token &stop,
-                                       const FileOperations &files, CopyRecorder &recorder)
+MediaImporter::Organized organize(std::span<const ClipToOrganize> clips, std::span<const FileUrl> urls,
+                                  const RunFiles &run, const FileUrl &root, bool deleteSources, const CopyOrder &order,
+                                  const FileOperations &files, CopyRecorder &recorder)
 {
     if (const auto space = checkFreeSpace(run, root, files); !space) {
         return tl::unexpected(space.error());
@@ -345,8 +343,8 @@ MediaImporter::OrganizeAnswer organize(std::span<const ClipToOrganize> clips, st
         return tl::unexpected(ImportError{LinkedSources{std::move(links)}});
     }
     clearInterruptedRuns(root.path(), files);
-    Organizing organizing(clips, run, root, level, files, recorder);
-    organizing.copyAll(progress, stop);
+    Organizing organizing(clips, run, root, order.verify, files, recorder);
+    organizing.copyAll(order.progress, order.stop);
     const std::vector<FileUrl> failed = organizing.failed();
     recorder.leaveProof(files); // before an original goes
     if (!failed.empty()) {
@@ -361,31 +359,29 @@ MediaImporter::OrganizeAnswer organize(std::span<const ClipToOrganize> clips, st
 
 } // namespace
 
-MediaImporter::CopyAnswer MediaImporter::copyFiles(std::span<const FileUrl> urls, const FileUrl &destination,
-                                                   VerifyLevel verify, const ProgressCallback &progress,
-                                                   const std::stop_token &stop, const FileOperations &files,
-                                                   const CopyObserver &observer)
+MediaImporter::Copied MediaImporter::copyFiles(std::span<const FileUrl> urls, const FileUrl &destination,
+                                               const CopyOrder &order, const FileOperations &files)
 {
     const RunFiles run(urls);
-    CopyRecorder recorder(run.urls(), destination, CopyKind::copy, verify, observer);
-    auto answer = copyInto(run, destination, verify, progress, stop, files, recorder);
+    CopyRecorder recorder(run.urls(), destination, CopyKind::copy, order.verify, order.observer);
+    auto answer = copyInto(run, destination, order, files, recorder);
     recorder.leaveProof(files);
     recorder.end(answer ? QString() : answer.error().description());
     return answer;
 }
 
-MediaImporter::OrganizeAnswer MediaImporter::organizeByBin(std::span<const ClipToOrganize> clips, const FileUrl &root,
-                                                           bool deleteSources, VerifyLevel verify,
-                                                           const ProgressCallback &progress,
-                                                           const std::stop_token &stop, const FileOperations &files,
-                                                           const CopyObserver &observer)
+MediaImporter::Organized MediaImporter::organizeByBin(std::span<const ClipToOrganize> clips, const FileUrl &root,
+                                                      bool deleteSources, const CopyOrder &order,
+                                                      const FileOperations &files)
 {
     std::vector<FileUrl> urls;
     std::ranges::transform(clips, std::back_inserter(urls), &ClipToOrganize::url);
-    const VerifyLevel level = deleteSources ? VerifyLevel::checksum : verify;
+    CopyOrder proving = order;
+    proving.verify = deleteSources ? VerifyLevel::checksum : order.verify;
     const RunFiles run(urls);
-    CopyRecorder recorder(run.urls(), root, deleteSources ? CopyKind::move : CopyKind::copy, level, observer);
-    auto answer = organize(clips, urls, run, root, deleteSources, level, progress, stop, files, recorder);
+    CopyRecorder recorder(run.urls(), root, deleteSources ? CopyKind::move : CopyKind::copy, proving.verify,
+                          order.observer);
+    auto answer = organize(clips, urls, run, root, deleteSources, proving, files, recorder);
     recorder.end(answer ? QString() : answer.error().description());
     return answer;
 }

@@ -2,7 +2,6 @@
 
 #include <map>
 #include <span>
-#include <stop_token>
 #include <vector>
 
 #include <QtCore/QUuid>
@@ -23,26 +22,22 @@ namespace larkspan {
 class MediaImporter
 {
 public:
-    using CopyAnswer = tl::expected<std::vector<CopyResult>, ImportError>;
-    using OrganizeAnswer = tl::expected<std::map<QUuid, FileUrl>, ImportError>;
+    using Copied = tl::expected<std::vector<CopyResult>, ImportError>;
+    using Organized = tl::expected<std::map<QUuid, FileUrl>, ImportError>;
 
     // Copies files into one folder, which is made if need be. Ends with the first failure; what was copied stays.
     // Stopped, it gives what it has.
-    [[nodiscard]] static CopyAnswer copyFiles(std::span<const FileUrl> urls, const FileUrl &destination,
-                                              VerifyLevel verify, const ProgressCallback &progress,
-                                              const std::stop_token &stop,
-                                              const FileOperations &files = FileOperations::system(),
-                                              const CopyObserver &observer = {});
+    [[nodiscard]] static Copied copyFiles(std::span<const FileUrl> urls, const FileUrl &destination,
+                                          const CopyOrder &order,
+                                          const FileOperations &files = FileOperations::system());
 
     // Copies each clip into a folder under root that is named after its primary bin, and gives where each went. A clip
     // that fails doesn't end the run, but any failure makes the run one, and no source is then deleted. Deletes the
     // sources, if told to, after the last copy; one that can't be deleted, or is no longer what was copied, stays.
     // With deleteSources each copy's bytes are proven whatever the level. Stopped, it does the same with what it has.
-    [[nodiscard]] static OrganizeAnswer organizeByBin(std::span<const ClipToOrganize> clips, const FileUrl &root,
-                                                      bool deleteSources, VerifyLevel verify,
-                                                      const ProgressCallback &progress, const std::stop_token &stop,
-                                                      const FileOperations &files = FileOperations::system(),
-                                                      const CopyObserver &observer = {});
+    [[nodiscard]] static Organized organizeByBin(std::span<const ClipToOrganize> clips, const FileUrl &root,
+                                                 bool deleteSources, const CopyOrder &order,
+                                                 const FileOperations &files = FileOperations::system());
 };
 
 } // namespace larkspan

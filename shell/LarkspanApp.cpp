@@ -63,22 +63,19 @@ QString problemText(const ModelError &error)
                QString::fromStdString(error.file.string()));
 }
 
-tl::expected<std::vector<CopyResult>, CopyFailure> copyFiles(const std::vector<FileUrl> &urls,
-                                                             const FileUrl &destination, VerifyLevel verify,
-                                                             const ProgressCallback &progress,
-                                                             const std::stop_token &stop, const CopyObserver &observer)
+CopyAnswer copyFiles(const std::vector<FileUrl> &urls, const FileUrl &destination, const CopyOrder &order)
 {
-    return MediaImporter::copyFiles(urls, destination, verify, progress, stop, FileOperations::system(), observer)
-        .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
+    return MediaImporter::copyFiles(urls, destination, order).map_error([](const ImportError &error) {
+        return CopyFailure{error.description()};
+    });
 }
 
 OrganizeAnswer organizeByBin(const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool deleteSources,
-                             VerifyLevel verify, const ProgressCallback &progress, const std::stop_token &stop,
-                             const CopyObserver &observer)
+                             const CopyOrder &order)
 {
-    return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop, FileOperations::system(),
-                                        observer)
-        .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
+    return MediaImporter::organizeByBin(clips, root, deleteSources, order).map_error([](const ImportError &error) {
+        return CopyFailure{error.description()};
+    });
 }
 
 } // namespace

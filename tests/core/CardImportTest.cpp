@@ -19,9 +19,7 @@ namespace fs = std::filesystem;
 namespace {
 
 // A real copy, small and plain: what the engine needs of an importer.
-tl::expected<std::vector<CopyResult>, CopyFailure> copyPlainly(const std::vector<FileUrl> &urls,
-                                                               const FileUrl &destination,
-                                                               const ProgressCallback &progress)
+CopyAnswer copyPlainly(const std::vector<FileUrl> &urls, const FileUrl &destination, const ProgressCallback &progress)
 {
     std::vector<CopyResult> results;
     fs::create_directories(destination.path());
@@ -42,10 +40,9 @@ protected:
     SortSeams importingSeams()
     {
         auto parts = seams();
-        parts.copyFiles = [this](const auto &urls, const auto &destination, VerifyLevel verify, const auto &progress,
-                                 const std::stop_token &, const auto &) {
-            askedLevel = verify;
-            return copyPlainly(urls, destination, progress);
+        parts.copyFiles = [this](const auto &urls, const auto &destination, const CopyOrder &order) {
+            askedLevel = order.verify;
+            return copyPlainly(urls, destination, order.progress);
         };
         return parts;
     }
@@ -181,11 +178,10 @@ TEST_F(CardImportTest, CancellingTheCopyStopsBeforeTheSortAndLeavesTheDatedFolde
     Gate gate;
     std::atomic<int> probed = 0;
     auto parts = importingSeams();
-    parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
-                          const std::stop_token &stop, const auto &) {
-        auto copied = copyPlainly({urls.front()}, destination, progress);
+    parts.copyFiles = [&](const auto &urls, const auto &destination, const CopyOrder &order) {
+        auto copied = copyPlainly({urls.front()}, destination, order.progress);
         gate.pass();
-        EXPECT_TRUE(stop.stop_requested());
+        EXPECT_TRUE(order.stop.stop_requested());
         return copied;
     };
     parts.probeClip = [&](const FileUrl &url) {
@@ -215,10 +211,9 @@ TEST_F(CardImportTest, ACopyIsUnderWayUntilItsLastFileIsDoneEvenWhenItWasStopped
     insertCard();
     Gate gate;
     auto parts = importingSeams();
-    parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
-                          const std::stop_token &, const auto &) {
+    parts.copyFiles = [&](const auto &urls, const auto &destination, const CopyOrder &order) {
         gate.pass();
-        return copyPlainly(urls, destination, progress);
+        return copyPlainly(urls, destination, order.progress);
     };
     SortEngine engine(parts);
     engine.setImportRoot(shoots());
@@ -271,10 +266,9 @@ TEST_F(CardImportTest, TheSortOfACopyGoesByWhatTheEditorHasChosenWhenTheCopyHasE
     Gate gate;
     int cloudAsked = 0;
     auto parts = importingSeams();
-    parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
-                          const std::stop_token &, const auto &) {
+    parts.copyFiles = [&](const auto &urls, const auto &destination, const CopyOrder &order) {
         gate.pass();
-        return copyPlainly(urls, destination, progress);
+        return copyPlainly(urls, destination, order.progress);
     };
     parts.makeCloudClassifier = [&](const CloudSettings &, std::shared_ptr<const FrameClassifier> local) {
         ++cloudAsked;
@@ -299,10 +293,9 @@ TEST_F(CardImportTest, AnImportLeavesTheOpenProjectAloneAndItsShootGetsANameOfIt
     makeClips({"pool 9"});
     Gate gate;
     auto parts = importingSeams();
-    parts.copyFiles = [&](const auto &urls, const auto &destination, VerifyLevel, const auto &progress,
-                          const std::stop_token &, const auto &) {
+    parts.copyFiles = [&](const auto &urls, const auto &destination, const CopyOrder &order) {
         gate.pass();
-        return copyPlainly(urls, destination, progress);
+        return copyPlainly(urls, destination, order.progress);
     };
     SortEngine engine(parts);
     engine.setImportRoot(shoots());

@@ -56,27 +56,23 @@ protected:
     SortSeams copyingSeams()
     {
         auto parts = seams();
-        parts.copyFiles = [this](const auto &urls, const FileUrl &destination, VerifyLevel, const auto &,
-                                 const std::stop_token &,
-                                 const CopyObserver &observer) -> tl::expected<std::vector<CopyResult>, CopyFailure> {
+        parts.copyFiles = [this](const auto &urls, const FileUrl &destination, const CopyOrder &order) -> CopyAnswer {
             fs::create_directories(destination.path());
             for (const FileUrl &url : urls) {
                 fs::copy_file(url.path(), destination.path() / url.lastPathBytes());
             }
-            observer.progressed({.totalBytes = 8, .copiedBytes = 4});
+            order.observer.progressed({.totalBytes = 8, .copiedBytes = 4});
             copying.pass();
             CopyRecord record = recordOf(urls, destination);
             record.failure = importFails ? u"no"_s : u""_s;
-            observer.ended(record);
-            return importFails
-                       ? tl::expected<std::vector<CopyResult>, CopyFailure>(tl::unexpected(CopyFailure{u"no"_s}))
-                       : std::vector<CopyResult>();
+            order.observer.ended(record);
+            return importFails ? CopyAnswer(tl::unexpected(CopyFailure{u"no"_s})) : std::vector<CopyResult>();
         };
-        parts.organizeByBin = [](const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool, VerifyLevel,
-                                 const auto &, const std::stop_token &, const CopyObserver &observer) {
+        parts.organizeByBin = [](const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool,
+                                 const CopyOrder &order) {
             std::vector<FileUrl> urls;
             std::ranges::transform(clips, std::back_inserter(urls), &ClipToOrganize::url);
-            observer.ended(recordOf(urls, root));
+            order.observer.ended(recordOf(urls, root));
             return OrganizeAnswer();
         };
         parts.copyReport = [](const std::vector<CopyRecord> &copies, const QString &name) {

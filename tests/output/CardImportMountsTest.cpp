@@ -32,15 +32,15 @@ protected:
     SortSeams importingSeams(std::function<void(int done)> afterEach = [](int) {})
     {
         auto parts = seams();
-        parts.copyFiles = [afterEach](const auto &urls, const FileUrl &destination, VerifyLevel verify,
-                                      const ProgressCallback &progress, const std::stop_token &stop,
-                                      const CopyObserver &observer) {
-            const auto report = [&](int done, int total) {
+        parts.copyFiles = [afterEach](const auto &urls, const FileUrl &destination, const CopyOrder &order) {
+            CopyOrder watched = order;
+            watched.progress = [&](int done, int total) {
                 afterEach(done);
-                progress(done, total);
+                order.progress(done, total);
             };
-            return MediaImporter::copyFiles(urls, destination, verify, report, stop, FileOperations::system(), observer)
-                .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
+            return MediaImporter::copyFiles(urls, destination, watched).map_error([](const ImportError &error) {
+                return CopyFailure{error.description()};
+            });
         };
         return parts;
     }

@@ -105,9 +105,9 @@ public:
         const std::stop_token &stop = {})
     {
         CopyRecord record;
-        [[maybe_unused]] const auto answer =
-            MediaImporter::copyFiles(urls, FileUrl(folder / "shoot"), m_level, progress, stop, FileOperations::system(),
-                                     {.ended = [&record](CopyRecord ended) { record = std::move(ended); }});
+        [[maybe_unused]] const auto answer = MediaImporter::copyFiles(
+            urls, FileUrl(folder / "shoot"),
+            {m_level, progress, stop, {.ended = [&record](CopyRecord ended) { record = std::move(ended); }}});
         record.source = FileUrl(folder / "card");
         return copyReport({record}, u"shoot"_s);
     }

@@ -55,11 +55,8 @@ protected:
     SortSeams exportingSeams()
     {
         auto parts = seams();
-        parts.organizeByBin = [](const auto &clips, const FileUrl &root, bool deleteSources, VerifyLevel verify,
-                                 const ProgressCallback &progress, const std::stop_token &stop,
-                                 const CopyObserver &observer) {
-            return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop,
-                                                FileOperations::system(), observer)
+        parts.organizeByBin = [](const auto &clips, const FileUrl &root, bool deleteSources, const CopyOrder &order) {
+            return MediaImporter::organizeByBin(clips, root, deleteSources, order)
                 .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
         };
         parts.placesInBin = placesInBin;
@@ -288,19 +285,16 @@ TEST_F(ExportFlowTest, AMoveThatIsCancelledWritesTheEventOfWhatItHasAndLeavesThe
     (void)folder.write("Next/garage 1.mov");
     Gate gate;
     auto parts = exportingSeams();
-    parts.organizeByBin = [&gate,
-                           organize = parts.organizeByBin](const auto &clips, const FileUrl &root, bool deleteSources,
-                                                           VerifyLevel verify, const ProgressCallback &progress,
-                                                           const std::stop_token &stop, const CopyObserver &observer) {
-        return organize(
-            clips, root, deleteSources, verify,
-            [&](int done, int total) {
-                progress(done, total);
-                if (done == 1) {
-                    gate.pass();
-                }
-            },
-            stop, observer);
+    parts.organizeByBin = [&gate, organize = parts.organizeByBin](const auto &clips, const FileUrl &root,
+                                                                  bool deleteSources, const CopyOrder &order) {
+        CopyOrder held = order;
+        held.progress = [&](int done, int total) {
+            order.progress(done, total);
+            if (done == 1) {
+                gate.pass();
+            }
+        };
+        return organize(clips, root, deleteSources, held);
     };
     SortEngine engine(parts);
     engine.setOptions({.fileHandling = FileHandling::move});

@@ -83,22 +83,22 @@ ClipToOrganize clipIn(const fs::path &file, const QString &bin)
     return {QUuid::createUuid(), FileUrl(file), bin};
 }
 
-MediaImporter::CopyAnswer copyFiles(const std::vector<FileUrl> &urls, const fs::path &destination, VerifyLevel verify,
-                                    const FileOperations &files)
+MediaImporter::Copied copyFiles(const std::vector<FileUrl> &urls, const fs::path &destination, VerifyLevel verify,
+                                const FileOperations &files)
 {
-    return MediaImporter::copyFiles(urls, FileUrl(destination), verify, ignoreProgress, {}, files);
+    return MediaImporter::copyFiles(urls, FileUrl(destination), {verify, ignoreProgress}, files);
 }
 
-MediaImporter::OrganizeAnswer copyByBin(const std::vector<ClipToOrganize> &clips, const fs::path &root,
-                                        VerifyLevel verify, const FileOperations &files)
+MediaImporter::Organized copyByBin(const std::vector<ClipToOrganize> &clips, const fs::path &root, VerifyLevel verify,
+                                   const FileOperations &files)
 {
-    return MediaImporter::organizeByBin(clips, FileUrl(root), false, verify, ignoreProgress, {}, files);
+    return MediaImporter::organizeByBin(clips, FileUrl(root), false, {verify, ignoreProgress}, files);
 }
 
-MediaImporter::OrganizeAnswer moveByBin(const std::vector<ClipToOrganize> &clips, const fs::path &root,
-                                        VerifyLevel verify, const FileOperations &files)
+MediaImporter::Organized moveByBin(const std::vector<ClipToOrganize> &clips, const fs::path &root, VerifyLevel verify,
+                                   const FileOperations &files)
 {
-    return MediaImporter::organizeByBin(clips, FileUrl(root), true, verify, ignoreProgress, {}, files);
+    return MediaImporter::organizeByBin(clips, FileUrl(root), true, {verify, ignoreProgress}, files);
 }
 
 } // namespace larkspan::test

@@ -27,14 +27,14 @@ std::filesystem::path memoryFolder();
 ClipToOrganize clipIn(const std::filesystem::path &file, const QString &bin);
 
 // The importer with what most tests leave at its usual.
-MediaImporter::CopyAnswer copyFiles(const std::vector<FileUrl> &urls, const std::filesystem::path &destination,
-                                    VerifyLevel verify = VerifyLevel::checksum,
-                                    const FileOperations &files = FileOperations::system());
-MediaImporter::OrganizeAnswer copyByBin(const std::vector<ClipToOrganize> &clips, const std::filesystem::path &root,
-                                        VerifyLevel verify = VerifyLevel::checksum,
-                                        const FileOperations &files = FileOperations::system());
-MediaImporter::OrganizeAnswer moveByBin(const std::vector<ClipToOrganize> &clips, const std::filesystem::path &root,
-                                        VerifyLevel verify = VerifyLevel::checksum,
-                                        const FileOperations &files = FileOperations::system());
+MediaImporter::Copied copyFiles(const std::vector<FileUrl> &urls, const std::filesystem::path &destination,
+                                VerifyLevel verify = VerifyLevel::checksum,
+                                const FileOperations &files = FileOperations::system());
+MediaImporter::Organized copyByBin(const std::vector<ClipToOrganize> &clips, const std::filesystem::path &root,
+                                   VerifyLevel verify = VerifyLevel::checksum,
+                                   const FileOperations &files = FileOperations::system());
+MediaImporter::Organized moveByBin(const std::vector<ClipToOrganize> &clips, const std::filesystem::path &root,
+                                   VerifyLevel verify = VerifyLevel::checksum,
+                                   const FileOperations &files = FileOperations::system());
 
 } // namespace larkspan::test

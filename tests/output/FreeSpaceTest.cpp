@@ -32,7 +32,7 @@ private:
     fsblkcnt_t m_freeBlocks;
 };
 
-MediaImporter::CopyAnswer tooLittle(std::int64_t needed, std::int64_t available)
+MediaImporter::Copied tooLittle(std::int64_t needed, std::int64_t available)
 {
     return tl::unexpected(ImportError{InsufficientSpace{needed, available}});
 }

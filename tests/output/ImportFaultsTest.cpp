@@ -394,7 +394,7 @@ TEST_F(ImportFaults, ASourceThatIsGoneByItselfBeforeItWouldBeDeletedIsNoFailure)
             fs::remove(folder / "card/large.mov");
         }
     };
-    EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, remove, {}));
+    EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, {VerifyLevel::sizeOnly, remove}));
     expectMovedWhole();
 }
 
@@ -405,7 +405,7 @@ TEST_F(ImportFaults, ASourceExchangedAfterItsCopyIsNotDeleted)
             fs::rename(folder.write("card/new.mov", "another take"), folder / "card/large.mov");
         }
     };
-    EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, exchange, {}));
+    EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, {VerifyLevel::sizeOnly, exchange}));
     EXPECT_THAT(filesBeneath(folder / "card"), ElementsAre(Pair("large.mov", "another take")));
     EXPECT_EQ(contentOf(root / "Kitchen/large.mov"), large);
 }
@@ -436,7 +436,7 @@ TEST_F(ImportFaults, AMoveRemovesSourcesThatTheFileSystemRenumberedMeanwhile)
 {
     Renumbering files;
     const auto renumber = [&](int, int) { files.renumber(); };
-    ASSERT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, renumber, {}, files));
+    ASSERT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, {VerifyLevel::sizeOnly, renumber}, files));
     expectMovedWhole();
 }
 
@@ -450,7 +450,7 @@ TEST_F(ImportFaults, ARenumberedSourceStaysWhenItsBytesAreNoLongerThoseOfItsCopy
             writeContent(folder / "card/large.mov", other);
         }
     };
-    EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, exchange, {}, files));
+    EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, {VerifyLevel::sizeOnly, exchange}, files));
     EXPECT_EQ(filesBeneath(folder / "card"), (std::map<std::string, std::string>{{"large.mov", other}}));
     EXPECT_EQ(contentOf(root / "Kitchen/large.mov"), large);
 }
@@ -483,8 +483,7 @@ TEST_F(ImportFaults, ARenumberedSourceStaysWhenItOrItsCopyCannotBeReadAgain)
         };
         fs::remove_all(root);
         folder.write("card/small.mov", small);
-        EXPECT_TRUE(
-            MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, renumber, {}, files));
+        EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, {VerifyLevel::sizeOnly, renumber}, files));
         EXPECT_EQ(filesBeneath(folder / "card"), (std::map<std::string, std::string>{{"large.mov", large}}));
     }
 }
@@ -548,7 +547,7 @@ TEST_F(ImportFaults, ADestinationFolderThatBecomesAFileDuringTheRunDeletesNothin
             writeContent(root / "Kitchen", "a file");
         }
     };
-    EXPECT_EQ(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, exchange, {}),
+    EXPECT_EQ(MediaImporter::organizeByBin(clips, FileUrl(root), true, {VerifyLevel::sizeOnly, exchange}),
               tl::unexpected(ImportError{VerificationFailed{{urls[0]}}}));
     expectSourcesWhole();
 }
@@ -560,7 +559,7 @@ TEST_F(ImportFaults, ACopyThatSomebodyRemovesBeforeTheEndKeepsItsSource)
             fs::remove(root / "Kitchen/large.mov");
         }
     };
-    EXPECT_EQ(MediaImporter::organizeByBin(clips, FileUrl(root), true, VerifyLevel::sizeOnly, remove, {}),
+    EXPECT_EQ(MediaImporter::organizeByBin(clips, FileUrl(root), true, {VerifyLevel::sizeOnly, remove}),
               tl::unexpected(ImportError{VerificationFailed{{urls[0]}}}));
     expectSourcesWhole();
 }

@@ -273,8 +273,7 @@ TEST(ImportMounts, OnACardsFileSystemAMoveRemovesASourceWithAnotherNumberOnlyIfI
             lay("other.mov", "BYTES");
         }
     };
-    EXPECT_TRUE(
-        MediaImporter::organizeByBin(clips, FileUrl(folder / "root"), true, VerifyLevel::sizeOnly, layAgain, {}));
+    EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(folder / "root"), true, {VerifyLevel::sizeOnly, layAgain}));
     EXPECT_THAT(filesBeneath(mount.path()), ElementsAre(Pair("other.mov", "BYTES")));
     EXPECT_THAT(filesBeneath(folder / "root"), ElementsAre(Pair("A/other.mov", "bytes"), Pair("A/same.mov", "bytes")));
 }

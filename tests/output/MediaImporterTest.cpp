@@ -60,7 +60,7 @@ TEST(MediaImporter, CopiesFilesOfAllSizesInInputOrderAndReportsEach)
     for (const VerifyLevel level : {VerifyLevel::sizeOnly, VerifyLevel::checksum}) {
         Steps steps;
         fs::remove_all(folder / "shoot");
-        EXPECT_EQ(MediaImporter::copyFiles(urls, FileUrl(folder / "shoot"), level, recordedIn(steps), {}), expected);
+        EXPECT_EQ(MediaImporter::copyFiles(urls, FileUrl(folder / "shoot"), {level, recordedIn(steps)}), expected);
         EXPECT_EQ(filesBeneath(folder / "shoot"), contents);
         EXPECT_EQ(steps, (Steps{{1, 8}, {2, 8}, {3, 8}, {4, 8}, {5, 8}, {6, 8}, {7, 8}, {8, 8}}));
     }
@@ -109,8 +109,8 @@ TEST(MediaImporter, ADestinationWhoseCapacityCannotBeReadPassesTheSpaceCheck)
     std::stop_source stopped;
     stopped.request_stop();
     const auto organize = [&](const fs::path &root) {
-        return MediaImporter::organizeByBin(clips, FileUrl(root), false, VerifyLevel::sizeOnly, {},
-                                            stopped.get_token());
+        return MediaImporter::organizeByBin(clips, FileUrl(root), false,
+                                            {VerifyLevel::sizeOnly, {}, stopped.get_token()});
     };
     EXPECT_EQ(organize(folder / "not made yet"), (std::map<QUuid, FileUrl>()));
     const auto existing = organize(folder.path());
@@ -211,8 +211,8 @@ TEST(MediaImporter, OneFailedClipOfAHundredInAMoveLeavesAllTheOthersInPlace)
     fs::remove(clips[41].url.path());
     const auto before = filesBeneath(folder / "card");
     Steps steps;
-    const auto answer = MediaImporter::organizeByBin(clips, FileUrl(folder / "root"), true, VerifyLevel::sizeOnly,
-                                                     recordedIn(steps), {});
+    const auto answer =
+        MediaImporter::organizeByBin(clips, FileUrl(folder / "root"), true, {VerifyLevel::sizeOnly, recordedIn(steps)});
     EXPECT_EQ(answer, tl::unexpected(notClean({clips[41].url.path()})));
     EXPECT_EQ(filesBeneath(folder / "card"), before);
     EXPECT_THAT(namesBeneath(folder / "root"), SizeIs(99)) << "what was copied stays";
@@ -266,9 +266,9 @@ TEST(MediaImporter, StoppedCopyFilesGivesWhatItHas)
     const TempFolder folder;
     const std::vector urls{FileUrl(folder.write("card/1.mov", "1")), FileUrl(folder.write("card/2.mov", "2"))};
     std::stop_source stop;
-    const auto answer = MediaImporter::copyFiles(
-        urls, FileUrl(folder / "shoot"), VerifyLevel::checksum, [&stop](int, int) { stop.request_stop(); },
-        stop.get_token());
+    const auto answer =
+        MediaImporter::copyFiles(urls, FileUrl(folder / "shoot"),
+                                 {VerifyLevel::checksum, [&stop](int, int) { stop.request_stop(); }, stop.get_token()});
     EXPECT_EQ(answer, (std::vector{CopyResult{urls[0], FileUrl(folder / "shoot/1.mov")}}));
     EXPECT_THAT(namesBeneath(folder / "shoot"), ElementsAre("1.mov"));
 }
@@ -280,8 +280,8 @@ TEST(MediaImporter, AStoppedMoveDeletesOnlyWhatItCopiedAndGivesThat)
                             clipIn(folder.write("card/2.mov", "2"), u"A"_s)};
     std::stop_source stop;
     const auto answer = MediaImporter::organizeByBin(
-        clips, FileUrl(folder / "root"), true, VerifyLevel::checksum, [&stop](int, int) { stop.request_stop(); },
-        stop.get_token());
+        clips, FileUrl(folder / "root"), true,
+        {VerifyLevel::checksum, [&stop](int, int) { stop.request_stop(); }, stop.get_token()});
     EXPECT_EQ(answer, (std::map<QUuid, FileUrl>{{clips[0].id, FileUrl(folder / "root/A/1.mov")}}));
     EXPECT_THAT(filesBeneath(folder / "card"), ElementsAre(Pair("2.mov", "2")));
 }
@@ -297,8 +297,8 @@ TEST(MediaImporter, AStoppedMoveWithAFailureDeletesNothing)
             stop.request_stop();
         }
     };
-    EXPECT_EQ(MediaImporter::organizeByBin(clips, FileUrl(folder / "root"), true, VerifyLevel::checksum, stopAfterTwo,
-                                           stop.get_token()),
+    EXPECT_EQ(MediaImporter::organizeByBin(clips, FileUrl(folder / "root"), true,
+                                           {VerifyLevel::checksum, stopAfterTwo, stop.get_token()}),
               tl::unexpected(notClean({folder / "gone.mov"})));
     EXPECT_THAT(namesBeneath(folder / "card"), ElementsAre("1.mov", "3.mov"));
 }

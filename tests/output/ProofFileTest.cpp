@@ -87,8 +87,7 @@ protected:
     bool import(const std::vector<FileUrl> &urls, VerifyLevel level = VerifyLevel::checksum,
                 const FileOperations &files = FileOperations::system(), const std::stop_token &stop = {})
     {
-        return MediaImporter::copyFiles(
-                   urls, FileUrl(shoot), level, [](int, int) {}, stop, files, observer())
+        return MediaImporter::copyFiles(urls, FileUrl(shoot), {level, [](int, int) {}, stop, observer()}, files)
             .has_value();
     }
 };
@@ -191,8 +190,8 @@ TEST_F(ProofFile, AStoppedRunProvesWhatItHadReadBack)
     }
     std::stop_source stop;
     const auto stopAfterTwo = [&stop](int done, int) { done == 2 ? (void)stop.request_stop() : void(); };
-    ASSERT_TRUE(MediaImporter::copyFiles(urls, FileUrl(shoot), VerifyLevel::checksum, stopAfterTwo, stop.get_token(),
-                                         FileOperations::system(), observer()));
+    ASSERT_TRUE(MediaImporter::copyFiles(urls, FileUrl(shoot),
+                                         {VerifyLevel::checksum, stopAfterTwo, stop.get_token(), observer()}));
     EXPECT_EQ(linesOf(shoot), 2U);
     EXPECT_TRUE(isConfirmed(shoot));
     EXPECT_EQ(countOf(*record, CopyState::readBack), 2);
@@ -218,8 +217,8 @@ TEST_F(ProofFile, AMoveProvesItsCopiesWhateverTheLevelAndBeforeAnOriginalGoes)
     const std::vector clips{clipIn(folder.write("card/a.mov", "a"), u"Kitchen"_s),
                             clipIn(folder.write("card/b.mov", "b"), u"Pool"_s)};
     const WatchingRemoval files(proofIn(shoot));
-    ASSERT_TRUE(MediaImporter::organizeByBin(
-        clips, FileUrl(shoot), true, VerifyLevel::sizeOnly, [](int, int) {}, {}, files, observer()));
+    ASSERT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(shoot), true,
+                                             {VerifyLevel::sizeOnly, [](int, int) {}, {}, observer()}, files));
     EXPECT_THAT(namesBeneath(folder / "card"), IsEmpty());
     EXPECT_TRUE(files.wasProvedFirst);
     EXPECT_EQ(linesOf(shoot), 2U);
@@ -265,9 +264,8 @@ TEST_F(ProofFile, ARootThatCannotBeWrittenToDoesNotKeepAnExportFromItsFolders)
     fs::permissions(shoot, fs::perms(0555));
     {
         const Unprivileged user;
-        EXPECT_TRUE(MediaImporter::organizeByBin(
-            clips, FileUrl(shoot), false, VerifyLevel::checksum, [](int, int) {}, {}, FileOperations::system(),
-            observer()));
+        EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(shoot), false,
+                                                 {VerifyLevel::checksum, [](int, int) {}, {}, observer()}));
     }
     EXPECT_THAT(namesBeneath(shoot), ElementsAre("Kitchen/a.mov"));
     EXPECT_EQ(record->proofProblem, u"Permission denied"_s);

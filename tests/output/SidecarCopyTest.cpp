@@ -77,8 +77,9 @@ private:
 TEST_F(SidecarCopyTest, ACardsClipsBringTheirsAlongUnderTheirNewNames)
 {
     Progress progress;
-    const auto answer = MediaImporter::copyFiles(urls(), FileUrl(shoot), VerifyLevel::checksum,
-                                                 [&](int done, int total) { progress.emplace_back(done, total); }, {});
+    const auto answer = MediaImporter::copyFiles(
+        urls(), FileUrl(shoot),
+        {VerifyLevel::checksum, [&](int done, int total) { progress.emplace_back(done, total); }});
     EXPECT_EQ(answer, (std::vector<CopyResult>{{urls()[0], FileUrl(shoot / "C0001.MP4")},
                                                {urls()[1], FileUrl(shoot / "C0001 2.MP4")},
                                                {urls()[2], FileUrl(shoot / "GX010002.MP4")}}))
@@ -198,14 +199,14 @@ TEST_F(SidecarCopyTest, AStopLetsAClipHaveAllOfIts)
     };
     const StoppingRename files;
     const auto answer = MediaImporter::copyFiles(
-        urls(), FileUrl(shoot), VerifyLevel::checksum, [](int, int) {}, files.stop.get_token(), files);
+        urls(), FileUrl(shoot), {VerifyLevel::checksum, [](int, int) {}, files.stop.get_token()}, files);
     EXPECT_EQ(answer, (std::vector<CopyResult>{{urls()[0], FileUrl(shoot / "C0001.MP4")}}));
     EXPECT_THAT(namesBeneath(shoot), ElementsAre("C0001.MP4", "C0001.THM", "C0001M01.XML"));
 
     const StoppingRename again;
     const auto list = clips();
     const auto moved = MediaImporter::organizeByBin(
-        list, FileUrl(root), true, VerifyLevel::checksum, [](int, int) {}, again.stop.get_token(), again);
+        list, FileUrl(root), true, {VerifyLevel::checksum, [](int, int) {}, again.stop.get_token()}, again);
     EXPECT_EQ(moved, (std::map<QUuid, FileUrl>{{list[0].id, FileUrl(root / "Kitchen/C0001.MP4")}}));
     EXPECT_THAT(namesBeneath(root), ElementsAre("Kitchen/C0001.MP4", "Kitchen/C0001.THM", "Kitchen/C0001M01.XML"));
     EXPECT_THAT(namesBeneath(folder / "card"), ElementsAre("101/C0001.MP4", "101/C0001M01.XML", "101/GL010002.LRV",

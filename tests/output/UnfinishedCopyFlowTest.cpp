@@ -60,18 +60,16 @@ protected:
     SortSeams copyingSeams(const FileOperations &files)
     {
         auto parts = seams();
-        parts.copyFiles = [this, &files](const auto &urls, const FileUrl &destination, VerifyLevel verify,
-                                         const ProgressCallback &progress, const std::stop_token &stop,
-                                         const CopyObserver &observer) {
-            const std::stop_callback release(stop, [this] { releaseOnStop(); });
-            return MediaImporter::copyFiles(urls, destination, verify, progress, stop, files, observer)
-                .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
+        parts.copyFiles = [this, &files](const auto &urls, const FileUrl &destination, const CopyOrder &order) {
+            const std::stop_callback release(order.stop, [this] { releaseOnStop(); });
+            return MediaImporter::copyFiles(urls, destination, order, files).map_error([](const ImportError &error) {
+                return CopyFailure{error.description()};
+            });
         };
         parts.organizeByBin = [this, &files](const auto &clips, const FileUrl &root, bool deleteSources,
-                                             VerifyLevel verify, const ProgressCallback &progress,
-                                             const std::stop_token &stop, const CopyObserver &observer) {
-            const std::stop_callback release(stop, [this] { releaseOnStop(); });
-            return MediaImporter::organizeByBin(clips, root, deleteSources, verify, progress, stop, files, observer)
+                                             const CopyOrder &order) {
+            const std::stop_callback release(order.stop, [this] { releaseOnStop(); });
+            return MediaImporter::organizeByBin(clips, root, deleteSources, order, files)
                 .map_error([](const ImportError &error) { return CopyFailure{error.description()}; });
         };
         parts.placesInBin = placesInBin;

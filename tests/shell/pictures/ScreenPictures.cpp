@@ -52,9 +52,8 @@ void ScreenPictures::useSample(SortSeams &parts)
         copying.pass();
         return std::vector<CopyResult>();
     };
-    parts.organizeByBin = [this](const auto &clips, const auto &, bool, VerifyLevel, const ProgressCallback &progress,
-                                 const auto &...) -> OrganizeAnswer {
-        progress(9, static_cast<int>(clips.size()));
+    parts.organizeByBin = [this](const auto &clips, const auto &, bool, const CopyOrder &order) -> OrganizeAnswer {
+        order.progress(9, static_cast<int>(clips.size()));
         copying.pass();
         return {};
     };

@@ -14,7 +14,7 @@ protected:
     ClosingTest()
         : ShellWindowTest([this](SortSeams &parts) {
             parts.copyJournal = desk / "Copies";
-            parts.copyFiles = [this](const auto &...) -> tl::expected<std::vector<CopyResult>, CopyFailure> {
+            parts.copyFiles = [this](const auto &...) -> CopyAnswer {
                 if (isImportHeld) {
                     copying.pass();
                 }
