@@ -30,7 +30,8 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     : QObject(parent)
     , m_seams(std::move(seams))
     , m_width(std::clamp(activeProcessorCount - coresLeftFree, leastWidth, mostWidth))
-    , m_projects(m_seams.projects ? m_seams.projects->projects() : std::vector<ProjectSummary>())
+    , m_shelf(m_seams.projects)
+    , m_settings(m_seams.settings)
     , m_unfinished(
           CopyJournal(m_seams.copyJournal),
           [this](const FileUrl &file, const FileUrl &folder) { return m_seams.placesInBin(file, folder, QString()); })
@@ -39,9 +40,6 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     connect(this, &SortEngine::clipsChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::targetChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::stageChanged, this, &SortEngine::editsChanged);
-    if (m_seams.settings != nullptr) {
-        adoptSettings(*m_seams.settings);
-    }
     tellOfEarlierRuns();
 }
 
@@ -62,7 +60,8 @@ void SortEngine::sortFolder(const FileUrl &url)
     }
     beginWorking(url);
     adoptProject(url);
-    rememberRecent(url);
+    m_settings.rememberRecent(url);
+    Q_EMIT recentsChanged();
     m_tasks.start([this, url](const Run &run) { runSort(run, url); });
 }
 
@@ -82,30 +81,31 @@ void SortEngine::chooseImportRoot()
 
 void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
 {
-    if (!m_importRoot) {
+    if (!importRoot()) {
         return;
     }
     std::error_code unreachable; // a folder that can't even be looked at isn't available either
-    if (!std::filesystem::exists(m_importRoot->path(), unreachable)) {
+    if (!std::filesystem::exists(importRoot()->path(), unreachable)) {
         setStage({.kind = StageKind::failed,
                   .text = u"Your Shoots folder isn't available right now — check it's connected, then try again."_s});
         return;
     }
     cancelTask();
-    const FileUrl destination = datedImportFolder(volumeName, *m_importRoot, QDate::currentDate());
+    const FileUrl destination = datedImportFolder(volumeName, *importRoot(), QDate::currentDate());
     m_isRemovableImport = true;
     m_importVolumeName = volumeName;
-    if (m_options.fileHandling == FileHandling::inPlace) {
+    if (options().fileHandling == FileHandling::inPlace) {
         // A card's clips have no place to stay once it is ejected, so the setting changes for good.
-        SortOptions options = m_options;
-        options.fileHandling = FileHandling::copy;
-        setOptions(options);
+        SortOptions copying = options();
+        copying.fileHandling = FileHandling::copy;
+        setOptions(copying);
     }
     beginWorking(destination);
-    rememberRecent(destination);
+    m_settings.rememberRecent(destination);
+    Q_EMIT recentsChanged();
     auto copying = std::make_shared<Copying>(*this);
     m_cardCopy = copying;
-    m_tasks.start([this, card = CardCopy{source, volumeName, destination, m_options.verifyLevel},
+    m_tasks.start([this, card = CardCopy{source, volumeName, destination, options().verifyLevel},
                    copying = std::move(copying)](const Run &run) mutable {
         const bool isCopied = copyCard(run, card, *copying);
         copying.reset();
@@ -148,7 +148,7 @@ void SortEngine::runSort(const Run &run, const FileUrl &folder)
     // Back on the main thread for what the editor has chosen by now, which holds for the whole run.
     m_tasks.land(run, [this, run, urls = std::move(urls)] {
         setProgress(0, static_cast<int>(urls.size()));
-        const SortChoices choices{m_options, m_modelTier, m_cloudSettings};
+        const SortChoices choices{options(), modelTier(), m_cloudSettings};
         m_tasks.resume(run, [this, urls, choices](const Run &same) { processClips(same, urls, choices); });
     });
 }

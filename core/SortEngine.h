@@ -21,9 +21,11 @@
 #include "core/HandoffFormat.h"
 #include "core/NLE.h"
 #include "core/Project.h"
+#include "core/ProjectShelf.h"
 #include "core/Shoot.h"
 #include "core/SortOptions.h"
 #include "core/SortSeams.h"
+#include "core/SortSettings.h"
 #include "core/TaskRunner.h"
 #include "core/UnfinishedCopies.h"
 
@@ -192,12 +194,12 @@ public:
     std::vector<ClipPtr> clipsInBin(const QString &bin) const { return m_shoot.clipsInBin(bin); }
     bool isUnderReview(const MediaClip &clip) const { return m_shoot.isUnderReview(clip); }
     const std::set<QUuid> &confirmedReview() const { return m_shoot.confirmedReview(); }
-    bool canExport() const { return m_target != NLE::premiere && clipCount() > 0; }
+    bool canExport() const { return target() != NLE::premiere && clipCount() > 0; }
     // "House.fcpxml · 12 bins · 74 clips".
     QString exportSummary() const;
     // Where the event was written, for people; "" before.
     QString eventPath() const { return m_stage.event ? m_stage.event->displayPath() : QString(); }
-    QString targetName() const { return nleLabel(m_target); }
+    QString targetName() const { return nleLabel(target()); }
 
     // The bin on show, the review key, or none.
     const std::optional<QString> &selectedBin() const { return m_selectedBin; }
@@ -207,24 +209,24 @@ public:
     bool hasPreview() const { return m_previewClip != nullptr; }
     Q_INVOKABLE void closePreview() { setPreviewClip(nullptr); }
 
-    NLE target() const { return m_target; }
+    NLE target() const { return m_settings.target(); }
     void setTarget(NLE target);
-    ModelTier modelTier() const { return m_modelTier; }
+    ModelTier modelTier() const { return m_settings.modelTier(); }
     void setModelTier(ModelTier tier);
     const CloudSettings &cloudSettings() const { return m_cloudSettings; }
     void setCloudSettings(CloudSettings settings) { m_cloudSettings = std::move(settings); }
-    const SortOptions &options() const { return m_options; }
+    const SortOptions &options() const { return m_settings.options(); }
     void setOptions(const SortOptions &options);
-    const std::vector<Recent> &recents() const { return m_recents; }
-    const std::vector<ProjectSummary> &projects() const { return m_projects; }
+    const std::vector<Recent> &recents() const { return m_settings.recents(); }
+    const std::vector<ProjectSummary> &projects() const { return m_shelf.projects(); }
     // The name of the project that restoreProject() would put back; "" if there is none.
-    QString deletedProject() const;
+    QString deletedProject() const { return m_shelf.deletedProject(); }
     const std::optional<QString> &currentProjectID() const { return m_currentProjectID; }
     const QString &projectName() const { return m_projectName; }
-    const std::optional<FileUrl> &importRoot() const { return m_importRoot; }
+    const std::optional<FileUrl> &importRoot() const { return m_settings.importRoot(); }
     void setImportRoot(std::optional<FileUrl> root);
     // Where the Shoots folder is, for people; "" without one.
-    QString importRootPath() const { return m_importRoot ? m_importRoot->displayPath() : QString(); }
+    QString importRootPath() const { return importRoot() ? importRoot()->displayPath() : QString(); }
     bool isRemovableImport() const { return m_isRemovableImport; }
     const std::optional<QString> &importVolumeName() const { return m_importVolumeName; }
 
@@ -301,7 +303,6 @@ private:
     void selectBin(const QString &bin) { setSelectedBin(bin.isEmpty() ? std::nullopt : std::optional(bin)); }
 
     // Main thread.
-    void adoptSettings(SettingsStore &store);
     void cancelTask();
     void countCopies(int change);
     void addCardNote(const QString &note);
@@ -324,10 +325,8 @@ private:
     // Leaves the review list if it is empty, and saves.
     void finishEdit();
     void saveEdit();
-    void rememberRecent(const FileUrl &url);
     // Makes this folder's project the current one, under the name that the editor may have given it.
     void adoptProject(const FileUrl &folder);
-    void setProjects(const std::vector<ProjectSummary> &projects);
     void saveCurrentProject();
     // Samples the thumbnails that are missing, after a look for footage that was moved. An export that replaces this
     // task goes on with it at its end.
@@ -371,6 +370,9 @@ private:
     const SortSeams m_seams;
     const int m_width;
 
+    ProjectShelf m_shelf;
+    SortSettings m_settings;
+
     Stage m_stage;
     Shoot m_shoot;
     int m_done = 0;
@@ -378,16 +380,9 @@ private:
     std::optional<FileUrl> m_folder;
     std::optional<QString> m_selectedBin;
     ClipPtr m_previewClip;
-    NLE m_target = NLE::finalCut;
-    ModelTier m_modelTier = ModelTier::local;
     CloudSettings m_cloudSettings;
-    SortOptions m_options;
-    std::vector<Recent> m_recents;
-    std::vector<ProjectSummary> m_projects;
-    std::optional<CachedProject> m_deletedProject; // the last one
     std::optional<QString> m_currentProjectID;
     QString m_projectName;
-    std::optional<FileUrl> m_importRoot;
     bool m_isRemovableImport = false;
     std::optional<QString> m_importVolumeName;
 

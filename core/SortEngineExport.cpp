@@ -21,7 +21,7 @@ QString SortEngine::exportSummary() const
 
 void SortEngine::exportEvent()
 {
-    if (m_target == NLE::premiere || !m_folder) {
+    if (target() == NLE::premiere || !m_folder) {
         return;
     }
     if (m_looksForFootage && std::ranges::any_of(clips(), [](const ClipPtr &clip) { return clip->isFootageGone(); })) {
@@ -29,8 +29,8 @@ void SortEngine::exportEvent()
         return;
     }
     closeGapsInBins();
-    const Export work{.folder = *m_folder, .clips = clips(), .root = m_importRoot.value_or(*m_folder)};
-    if (m_options.fileHandling == FileHandling::inPlace) {
+    const Export work{.folder = *m_folder, .clips = clips(), .root = importRoot().value_or(*m_folder)};
+    if (options().fileHandling == FileHandling::inPlace) {
         writeEvent(work, std::nullopt);
     } else {
         organizeAndWrite(work);
@@ -91,14 +91,14 @@ void SortEngine::organizeAndWrite(const Export &work)
     setStage({.kind = StageKind::organizing});
     setProgress(0, clipCount());
     const std::vector<ClipToOrganize> clips = toOrganize(work);
-    const bool deleteSources = m_options.fileHandling == FileHandling::move;
+    const bool deleteSources = options().fileHandling == FileHandling::move;
     UnfinishedCopy whole{
         .kind = deleteSources ? CopyKind::move : CopyKind::copy, .name = displayName(), .folder = work.root};
     std::ranges::transform(clips, std::back_inserter(whole.files), [](const ClipToOrganize &clip) {
         return ClipFiles{clip.url, {}};
     });
     m_tasks.start([this, work, clips, alreadyThere = notOrganized(work, clips), whole, deleteSources,
-                   verify = m_options.verifyLevel, copying = std::make_shared<Copying>(*this)](const Run &run) {
+                   verify = options().verifyLevel, copying = std::make_shared<Copying>(*this)](const Run &run) {
         const auto entry = std::make_shared<CopyJournal::Entry>(m_unfinished.journal().begin(whole));
         std::optional<CopyRecord> record;
         auto organized = m_seams.organizeByBin(clips, work.root, deleteSources, orderOf(run, verify, record));
@@ -182,7 +182,7 @@ void SortEngine::finishOrganizing(const Run &run, const Export &work, const Orga
                 clip->destinationURL = moved->second;
             }
         }
-        const auto directory = m_options.writeNextToFootage ? std::optional(work.root) : std::nullopt;
+        const auto directory = options().writeNextToFootage ? std::optional(work.root) : std::nullopt;
         if (isOnShow) {
             Q_EMIT clipsChanged();
             writeEvent(work, directory);
@@ -199,7 +199,7 @@ void SortEngine::finishOrganizing(const Run &run, const Export &work, const Orga
 
 FileUrl SortEngine::folderOfEvent(const FileUrl &folder) const
 {
-    return m_options.writeNextToFootage ? folder : documentsFolder().value_or(folder);
+    return options().writeNextToFootage ? folder : documentsFolder().value_or(folder);
 }
 
 tl::expected<FileUrl, std::error_code> SortEngine::writeEventFile(const Export &work,
@@ -219,8 +219,8 @@ void SortEngine::writeEvent(const Export &work, const std::optional<FileUrl> &di
         setStage({.kind = StageKind::failed, .text = QString::fromStdString(event.error().message())});
         return;
     }
-    if (m_options.openEditorAfterExport) {
-        (m_target == NLE::finalCut ? m_seams.openFile : m_seams.revealFile)(*event);
+    if (options().openEditorAfterExport) {
+        (target() == NLE::finalCut ? m_seams.openFile : m_seams.revealFile)(*event);
     }
     setStage({.kind = StageKind::done, .event = *event});
     saveCurrentProject();

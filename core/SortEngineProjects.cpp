@@ -17,12 +17,9 @@ constexpr std::size_t thumbnailGroup = 4; // shown together as they are sampled
 
 void SortEngine::openProject(const QString &id)
 {
-    if (m_seams.projects == nullptr) {
-        return;
-    }
-    const auto project = m_seams.projects->open(id);
+    const auto project = m_shelf.open(id);
     if (!project) {
-        setProjects(m_seams.projects->remove(id));
+        Q_EMIT projectsChanged();
         return;
     }
     cancelTask();
@@ -44,75 +41,51 @@ void SortEngine::openProject(const QString &id)
 
 void SortEngine::renameProject(const QString &id, const QString &name)
 {
-    const QString trimmed = name.trimmed();
-    if (trimmed.isEmpty() || m_seams.projects == nullptr) {
+    if (!m_shelf.rename(id, name)) {
         return;
     }
-    setProjects(m_seams.projects->rename(id, trimmed));
+    Q_EMIT projectsChanged();
     if (id == m_currentProjectID) {
-        m_projectName = trimmed;
+        m_projectName = name.trimmed();
         Q_EMIT folderChanged();
     }
 }
 
 void SortEngine::deleteProject(const QString &id)
 {
-    if (m_seams.projects == nullptr) {
+    if (m_shelf.keepsNothing()) {
         return;
     }
     if (id == m_currentProjectID) {
         m_currentProjectID.reset();
     }
-    m_deletedProject = m_seams.projects->open(id);
-    setProjects(m_seams.projects->remove(id));
+    m_shelf.remove(id);
+    Q_EMIT projectsChanged();
+}
+
+void SortEngine::restoreProject()
+{
+    const auto id = m_shelf.restore();
+    if (!id) {
+        return;
+    }
+    if (m_folder && projectID(*m_folder) == *id) {
+        m_currentProjectID = id;
+    }
+    Q_EMIT projectsChanged();
 }
 
 void SortEngine::adoptProject(const FileUrl &folder)
 {
     m_currentProjectID = projectID(folder);
-    const auto project = std::ranges::find(m_projects, *m_currentProjectID, &ProjectSummary::id);
-    // A project whose name isn't its folder's was renamed by the editor, and keeps that name.
-    const bool wasRenamed = project != m_projects.end() && project->name != folder.lastPathComponent();
-    m_projectName = wasRenamed ? project->name : QString();
+    m_projectName = m_shelf.ownName(folder);
     m_copyHistory.adopt(*m_currentProjectID);
     Q_EMIT folderChanged();
 }
 
-QString SortEngine::deletedProject() const
-{
-    const auto isIt = [this](const ProjectSummary &project) { return project.id == m_deletedProject->summary.id; };
-    return m_deletedProject && std::ranges::none_of(m_projects, isIt) ? m_deletedProject->summary.name : QString();
-}
-
-void SortEngine::restoreProject()
-{
-    if (deletedProject().isEmpty()) {
-        return;
-    }
-    CachedProject project = *std::exchange(m_deletedProject, std::nullopt);
-    if (m_folder && projectID(*m_folder) == project.summary.id) {
-        m_currentProjectID = project.summary.id;
-    }
-    setProjects(m_seams.projects->save(std::move(project)));
-}
-
-void SortEngine::rememberRecent(const FileUrl &url)
-{
-    std::erase_if(m_recents, [&url](const Recent &recent) { return recent.path == url; });
-    m_recents.insert(m_recents.begin(), {.name = url.lastPathComponent(), .path = url});
-    m_recents.resize(std::min(m_recents.size(), recentsLimit));
-    Q_EMIT recentsChanged();
-}
-
-void SortEngine::setProjects(const std::vector<ProjectSummary> &projects)
-{
-    m_projects = projects;
-    Q_EMIT projectsChanged();
-}
-
 void SortEngine::saveCurrentProject()
 {
-    if (!m_folder || clips().empty() || m_seams.projects == nullptr) {
+    if (!m_folder || clips().empty() || m_shelf.keepsNothing()) {
         return;
     }
     m_currentProjectID = projectID(*m_folder);
@@ -129,7 +102,8 @@ void SortEngine::saveCurrentProject()
     project.clips.reserve(clips().size());
     std::ranges::transform(clips(), std::back_inserter(project.clips),
                            [](const ClipPtr &clip) { return ClipRecord::fromClip(*clip); });
-    setProjects(m_seams.projects->save(std::move(project)));
+    m_shelf.save(std::move(project));
+    Q_EMIT projectsChanged();
 }
 
 void SortEngine::loadThumbnails()
@@ -150,8 +124,8 @@ void SortEngine::loadThumbnails()
         return copy;
     });
     std::vector<FileUrl> roots{*m_folder};
-    if (m_importRoot) {
-        roots.insert(roots.begin(), *m_importRoot);
+    if (importRoot()) {
+        roots.insert(roots.begin(), *importRoot());
     }
     m_lacksThumbnails = true;
     m_looksForFootage = true;

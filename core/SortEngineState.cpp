@@ -1,8 +1,6 @@
 // The values that the screens read from the engine, and the plain setters.
 #include "core/SortEngine.h"
 
-#include "core/SortSettings.h"
-
 namespace larkspan {
 
 double SortEngine::progress() const
@@ -18,20 +16,6 @@ QString SortEngine::folderName() const
 QString SortEngine::displayName() const
 {
     return m_projectName.isEmpty() ? folderName() : m_projectName;
-}
-
-void SortEngine::adoptSettings(SettingsStore &store)
-{
-    m_options = loadSortOptions(store);
-    m_modelTier = loadModelTier(store);
-    m_target = loadDefaultNLE(store);
-    m_importRoot = loadImportRoot(store);
-    m_recents = loadRecents(store);
-    connect(this, &SortEngine::optionsChanged, this, [this, &store] { saveSortOptions(store, m_options); });
-    connect(this, &SortEngine::modelTierChanged, this, [this, &store] { saveModelTier(store, m_modelTier); });
-    connect(this, &SortEngine::targetChanged, this, [this, &store] { saveDefaultNLE(store, m_target); });
-    connect(this, &SortEngine::importRootChanged, this, [this, &store] { saveImportRoot(store, m_importRoot); });
-    connect(this, &SortEngine::recentsChanged, this, [this, &store] { storeRecents(store, m_recents); });
 }
 
 void SortEngine::setStage(Stage stage)
@@ -87,32 +71,28 @@ void SortEngine::setPreviewClip(ClipPtr clip)
 
 void SortEngine::setTarget(NLE target)
 {
-    if (m_target != target) {
-        m_target = target;
+    if (m_settings.setTarget(target)) {
         Q_EMIT targetChanged();
     }
 }
 
 void SortEngine::setModelTier(ModelTier tier)
 {
-    if (m_modelTier != tier) {
-        m_modelTier = tier;
+    if (m_settings.setModelTier(tier)) {
         Q_EMIT modelTierChanged();
     }
 }
 
 void SortEngine::setOptions(const SortOptions &options)
 {
-    if (m_options != options) {
-        m_options = options;
+    if (m_settings.setOptions(options)) {
         Q_EMIT optionsChanged();
     }
 }
 
 void SortEngine::setImportRoot(std::optional<FileUrl> root)
 {
-    if (m_importRoot != root) {
-        m_importRoot = std::move(root);
+    if (m_settings.setImportRoot(std::move(root))) {
         Q_EMIT importRootChanged();
     }
 }

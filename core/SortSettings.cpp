@@ -56,6 +56,20 @@ std::optional<Recent> recentOf(const QJsonValue &value)
     return Recent{.name = name.toString(), .path = std::move(*file)};
 }
 
+// Takes over a value and stores it. False if it is the same already. store: may be null.
+template <typename Value, typename Save>
+bool change(SettingsStore *store, Value &value, Value wanted, const Save &save)
+{
+    if (value == wanted) {
+        return false;
+    }
+    value = std::move(wanted);
+    if (store != nullptr) {
+        save(*store, value);
+    }
+    return true;
+}
+
 } // namespace
 
 SortOptions loadSortOptions(const SettingsStore &store)
@@ -155,6 +169,47 @@ void storeRecents(SettingsStore &store, const std::vector<Recent> &recents)
         list.append(QJsonObject{{u"name"_s, recent.name}, {u"path"_s, recent.path.storedPath()}});
     }
     store.setData(recentsKey, QJsonDocument(list).toJson(QJsonDocument::Compact));
+}
+
+SortSettings::SortSettings(SettingsStore *store) : m_store(store)
+{
+    if (store != nullptr) {
+        m_options = loadSortOptions(*store);
+        m_modelTier = loadModelTier(*store);
+        m_target = loadDefaultNLE(*store);
+        m_importRoot = loadImportRoot(*store);
+        m_recents = loadRecents(*store);
+    }
+}
+
+bool SortSettings::setOptions(const SortOptions &options)
+{
+    return change(m_store, m_options, options, saveSortOptions);
+}
+
+bool SortSettings::setModelTier(ModelTier tier)
+{
+    return change(m_store, m_modelTier, tier, saveModelTier);
+}
+
+bool SortSettings::setTarget(NLE target)
+{
+    return change(m_store, m_target, target, saveDefaultNLE);
+}
+
+bool SortSettings::setImportRoot(std::optional<FileUrl> root)
+{
+    return change(m_store, m_importRoot, std::move(root), saveImportRoot);
+}
+
+void SortSettings::rememberRecent(const FileUrl &folder)
+{
+    std::erase_if(m_recents, [&folder](const Recent &recent) { return recent.path == folder; });
+    m_recents.insert(m_recents.begin(), {.name = folder.lastPathComponent(), .path = folder});
+    m_recents.resize(std::min(m_recents.size(), recentsLimit));
+    if (m_store != nullptr) {
+        storeRecents(*m_store, m_recents);
+    }
 }
 
 } // namespace larkspan

@@ -38,4 +38,34 @@ void saveNeededBins(SettingsStore &store, const std::set<QString> &bins);
 std::vector<Recent> loadRecents(const SettingsStore &store);
 void storeRecents(SettingsStore &store, const std::vector<Recent> &recents);
 
+// These settings as the engine holds them, but the needed bins. Every change is stored at once.
+class SortSettings
+{
+public:
+    // store: may be null, and the settings then last as long as this; outlives it.
+    explicit SortSettings(SettingsStore *store);
+
+    const SortOptions &options() const { return m_options; }
+    ModelTier modelTier() const { return m_modelTier; }
+    NLE target() const { return m_target; }
+    const std::optional<FileUrl> &importRoot() const { return m_importRoot; }
+    const std::vector<Recent> &recents() const { return m_recents; }
+
+    // Each returns false if the value is the same already.
+    bool setOptions(const SortOptions &options);
+    bool setModelTier(ModelTier tier);
+    bool setTarget(NLE target);
+    bool setImportRoot(std::optional<FileUrl> root);
+    // Puts a folder first among the recent ones.
+    void rememberRecent(const FileUrl &folder);
+
+private:
+    SettingsStore *const m_store;
+    SortOptions m_options;
+    ModelTier m_modelTier = ModelTier::local;
+    NLE m_target = NLE::finalCut;
+    std::optional<FileUrl> m_importRoot;
+    std::vector<Recent> m_recents;
+};
+
 } // namespace larkspan

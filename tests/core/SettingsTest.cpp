@@ -296,6 +296,37 @@ TEST_F(SettingsTest, ADamagedFileReadsAsDefaultsOrWhatIsStillWholeAndNeverCrashe
     }
 }
 
+TEST_F(SettingsTest, AChangeIsStoredAtOnceAndTheSameValueAgainIsNone)
+{
+    SettingsStore settings = store();
+    SortSettings held(&settings);
+    EXPECT_FALSE(held.setTarget(NLE::finalCut));
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_TRUE(held.setTarget(NLE::resolve));
+    EXPECT_FALSE(held.setTarget(NLE::resolve));
+    EXPECT_TRUE(held.setModelTier(ModelTier::cloud));
+    EXPECT_TRUE(held.setOptions(noDefault));
+    EXPECT_FALSE(held.setOptions(noDefault));
+    EXPECT_TRUE(held.setImportRoot(FileUrl("/Shoots")));
+    EXPECT_FALSE(held.setImportRoot(FileUrl("/Shoots")));
+    held.rememberRecent(FileUrl("/House"));
+    const SortSettings next(&settings);
+    EXPECT_EQ(next.target(), NLE::resolve);
+    EXPECT_EQ(next.modelTier(), ModelTier::cloud);
+    EXPECT_EQ(next.options(), noDefault);
+    EXPECT_EQ(next.importRoot(), FileUrl("/Shoots"));
+    EXPECT_EQ(next.recents(), held.recents());
+}
+
+TEST(SortSettings, WithoutAStoreLastAsLongAsTheObject)
+{
+    SortSettings held(nullptr);
+    EXPECT_TRUE(held.setTarget(NLE::resolve));
+    held.rememberRecent(FileUrl("/House"));
+    EXPECT_EQ(held.target(), NLE::resolve);
+    EXPECT_THAT(held.recents(), SizeIs(1));
+}
+
 TEST(SortOptions, ChoicesReadAsThePreferencesNameThem)
 {
     EXPECT_EQ(fileHandlingLabel(FileHandling::inPlace), u"Leave in place"_s);
