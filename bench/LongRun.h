@@ -7,6 +7,7 @@
 #include <QtCore/QTemporaryDir>
 
 #include "core/SortEngine.h"
+#include "core/SortSeams.h"
 
 namespace larkspan::bench {
 

@@ -5,6 +5,7 @@
 #include <QtCore/QTemporaryDir>
 
 #include "core/SortEngine.h"
+#include "core/SortSeams.h"
 
 namespace larkspan::bench {
 

@@ -13,6 +13,7 @@
 
 #include "core/RoomLabel.h"
 #include "core/SortEngine.h"
+#include "core/SortSeams.h"
 
 using namespace larkspan;
 

@@ -1,11 +1,7 @@
-#include "core/SortEngine.h"
-
 #include <algorithm>
 
 #include "core/CardFolder.h"
-#include "core/CardNote.h"
-#include "core/ClipListing.h"
-#include "core/ClipPipeline.h"
+#include "core/SortEngineParts.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -28,19 +24,15 @@ bool overlap(const std::filesystem::path &a, const std::filesystem::path &b)
 
 SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *parent)
     : QObject(parent)
-    , m_seams(std::move(seams))
     , m_width(std::clamp(activeProcessorCount - coresLeftFree, leastWidth, mostWidth))
-    , m_shelf(m_seams.projects)
-    , m_settings(m_seams.settings)
-    , m_unfinished(
-          CopyJournal(m_seams.copyJournal),
-          [this](const FileUrl &file, const FileUrl &folder) { return m_seams.placesInBin(file, folder, QString()); })
-    , m_tasks({.items = m_width})
+    , m_shelf(seams.projects)
+    , m_settings(seams.settings)
+    , m_parts(std::make_unique<Parts>(*this, std::move(seams)))
 {
     connect(this, &SortEngine::clipsChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::targetChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::stageChanged, this, &SortEngine::editsChanged);
-    tellOfEarlierRuns();
+    m_parts->copies.tellOfEarlierRuns();
 }
 
 SortEngine::~SortEngine()
@@ -51,7 +43,7 @@ SortEngine::~SortEngine()
 void SortEngine::sortFolder(const FileUrl &url)
 {
     if (m_folder && overlap(url.path(), m_folder->path())) {
-        keepNameOfCardCopy(); // the sort reads it under this name
+        m_parts->cards.keepFolderName(); // the sort reads it under this name
     }
     cancelTask();
     if (url != m_folder) { // the same once more is still what came from its card
@@ -62,21 +54,21 @@ void SortEngine::sortFolder(const FileUrl &url)
     adoptProject(url);
     m_settings.rememberRecent(url);
     Q_EMIT recentsChanged();
-    m_tasks.start([this, url](const Run &run) { runSort(run, url); });
+    m_parts->tasks.start([this, url](const TaskRunner::Run &run) { m_parts->sorting.run(run, url); });
 }
 
 void SortEngine::chooseFolder()
 {
     const FolderPanel panel{.prompt = u"Sort This Folder"_s,
                             .message = u"Choose the folder holding this shoot's raw clips."_s};
-    m_seams.chooseFolder(panel, [this](const FileUrl &url) { sortFolder(url); });
+    m_parts->seams.chooseFolder(panel, [this](const FileUrl &url) { sortFolder(url); });
 }
 
 void SortEngine::chooseImportRoot()
 {
     const FolderPanel panel{.prompt = u"Use as Shoots Folder"_s,
                             .message = u"Choose where new SD-card imports should be organized."_s};
-    m_seams.chooseFolder(panel, [this](const FileUrl &url) { setImportRoot(url); });
+    m_parts->seams.chooseFolder(panel, [this](const FileUrl &url) { setImportRoot(url); });
 }
 
 void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
@@ -103,16 +95,18 @@ void SortEngine::importCard(const FileUrl &source, const QString &volumeName)
     beginWorking(destination);
     m_settings.rememberRecent(destination);
     Q_EMIT recentsChanged();
-    auto copying = std::make_shared<Copying>(*this);
-    m_cardCopy = copying;
-    m_tasks.start([this, card = CardCopy{source, volumeName, destination, options().verifyLevel},
-                   copying = std::move(copying)](const Run &run) mutable {
-        const bool isCopied = copyCard(run, card, *copying);
-        copying.reset();
-        if (isCopied) {
-            runSort(run, card.destination);
-        }
-    });
+    m_parts->cards.start({source, volumeName, destination, options().verifyLevel});
+}
+
+void SortEngine::reset()
+{
+    m_parts->cards.keepFolderName();
+    dropShoot();
+}
+
+void SortEngine::resetToQuit()
+{
+    dropShoot();
 }
 
 void SortEngine::dropShoot()
@@ -121,7 +115,7 @@ void SortEngine::dropShoot()
     setFolder(std::nullopt);
     clearClips();
     setPreviewClip(nullptr);
-    m_copyHistory.adopt({});
+    m_parts->copies.history().adopt({});
     m_currentProjectID.reset();
     m_projectName.clear();
     m_isRemovableImport = false;
@@ -137,157 +131,16 @@ void SortEngine::sortAgain()
     }
 }
 
-void SortEngine::runSort(const Run &run, const FileUrl &folder)
-{
-    std::vector<FileUrl> urls = listClips(folder, run.stop);
-    if (urls.empty()) {
-        m_tasks.land(
-            run, [this, folder] { setStage({.kind = StageKind::emptyFolder, .text = folder.lastPathComponent()}); });
-        return;
-    }
-    // Back on the main thread for what the editor has chosen by now, which holds for the whole run.
-    m_tasks.land(run, [this, run, urls = std::move(urls)] {
-        setProgress(0, static_cast<int>(urls.size()));
-        const SortChoices choices{options(), modelTier(), m_cloudSettings};
-        m_tasks.resume(run, [this, urls, choices](const Run &same) { processClips(same, urls, choices); });
-    });
-}
-
-void SortEngine::processClips(const Run &run, std::span<const FileUrl> urls, const SortChoices &choices)
-{
-    const auto classifier = makeClassifier(run, choices);
-    const auto width = static_cast<std::size_t>(m_width);
-    for (std::size_t first = 0; first < urls.size(); first += width) {
-        if (run.isStopped()) {
-            return;
-        }
-        const auto batch = urls.subspan(first, std::min(width, urls.size() - first));
-        m_tasks.land(run, [this, landed = processBatch(run, batch, *classifier, choices.options)] {
-            m_shoot.append(landed);
-            Q_EMIT clipsChanged();
-            setProgress(clipCount(), m_total);
-        });
-    }
-    m_tasks.land(run, [this, options = choices.options] { finishSort(options); });
-}
-
-std::vector<ClipPtr> SortEngine::processBatch(const Run &run, std::span<const FileUrl> urls,
-                                              const FrameClassifier &classifier, const SortOptions &options)
-{
-    std::vector<ClipPtr> clips(urls.size());
-    m_tasks.forEach(run, urls.size(),
-                    [&](std::size_t i) { clips[i] = processClip(urls[i], classifier, options, m_seams, run.stop); });
-    return clips;
-}
-
-void SortEngine::finishSort(const SortOptions &options)
-{
-    m_shoot.arrange(options.splitRepeatedRooms);
-    announceClips();
-    setSelectedBin(m_shoot.firstBin());
-    setStage({.kind = StageKind::results});
-    saveCurrentProject();
-}
-
-bool SortEngine::copyCard(const Run &run, const CardCopy &card, const Copying &copying)
-{
-    const auto &[source, volumeName, destination, verify] = card;
-    const CardListing listing = listCard(source, run.stop);
-    const std::vector<FileUrl> &urls = listing.clips;
-    if (!listing.unreadable.empty()) {
-        // A copy that lacks clips would pass for the whole card, which may be wiped next.
-        m_tasks.land(run, [this, note = unreadableNote(source, volumeName, listing.unreadable)] { addCardNote(note); });
-    }
-    if (urls.empty()) {
-        m_tasks.land(
-            run, [this, source] { setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()}); });
-        return false;
-    }
-    if (run.isStopped()) {
-        return false; // with no folder made
-    }
-    m_tasks.land(run, [this, total = static_cast<int>(urls.size())] { setProgress(0, total); });
-    const UnfinishedCopy whole{
-        .kind = CopyKind::card, .name = volumeName, .folder = destination, .files = withSidecars(urls)};
-    auto entry = m_unfinished.journal().begin(whole);
-    std::optional<CopyRecord> record;
-    const auto copied = m_seams.copyFiles(urls, destination, orderOf(run, verify, record));
-    const bool wasStopped = run.isStopped();
-    const FileUrl folder = wasStopped ? tellOfStoppedCard(entry, whole, copying) : destination;
-    if (copied) {
-        m_tasks.land(run, [this, destination] {
-            setProgress(0, m_total);
-            adoptProject(destination); // until here the screens tell of the project that was open before
-        });
-    }
-    if (record) {
-        keepCardRecord(run, card, listing, folder, std::move(*record));
-    }
-    if (wasStopped) {
-        return false;
-    }
-    entry.close();
-    if (!copied) {
-        m_tasks.land(run, [this, failure = copied.error()] {
-            setStage({.kind = StageKind::failed, .text = failure.description});
-        });
-        return false;
-    }
-    return !run.isStopped();
-}
-
-std::shared_ptr<const FrameClassifier> SortEngine::makeClassifier(const Run &run, const SortChoices &choices) const
-{
-    auto local = m_seams.makeLocalClassifier();
-    if (choices.modelTier != ModelTier::cloud) {
-        return local;
-    }
-    CloudSettings cloud = choices.cloudSettings;
-    if (cloud.apiKey.isEmpty()) {
-        cloud.apiKey = m_seams.awaitCloudKey(run.stop);
-    }
-    // Without a key the cloud can't be asked, and a sort is worth more than a message about it.
-    return cloud.apiKey.isEmpty() ? local : m_seams.makeCloudClassifier(cloud, std::move(local));
-}
-
 void SortEngine::cancelTask()
 {
-    m_tasks.cancel();
-    m_copyHistory.setProgress(std::nullopt);
-    m_looksForFootage = false;
-    m_exportsOnceFound = false;
-}
-
-SortEngine::Copying::Copying(SortEngine &engine)
-    : m_count(engine.m_tasks, [&engine](int change) { engine.countCopies(change); })
-{}
-
-void SortEngine::countCopies(int change)
-{
-    const bool wasCopying = isCopying();
-    m_copies += change;
-    if (wasCopying != isCopying()) {
-        Q_EMIT isCopyingChanged();
-    }
-}
-
-void SortEngine::addCardNote(const QString &note)
-{
-    m_cardNote += m_cardNote.isEmpty() ? note : u'\n' + note;
-    Q_EMIT cardNoteChanged();
-}
-
-void SortEngine::dismissCardNote()
-{
-    if (!m_cardNote.isEmpty()) {
-        m_cardNote.clear();
-        Q_EMIT cardNoteChanged();
-    }
+    m_parts->tasks.cancel();
+    m_parts->copies.history().setProgress(std::nullopt);
+    m_parts->footage.cancel();
 }
 
 void SortEngine::clearClips()
 {
-    m_lacksThumbnails = false;
+    m_parts->footage.forget();
     setShoot({});
     setSelectedBin(std::nullopt);
     setProgress(0, 0);
@@ -297,7 +150,7 @@ void SortEngine::beginWorking(const FileUrl &folder)
 {
     setFolder(folder);
     clearClips();
-    m_copyHistory.adopt({});
+    m_parts->copies.history().adopt({});
     setStage({.kind = StageKind::working});
 }
 

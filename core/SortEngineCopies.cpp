@@ -1,71 +1,92 @@
-// SortEngine's part that tells of copies which ended before their last file.
-#include "core/SortEngine.h"
-
-#include <algorithm>
-#include <iterator>
-#include <set>
+// The copies under way: their number, their progress, their records, and what a stopped one left out.
+#include "core/SortEngineParts.h"
 
 namespace larkspan {
 
-void SortEngine::reset()
-{
-    keepNameOfCardCopy();
-    dropShoot();
-}
+SortEngine::Copies::Scope::Scope(Copies &copies)
+    : m_count(copies.m_parts.tasks, [&copies](int change) { copies.count(change); })
+{}
 
-void SortEngine::resetToQuit()
-{
-    dropShoot();
-}
+SortEngine::Copies::Copies(SortEngine &engine, Parts &parts)
+    : m_engine(engine)
+    , m_parts(parts)
+    , m_history(parts.seams)
+    , m_unfinished(CopyJournal(parts.seams.copyJournal), [&parts](const FileUrl &file, const FileUrl &folder) {
+        return parts.seams.placesInBin(file, folder, QString());
+    })
+{}
 
-void SortEngine::keepNameOfCardCopy()
+void SortEngine::Copies::dismissUnfinishedNote()
 {
-    if (const auto copying = m_cardCopy.lock()) {
-        copying->keepFolderName();
+    if (!unfinishedNote().isEmpty()) {
+        m_unfinished.dismiss();
+        Q_EMIT m_engine.unfinishedNoteChanged();
     }
 }
 
-void SortEngine::tellOfEarlierRuns()
+void SortEngine::Copies::addCardNote(const QString &note)
+{
+    m_cardNote += m_cardNote.isEmpty() ? note : u'\n' + note;
+    Q_EMIT m_engine.cardNoteChanged();
+}
+
+void SortEngine::Copies::dismissCardNote()
+{
+    if (!m_cardNote.isEmpty()) {
+        m_cardNote.clear();
+        Q_EMIT m_engine.cardNoteChanged();
+    }
+}
+
+void SortEngine::Copies::tellOfEarlierRuns()
 {
     if (m_unfinished.journal().keepsNothing()) {
         return;
     }
     // On a thread, as it looks at disks that may take their time.
-    m_tasks.start([this](const Run &) {
+    m_parts.tasks.start([this](const TaskRunner::Run &) {
         for (const CopyJournal::Kept &copy : m_unfinished.leftBehind()) {
-            m_tasks.post([this, copy] { addUnfinished(copy); });
+            m_parts.tasks.post([this, copy] { add(copy); });
         }
     });
 }
 
-FileUrl SortEngine::tellOfStoppedCard(CopyJournal::Entry &entry, const UnfinishedCopy &copy, const Copying &copying)
+CopyOrder SortEngine::Copies::orderOf(const TaskRunner::Run &run, VerifyLevel verify, std::optional<CopyRecord> &record)
+{
+    return {.verify = verify,
+            .progress =
+                [this, run](int done, int total) {
+                    m_parts.tasks.land(run, [this, done, total] { m_engine.setProgress(done, total); });
+                },
+            .stop = run.stop,
+            .observer = {.progressed =
+                             [this, run](const CopyProgress &progress) {
+                                 m_parts.tasks.land(run, [this, progress] { m_history.setProgress(progress); });
+                             },
+                         .ended = [&record](CopyRecord ended) { record = std::move(ended); }}};
+}
+
+void SortEngine::Copies::keepRecord(const TaskRunner::Run &run, const FileUrl &shoot, const CopyRecord &record)
+{
+    if (m_parts.seams.copyLog != nullptr) {
+        m_parts.seams.copyLog->save(projectID(shoot), record);
+    }
+    m_parts.tasks.land(run, [this, record] { m_history.add(record); });
+}
+
+FileUrl SortEngine::Copies::tellOfStoppedCard(CopyJournal::Entry &entry, const UnfinishedCopy &copy,
+                                              const Scope &copying)
 {
     const auto stopped = m_unfinished.stopCard(entry, copy, copying.folderName());
     if (!stopped) {
         return copy.folder;
     }
-    m_tasks.post([this, stopped = *stopped] { addUnfinished(stopped); });
+    m_parts.tasks.post([this, stopped = *stopped] { add(stopped); });
     return stopped->copy.folder;
 }
 
-void SortEngine::keepCardRecord(const Run &run, const CardCopy &card, const CardListing &listing, const FileUrl &folder,
-                                CopyRecord record)
-{
-    record.kind = CopyKind::card;
-    record.source = card.source;
-    record.volumeName = card.volumeName;
-    record.unreadable = listing.unreadable;
-    std::set<std::filesystem::path> inRun; // the clips, and the sidecars among the other files
-    std::ranges::transform(record.files, std::inserter(inRun, inRun.end()),
-                           [](const CopiedFile &file) { return file.source.path(); });
-    std::ranges::copy_if(listing.others, std::back_inserter(record.notCopied),
-                         [&](const FileUrl &file) { return !inRun.contains(file.path()); });
-    relocate(record, folder);
-    keepRecord(run, folder, record);
-}
-
-void SortEngine::tellOfStoppedExport(CopyJournal::Entry &entry, UnfinishedCopy copy,
-                                     std::span<const ClipToOrganize> clips, const OrganizeAnswer &organized)
+void SortEngine::Copies::tellOfStoppedExport(CopyJournal::Entry &entry, UnfinishedCopy copy,
+                                             std::span<const ClipToOrganize> clips, const OrganizeAnswer &organized)
 {
     if (organized) {
         copy.files.clear();
@@ -78,22 +99,23 @@ void SortEngine::tellOfStoppedExport(CopyJournal::Entry &entry, UnfinishedCopy c
         copy.failure = organized.error().description;
     }
     if (const auto stopped = UnfinishedCopies::stopExport(entry, std::move(copy))) {
-        m_tasks.post([this, stopped = *stopped] { addUnfinished(stopped); });
+        m_parts.tasks.post([this, stopped = *stopped] { add(stopped); });
     }
 }
 
-void SortEngine::addUnfinished(const CopyJournal::Kept &copy)
+void SortEngine::Copies::count(int change)
+{
+    const bool wasCopying = m_engine.isCopying();
+    m_engine.m_copies += change;
+    if (wasCopying != m_engine.isCopying()) {
+        Q_EMIT m_engine.isCopyingChanged();
+    }
+}
+
+void SortEngine::Copies::add(const CopyJournal::Kept &copy)
 {
     m_unfinished.add(copy);
-    Q_EMIT unfinishedNoteChanged();
-}
-
-void SortEngine::dismissUnfinishedNote()
-{
-    if (!unfinishedNote().isEmpty()) {
-        m_unfinished.dismiss();
-        Q_EMIT unfinishedNoteChanged();
-    }
+    Q_EMIT m_engine.unfinishedNoteChanged();
 }
 
 } // namespace larkspan

@@ -1,118 +1,54 @@
-// SortEngine's part that takes a sorted shoot out of the program: folders of footage, the event, and texts for whoever
-// tunes the bins.
-#include "core/SortEngine.h"
-
+// Footage in a folder for each bin, and the event.
 #include <algorithm>
 #include <iterator>
 #include <set>
 
 #include "core/AtomicFile.h"
-#include "core/Diagnostics.h"
+#include "core/SortEngineParts.h"
 #include "core/UserFolders.h"
 
 namespace larkspan {
 
-QString SortEngine::exportSummary() const
+void SortEngine::Exporting::start(const FileUrl &folder)
 {
-    const QString name = m_folder ? folderName() : QStringLiteral("Event");
-    return QStringLiteral("%1.fcpxml · %2 bins · %3 clips")
-        .arg(name, QString::number(binCount()), QString::number(clipCount()));
-}
-
-void SortEngine::exportEvent()
-{
-    if (target() == NLE::premiere || !m_folder) {
-        return;
-    }
-    if (m_looksForFootage && std::ranges::any_of(clips(), [](const ClipPtr &clip) { return clip->isFootageGone(); })) {
-        m_exportsOnceFound = true;
-        return;
-    }
-    closeGapsInBins();
-    const Export work{.folder = *m_folder, .clips = clips(), .root = importRoot().value_or(*m_folder)};
-    if (options().fileHandling == FileHandling::inPlace) {
+    const Work work{.folder = folder, .clips = m_engine.clips(), .root = m_engine.importRoot().value_or(folder)};
+    if (m_engine.options().fileHandling == FileHandling::inPlace) {
         writeEvent(work, std::nullopt);
     } else {
         organizeAndWrite(work);
     }
 }
 
-std::optional<FileUrl> SortEngine::handoffFile(HandoffFormat format) const
+void SortEngine::Exporting::organizeAndWrite(const Work &work)
 {
-    if (!m_folder) {
-        return std::nullopt;
-    }
-    const std::filesystem::path folder =
-        m_stage.event ? m_stage.event->path().parent_path() : folderOfEvent(*m_folder).path();
-    return FileUrl(folder / (m_folder->lastPathBytes() + handoffSuffix(format).toStdString()));
-}
-
-void SortEngine::chooseHandoff()
-{
-    m_seams.chooseHandoff();
-}
-
-void SortEngine::showCopyReport()
-{
-    if (m_folder) {
-        m_copyHistory.showReport(*m_folder);
-    }
-}
-
-void SortEngine::backToResults()
-{
-    if (m_stage.kind == StageKind::done || m_stage.kind == StageKind::failed) {
-        setStage({.kind = StageKind::results});
-    }
-}
-
-void SortEngine::openEvent()
-{
-    if (m_stage.event) {
-        m_seams.openFile(*m_stage.event);
-    }
-}
-
-void SortEngine::revealEvent()
-{
-    if (m_stage.event) {
-        m_seams.revealFile(*m_stage.event);
-    }
-}
-
-tl::expected<void, std::error_code> SortEngine::exportDiagnostics(const FileUrl &url) const
-{
-    return writeFileAtomically(url.path(), clipDiagnostics(clips()).toStdString());
-}
-
-void SortEngine::organizeAndWrite(const Export &work)
-{
-    cancelTask();
-    setStage({.kind = StageKind::organizing});
-    setProgress(0, clipCount());
+    m_engine.cancelTask();
+    m_engine.setStage({.kind = StageKind::organizing});
+    m_engine.setProgress(0, m_engine.clipCount());
     const std::vector<ClipToOrganize> clips = toOrganize(work);
-    const bool deleteSources = options().fileHandling == FileHandling::move;
+    const bool deleteSources = m_engine.options().fileHandling == FileHandling::move;
     UnfinishedCopy whole{
-        .kind = deleteSources ? CopyKind::move : CopyKind::copy, .name = displayName(), .folder = work.root};
+        .kind = deleteSources ? CopyKind::move : CopyKind::copy, .name = m_engine.displayName(), .folder = work.root};
     std::ranges::transform(clips, std::back_inserter(whole.files), [](const ClipToOrganize &clip) {
         return ClipFiles{clip.url, {}};
     });
-    m_tasks.start([this, work, clips, alreadyThere = notOrganized(work, clips), whole, deleteSources,
-                   verify = options().verifyLevel, copying = std::make_shared<Copying>(*this)](const Run &run) {
-        const auto entry = std::make_shared<CopyJournal::Entry>(m_unfinished.journal().begin(whole));
+    m_parts.tasks.start([this, work, clips, alreadyThere = notOrganized(work, clips), whole, deleteSources,
+                         verify = m_engine.options().verifyLevel,
+                         copying = std::make_shared<Copies::Scope>(m_parts.copies)](const TaskRunner::Run &run) {
+        const auto entry = std::make_shared<CopyJournal::Entry>(m_parts.copies.enter(whole));
         std::optional<CopyRecord> record;
-        auto organized = m_seams.organizeByBin(clips, work.root, deleteSources, orderOf(run, verify, record));
+        auto organized =
+            m_parts.seams.organizeByBin(clips, work.root, deleteSources, m_parts.copies.orderOf(run, verify, record));
         if (record) {
             record->source = work.folder;
             record->files.insert(record->files.end(), alreadyThere.begin(), alreadyThere.end());
-            keepRecord(run, work.folder, *record);
+            m_parts.copies.keepRecord(run, work.folder, *record);
         }
         const bool wasStopped = run.isStopped();
         if (wasStopped) {
-            tellOfStoppedExport(*entry, whole, clips, organized);
+            m_parts.copies.tellOfStoppedExport(*entry, whole, clips, organized);
         }
         // Not dropped with the run: footage that was moved needs its event even when another shoot is on show by now.
-        m_tasks.post([this, run, work, organized = std::move(organized), entry, wasStopped] {
+        m_parts.tasks.post([this, run, work, organized = std::move(organized), entry, wasStopped] {
             finishOrganizing(run, work, organized);
             if (!wasStopped) {
                 entry->close(); // not before the event is written
@@ -121,34 +57,12 @@ void SortEngine::organizeAndWrite(const Export &work)
     });
 }
 
-CopyOrder SortEngine::orderOf(const Run &run, VerifyLevel verify, std::optional<CopyRecord> &record)
-{
-    return {
-        .verify = verify,
-        .progress = [this, run](int done,
-                                int total) { m_tasks.land(run, [this, done, total] { setProgress(done, total); }); },
-        .stop = run.stop,
-        .observer = {.progressed =
-                         [this, run](const CopyProgress &progress) {
-                             m_tasks.land(run, [this, progress] { m_copyHistory.setProgress(progress); });
-                         },
-                     .ended = [&record](CopyRecord ended) { record = std::move(ended); }}};
-}
-
-void SortEngine::keepRecord(const Run &run, const FileUrl &shoot, const CopyRecord &record)
-{
-    if (m_seams.copyLog != nullptr) {
-        m_seams.copyLog->save(projectID(shoot), record);
-    }
-    m_tasks.land(run, [this, record] { m_copyHistory.add(record); });
-}
-
-std::vector<ClipToOrganize> SortEngine::toOrganize(const Export &work) const
+std::vector<ClipToOrganize> SortEngine::Exporting::toOrganize(const Work &work) const
 {
     // A clip that was found in the very folder that it would be brought into is there already.
     const auto isInPlace = [&](const MediaClip &clip) {
         const auto places =
-            clip.foundURL ? m_seams.placesInBin(clip.url, work.root, clip.primaryBin) : std::vector<FileUrl>();
+            clip.foundURL ? m_parts.seams.placesInBin(clip.url, work.root, clip.primaryBin) : std::vector<FileUrl>();
         return clip.foundURL && std::ranges::find(places, *clip.foundURL) != places.end();
     };
     std::vector<ClipToOrganize> list;
@@ -160,7 +74,7 @@ std::vector<ClipToOrganize> SortEngine::toOrganize(const Export &work) const
     return list;
 }
 
-std::vector<CopiedFile> SortEngine::notOrganized(const Export &work, std::span<const ClipToOrganize> organized)
+std::vector<CopiedFile> SortEngine::Exporting::notOrganized(const Work &work, std::span<const ClipToOrganize> organized)
 {
     std::set<QUuid> ids;
     std::ranges::transform(organized, std::inserter(ids, ids.end()), &ClipToOrganize::id);
@@ -173,7 +87,8 @@ std::vector<CopiedFile> SortEngine::notOrganized(const Export &work, std::span<c
     return files;
 }
 
-void SortEngine::finishOrganizing(const Run &run, const Export &work, const OrganizeAnswer &organized)
+void SortEngine::Exporting::finishOrganizing(const TaskRunner::Run &run, const Work &work,
+                                             const OrganizeAnswer &organized)
 {
     const bool isOnShow = !run.isStopped();
     if (organized) {
@@ -182,48 +97,48 @@ void SortEngine::finishOrganizing(const Run &run, const Export &work, const Orga
                 clip->destinationURL = moved->second;
             }
         }
-        const auto directory = options().writeNextToFootage ? std::optional(work.root) : std::nullopt;
+        const auto directory = m_engine.options().writeNextToFootage ? std::optional(work.root) : std::nullopt;
         if (isOnShow) {
-            Q_EMIT clipsChanged();
+            Q_EMIT m_engine.clipsChanged();
             writeEvent(work, directory);
         } else {
             [[maybe_unused]] const auto written = writeEventFile(work, directory); // its screen is gone
         }
     } else if (isOnShow) {
-        setStage({.kind = StageKind::failed, .text = organized.error().description});
+        m_engine.setStage({.kind = StageKind::failed, .text = organized.error().description});
     }
-    if (isOnShow && m_lacksThumbnails) {
-        loadThumbnails();
+    if (isOnShow && m_parts.footage.lacksThumbnails()) {
+        m_parts.footage.load();
     }
 }
 
-FileUrl SortEngine::folderOfEvent(const FileUrl &folder) const
+FileUrl SortEngine::Exporting::folderOfEvent(const FileUrl &folder) const
 {
-    return options().writeNextToFootage ? folder : documentsFolder().value_or(folder);
+    return m_engine.options().writeNextToFootage ? folder : documentsFolder().value_or(folder);
 }
 
-tl::expected<FileUrl, std::error_code> SortEngine::writeEventFile(const Export &work,
-                                                                  const std::optional<FileUrl> &directory) const
+tl::expected<FileUrl, std::error_code> SortEngine::Exporting::writeEventFile(
+    const Work &work, const std::optional<FileUrl> &directory) const
 {
     const FileUrl folder = directory ? *directory : folderOfEvent(work.folder);
     // The name goes by its bytes: a folder whose name is no UTF-8 has its event under the same one.
     FileUrl event(folder.path() / (work.folder.lastPathBytes() + ".fcpxml"));
-    const QString text = m_seams.eventText(work.clips, work.folder.lastPathComponent());
+    const QString text = m_parts.seams.eventText(work.clips, work.folder.lastPathComponent());
     return writeFileAtomically(event.path(), text.toStdString()).map([&event] { return std::move(event); });
 }
 
-void SortEngine::writeEvent(const Export &work, const std::optional<FileUrl> &directory)
+void SortEngine::Exporting::writeEvent(const Work &work, const std::optional<FileUrl> &directory)
 {
     const auto event = writeEventFile(work, directory);
     if (!event) {
-        setStage({.kind = StageKind::failed, .text = QString::fromStdString(event.error().message())});
+        m_engine.setStage({.kind = StageKind::failed, .text = QString::fromStdString(event.error().message())});
         return;
     }
-    if (options().openEditorAfterExport) {
-        (target() == NLE::finalCut ? m_seams.openFile : m_seams.revealFile)(*event);
+    if (m_engine.options().openEditorAfterExport) {
+        (m_engine.target() == NLE::finalCut ? m_parts.seams.openFile : m_parts.seams.revealFile)(*event);
     }
-    setStage({.kind = StageKind::done, .event = *event});
-    saveCurrentProject();
+    m_engine.setStage({.kind = StageKind::done, .event = *event});
+    m_engine.saveCurrentProject();
 }
 
 } // namespace larkspan

@@ -1,10 +1,9 @@
 // The editor's operations on finished clips. Each sends one change notification and saves the project once.
-#include "core/SortEngine.h"
-
 #include <algorithm>
 #include <set>
 
 #include "core/RoomLabel.h"
+#include "core/SortEngineParts.h"
 
 namespace larkspan {
 
@@ -82,7 +81,7 @@ void SortEngine::closeGapsInBins()
 void SortEngine::revealClip(const QUuid &id)
 {
     if (const ClipPtr clip = m_shoot.find(id)) {
-        m_seams.revealFile(clip->footageURL());
+        m_parts->seams.revealFile(clip->footageURL());
     }
 }
 

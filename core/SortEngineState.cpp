@@ -1,5 +1,5 @@
 // The values that the screens read from the engine, and the plain setters.
-#include "core/SortEngine.h"
+#include "core/SortEngineParts.h"
 
 namespace larkspan {
 
@@ -16,6 +16,38 @@ QString SortEngine::folderName() const
 QString SortEngine::displayName() const
 {
     return m_projectName.isEmpty() ? folderName() : m_projectName;
+}
+
+QString SortEngine::exportSummary() const
+{
+    const QString name = m_folder ? folderName() : QStringLiteral("Event");
+    return QStringLiteral("%1.fcpxml · %2 bins · %3 clips")
+        .arg(name, QString::number(binCount()), QString::number(clipCount()));
+}
+
+CopyHistory *SortEngine::copyHistory()
+{
+    return &m_parts->copies.history();
+}
+
+QString SortEngine::cardNote() const
+{
+    return m_parts->copies.cardNote();
+}
+
+void SortEngine::dismissCardNote()
+{
+    m_parts->copies.dismissCardNote();
+}
+
+QString SortEngine::unfinishedNote() const
+{
+    return m_parts->copies.unfinishedNote();
+}
+
+void SortEngine::dismissUnfinishedNote()
+{
+    m_parts->copies.dismissUnfinishedNote();
 }
 
 void SortEngine::setStage(Stage stage)

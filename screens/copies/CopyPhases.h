@@ -2,6 +2,7 @@
 
 #include <QtQml/qqmlregistration.h>
 
+#include "core/CopyHistory.h"
 #include "screens/engine/EngineObject.h"
 
 namespace larkspan {

@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include "core/CopyHistory.h"
 #include "core/SortEngine.h"
+#include "core/SortSeams.h"
 #include "tests/support/Gate.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/WaitUntil.h"
