@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // A symbol to press. What it does is said in words by its help.
-T.AbstractButton {
+LKPressable {
     id: control
 
     property string name // of the symbol
@@ -16,36 +15,9 @@ T.AbstractButton {
     // The side of the square that answers to the pointer, in points.
     property real size: 22
 
-    // By mouse, by keyboard or by assistive technology.
-    signal activated
-
-    text: help.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
+    words: help
     implicitWidth: size
     implicitHeight: size
-    opacity: enabled ? 1 : 0.45
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
-
-    // As of a button.
-    property int fillMotion: LK.motion.hover
-
-    onDownChanged: fillMotion = LK.motion.press
-    onHoveredChanged: fillMotion = LK.motion.hover
-    onClicked: control.activated()
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
-
-    Accessible.name: help
-    Accessible.onPressAction: {
-        if (control.enabled)
-            control.clicked();
-    }
 
     contentItem: LKIcon {
         name: control.name
@@ -62,10 +34,6 @@ T.AbstractButton {
 
         LKColorBehavior on color  {
             duration: control.fillMotion
-        }
-
-        LKFocusRing {
-            visible: control.visualFocus
         }
     }
 

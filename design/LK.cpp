@@ -112,6 +112,11 @@ QFont LK::font(double points, int weight) const
     return font;
 }
 
+QString LK::literal(QString text) const
+{
+    return text.replace(u'&', u"&&"_s);
+}
+
 QColor LK::over(const QColor &top, const QColor &below) const
 {
     const float shown = below.alphaF() * (1 - top.alphaF()); // of the lower one

@@ -111,6 +111,9 @@ public:
     // resolution; weight: one of Font's.
     Q_INVOKABLE QFont font(double points, int weight = QFont::Normal) const;
 
+    // The text for a template's own text property, in which an ampersand would mark a shortcut.
+    Q_INVOKABLE QString literal(QString text) const;
+
     // What is seen where one colour lies over another, either of which may be seen through.
     Q_INVOKABLE QColor over(const QColor &top, const QColor &below) const;
 

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // The one push button of the house.
-T.Button {
+LKPressable {
     id: control
 
     enum Kind {
@@ -22,9 +21,6 @@ T.Button {
     property int kind: LKButton.Standard
     property int size: LKButton.Md
     property bool fullWidth: false
-
-    // By mouse, by keyboard or by assistive technology.
-    signal activated
 
     readonly property color restFill: {
         switch (kind) {
@@ -82,33 +78,9 @@ T.Button {
     implicitWidth: fullWidth && parent ? parent.width : implicitContentWidth + leftPadding + rightPadding
     implicitHeight: 22 + 4 * size
     horizontalPadding: 10 + 3 * size
-    text: title.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
+    words: title
     font: LK.font([11.5, 12.5, 13][size], kind === LKButton.Accent ? Font.DemiBold : Font.Medium)
-    opacity: enabled ? 1 : 0.45
     layer.enabled: !enabled // else the fill would show through the label
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
-
-    // A press and its release animate faster than hovering.
-    property int fillMotion: LK.motion.hover
-
-    onDownChanged: fillMotion = LK.motion.press
-    onHoveredChanged: fillMotion = LK.motion.hover
-    onClicked: control.activated()
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
-
-    Accessible.name: title
-    Accessible.onPressAction: {
-        if (control.enabled)
-            control.clicked();
-    }
 
     contentItem: LKText {
         text: control.title
@@ -126,10 +98,6 @@ T.Button {
 
         LKColorBehavior on color  {
             duration: control.fillMotion
-        }
-
-        LKFocusRing {
-            visible: control.visualFocus
         }
     }
 }

@@ -166,7 +166,7 @@ T.ComboBox {
         rightPadding: 9
         readonly property string label: control.options[index]?.label ?? ""
 
-        text: label.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
+        text: LK.literal(label)
         enabled: !control.isDisabled(index)
         highlighted: control.highlightedIndex === index
 

@@ -67,7 +67,7 @@ T.Pane {
 
             model: control.options
 
-            delegate: T.AbstractButton {
+            delegate: LKPressable {
                 id: segment
 
                 required property int index
@@ -81,16 +81,16 @@ T.Pane {
                 implicitHeight: 18 + 4 * control.size
                 leftPadding: 10
                 rightPadding: 10
-                text: modelData.label.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
+                words: modelData.label
                 font: LK.font([10.5, 11.5, 12][control.size], isSelected ? Font.DemiBold : Font.Normal)
                 enabled: !control.disabledValues.includes(modelData.value)
                 opacity: control.disabledValues.includes(modelData.value) ? 0.4 : 1
                 focusPolicy: isStop || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
                 focus: isStop
+                ring.cornerRadius: 3
+                ring.reach: 2
 
-                onClicked: control.choose(index)
-                Keys.onReturnPressed: control.choose(index)
-                Keys.onEnterPressed: control.choose(index)
+                onActivated: control.choose(index)
                 Keys.onLeftPressed: control.move(index, control.mirrored ? 1 : -1)
                 Keys.onRightPressed: control.move(index, control.mirrored ? -1 : 1)
                 Keys.onPressed: event => {
@@ -101,11 +101,6 @@ T.Pane {
                     }
                 }
 
-                Accessible.name: modelData.label
-                Accessible.onPressAction: {
-                    if (segment.enabled)
-                        control.choose(index);
-                }
                 Accessible.selectable: true
                 Accessible.selected: isSelected
 
@@ -135,12 +130,6 @@ T.Pane {
                     color: segment.isSelected ? LK.palette.surfaceSelected : "transparent"
 
                     LKColorBehavior on color  {
-                    }
-
-                    LKFocusRing {
-                        anchors.margins: -2
-                        visible: segment.visualFocus
-                        cornerRadius: 3
                     }
                 }
             }

@@ -1,10 +1,9 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // A row of a side list: a label, and the number of things that it leads to.
-T.AbstractButton {
+LKPressable {
     id: control
 
     enum Tone {
@@ -23,28 +22,15 @@ T.AbstractButton {
     readonly property bool isWarning: tone === LKSidebarRow.Warning
     readonly property bool hasCount: showsCount && count >= 0
 
-    // By mouse, by keyboard or by assistive technology.
-    signal activated
-
-    text: label.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
+    words: label
     implicitWidth: 220
     implicitHeight: 26
     leftPadding: 8
     rightPadding: 8
     spacing: 6
-    opacity: enabled ? 1 : 0.45
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
-
-    onClicked: control.activated()
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
+    ring.visible: showsFocus
+    ring.cornerRadius: 6
+    ring.reach: 1
 
     LKAccessible.role: Accessible.ListItem
     Accessible.name: hasCount ? qsTr("%1, %2").arg(label).arg(count) : label
@@ -52,10 +38,6 @@ T.AbstractButton {
     Accessible.selected: selected
     Accessible.focusable: true
     Accessible.focused: showsFocus
-    Accessible.onPressAction: {
-        if (control.enabled)
-            control.clicked();
-    }
 
     contentItem: RowLayout {
         spacing: control.spacing
@@ -86,12 +68,6 @@ T.AbstractButton {
         color: control.selected ? LK.palette.surfaceSelected : control.hovered ? LK.palette.surfaceHover : "transparent"
 
         LKColorBehavior on color  {
-        }
-
-        LKFocusRing {
-            anchors.margins: -1
-            visible: control.showsFocus
-            cornerRadius: 6
         }
     }
 }

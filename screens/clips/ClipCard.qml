@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Screens
 
 // One clip in the grid: its first frame, its name, its second bin, and a way to move it while the pointer is there.
-T.ItemDelegate {
+LKPressable {
     id: card
 
     required property int index
@@ -19,24 +18,23 @@ T.ItemDelegate {
 
     readonly property bool hovering: hover.hovered
 
-    signal activated
     // The choice of another bin, or of anything at all, is asked for; at places in the card's coordinates.
     signal moveAsked(point at)
     signal menuAsked(point at)
 
     implicitWidth: 168
     implicitHeight: 124
-    hoverEnabled: true
     focusPolicy: Qt.NoFocus
-    text: name
-    onClicked: card.activated()
+    words: name
+    ring.visible: showsFocus
+    ring.cornerRadius: 8
 
+    LKAccessible.role: Accessible.ListItem
     Accessible.name: extraBin === "" ? Wording.of(qsTr("%1, %2"), [fileName, duration]) : Wording.of(qsTr("%1, %2, also %3"), [fileName, duration, extraBin])
     Accessible.selectable: true
     Accessible.selected: showsFocus
     Accessible.focusable: true
     Accessible.focused: showsFocus
-    Accessible.onPressAction: card.activated()
 
     HoverHandler {
         id: hover
@@ -53,15 +51,10 @@ T.ItemDelegate {
         stroke: card.hovering ? LK.palette.borderStrong : LK.palette.borderSubtle
 
         LKColorBehavior on color  {
-            duration: card.down ? LK.motion.press : LK.motion.hover
+            duration: card.fillMotion
         }
 
         LKColorBehavior on border.color  {
-        }
-
-        LKFocusRing {
-            visible: card.showsFocus
-            cornerRadius: 8
         }
     }
 
@@ -106,7 +99,7 @@ T.ItemDelegate {
         }
     }
 
-    T.AbstractButton {
+    LKOverlayButton {
         id: move
 
         anchors.right: picture.right
@@ -118,28 +111,18 @@ T.ItemDelegate {
         rightPadding: 7
         visible: card.hovering
         focusPolicy: Qt.NoFocus
-        hoverEnabled: true
-        text: qsTr("Move")
-        onClicked: card.moveAsked(move.mapToItem(card, 0, move.height + 4))
+        words: qsTr("Move")
+        onActivated: card.moveAsked(move.mapToItem(card, 0, move.height + 4))
 
         LKAccessible.role: Accessible.ButtonMenu
         Accessible.name: Wording.of(qsTr("Move %1"), [card.name])
-        Accessible.onPressAction: move.clicked()
 
         contentItem: Text {
-            text: move.text
+            text: move.words
             font: LK.font(9.5, Font.Medium)
             color: "white"
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
-        }
-
-        background: LKRectangle {
-            radius: 4
-            color: Qt.rgba(0, 0, 0, move.down ? 0.75 : move.hovered ? 0.6 : 0.45)
-
-            LKColorBehavior on color  {
-            }
         }
     }
 

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Screens
 
@@ -78,7 +77,7 @@ FocusScope {
             visible: !modal.playing
         }
 
-        T.AbstractButton {
+        LKOverlayButton {
             id: play
 
             anchors.centerIn: parent
@@ -86,15 +85,10 @@ FocusScope {
             height: 44
             visible: !modal.playing
             focus: true
-            hoverEnabled: true
-            focusPolicy: Qt.StrongFocus
-            text: qsTr("Play")
-            onClicked: modal.wantsPlaying = true
-            Keys.onReturnPressed: clicked()
-            Keys.onEnterPressed: clicked()
-
-            Accessible.name: text
-            Accessible.onPressAction: play.clicked()
+            words: qsTr("Play")
+            cornerRadius: height / 2
+            stroke: Qt.rgba(1, 1, 1, 0.4)
+            onActivated: modal.wantsPlaying = true
 
             contentItem: Item {
                 LKIcon {
@@ -102,21 +96,6 @@ FocusScope {
                     name: "play.fill"
                     size: 20
                     color: "white"
-                }
-            }
-
-            background: LKRectangle {
-                radius: height / 2
-                color: Qt.rgba(0, 0, 0, play.down ? 0.75 : play.hovered ? 0.6 : 0.45)
-                border.width: 1
-                border.color: Qt.rgba(1, 1, 1, 0.4)
-
-                LKColorBehavior on color  {
-                }
-
-                LKFocusRing {
-                    visible: play.visualFocus
-                    cornerRadius: 22
                 }
             }
         }

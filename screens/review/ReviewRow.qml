@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Screens
 
@@ -65,17 +64,15 @@ Item {
         anchors.rightMargin: 14
         spacing: 12
 
-        T.AbstractButton {
+        LKPressable {
             id: still
 
             Layout.preferredWidth: 96
             Layout.preferredHeight: 54
-            hoverEnabled: true
             focusPolicy: Qt.NoFocus
-            onClicked: row.previewAsked()
+            onActivated: row.previewAsked()
 
             Accessible.name: Wording.of(qsTr("Open preview of %1"), [row.fileName])
-            Accessible.onPressAction: still.clicked()
 
             contentItem: ClipPicture {
                 picture: row.thumbnail

@@ -1,42 +1,25 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // A word of the header that opens a popover.
-T.AbstractButton {
+LKPressable {
     id: control
 
-    property alias title: control.text
+    property string title
     property string help
     property bool isOpen: false
     property bool isCut: false // the title is, for want of room
 
-    // By mouse, by keyboard or by assistive technology.
-    signal activated
-
+    words: title
     implicitWidth: Math.min(implicitContentWidth + leftPadding + rightPadding, 220)
     implicitHeight: 26
     leftPadding: 8
     rightPadding: 6
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
-
-    onClicked: control.activated()
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
 
     LKAccessible.role: Accessible.ButtonDropDown
     LKAccessible.expanded: isOpen
-    Accessible.name: title
     Accessible.description: help
-    Accessible.onPressAction: control.clicked()
 
     contentItem: RowLayout {
         spacing: 4
@@ -44,7 +27,7 @@ T.AbstractButton {
         Text {
             Layout.fillWidth: true
             onTruncatedChanged: control.isCut = truncated
-            text: control.text
+            text: control.title
             font: LK.font(12.5)
             color: control.hovered || control.isOpen ? LK.palette.textPrimary : LK.palette.textSecondary
             elide: Text.ElideRight
@@ -67,10 +50,6 @@ T.AbstractButton {
         color: control.down ? LK.palette.surfacePressed : control.hovered || control.isOpen ? LK.palette.surfaceHover : "transparent"
 
         LKColorBehavior on color  {
-        }
-
-        LKFocusRing {
-            visible: control.visualFocus
         }
     }
 

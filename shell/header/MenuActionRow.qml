@@ -1,38 +1,23 @@
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // One thing to do in a popover: what it is called, and a line about it.
-T.AbstractButton {
+LKPressable {
     id: control
 
     property string symbol
-    property alias title: control.text
+    property string title
     property string detail
 
-    // By mouse, by keyboard or by assistive technology.
-    signal activated
-
+    words: title
     implicitWidth: 260
     implicitHeight: 42
     leftPadding: 8
     rightPadding: 8
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
+    ring.cornerRadius: 6
+    ring.reach: 1
 
-    onClicked: control.activated()
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            control.clicked();
-    }
-
-    Accessible.name: title
     Accessible.description: detail
-    Accessible.onPressAction: control.clicked()
 
     contentItem: ProjectLines {
         symbol: control.symbol
@@ -45,12 +30,6 @@ T.AbstractButton {
         color: control.down ? LK.palette.surfacePressed : control.hovered ? LK.palette.surfaceHover : "transparent"
 
         LKColorBehavior on color  {
-        }
-
-        LKFocusRing {
-            anchors.margins: -1
-            visible: control.visualFocus
-            cornerRadius: 6
         }
     }
 }

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // One sorted shoot: opened by a press, renamed and removed by the buttons that show under the pointer or the keyboard.
-T.ItemDelegate {
+LKPressable {
     id: row
 
     required property string name
@@ -19,26 +18,17 @@ T.ItemDelegate {
     signal cancelEdit
     signal remove
 
-    text: name
+    words: name
     implicitWidth: 260
     implicitHeight: 42
     leftPadding: 8
     rightPadding: 8
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
+    ring.cornerRadius: 6
+    ring.reach: 1
 
-    onClicked: {
+    onActivated: {
         if (!row.isEditing)
             row.open();
-    }
-    // One that is held was for the name that it has just ended.
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            row.clicked();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            row.clicked();
     }
     Keys.onDeletePressed: row.remove()
     Keys.onPressed: event => {
@@ -48,11 +38,10 @@ T.ItemDelegate {
         }
     }
 
-    Accessible.name: name
+    LKAccessible.role: Accessible.ListItem
     Accessible.description: detail
     Accessible.selectable: true
     Accessible.selected: isCurrent
-    Accessible.onPressAction: row.clicked()
 
     onIsEditingChanged: {
         if (isEditing) {
@@ -77,12 +66,6 @@ T.ItemDelegate {
         color: row.down ? LK.palette.surfacePressed : row.hovered ? LK.palette.surfaceHover : "transparent"
 
         LKColorBehavior on color  {
-        }
-
-        LKFocusRing {
-            anchors.margins: -1
-            visible: row.visualFocus
-            cornerRadius: 6
         }
     }
 

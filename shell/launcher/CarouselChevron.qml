@@ -1,22 +1,15 @@
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // Moves the carousel by one card; faint where there is none.
-T.AbstractButton {
+LKPressable {
     id: chevron
 
     implicitWidth: 30
     implicitHeight: 30
     opacity: enabled ? 1 : 0.3
     font: LK.font(15, Font.Medium)
-    hoverEnabled: true
     focusPolicy: Qt.TabFocus
-
-    Keys.onReturnPressed: chevron.clicked()
-    Keys.onEnterPressed: chevron.clicked()
-
-    Accessible.onPressAction: chevron.clicked()
 
     contentItem: Text {
         text: chevron.text
@@ -33,10 +26,6 @@ T.AbstractButton {
         stroke: LK.palette.borderSubtle
 
         LKColorBehavior on color  {
-        }
-
-        LKFocusRing {
-            visible: chevron.visualFocus
         }
     }
 }

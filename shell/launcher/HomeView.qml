@@ -1,6 +1,5 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Shell
 
@@ -186,7 +185,7 @@ FocusScope {
             Repeater {
                 model: ToolCatalogue.count
 
-                T.AbstractButton {
+                LKPressable {
                     id: dot
 
                     required property int index
@@ -196,18 +195,13 @@ FocusScope {
                     objectName: "dot-" + index
                     implicitWidth: 20
                     implicitHeight: 20
-                    text: ToolCatalogue.at(index).name
-                    hoverEnabled: true
+                    words: ToolCatalogue.at(index).name
                     focusPolicy: Qt.TabFocus
-                    onClicked: carousel.show(index)
-                    Keys.onReturnPressed: dot.clicked()
-                    Keys.onEnterPressed: dot.clicked()
+                    onActivated: carousel.show(index)
 
                     LKAccessible.role: Accessible.PageTab
-                    Accessible.name: text
                     Accessible.selectable: true
                     Accessible.selected: isActive
-                    Accessible.onPressAction: dot.clicked()
 
                     contentItem: Item {
                         LKRectangle {
@@ -220,12 +214,6 @@ FocusScope {
                             LKColorBehavior on color  {
                                 duration: dot.hovered ? LK.motion.hover : LK.motion.step
                             }
-                        }
-                    }
-
-                    background: Item {
-                        LKFocusRing {
-                            visible: dot.visualFocus
                         }
                     }
 

@@ -89,7 +89,7 @@ T.Control {
 
     background: Item {
         LKFocusRing {
-            anchors.margins: 0
+            reach: 0
             visible: control.visualFocus && control.browser.selectedRow < 0
         }
     }

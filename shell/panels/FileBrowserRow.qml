@@ -15,7 +15,7 @@ T.AbstractButton {
 
     signal entered
 
-    text: name.replace(/&/g, "&&") // an ampersand is one, and not the mark of a shortcut
+    text: LK.literal(name)
     implicitHeight: 26
     leftPadding: 8
     rightPadding: 8
@@ -67,9 +67,9 @@ T.AbstractButton {
         }
 
         LKFocusRing {
-            anchors.margins: -1
             visible: row.showsFocus
             cornerRadius: 6
+            reach: 1
         }
     }
 }

@@ -1,10 +1,9 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // A bin with its tick for "a listing needs it", and what the shoot has of it.
-T.AbstractButton {
+LKPressable {
     id: row
 
     required property string bin
@@ -15,32 +14,22 @@ T.AbstractButton {
     // The user ticked it, or took the tick off.
     signal turned(bool needed)
 
-    text: bin
+    words: bin
     implicitHeight: 26
     leftPadding: 8
     rightPadding: 8
     spacing: 8
-    hoverEnabled: true
+    checkable: true
+    checked: needed
+    ring.cornerRadius: 6
+    ring.reach: 1
 
-    onClicked: row.turned(!row.needed)
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            row.clicked();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            row.clicked();
-    }
+    onActivated: row.turned(!row.needed)
 
     LKAccessible.role: Accessible.CheckBox
-    Accessible.name: bin
     Accessible.description: status
     Accessible.checkable: true
     Accessible.checked: needed
-    // The template reports its own state, which is always off, when assistive technology connects.
-    Accessible.onCheckableChanged: LK.put(row.Accessible, "checkable", true)
-    Accessible.onCheckedChanged: LK.put(row.Accessible, "checked", row.needed)
-    Accessible.onPressAction: row.clicked()
 
     contentItem: RowLayout {
         spacing: row.spacing
@@ -82,12 +71,6 @@ T.AbstractButton {
         color: row.down ? LK.palette.surfacePressed : row.hovered ? LK.palette.surfaceHover : "transparent"
 
         LKColorBehavior on color  {
-        }
-
-        LKFocusRing {
-            anchors.margins: -1
-            visible: row.visualFocus
-            cornerRadius: 6
         }
     }
 }

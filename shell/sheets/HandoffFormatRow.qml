@@ -1,35 +1,29 @@
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // One of the formats that a shoot can be written in: its name, and a line on it.
-T.AbstractButton {
+LKPressable {
     id: row
 
     required property string label
     required property string detail
     required property bool selected
 
-    // By mouse, by keyboard or by assistive technology.
-    signal chosen
-
-    text: label
+    words: label
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     leftPadding: 10
     rightPadding: 10
     topPadding: 7
     bottomPadding: 7
-    hoverEnabled: true
     focusPolicy: selected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus // Tab stops at one of them
 
-    onClicked: row.chosen()
+    ring.cornerRadius: 6
+    ring.reach: 1
 
     LKAccessible.role: Accessible.RadioButton
-    Accessible.name: label
     Accessible.description: detail
     Accessible.checkable: true
     Accessible.checked: selected
-    Accessible.onPressAction: row.clicked()
 
     contentItem: Column {
         spacing: 2
@@ -54,12 +48,6 @@ T.AbstractButton {
         color: row.selected ? LK.palette.surfaceSelected : row.hovered ? LK.palette.surfaceHover : "transparent"
 
         LKColorBehavior on color  {
-        }
-
-        LKFocusRing {
-            anchors.margins: -1
-            visible: row.visualFocus
-            cornerRadius: 6
         }
     }
 }

@@ -75,7 +75,7 @@ FocusScope {
                     label: modelData.label
                     detail: modelData.detail
                     selected: sheet.handoff.format === modelData.value
-                    onChosen: sheet.handoff.format = modelData.value
+                    onActivated: sheet.handoff.format = modelData.value
                     Keys.onUpPressed: choose(index - 1)
                     Keys.onDownPressed: choose(index + 1)
                 }
