@@ -1,47 +1,24 @@
 import QtQuick
-import QtQuick.Templates as T
 import Larkspan.Design
 
 // The one switch of the house: a pill and a knob.
-T.AbstractButton {
+LKPressable {
     id: control
 
-    property bool isOn: false
+    property alias isOn: control.checked
     // The name of what it switches, for assistive technology.
     property string label
 
-    // Flips the switch as the user does, then emits toggled; isOn has the new state by then.
-    function flip() {
-        LK.put(control, "isOn", !control.isOn);
-        control.toggled();
-    }
-
+    words: label
+    checkable: true
     implicitWidth: 34
     implicitHeight: 20
-    opacity: enabled ? 1 : 0.45
     layer.enabled: !enabled // else the shadow would show through the knob
-    focusPolicy: Qt.StrongFocus
+    ring.cornerRadius: 10
 
-    onClicked: control.flip()
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            control.flip();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            control.flip();
-    }
-
-    Accessible.name: label
+    LKAccessible.role: Accessible.Button
     Accessible.checkable: true
     Accessible.checked: isOn
-    // The template reports its own state, which is always off, when assistive technology connects.
-    Accessible.onCheckableChanged: LK.put(control.Accessible, "checkable", true)
-    Accessible.onCheckedChanged: LK.put(control.Accessible, "checked", control.isOn)
-    Accessible.onPressAction: {
-        if (control.enabled)
-            control.flip();
-    }
 
     indicator: LKRectangle {
         implicitWidth: 34
@@ -74,11 +51,6 @@ T.AbstractButton {
                 radius: 8
                 color: "white"
             }
-        }
-
-        LKFocusRing {
-            visible: control.visualFocus
-            cornerRadius: 10
         }
     }
 }

@@ -88,6 +88,32 @@ TEST(LKToggle, IsACheckableButtonToAssistiveTechnology)
     EXPECT_FALSE(toggle->property("isOn").toBool());
 }
 
+TEST(LKToggle, TellsItsOwnStateToAssistiveTechnologyThatComesLater)
+{
+    Scene scene(document("LKToggle { objectName: 'toggle'; label: 'Sounds'; isOn: true }"));
+    QQuickItem *toggle = findNamed(scene.root(), u"toggle"_s);
+    QAccessible::setActive(true);
+    EXPECT_TRUE(accessible(toggle)->state().checkable);
+    EXPECT_TRUE(accessible(toggle)->state().checked);
+    QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, middleOf(toggle));
+    EXPECT_FALSE(accessible(toggle)->state().checked);
+    QAccessible::setActive(false);
+}
+
+TEST(LKToggle, KeepsItsStateWhenAPressIsMovedOff)
+{
+    Scene scene(document("LKToggle { objectName: 'toggle' }"));
+    const QQuickItem *toggle = findNamed(scene.root(), u"toggle"_s);
+    QTest::mousePress(&scene.window(), Qt::LeftButton, {}, middleOf(toggle));
+    for (const int x : {25, 32, 60, 200}) {
+        QTest::mouseMove(&scene.window(), {x, 10});
+    }
+    QTest::mouseRelease(&scene.window(), Qt::LeftButton, {}, {200, 10});
+    EXPECT_FALSE(toggle->property("isOn").toBool());
+    QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, middleOf(toggle));
+    EXPECT_TRUE(toggle->property("isOn").toBool());
+}
+
 TEST(LKToggle, ADisabledOneDimsAndDoesNotFlip)
 {
     Scene scene(document("LKToggle { objectName: 'toggle'; enabled: false }"));
