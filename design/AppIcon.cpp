@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <vector>
 
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
+#include "design/Blur.h"
 #include "design/Corners.h"
 #include "design/LK.h"
 
@@ -23,7 +23,6 @@ constexpr double barHeight = 60.0 / base;
 constexpr double barRadius = 5.0 / base;
 constexpr double shadowRadius = 0.15;
 constexpr double glowRadius = 0.186;
-constexpr double blurReach = 3.0; // radii; beyond them nothing is left to see
 constexpr double markShare = 0.8; // of an icon file; the rest is for the shadow
 constexpr std::array iconSizes{16, 22, 24, 32, 48, 64, 128, 256, 512};
 
@@ -32,65 +31,13 @@ QColor white(double opacity)
     return QColor::fromRgbF(1, 1, 1, static_cast<float>(opacity));
 }
 
-// One pass of a running mean over the lines of a plane. Three of them are as good as a Gaussian.
-void smear(std::vector<float> &plane, std::size_t lines, std::size_t length, std::size_t lineStep, std::size_t step,
-           std::size_t reach)
-{
-    std::vector<float> line(length);
-    for (std::size_t i = 0; i < lines; ++i) {
-        float *const first = plane.data() + i * lineStep;
-        float sum = 0.0f;
-        for (std::size_t at = 0; at < length + reach; ++at) {
-            sum += at < length ? first[at * step] : 0.0f;
-            sum -= at > 2 * reach ? first[(at - 2 * reach - 1) * step] : 0.0f;
-            if (at >= reach) {
-                line[at - reach] = sum / static_cast<float>(2 * reach + 1);
-            }
-        }
-        for (std::size_t at = 0; at < length; ++at) {
-            first[at * step] = line[at];
-        }
-    }
-}
-
 // Fills the shape and blurs it. The radius is the blur's standard deviation, as of every shadow.
 void paintBlurred(QPainter &painter, const QPainterPath &shape, const QColor &color, double radius)
 {
-    const double scale = painter.device()->devicePixelRatio() * painter.worldTransform().m11();
     const double reach = blurReach * radius;
     const QRectF area = shape.boundingRect().adjusted(-reach, -reach, reach, reach);
-    QImage mask((area.size() * scale).toSize().expandedTo({1, 1}), QImage::Format_Alpha8);
-    mask.fill(0);
-    {
-        QPainter filler(&mask);
-        filler.setRenderHint(QPainter::Antialiasing);
-        filler.scale(scale, scale);
-        filler.translate(-area.topLeft());
-        filler.fillPath(shape, Qt::black);
-    }
-
-    const auto width = static_cast<std::size_t>(mask.width());
-    const auto height = static_cast<std::size_t>(mask.height());
-    std::vector<float> plane(width * height);
-    for (std::size_t y = 0; y < height; ++y) {
-        std::copy_n(mask.constScanLine(static_cast<int>(y)), width, plane.data() + y * width);
-    }
-    const double deviation = radius * scale;
-    const auto halfWidth =
-        static_cast<std::size_t>(std::max(0.0, std::round((std::sqrt(4 * deviation * deviation + 1) - 1) / 2)));
-    for (int pass = 0; pass < 3; ++pass) {
-        smear(plane, height, width, width, 1, halfWidth);
-        smear(plane, width, height, 1, width, halfWidth);
-    }
-    QImage blurred(mask.size(), QImage::Format_ARGB32_Premultiplied);
-    for (std::size_t y = 0; y < height; ++y) {
-        auto *const line = reinterpret_cast<QRgb *>(blurred.scanLine(static_cast<int>(y)));
-        for (std::size_t x = 0; x < width; ++x) {
-            const auto alpha = static_cast<int>(std::lround(plane[y * width + x] * color.alphaF()));
-            line[x] = qPremultiply(qRgba(color.red(), color.green(), color.blue(), alpha));
-        }
-    }
-    painter.drawImage(area, blurred);
+    const double scale = blurScale(radius, painter.device()->devicePixelRatio() * painter.worldTransform().m11());
+    painter.drawImage(area, blurredShape(shape, color, area, radius, scale));
 }
 
 // A line within the edge of a rounded rectangle.

@@ -1,85 +1,18 @@
 #include "design/LKDropShadow.h"
 
-#include <algorithm>
 #include <cmath>
 #include <vector>
 
-#include <QtCore/QList>
-#include <QtGui/QPainter>
 #include <QtQuick/QQuickWindow>
 #include <QtQuick/QSGImageNode>
 #include <QtQuick/QSGTexture>
 
+#include "design/Blur.h"
 #include "design/Corners.h"
 
 namespace larkspan {
 
 namespace {
-
-// The blur's radius is its standard deviation; beyond three of them nothing is left to see.
-constexpr double reach = 3.0;
-// A blur this wide, in dots, is smooth however much it is enlarged: large shadows are drawn small.
-constexpr double widestBlur = 6.0;
-
-QList<float> weightsOf(double deviation)
-{
-    const int width = static_cast<int>(std::ceil(reach * deviation));
-    QList<float> weights;
-    float sum = 0;
-    for (int x = -width; x <= width; ++x) {
-        weights.push_back(static_cast<float>(std::exp(-x * x / (2 * deviation * deviation))));
-        sum += weights.back();
-    }
-    for (float &weight : weights) {
-        weight /= sum;
-    }
-    return weights;
-}
-
-// Blurs along the rows and turns the picture on its side: twice is both ways. Grey in, grey out.
-QImage blurredRowsTurned(const QImage &picture, const QList<float> &weights)
-{
-    QImage turned(picture.height(), picture.width(), QImage::Format_Grayscale8);
-    const int half = static_cast<int>(weights.size()) / 2;
-    for (int y = 0; y < picture.height(); ++y) {
-        const uchar *row = picture.constScanLine(y);
-        for (int x = 0; x < picture.width(); ++x) {
-            float sum = 0.5F;
-            for (int i = std::max(0, x - half); i <= std::min(picture.width() - 1, x + half); ++i) {
-                sum += static_cast<float>(row[i]) * weights[i - x + half];
-            }
-            turned.scanLine(x)[y] = static_cast<uchar>(sum);
-        }
-    }
-    return turned;
-}
-
-// size: of what casts the shadow; margin: room for the blur on every side; both in points.
-QImage shadowPicture(const LKShadow &shadow, double cornerRadius, QSizeF size, double margin, double scale)
-{
-    const QSize dots = (size.grownBy(QMarginsF(margin, margin, margin, margin)) * scale).toSize();
-    QImage mask(dots, QImage::Format_Grayscale8);
-    mask.fill(Qt::black);
-    QPainter painter(&mask);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(scale, scale);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::white);
-    painter.drawPath(corners::path(QRectF(QPointF(margin, margin), size), cornerRadius));
-    painter.end();
-    if (shadow.radius > 0) {
-        const QList<float> weights = weightsOf(shadow.radius * scale);
-        mask = blurredRowsTurned(blurredRowsTurned(mask, weights), weights);
-    }
-    QImage colored(dots, QImage::Format_ARGB32_Premultiplied);
-    colored.fill(shadow.color);
-    mask.reinterpretAsFormat(QImage::Format_Alpha8);
-    QPainter tint(&colored);
-    tint.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    tint.drawImage(0, 0, mask);
-    tint.end();
-    return colored;
-}
 
 // A stretch of the picture, in dots, and where it is drawn, in points from the picture's edge.
 struct Stretch
@@ -155,16 +88,17 @@ QSGNode *LKDropShadow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
     if (width() <= 0 || height() <= 0 || m_shadow.color.alpha() == 0) {
         return nullptr;
     }
-    const double margin = std::ceil(reach * m_shadow.radius);
-    const double scale = m_shadow.radius > 0
-                             ? std::min(window()->effectiveDevicePixelRatio(), widestBlur / m_shadow.radius)
-                             : window()->effectiveDevicePixelRatio();
+    const double margin = std::ceil(blurReach * m_shadow.radius);
+    const double scale = blurScale(m_shadow.radius, window()->effectiveDevicePixelRatio());
     const double end = 2 * margin + corners::reach * m_cornerRadius;
     const auto columns = stretches(width() + 2 * margin, end, scale);
     const auto rows = stretches(height() + 2 * margin, end, scale);
     const QSizeF pictured(columns.size() == 1 ? width() : dotsOf(columns) / scale - 2 * margin,
                           rows.size() == 1 ? height() : dotsOf(rows) / scale - 2 * margin);
-    const QImage picture = shadowPicture(m_shadow, m_cornerRadius, pictured, margin, scale);
+    // The blur's radius is its standard deviation.
+    const QImage picture =
+        blurredShape(corners::path(QRectF(QPointF(margin, margin), pictured), m_cornerRadius), m_shadow.color,
+                     QRectF(QPointF(), pictured + QSizeF(2 * margin, 2 * margin)), m_shadow.radius, scale);
 
     QSGTexture *texture = window()->createTextureFromImage(picture, QQuickWindow::TextureHasAlphaChannel);
     auto *shadow = new QSGNode;
