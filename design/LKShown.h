@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QtCore/QPointer>
 #include <QtQml/qqmlregistration.h>
 #include <QtQuick/QQuickItem>
+
+#include "design/WindowFilter.h"
 
 namespace larkspan {
 
@@ -27,15 +28,12 @@ public:
 Q_SIGNALS:
     void nowChanged();
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
-    void watch(QQuickWindow *window);
+    void see(const QEvent &event);
     void update();
 
-    QQuickItem *m_item; // the parent; null when attached to something else
-    QPointer<QQuickWindow> m_window;
+    QQuickItem *m_item; // the parent
+    WindowFilter m_filter;
     bool m_now = false;
 };
 

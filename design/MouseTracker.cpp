@@ -6,30 +6,30 @@ namespace larkspan {
 
 MouseTracker::MouseTracker(QQuickItem *parent) : QQuickItem(parent) {}
 
-bool MouseTracker::eventFilter(QObject *, QEvent *event)
+void MouseTracker::see(const QEvent &event)
 {
-    if (isVisible() && isEnabled()) {
-        switch (event->type()) {
-        case QEvent::MouseMove:
-            if (const auto *moved = static_cast<QMouseEvent *>(event); moved->buttons() == Qt::NoButton) {
-                pointerAt(moved->scenePosition());
-            }
-            break;
-        case QEvent::MouseButtonPress:
-            if (const auto *press = static_cast<QMouseEvent *>(event); press->button() == Qt::LeftButton) {
-                if (const QPointF point = mapFromScene(press->scenePosition()); contains(point)) {
-                    Q_EMIT click(point);
-                }
-            }
-            break;
-        case QEvent::Leave:
-            pointerGone();
-            break;
-        default:
-            break;
-        }
+    if (!isVisible() || !isEnabled()) {
+        return;
     }
-    return false;
+    switch (event.type()) {
+    case QEvent::MouseMove:
+        if (const auto &moved = static_cast<const QMouseEvent &>(event); moved.buttons() == Qt::NoButton) {
+            pointerAt(moved.scenePosition());
+        }
+        break;
+    case QEvent::MouseButtonPress:
+        if (const auto &press = static_cast<const QMouseEvent &>(event); press.button() == Qt::LeftButton) {
+            if (const QPointF point = mapFromScene(press.scenePosition()); contains(point)) {
+                Q_EMIT click(point);
+            }
+        }
+        break;
+    case QEvent::Leave:
+        pointerGone();
+        break;
+    default:
+        break;
+    }
 }
 
 void MouseTracker::pointerAt(QPointF scenePoint)
@@ -53,18 +53,8 @@ void MouseTracker::pointerGone()
 
 void MouseTracker::itemChange(ItemChange change, const ItemChangeData &value)
 {
-    if (change == ItemSceneChange) {
-        if (m_watched) {
-            m_watched->removeEventFilter(this);
-        }
-        m_watched = value.window;
-        if (m_watched) {
-            m_watched->installEventFilter(this);
-        }
-    } else if (change == ItemVisibleHasChanged || change == ItemEnabledHasChanged) {
-        if (!value.boolValue) {
-            pointerGone();
-        }
+    if ((change == ItemVisibleHasChanged || change == ItemEnabledHasChanged) && !value.boolValue) {
+        pointerGone();
     }
     QQuickItem::itemChange(change, value);
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QtCore/QPointer>
 #include <QtQml/qqmlregistration.h>
 #include <QtQuick/QQuickItem>
-#include <QtQuick/QQuickWindow>
+
+#include "design/WindowFilter.h"
 
 namespace larkspan {
 
@@ -17,8 +17,6 @@ class MouseTracker : public QQuickItem
 public:
     explicit MouseTracker(QQuickItem *parent = nullptr);
 
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 Q_SIGNALS:
     // In the item's coordinates.
     void move(QPointF point);
@@ -29,11 +27,15 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData &value) override;
 
 private:
+    void see(const QEvent &event);
     void pointerAt(QPointF scenePoint);
     void pointerGone();
 
-    QPointer<QQuickWindow> m_watched;
     bool m_isInside = false;
+    WindowFilter m_filter{*this, [this](const QEvent &event) {
+                              see(event);
+                              return false;
+                          }};
 };
 
 } // namespace larkspan

@@ -39,13 +39,13 @@ CarouselScrollCatcher::CarouselScrollCatcher(QQuickItem *parent)
     connect(&m_pause, &QTimer::timeout, this, &CarouselScrollCatcher::endGesture);
 }
 
-bool CarouselScrollCatcher::eventFilter(QObject *, QEvent *event)
+bool CarouselScrollCatcher::isSwallowed(const QEvent &event)
 {
-    return event->type() == QEvent::Wheel && isVisible() && isEnabled() &&
-           isSwallowed(*static_cast<QWheelEvent *>(event));
+    return event.type() == QEvent::Wheel && isVisible() && isEnabled() &&
+           isCaught(static_cast<const QWheelEvent &>(event));
 }
 
-bool CarouselScrollCatcher::isSwallowed(const QWheelEvent &event)
+bool CarouselScrollCatcher::isCaught(const QWheelEvent &event)
 {
     if (!contains(mapFromScene(event.position()))) {
         return false;
@@ -89,15 +89,6 @@ void CarouselScrollCatcher::endGesture()
 
 void CarouselScrollCatcher::itemChange(ItemChange change, const ItemChangeData &value)
 {
-    if (change == ItemSceneChange) {
-        if (m_watched) {
-            m_watched->removeEventFilter(this);
-        }
-        m_watched = value.window;
-        if (m_watched) {
-            m_watched->installEventFilter(this);
-        }
-    }
     if (change == ItemSceneChange || change == ItemVisibleHasChanged || change == ItemEnabledHasChanged) {
         endGesture(); // its end would no longer be seen
     }

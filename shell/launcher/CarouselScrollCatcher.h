@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtQml/qqmlregistration.h>
 #include <QtQuick/QQuickItem>
-#include <QtQuick/QQuickWindow>
 
+#include "design/WindowFilter.h"
 #include "shell/launcher/CarouselScroll.h"
 
 class QWheelEvent;
@@ -22,8 +21,6 @@ class CarouselScrollCatcher : public QQuickItem
 public:
     explicit CarouselScrollCatcher(QQuickItem *parent = nullptr);
 
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 Q_SIGNALS:
     void drift(double offset);
     void commit(int direction);
@@ -33,13 +30,14 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData &value) override;
 
 private:
-    [[nodiscard]] bool isSwallowed(const QWheelEvent &event);
+    [[nodiscard]] bool isSwallowed(const QEvent &event);
+    [[nodiscard]] bool isCaught(const QWheelEvent &event);
     [[nodiscard]] CarouselScroll::Phase phaseOf(const QWheelEvent &event);
     void endGesture();
 
     CarouselScroll m_scroll;
-    QPointer<QQuickWindow> m_watched;
     QTimer m_pause{this}; // runs while a gesture goes on of which the display tells neither begin nor end
+    WindowFilter m_filter{*this, [this](const QEvent &event) { return isSwallowed(event); }};
 };
 
 } // namespace larkspan
