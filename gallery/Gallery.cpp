@@ -23,10 +23,11 @@ Gallery *Gallery::create(QQmlEngine *, QJSEngine *)
 
 QStringList Gallery::pages()
 {
-    return {u"Colours"_s,          u"Type"_s,           u"Icons"_s,        u"LKButton"_s,    u"LKBadge"_s,
-            u"LKDropdown"_s,       u"LKToggle"_s,       u"LKSegmented"_s,  u"LKTextField"_s, u"LKSettingsRow"_s,
-            u"LKSidebarRow"_s,     u"LKProgressBar"_s,  u"LKEmptyState"_s, u"LKMenu"_s,      u"LKSpotlightCard"_s,
-            u"LKAIGlowModifier"_s, u"LKLoadingState"_s, u"Backdrops"_s,    u"Intro"_s,       u"Sound"_s};
+    return {u"Colours"_s,          u"Type"_s,           u"Icons"_s,       u"Marks"_s,         u"Surfaces"_s,
+            u"LKText"_s,           u"LKPressable"_s,    u"LKButton"_s,    u"LKBadge"_s,       u"LKDropdown"_s,
+            u"LKToggle"_s,         u"LKSegmented"_s,    u"LKTextField"_s, u"LKSettingsRow"_s, u"LKSidebarRow"_s,
+            u"LKProgressBar"_s,    u"LKEmptyState"_s,   u"LKMenu"_s,      u"LKToolTip"_s,     u"LKSpotlightCard"_s,
+            u"LKAIGlowModifier"_s, u"LKLoadingState"_s, u"Backdrops"_s,   u"Intro"_s,         u"Sound"_s};
 }
 
 QStringList Gallery::symbols()

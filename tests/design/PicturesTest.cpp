@@ -36,6 +36,30 @@ std::string documentOf(const QString &page)
         .toStdString();
 }
 
+void collect(QQuickItem *item, const auto &matches, QList<QQuickItem *> &found)
+{
+    if (matches(item)) {
+        found.append(item);
+    }
+    for (QQuickItem *child : item->childItems()) {
+        collect(child, matches, found);
+    }
+}
+
+// True unless a tool tip is wanted that hasn't come yet.
+bool hasItsToolTips(const Scene &scene)
+{
+    QList<QQuickItem *> late;
+    collect(
+        scene.root(),
+        [](const QQuickItem *item) {
+            return QByteArrayView(item->metaObject()->className()).startsWith("LKToolTip") &&
+                   item->property("wanted").toBool() && !item->property("told").toBool();
+        },
+        late);
+    return late.isEmpty();
+}
+
 // What is drawn once nothing moves any more. The window draws a few frames before: what the pointer is over is told
 // between frames, and what that moves is moved with them.
 QImage settled(const Scene &scene)
@@ -51,21 +75,15 @@ QImage settled(const Scene &scene)
     return now.convertToFormat(QImage::Format_RGB32);
 }
 
-void collect(QQuickItem *item, const auto &matches, QList<QQuickItem *> &found)
-{
-    if (matches(item)) {
-        found.append(item);
-    }
-    for (QQuickItem *child : item->childItems()) {
-        collect(child, matches, found);
-    }
-}
-
 QList<QQuickItem *> touchableSubjects(const Scene &scene)
 {
     QList<QQuickItem *> samples;
     collect(
-        scene.root(), [](const QQuickItem *item) { return item->property("interactive").toBool(); }, samples);
+        scene.root(),
+        [](const QQuickItem *item) {
+            return item->objectName() == "sample"_L1 && item->property("interactive").toBool();
+        },
+        samples);
     QList<QQuickItem *> subjects;
     for (const QQuickItem *sample : samples) {
         subjects.append(sample->property("subjectItem").value<QQuickItem *>());
@@ -200,6 +218,7 @@ TEST_P(Pictures, AreAsStored)
     QTest::mouseMove(&scene.window(), nowhere);
     hideClocks(scene);
     EXPECT_THAT(strangeCorners(*scene.root()), testing::IsEmpty());
+    EXPECT_TRUE(waitUntil([&] { return hasItsToolTips(scene); }));
     const QImage drawn = settled(scene);
     expectPicture(drawn.copy(0, 0, drawn.width(), bottomOf(drawn)), nameOf(page, theme));
     if (const QList<QQuickItem *> subjects = touchableSubjects(scene); !subjects.isEmpty()) {
