@@ -31,6 +31,17 @@ TEST(Shoot, ClipsStandInFileOrderDuringASortAndByDateAfterIt)
     EXPECT_THAT(clipNames(shoot.clips()), ElementsAre(u"pool 1"_s, u"pool 2"_s, u"kitchen 3"_s));
 }
 
+TEST(Shoot, StoredClipsAreOrderedByDateToo)
+{
+    const Shoot shoot(namedClips({u"pool 2"_s, u"kitchen 1"_s}));
+    EXPECT_THAT(clipNames(shoot.clips()), ElementsAre(u"kitchen 1"_s, u"pool 2"_s));
+}
+
+TEST(Shoot, TheBinsInUseAreListedByNameWhateverTheirSize)
+{
+    EXPECT_THAT(fiveClips().usedBins(), ElementsAre(u"Kitchen"_s, u"Pool"_s, u"Unsorted"_s));
+}
+
 TEST(Shoot, AClipIsFoundByItsIdHoweverItCame)
 {
     Shoot shoot(namedClips({u"pool 1"_s}));
