@@ -29,9 +29,6 @@ void relocate(CopyRecord &record, const FileUrl &destination)
             file = FileUrl(destination.path() / file->path().lexically_relative(record.destination.path()));
         }
     };
-    if (record.destination == destination) {
-        return;
-    }
     for (CopiedFile &file : record.files) {
         move(file.destination);
     }
