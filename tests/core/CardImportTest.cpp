@@ -259,6 +259,21 @@ TEST_F(CardImportTest, ACopyThatFailedIsShownToHaveFailedByTheTimeItCountsAsEnde
     EXPECT_THAT(seen, ElementsAre(Pair(true, StageKind::working), Pair(false, StageKind::failed)));
 }
 
+TEST_F(CardImportTest, ACopyCountsAsEndedBeforeTheSortOfItShowsAnything)
+{
+    insertCard();
+    auto parts = importingSeams();
+    parts.copyFiles = [](const auto &...) { return std::vector<CopyResult>(); }; // so that the copy holds no clips
+    SortEngine engine(parts);
+    engine.setImportRoot(shoots());
+    std::vector<std::pair<bool, StageKind>> seen;
+    QObject::connect(&engine, &SortEngine::stageChanged,
+                     [&] { seen.emplace_back(engine.isCopying(), engine.stage().kind); });
+    engine.importCard(card(), u"CARD"_s);
+    EXPECT_TRUE(reaches(engine, StageKind::emptyFolder));
+    EXPECT_THAT(seen, ElementsAre(Pair(false, StageKind::working), Pair(false, StageKind::emptyFolder)));
+}
+
 TEST_F(CardImportTest, TheSortOfACopyGoesByWhatTheEditorHasChosenWhenTheCopyHasEnded)
 {
     (void)folder.write("card/unsorted 1.mov", "film");

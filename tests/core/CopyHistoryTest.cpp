@@ -246,6 +246,17 @@ TEST_F(CopyHistoryTest, AStoppedCopyShowsNoProgress)
     copying.open();
 }
 
+TEST_F(CopyHistoryTest, AShootWithoutCopiesHasNoReport)
+{
+    makeClips({"kitchen 1"});
+    SortEngine engine(seams()); // a report of nothing would be an error here
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.showCopyReport();
+    EXPECT_THAT(opened, IsEmpty());
+    EXPECT_EQ(engine.copyHistory()->problem(), u""_s);
+}
+
 TEST_F(CopyHistoryTest, TheReportIsWrittenBesideTheCopiesAndOpened)
 {
     SortEngine engine(copyingSeams());

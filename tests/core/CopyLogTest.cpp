@@ -71,9 +71,14 @@ TEST(CopyLog, KeepsTheLastImportAndTheLastRunIntoFolders)
 
 TEST(CopyLog, WithoutAFolderNothingIsKept)
 {
+    const TempFolder folder; // where a file without a folder would be
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path());
     const CopyLog log{fs::path()};
     log.save(u"ab"_s, wholeRecord());
     EXPECT_THAT(log.load(u"ab"_s), IsEmpty());
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+    fs::current_path(before);
 }
 
 TEST(CopyLog, WhatIsNotWholeCountsAsNotThere)
@@ -88,6 +93,8 @@ TEST(CopyLog, WhatIsNotWholeCountsAsNotThere)
                                    {"\"files\"", "\"else\""},
                                    {"\"unreadable\"", "\"else\""},
                                    {"\"notCopied\"", "\"else\""},
+                                   {"\"destination\"", "\"else\""},
+                                   {"\"source\"", "\"else\""},
                                    {"readBack", "proved"},
                                    {"[", "{"}}) {
         json = whole;

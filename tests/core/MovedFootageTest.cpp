@@ -293,3 +293,62 @@ TEST_F(MovedFootageTest, AnExportWaitsForNoSearchOfAnotherShoot)
     engine.exportEvent();
     EXPECT_EQ(engine.stage().kind, StageKind::done);
 }
+
+TEST_F(MovedFootageTest, PicturesThatAnExportInterruptsAreTakenFromWhereItHasPutTheFootage)
+{
+    (void)folder.write("kitchen 1.mov", "1");
+    sortThenMove({});
+    Gate gate;
+    std::atomic<bool> isFirst = true;
+    auto parts = movingSeams();
+    parts.placesInBin = [](const auto &...) { return std::vector<FileUrl>(); };
+    parts.sampleFrames = [&, inner = parts.sampleFrames](const MediaClip &clip, int count, double size) {
+        if (isFirst.exchange(false)) {
+            gate.pass();
+            return Frames();
+        }
+        return inner(clip, count, size);
+    };
+    parts.organizeByBin = [this](const std::vector<ClipToOrganize> &clips, const auto &...) -> OrganizeAnswer {
+        fs::create_directory(folder / "Kitchen");
+        fs::rename(folder / "kitchen 1.mov", folder / "Kitchen/kitchen 1.mov");
+        return std::map{std::pair(clips.front().id, FileUrl(folder / "Kitchen/kitchen 1.mov"))};
+    };
+    SortEngine engine(parts);
+    engine.openProject(id);
+    gate.awaitArrival();
+    engine.setOptions({.fileHandling = FileHandling::move});
+    engine.exportEvent();
+    ASSERT_TRUE(reaches(engine, StageKind::done));
+    gate.open();
+    EXPECT_TRUE(waitUntil([&] { return hasAllThumbnails(engine); }));
+}
+
+TEST_F(MovedFootageTest, WhatWasFoundStaysFoundOnceTheShootsFolderIsAnother)
+{
+    (void)folder.write("kitchen 1.mov", "1");
+    sortThenMove({{"kitchen 1.mov", "Shoots/Kitchen/kitchen 1.mov"}});
+    const FileUrl found(folder / "Shoots/Kitchen/kitchen 1.mov");
+    Gate gate;
+    std::atomic<bool> isFirst = true;
+    auto parts = movingSeams();
+    parts.sampleFrames = [&, inner = parts.sampleFrames](const MediaClip &clip, int count, double size) {
+        if (isFirst.exchange(false)) {
+            gate.pass();
+            return Frames();
+        }
+        return inner(clip, count, size);
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    engine.openProject(id);
+    gate.awaitArrival();
+    ASSERT_TRUE(waitUntil([&] { return engine.clips().front()->footageURL() == found; }));
+    engine.setImportRoot(FileUrl(folder / "other"));
+    engine.setOptions({.fileHandling = FileHandling::copy});
+    engine.exportEvent(); // ends the task that takes the pictures, which begins anew behind it
+    ASSERT_TRUE(reaches(engine, StageKind::done) || engine.stage().kind == StageKind::failed);
+    gate.open();
+    EXPECT_TRUE(waitUntil([&] { return hasAllThumbnails(engine); }));
+    EXPECT_EQ(engine.clips().front()->footageURL(), found);
+}

@@ -11,6 +11,8 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
+#include "core/CopyJournal.h"
+#include "core/CopyLog.h"
 #include "core/ProjectCache.h"
 #include "core/ProjectJson.h"
 #include "core/SettingsStore.h"
@@ -325,13 +327,15 @@ TEST_F(ProjectCacheTest, TheLatestSavedIsFirstWhateverTheOrderInTheFile)
     EXPECT_THAT(stored(), ElementsAre(later.summary, house.summary));
 }
 
-TEST_F(ProjectCacheTest, ProjectsAndSettingsAreInTheUsersOwnFoldersForSuchThings)
+TEST_F(ProjectCacheTest, ProjectsCopiesAndSettingsAreInTheUsersOwnFoldersForSuchThings)
 {
     const QByteArray data = qgetenv("XDG_DATA_HOME");
     const QByteArray config = qgetenv("XDG_CONFIG_HOME");
     qputenv("XDG_DATA_HOME", "/home/ann/data");
     qputenv("XDG_CONFIG_HOME", "/home/ann/config");
     EXPECT_EQ(ProjectCache::defaultFolder(), "/home/ann/data/Larkspan/Projects");
+    EXPECT_EQ(CopyLog::defaultFolder(), "/home/ann/data/Larkspan/Copies");
+    EXPECT_EQ(CopyJournal::defaultFolder(), "/home/ann/data/Larkspan/Unfinished");
     EXPECT_EQ(SettingsStore::defaultFile(), u"/home/ann/config/Larkspan/settings.ini"_s);
     qputenv("XDG_DATA_HOME", data);
     qputenv("XDG_CONFIG_HOME", config);

@@ -1,4 +1,6 @@
 // Cancelling and replacing: nothing of a task that was stopped may ever land.
+#include <stop_token>
+
 #include "core/RoomLabel.h"
 #include "tests/core/SortEngineFixture.h"
 
@@ -133,6 +135,86 @@ TEST_F(SortEngineTest, TheEngineCanGoWhileASortRuns)
     engine.reset();
     drain();
     EXPECT_THAT(cache.projects(), IsEmpty());
+}
+
+TEST_F(SortEngineTest, AnEngineThatGoesStopsItsTask)
+{
+    (void)folder.write("card/pool 1.mov");
+    fs::create_directory(folder / "Shoots");
+    Gate gate;
+    bool wasStopped = false;
+    auto parts = seams();
+    parts.copyFiles = [&](const auto &, const auto &, const CopyOrder &order) {
+        std::binary_semaphore stopped(0);
+        const std::stop_callback onStop(order.stop, [&stopped] { stopped.release(); });
+        gate.pass();
+        wasStopped = stopped.try_acquire_for(std::chrono::seconds(60)); // for a hang
+        return std::vector<CopyResult>();
+    };
+    {
+        SortEngine engine(parts);
+        engine.setImportRoot(FileUrl(folder / "Shoots"));
+        engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+        gate.awaitArrival();
+        gate.open();
+    }
+    EXPECT_TRUE(wasStopped);
+}
+
+TEST_F(SortEngineTest, AProjectThatIsOpenedDuringASortLetsNothingOfItLand)
+{
+    (void)folder.write("first/old 1.mov");
+    (void)folder.write("first/old 2.mov");
+    (void)folder.write("second/pool 1.mov");
+    Gate gate;
+    std::atomic<int> ended = 0;
+    auto parts = seams();
+    parts.probeClip = holdingBackTheOld(gate, probe);
+    parts.makeLocalClassifier = [&] { return std::make_shared<CountedOff>(std::make_shared<NamedFrames>(), ended); };
+    SortEngine engine(parts);
+    engine.sortFolder(FileUrl(folder / "second"));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.sortFolder(FileUrl(folder / "first"));
+    gate.awaitArrival();
+    engine.openProject(projectID(FileUrl(folder / "second")));
+    gate.open(2);
+    ASSERT_TRUE(waitUntil([&] { return ended == 2; }));
+    drain();
+    EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"pool 1"_s));
+    EXPECT_EQ(engine.folderName(), u"second"_s);
+    EXPECT_THAT(cache.projects(), SizeIs(1));
+}
+
+TEST_F(SortEngineTest, ACardThatIsImportedDuringASortLetsNothingOfItLand)
+{
+    (void)folder.write("first/old 1.mov");
+    (void)folder.write("first/old 2.mov");
+    (void)folder.write("card/pool 1.mov");
+    fs::create_directory(folder / "Shoots");
+    Gate gate;
+    Gate copying;
+    std::atomic<int> ended = 0;
+    auto parts = seams();
+    parts.probeClip = holdingBackTheOld(gate, probe);
+    parts.makeLocalClassifier = [&] { return std::make_shared<CountedOff>(std::make_shared<NamedFrames>(), ended); };
+    parts.copyFiles = [&](const auto &...) {
+        copying.pass();
+        return std::vector<CopyResult>();
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    engine.sortFolder(FileUrl(folder / "first"));
+    gate.awaitArrival();
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    copying.awaitArrival();
+    gate.open(2);
+    ASSERT_TRUE(waitUntil([&] { return ended == 1; }));
+    drain();
+    EXPECT_THAT(engine.clips(), IsEmpty());
+    EXPECT_EQ(engine.stage().kind, StageKind::working);
+    EXPECT_EQ(engine.total(), 1) << "the card's";
+    copying.open();
+    EXPECT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
 }
 
 TEST_F(SortEngineTest, ManyQuickRestartsEndWithTheLastFolder)

@@ -7,8 +7,11 @@
 using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
+using testing::Each;
 using testing::ElementsAre;
+using testing::Field;
 using testing::IsEmpty;
+using testing::Pointee;
 using testing::SizeIs;
 
 namespace fs = std::filesystem;
@@ -187,6 +190,37 @@ TEST_F(SortEngineTest, OptionsChangedDuringASortDoNotReachIt)
     for (const ClipPtr &clip : engine.clips()) {
         EXPECT_TRUE(clip->needsReview);
     }
+}
+
+TEST_F(SortEngineTest, RepeatedRoomsAreToldApartByTheirPrintsIfTheOptionSaysSo)
+{
+    // Each frame's print is far from every other's.
+    class OddPrints : public NamedFrames
+    {
+    public:
+        FrameAnalysis analyze(std::span<const QImage> frames) const override
+        {
+            FrameAnalysis analysis = NamedFrames::analyze(frames);
+            analysis.featurePrint =
+                std::make_shared<FeaturePrint>(std::vector<float>{static_cast<float>(100 * m_count++)});
+            return analysis;
+        }
+
+    private:
+        mutable std::atomic<int> m_count = 0;
+    };
+    makeClips({"kitchen 1", "kitchen 5"});
+    auto parts = seams();
+    parts.makeLocalClassifier = [] { return std::make_shared<OddPrints>(); };
+    SortEngine engine(parts);
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(engine.clips(), ElementsAre(Pointee(Field(&MediaClip::primaryBin, u"Kitchen 1"_s)),
+                                            Pointee(Field(&MediaClip::primaryBin, u"Kitchen 2"_s))));
+    engine.setOptions({.splitRepeatedRooms = false});
+    engine.sortAgain();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(engine.clips(), Each(Pointee(Field(&MediaClip::primaryBin, u"Kitchen"_s))));
 }
 
 TEST_F(SortEngineTest, SortAgainKeepsTheNameOfARenamedProject)
