@@ -84,8 +84,8 @@ TEST(LKPressable, ADisabledOneDimsAndIsNotPressedByAssistiveTechnology)
 
 TEST(LKPressable, AnAmpersandInItsWordsIsReadAndMarksNoShortcut)
 {
-    Pressable pressed("words: 'Cut & Copy &Both'");
-    EXPECT_EQ(accessibleName(&pressed.item), u"Cut & Copy &Both"_s);
+    Pressable pressed("words: '&Both & more'");
+    EXPECT_EQ(accessibleName(&pressed.item), u"&Both & more"_s);
     QTest::keyClick(&pressed.scene.window(), Qt::Key_B, Qt::AltModifier);
     EXPECT_EQ(pressed.activated.count(), 0);
     QTest::mouseClick(&pressed.scene.window(), Qt::LeftButton, {}, middleOf(&pressed.item));
