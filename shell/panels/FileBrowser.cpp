@@ -3,12 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QStandardPaths>
-
-#include "core/ClipListing.h"
 #include "core/FootageNames.h"
+#include "shell/panels/SaveName.h"
 #include "shell/panels/TypedPath.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -28,44 +24,6 @@ struct Visit
     tl::expected<FolderContents, std::error_code> contents;
 };
 
-struct Target
-{
-    bool exists = false;
-    bool isFolder = false;
-    std::error_code problem; // of opening its folder
-};
-
-fs::path pathOf(const QString &path)
-{
-    return QFile::encodeName(path).toStdString();
-}
-
-fs::path homeFolder()
-{
-    return pathOf(QDir::homePath());
-}
-
-fs::path videosFolder()
-{
-    return pathOf(QStandardPaths::writableLocation(QStandardPaths::MoviesLocation));
-}
-
-std::error_code problemOfOpening(const fs::path &folder)
-{
-    std::error_code problem;
-    const fs::directory_iterator opened(folder, problem);
-    return problem;
-}
-
-Target lookAt(const fs::path &file)
-{
-    std::error_code missing;
-    const fs::file_status status = fs::status(file, missing);
-    return {.exists = fs::exists(status),
-            .isFolder = fs::is_directory(status),
-            .problem = problemOfOpening(file.parent_path())};
-}
-
 } // namespace
 
 FileBrowser::FileBrowser(QObject *parent) : QObject(parent)
@@ -77,21 +35,6 @@ FileBrowser::FileBrowser(QObject *parent) : QObject(parent)
 }
 
 FileBrowser::~FileBrowser() = default;
-
-template <typename Work, typename Done>
-void FileBrowser::start(Task &task, Work work, Done done)
-{
-    m_pool.start([this, stop = task.begin(), work = std::move(work), done = std::move(done)] {
-        if (stop.stop_requested()) {
-            return;
-        }
-        QMetaObject::invokeMethod(this, [stop, done, result = work(stop)]() mutable {
-            if (!stop.stop_requested()) {
-                done(std::move(result));
-            }
-        });
-    });
-}
 
 void FileBrowser::openForFolder(const FolderPanel &panel, const std::optional<FileUrl> &start,
                                 std::function<void(FileUrl)> chosen)
@@ -121,12 +64,11 @@ void FileBrowser::open(std::function<void(FileUrl)> chosen, const std::optional<
     m_folder.clear();
     m_entries.show({});
     m_selectedRow = -1;
-    start(
-        m_placing, [](const std::stop_token &) { return quickPlaces(); },
-        [this](std::vector<QuickPlace> places) {
-            m_places = std::move(places);
-            Q_EMIT placesChanged();
-        });
+    m_placing.start([](const std::stop_token &) { return quickPlaces(); },
+                    [this](std::vector<QuickPlace> places) {
+                        m_places = std::move(places);
+                        Q_EMIT placesChanged();
+                    });
     std::vector<fs::path> candidates{videosFolder(), homeFolder()};
     if (folder) {
         candidates.insert(candidates.begin(), folder->path());
@@ -137,9 +79,10 @@ void FileBrowser::open(std::function<void(FileUrl)> chosen, const std::optional<
 
 void FileBrowser::abandon()
 {
-    for (Task *task : {&m_placing, &m_visiting, &m_refreshing, &m_counting, &m_accepting}) {
+    for (LatestTask *task : {&m_placing, &m_visiting, &m_refreshing, &m_accepting}) {
         task->stop();
     }
+    m_clips.stop();
     unwatch();
     m_isVisiting = m_isAccepting = m_isRefreshing = m_refreshesAgain = m_isGone = false;
     m_fileToReplace.clear();
@@ -202,11 +145,7 @@ QString FileBrowser::status() const
     }
     const Path chosen = target();
     const QString name = chosen.has_filename() ? FileUrl(chosen).lastPathComponent() : FileUrl(chosen).displayPath();
-    const QString count = !m_clipCount        ? tr("counting clips…")
-                          : *m_clipCount == 0 ? tr("no clips")
-                          : *m_clipCount == 1 ? tr("1 clip")
-                                              : tr("%1 clips").arg(*m_clipCount);
-    return u"“%1” · %2"_s.arg(name, count);
+    return u"“%1” · %2"_s.arg(name, m_clips.text());
 }
 
 bool FileBrowser::canAccept() const
@@ -300,8 +239,7 @@ void FileBrowser::visit(std::function<Path()> find, const std::string &selected)
 {
     m_isVisiting = true;
     m_problem.clear();
-    start(
-        m_visiting,
+    m_visiting.start(
         [find = std::move(find), shows = filter()](const std::stop_token &stop) {
             const Path folder = find();
             return Visit{folder, readFolder(folder, shows, stop)};
@@ -345,8 +283,7 @@ void FileBrowser::refresh()
         return;
     }
     m_isRefreshing = true;
-    start(
-        m_refreshing,
+    m_refreshing.start(
         [folder = m_folder, shows = filter()](const std::stop_token &stop) { return readFolder(folder, shows, stop); },
         [this](tl::expected<FolderContents, std::error_code> contents) {
             m_isRefreshing = false;
@@ -356,10 +293,10 @@ void FileBrowser::refresh()
             m_entries.update(contents ? std::move(*contents) : FolderContents());
             selectNamed(selected);
             if (m_isGone) {
-                m_counting.stop();
+                m_clips.stop();
                 m_problem = folderProblem(m_folder, contents.error());
             }
-            const bool isBeingCounted = !m_clipCount && selectedName() == selected;
+            const bool isBeingCounted = !m_clips.isKnown() && selectedName() == selected;
             if (!m_isGone && !isBeingCounted) {
                 countClips();
             }
@@ -372,19 +309,11 @@ void FileBrowser::refresh()
 
 void FileBrowser::countClips()
 {
-    m_clipCount.reset();
     if (m_isSaving) {
-        return;
+        m_clips.forget();
+    } else {
+        m_clips.begin(FileUrl(target()));
     }
-    start(
-        m_counting,
-        [folder = FileUrl(target())](const std::stop_token &stop) {
-            return static_cast<qsizetype>(listClips(folder, stop).size());
-        },
-        [this](qsizetype clips) {
-            m_clipCount = clips;
-            Q_EMIT changed();
-        });
 }
 
 void FileBrowser::accept()
@@ -404,45 +333,40 @@ void FileBrowser::accept()
 
 void FileBrowser::acceptFolder()
 {
-    start(
-        m_accepting, [folder = target()](const std::stop_token &) { return problemOfOpening(folder); },
-        [this, folder = target()](const std::error_code &problem) {
-            m_isAccepting = false;
-            if (!problem) {
-                finish(folder);
-                return;
-            }
-            say(folderProblem(folder, problem));
-            refresh();
-        });
+    m_accepting.start([folder = target()](const std::stop_token &) { return problemOfOpening(folder); },
+                      [this, folder = target()](const std::error_code &problem) {
+                          m_isAccepting = false;
+                          if (!problem) {
+                              finish(folder);
+                              return;
+                          }
+                          say(folderProblem(folder, problem));
+                          refresh();
+                      });
 }
 
 void FileBrowser::acceptFile()
 {
-    QString name = m_fileName.trimmed();
-    if (name.contains(u'/') || name == u"."_s || name == u".."_s) {
+    const std::optional<QString> name = saveName(m_fileName, m_suffix);
+    if (!name) {
         m_isAccepting = false;
-        say(tr("“%1” can't be the name of a file.").arg(name));
+        say(tr("“%1” can't be the name of a file.").arg(m_fileName.trimmed()));
         return;
     }
-    if (FileUrl(name.toStdString()).pathExtension().isEmpty()) {
-        name += u'.' + m_suffix;
-    }
-    start(
-        m_accepting, [file = m_folder / name.toStdString()](const std::stop_token &) { return lookAt(file); },
-        [this, name](const Target &there) {
-            m_isAccepting = false;
-            if (there.problem) {
-                say(folderProblem(m_folder, there.problem));
-            } else if (there.isFolder) {
-                say(tr("There is a folder named “%1” already.").arg(name));
-            } else if (there.exists) {
-                m_fileToReplace = name;
-                Q_EMIT changed();
-            } else {
-                finish(m_folder / name.toStdString());
-            }
-        });
+    m_accepting.start([file = m_folder / name->toStdString()](const std::stop_token &) { return lookAtPlace(file); },
+                      [this, name = *name](const SavePlace &there) {
+                          m_isAccepting = false;
+                          if (there.problem) {
+                              say(folderProblem(m_folder, there.problem));
+                          } else if (there.isFolder) {
+                              say(tr("There is a folder named “%1” already.").arg(name));
+                          } else if (there.exists) {
+                              m_fileToReplace = name;
+                              Q_EMIT changed();
+                          } else {
+                              finish(m_folder / name.toStdString());
+                          }
+                      });
 }
 
 void FileBrowser::replaceFile()

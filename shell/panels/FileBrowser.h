@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
-#include <stop_token>
 #include <vector>
 
 #include <QtCore/QFileSystemWatcher>
@@ -14,8 +13,10 @@
 
 #include "core/FileUrl.h"
 #include "core/SortSeams.h"
+#include "shell/panels/ClipCount.h"
 #include "shell/panels/FilePanel.h"
 #include "shell/panels/FolderEntries.h"
+#include "shell/panels/LatestTask.h"
 #include "shell/panels/QuickPlaces.h"
 
 namespace larkspan {
@@ -100,27 +101,6 @@ Q_SIGNALS:
 private:
     using Path = std::filesystem::path;
 
-    // Cancels the work of one kind when it is begun anew or destroyed.
-    class Task
-    {
-    public:
-        ~Task() { stop(); }
-        void stop() { m_source.request_stop(); }
-        std::stop_token begin()
-        {
-            stop();
-            m_source = std::stop_source();
-            return m_source.get_token();
-        }
-
-    private:
-        std::stop_source m_source;
-    };
-
-    // Runs work on another thread and hands its result to done on the main thread, unless the task was stopped.
-    template <typename Work, typename Done>
-    void start(Task &task, Work work, Done done);
-
     void open(std::function<void(FileUrl)> chosen, const std::optional<FileUrl> &folder);
     // Cancels all work for the open request.
     void abandon();
@@ -143,11 +123,11 @@ private:
     void say(const QString &problem);
 
     QThreadPool m_pool; // declared before the tasks, so that they are stopped before it waits
-    Task m_placing;
-    Task m_visiting;
-    Task m_refreshing;
-    Task m_counting;
-    Task m_accepting;
+    LatestTask m_placing{*this, m_pool};
+    LatestTask m_visiting{*this, m_pool};
+    LatestTask m_refreshing{*this, m_pool};
+    ClipCount m_clips{*this, m_pool, [this] { Q_EMIT changed(); }};
+    LatestTask m_accepting{*this, m_pool};
     QFileSystemWatcher m_watcher;
     FolderEntries m_entries;
     std::function<void(FileUrl)> m_chosen;
@@ -164,7 +144,6 @@ private:
     std::vector<QuickPlace> m_places;
     Path m_folder;
     int m_selectedRow = -1;
-    std::optional<qsizetype> m_clipCount; // none while counting
     QString m_problem;
     QString m_fileName;
     QString m_fileToReplace;

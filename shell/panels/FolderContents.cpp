@@ -87,6 +87,13 @@ fs::path nearestFolder(fs::path folder)
     return folder;
 }
 
+std::error_code problemOfOpening(const fs::path &folder)
+{
+    std::error_code problem;
+    const fs::directory_iterator opened(folder, problem);
+    return problem;
+}
+
 QString folderProblem(const fs::path &folder, const std::error_code &error)
 {
     const auto text = [](const char *english) { return QCoreApplication::translate("FolderContents", english); };

@@ -37,6 +37,9 @@ std::filesystem::path firstFolder(std::span<const std::filesystem::path> candida
 // Returns the folder itself if it exists, else its nearest existing ancestor. Blocks.
 std::filesystem::path nearestFolder(std::filesystem::path folder);
 
+// Returns the reason that a folder can't be opened, if there is one. Blocks.
+std::error_code problemOfOpening(const std::filesystem::path &folder);
+
 // Returns a sentence for people that says why a folder can't be opened.
 QString folderProblem(const std::filesystem::path &folder, const std::error_code &error);
 

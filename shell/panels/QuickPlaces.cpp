@@ -39,7 +39,22 @@ bool isPluggedIn(const MountEntry &entry, const fs::path &deviceTree)
     return device && device->isRemovable();
 }
 
+fs::path pathOf(const QString &path)
+{
+    return QFile::encodeName(path).toStdString();
+}
+
 } // namespace
+
+fs::path homeFolder()
+{
+    return pathOf(QDir::homePath());
+}
+
+fs::path videosFolder()
+{
+    return pathOf(QStandardPaths::writableLocation(QStandardPaths::MoviesLocation));
+}
 
 std::vector<QuickPlace> quickPlaces(const fs::path &mountTable, const fs::path &deviceTree)
 {
@@ -51,15 +66,15 @@ std::vector<QuickPlace> quickPlaces(const fs::path &mountTable, const fs::path &
             places.push_back({name, folder});
         }
     };
-    const auto addOwn = [&add](const QString &name, const QString &path) {
+    const auto addOwn = [&add](const QString &name, const fs::path &folder) {
         std::error_code unreachable;
-        if (const fs::path folder = QFile::encodeName(path).toStdString(); fs::is_directory(folder, unreachable)) {
+        if (fs::is_directory(folder, unreachable)) {
             add(name, folder);
         }
     };
-    addOwn(text("Home"), QDir::homePath());
-    addOwn(text("Documents"), QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-    addOwn(text("Videos"), QStandardPaths::writableLocation(QStandardPaths::MoviesLocation));
+    addOwn(text("Home"), homeFolder());
+    addOwn(text("Documents"), pathOf(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)));
+    addOwn(text("Videos"), videosFolder());
 
     for (const MountEntry &entry : MountTable(mountTable).read()) {
         if (!isHidden(entry.mountPoint.filename()) && isPluggedIn(entry, deviceTree)) {

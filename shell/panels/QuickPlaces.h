@@ -16,6 +16,10 @@ struct QuickPlace
     friend bool operator==(const QuickPlace &, const QuickPlace &) = default;
 };
 
+// Return the user's folders, which need not exist.
+std::filesystem::path homeFolder();
+std::filesystem::path videosFolder();
+
 // Returns home, the folders for documents and videos if they exist, and the volumes that a file manager lists: those
 // under /media and /run/media, and removable devices under /mnt. mountTable and deviceTree: the kernel's. Blocks while
 // it looks for the user's folders, but never on a volume.
