@@ -15,8 +15,6 @@ class IntroSequence : public QObject
     Q_PROPERTY(larkspan::IntroLook look READ look NOTIFY lookChanged)
     // Set while it isn't playing, this chooses the moment that is shown.
     Q_PROPERTY(double seconds READ seconds WRITE setSeconds NOTIFY lookChanged)
-    // The icon stands, and nothing moves for a while.
-    Q_PROPERTY(bool isAtRest READ isAtRest NOTIFY lookChanged)
     Q_PROPERTY(bool hasStarted READ hasStarted NOTIFY hasStartedChanged)
 
 public:
@@ -28,10 +26,6 @@ public:
     [[nodiscard]] const IntroLook &look() const { return m_look; }
     [[nodiscard]] double seconds() const { return m_seconds; }
     void setSeconds(double seconds);
-    [[nodiscard]] bool isAtRest() const
-    {
-        return m_seconds >= introTimeline::atRest && m_seconds < introTimeline::restEnds;
-    }
     // Moves to this moment, and emits what is due on the way there and wasn't emitted before.
     void playTo(double seconds);
     [[nodiscard]] bool hasStarted() const { return m_clock.isValid(); }

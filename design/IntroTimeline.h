@@ -46,8 +46,6 @@ inline constexpr double bladeGone = 2.0; // it begins to fade
 inline constexpr double halvesOpen = 1.98;
 inline constexpr double iconIn = 2.25;
 inline constexpr double chime = 2.25;
-inline constexpr double atRest = 2.81;  // nothing moves until fadingOut
-inline constexpr double restEnds = 3.6; // with time to clear away before that
 inline constexpr double fadingOut = 4.3;
 inline constexpr double finish = 4.98;
 

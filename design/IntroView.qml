@@ -9,8 +9,6 @@ Item {
     // False for a view that shows a moment of the sequence and doesn't play.
     property bool plays: true
     property alias seconds: sequence.seconds
-    // True while nothing moves: slow work can be done then without a visible stutter.
-    readonly property bool isAtRest: sequence.isAtRest
 
     // Emitted when the chime is due; the owner plays it.
     signal chimeDue
