@@ -39,29 +39,6 @@ protected:
 
 } // namespace
 
-TEST_F(DropTest, OfFiveFoldersOnlyTheFirstIsSorted)
-{
-    QList<QUrl> urls;
-    for (const char *name : {"c", "a", "e", "b", "d"}) {
-        (void)folder.write(std::filesystem::path(name) / "pool 1.mov");
-        urls.append(local(folder / name));
-    }
-    show();
-    EXPECT_TRUE(drop(urls));
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    EXPECT_EQ(engine.folder(), FileUrl(folder / "c"));
-    EXPECT_EQ(engine.recents().size(), 1u);
-}
-
-TEST_F(DropTest, OfAClipSortsItsFolder)
-{
-    makeClips({"kitchen 1", "pool 2"});
-    show();
-    EXPECT_TRUE(drop({local(folder / "pool 2.mov")}));
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    EXPECT_EQ(engine.clipCount(), 2);
-}
-
 TEST_F(DropTest, OfAPathThatVanishedSortsWhereItLay)
 {
     show();
@@ -98,7 +75,7 @@ TEST_F(DropTest, HoveringFramesTheLanding)
     QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
     QGuiApplication::sendEvent(&scene->window(), &enter);
     const QQuickItem *frame = findNamed(scene->root(), u"dropFrame"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return frame->opacity() == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return frame->opacity() == 1; }));
     const auto isAccent = [&](int inside) {
         const QPoint corner = frame->mapToScene(QPointF()).toPoint();
         const QColor color = scene->window().grabWindow().pixelColor(corner + QPoint(inside, inside));
@@ -111,7 +88,7 @@ TEST_F(DropTest, HoveringFramesTheLanding)
     EXPECT_TRUE(waitUntil([&] { return isAccent(0) && isAccent(1) && !isAccent(2); }));
     QDragLeaveEvent leave;
     QGuiApplication::sendEvent(&scene->window(), &leave);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return frame->opacity() == 0; }));
+    EXPECT_TRUE(waitUntil([&] { return frame->opacity() == 0; }));
 }
 
 TEST_F(DropTest, OfAFolderSortsIt)

@@ -5,7 +5,6 @@
 using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace fs = std::filesystem;
@@ -39,34 +38,10 @@ TEST_F(SortWindowTest, OfThreeFoldersDroppedTogetherOnlyTheFirstIsSorted)
     (void)shown(u"b · 1 clips · 1 bins"_s);
 }
 
-TEST_F(SortWindowTest, AClipThatIsDroppedSortsItsFolderWithAllTheOtherClipsInIt)
-{
-    makeClips({"kitchen 1", "pool 2", "garage 3"});
-    open();
-    EXPECT_TRUE(drop({text(folder / "pool 2.mov")}));
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"kitchen 1"_s, u"pool 2"_s, u"garage 3"_s));
-}
-
-TEST_F(SortWindowTest, APathThatHasVanishedBeforeItIsDroppedSortsWhereItLay)
-{
-    open();
-    EXPECT_TRUE(drop({text(folder / "gone")}));
-    (void)shown(u"No video files found in "_s + shoot.lastPathComponent());
-}
-
 TEST_F(SortWindowTest, ATextThatIsDroppedIsRefused)
 {
     open();
     EXPECT_FALSE(drop({u"--text"_s, text(folder.path())}));
-    EXPECT_EQ(engine.stage().kind, StageKind::empty);
-    EXPECT_TRUE(isShown(u"Drop a shoot folder here"_s));
-}
-
-TEST_F(SortWindowTest, ARemoteAddressThatIsDroppedLeavesTheLanding)
-{
-    open();
-    EXPECT_TRUE(drop({u"https://127.0.0.1/shoot.mov"_s}));
     EXPECT_EQ(engine.stage().kind, StageKind::empty);
     EXPECT_TRUE(isShown(u"Drop a shoot folder here"_s));
 }
