@@ -13,7 +13,7 @@ protected:
     {
         makeClips(names);
         sortAndShow();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return grid() || list(); }));
+        ASSERT_TRUE(waitUntil([&] { return grid() || list(); }));
     }
 
     [[nodiscard]] QQuickItem *grid() const { return findNamed(scene->root(), u"clips"_s); }

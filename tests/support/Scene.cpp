@@ -40,7 +40,7 @@ Scene::~Scene() = default;
 void Scene::click(const QString &text)
 {
     const QQuickItem *item = nullptr;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return (item = findShown(m_window->contentItem(), text)) != nullptr; }))
+    ASSERT_TRUE(waitUntil([&] { return (item = findShown(m_window->contentItem(), text)) != nullptr; }))
         << text.toStdString();
     QTest::mouseMove(m_window.get(), middleOf(item));
     QTest::mouseClick(m_window.get(), Qt::LeftButton, {}, middleOf(item));

@@ -60,11 +60,11 @@ TEST_F(ReviewListTest, AClipIsMovedByTheDropdownOfItsRow)
     scene->key(Qt::Key_Tab);
     list()->forceActiveFocus(Qt::TabFocusReason);
     scene->key(Qt::Key_M);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
     scene->click(u"Bathroom"_s);
     EXPECT_EQ(clip(u"dark 2"_s)->primaryBin, u"Bathroom"_s);
     EXPECT_TRUE(hides(u"dark 2.mov"_s));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return list()->hasActiveFocus(); })) << "the list has the keyboard again";
+    EXPECT_TRUE(waitUntil([&] { return list()->hasActiveFocus(); })) << "the list has the keyboard again";
 }
 
 TEST_F(ReviewListTest, TheReviewListIsWorkedByKeyboard)
@@ -84,8 +84,8 @@ TEST_F(ReviewListTest, TheReviewListIsWorkedByKeyboard)
     scene->key(Qt::Key_C);
     scene->key(Qt::Key_C);
     EXPECT_EQ(engine.reviewCount(), 0);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return grid() != nullptr; }));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return grid()->hasActiveFocus(); })) << "what takes its place has the keyboard";
+    ASSERT_TRUE(waitUntil([&] { return grid() != nullptr; }));
+    EXPECT_TRUE(waitUntil([&] { return grid()->hasActiveFocus(); })) << "what takes its place has the keyboard";
 }
 
 TEST_F(ReviewListTest, EscapeFromThePickerGivesTheKeyboardBackToTheListAndFilesNothing)

@@ -274,7 +274,7 @@ TEST_F(BinnacleViewTest, TheModelsNoteTellsOfTheChosenOne)
     show();
     scene->click(u"What this model does"_s);
     const auto inWindow = [this](const QString &text) {
-        return QTest::qWaitFor([&] { return findShown(scene->window().contentItem(), text) != nullptr; }, 2000);
+        return waitUntil([&] { return findShown(scene->window().contentItem(), text) != nullptr; });
     };
     EXPECT_TRUE(inWindow(u"Local: On This Mac"_s));
     EXPECT_TRUE(inWindow(u"Runs entirely on this Mac with Apple's built-in vision. Works offline, costs nothing, and "

@@ -37,7 +37,7 @@ TEST_F(ResultsTest, MoveShowsOnlyWhileThePointerIsOverTheCardAndMovesTheClip)
     hover(findShown(grid(), u"kitchen 1"_s));
     ASSERT_TRUE(shows(u"Move"_s));
     scene->click(u"Move"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
     scene->click(u"Bathroom"_s);
     EXPECT_EQ(clip(u"kitchen 1"_s)->primaryBin, u"Bathroom"_s);
     QTest::mouseMove(&scene->window(), QPoint(100, 500));
@@ -48,7 +48,7 @@ TEST_F(ResultsTest, TheContextMenuOpensMovesTagsAndReveals)
 {
     sortAndShowAll({"kitchen 1", "pool 2"});
     rightClick(u"kitchen 1"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return inWindow(u"Reveal in Finder"_s) != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return inWindow(u"Reveal in Finder"_s) != nullptr; }));
     EXPECT_NE(inWindow(u"Move to"_s), nullptr);
     EXPECT_NE(inWindow(u"Also Tag"_s), nullptr);
     scene->click(u"Reveal in Finder"_s);
@@ -108,14 +108,14 @@ TEST_F(ResultsTest, TheContextMenuTagsByKeyboard)
     sortAndShowAll({"kitchen 1", "pool 2"});
     grid()->forceActiveFocus(Qt::TabFocusReason);
     scene->key(Qt::Key_Menu);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return inWindow(u"Also Tag"_s) != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return inWindow(u"Also Tag"_s) != nullptr; }));
     typeTo(u"a"_s);
     scene->key(Qt::Key_Right);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
     typeTo(u"gara"_s);
     scene->key(Qt::Key_Return);
     EXPECT_THAT(clip(u"kitchen 1"_s)->extraBins, ElementsAre(u"Garage"_s));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return grid()->hasActiveFocus(); })) << "the grid has the keyboard again";
+    EXPECT_TRUE(waitUntil([&] { return grid()->hasActiveFocus(); })) << "the grid has the keyboard again";
 }
 
 TEST_F(ResultsTest, WhenTheLastClipLeavesABinItsRowGoesAndTheSelectionFollows)
@@ -166,11 +166,11 @@ TEST_F(ResultsTest, TheGridIsWorkedByKeyboardAndKeepsItAfterAnEdit)
     engine.closePreview();
     grid()->forceActiveFocus();
     scene->key(Qt::Key_M);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
     typeTo(u"bath"_s);
     scene->key(Qt::Key_Return);
     EXPECT_EQ(clip(u"kitchen 2"_s)->primaryBin, u"Bathroom"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return grid()->hasActiveFocus(); }));
+    EXPECT_TRUE(waitUntil([&] { return grid()->hasActiveFocus(); }));
     EXPECT_EQ(grid()->property("currentIndex").toInt(), 1) << "on the clip that took its place";
     scene->key(Qt::Key_End);
     EXPECT_EQ(grid()->property("currentIndex").toInt(), 1);
@@ -185,10 +185,10 @@ TEST_F(ResultsTest, TheGridKeepsItsPlaceWhenAClipLeavesIt)
         (void)folder.write("kitchen " + std::to_string(i) + ".mov");
     }
     sortAndShow();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return grid() && grid()->property("count").toInt() == 60; }));
+    ASSERT_TRUE(waitUntil([&] { return grid() && grid()->property("count").toInt() == 60; }));
     grid()->setProperty("contentY", 900.0);
     engine.reassign(clip(u"kitchen 40"_s)->id, u"Pool"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return grid()->property("count").toInt() == 59; }));
+    EXPECT_TRUE(waitUntil([&] { return grid()->property("count").toInt() == 59; }));
     scene->drawFrames(30); // of whatever would move
     EXPECT_DOUBLE_EQ(grid()->property("contentY").toDouble(), 900.0);
 }
@@ -234,7 +234,7 @@ TEST_F(ResultsTest, RightGoesFromTheBinsIntoTheClipsAndLeftOfTheFirstOneBack)
 {
     sortAndShowAll({"kitchen 1", "kitchen 2", "dark 3"});
     engine.setSelectedBin(u"Kitchen"_s);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return grid() != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return grid() != nullptr; }));
     EXPECT_FALSE(grid()->hasActiveFocus());
     scene->key(Qt::Key_Right);
     EXPECT_TRUE(grid()->hasActiveFocus());
@@ -245,7 +245,7 @@ TEST_F(ResultsTest, RightGoesFromTheBinsIntoTheClipsAndLeftOfTheFirstOneBack)
     scene->key(Qt::Key_Left);
     EXPECT_FALSE(grid()->hasActiveFocus());
     scene->key(Qt::Key_Up); // the bins have it again
-    ASSERT_TRUE(QTest::qWaitFor([&] { return list() != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return list() != nullptr; }));
     scene->key(Qt::Key_Right);
     EXPECT_TRUE(list()->hasActiveFocus());
     scene->key(Qt::Key_Left);

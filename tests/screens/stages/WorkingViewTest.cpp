@@ -35,15 +35,15 @@ TEST_F(GatedViewTest, ThePeekShowsATileForEveryClipThreeBesideEachOtherAndFollow
     engine.sortFolder(shoot);
     ASSERT_TRUE(shows(u"Sorting "_s + shoot.lastPathComponent()));
     const auto peek = [this] { return findNamed(scene->root(), u"peek"_s); };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return peek() != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return peek() != nullptr; }));
     EXPECT_EQ(QSizeF(peek()->width(), peek()->height()), QSizeF(500, 300));
     gate.open(8);
     ASSERT_TRUE(waitUntil([&] { return engine.done() == 8; }));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return peek()->property("contentHeight").toDouble() == 300; })) << "three rows";
+    EXPECT_TRUE(waitUntil([&] { return peek()->property("contentHeight").toDouble() == 300; })) << "three rows";
     EXPECT_DOUBLE_EQ(peek()->property("contentY").toDouble(), 0);
     gate.open(2);
     ASSERT_TRUE(waitUntil([&] { return engine.done() == 10; }));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return peek()->property("contentY").toDouble() == 100; })) << "a fourth scrolls";
+    EXPECT_TRUE(waitUntil([&] { return peek()->property("contentY").toDouble() == 100; })) << "a fourth scrolls";
     gate.open(2);
     EXPECT_TRUE(reaches(engine, StageKind::results));
 }
