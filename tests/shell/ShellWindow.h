@@ -84,6 +84,18 @@ protected:
         });
     }
 
+    // Opens the window's menu, and closes it without a choice.
+    void openMenu()
+    {
+        Desktop::key(QStringLiteral("F10"));
+        (void)shown(QStringLiteral("Preferences…"));
+    }
+    void closeMenu()
+    {
+        Desktop::key(QStringLiteral("Escape"));
+        ASSERT_TRUE(goes(QStringLiteral("Preferences…")));
+    }
+
     // Chooses from a dropdown by mouse.
     void choose(const QString &label, const QString &choice)
     {

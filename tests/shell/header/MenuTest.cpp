@@ -21,8 +21,7 @@ protected:
 
     void openDiagnostics()
     {
-        Desktop::key(u"F10"_s);
-        (void)shown(u"Preferences…"_s);
+        openMenu();
         Desktop::click(shown(u"Diagnostics"_s));
         (void)shown(u"Export Vision Vocabulary…"_s);
     }
@@ -42,8 +41,7 @@ protected:
 TEST_F(MenuTest, PreferencesAreReachedByTheKeyboardAlone)
 {
     open();
-    Desktop::key(u"F10"_s);
-    (void)shown(u"Preferences…"_s);
+    openMenu();
     Desktop::key(u"Down"_s);
     Desktop::key(u"Return"_s);
     EXPECT_TRUE(waitUntil([this] { return app.property("showPreferences").toBool(); }));
@@ -98,12 +96,11 @@ TEST_F(MenuTest, AFileThatCannotBeWrittenIsSaidAndNothingIsLeft)
 TEST_F(MenuTest, ExportForWritesTheShootInTheChosenFormatByKeyboardAndReveals)
 {
     open();
-    Desktop::key(u"F10"_s);
+    openMenu();
     EXPECT_FALSE(shown(u"Export For…"_s).isEnabled());
-    Desktop::key(u"Escape"_s);
-    ASSERT_TRUE(goes(u"Preferences…"_s));
+    closeMenu();
     sort();
-    Desktop::key(u"F10"_s);
+    openMenu();
     Desktop::click(shown(u"Export For…"_s));
     ASSERT_TRUE(waitUntil([this] { return handoff.isShown(); }));
     ASSERT_TRUE(hasKeyboard(u"Export"_s));
@@ -169,12 +166,11 @@ TEST_F(MenuTest, TheArrowsWalkTheFormatsOfExportFor)
 TEST_F(MenuTest, CheckCoverageSaysWhatIsMissingAndKeepsWhatTheEditorTicks)
 {
     open();
-    Desktop::key(u"F10"_s);
+    openMenu();
     EXPECT_FALSE(shown(u"Check Coverage…"_s).isEnabled());
-    Desktop::key(u"Escape"_s);
-    ASSERT_TRUE(goes(u"Preferences…"_s));
+    closeMenu();
     sort();
-    Desktop::key(u"F10"_s);
+    openMenu();
     Desktop::click(shown(u"Check Coverage…"_s));
     (void)shown(u"Missing: Bathroom, Bedroom, Living Room, Exterior Front, Exterior Back"_s);
     (void)shown(u"One take only: Kitchen"_s);
@@ -209,7 +205,7 @@ TEST_F(MenuTest, CoverageIsCheckedFromTheDoneScreenToo)
     sort();
     engine.exportEvent();
     (void)shown(u"Event created"_s);
-    Desktop::key(u"F10"_s);
+    openMenu();
     Desktop::click(shown(u"Check Coverage…"_s));
     (void)shown(u"One take only: Kitchen"_s);
     Desktop::key(u"Return"_s); // of "Done"
@@ -230,7 +226,7 @@ TEST_F(MenuTest, VerificationIsTurnedOnAndOffAndStored)
 {
     open();
     for (const bool on : {true, false}) {
-        Desktop::key(u"F10"_s);
+        openMenu();
         Desktop::click(shown(on ? u"Verify Copies Byte for Byte"_s : u"✓ Verify Copies Byte for Byte"_s));
         ASSERT_TRUE(waitUntil(
             [&] { return engine.options().verifyLevel == (on ? VerifyLevel::checksum : VerifyLevel::sizeOnly); }));
@@ -242,10 +238,9 @@ TEST_F(MenuTest, VerificationIsTurnedOnAndOffAndStored)
 TEST_F(MenuTest, ACopyIsReportedFromTheMenuAndFromTheDoneScreen)
 {
     open();
-    Desktop::key(u"F10"_s);
+    openMenu();
     EXPECT_FALSE(shown(u"Copy Report…"_s).isEnabled());
-    Desktop::key(u"Escape"_s);
-    ASSERT_TRUE(goes(u"Preferences…"_s));
+    closeMenu();
     sort();
     engine.exportEvent();
     (void)shown(u"Event created"_s);
@@ -257,8 +252,7 @@ TEST_F(MenuTest, ACopyIsReportedFromTheMenuAndFromTheDoneScreen)
     ASSERT_TRUE(waitUntil([this] { return opened.size() == 1; }));
     EXPECT_EQ(bytesOf(opened.front().path()), "1 copies");
 
-    Desktop::key(u"F10"_s);
-    (void)shown(u"Preferences…"_s);
+    openMenu();
     QQuickItem *const item = findShown(shown(u"Preferences…"_s).parentItem(), u"Copy Report…"_s);
     ASSERT_NE(item, nullptr);
     Desktop::click(*item);

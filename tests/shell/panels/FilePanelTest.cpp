@@ -86,8 +86,7 @@ protected:
 
     void exportVocabulary()
     {
-        Desktop::key(u"F10"_s);
-        (void)shown(u"Preferences…"_s);
+        openMenu();
         Desktop::click(shown(u"Diagnostics"_s));
         Desktop::click(shown(u"Export Vision Vocabulary…"_s));
         awaitPanel(home.path());

@@ -37,18 +37,6 @@ protected:
         engine.reassign((*found)->id, bin);
     }
 
-    void openMenu()
-    {
-        Desktop::key(u"F10"_s);
-        (void)shown(u"Preferences…"_s);
-    }
-
-    void closeMenu()
-    {
-        Desktop::key(u"Escape"_s);
-        ASSERT_TRUE(goes(u"Preferences…"_s));
-    }
-
     void openSwitcher()
     {
         Desktop::click(shown(u"Projects"_s));
