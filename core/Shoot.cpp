@@ -25,6 +25,7 @@ void Shoot::append(std::span<const ClipPtr> clips)
     m_clips.insert(m_clips.end(), clips.begin(), clips.end());
     for (const ClipPtr &clip : clips) {
         m_byId.insert(clip->id, clip);
+        count(*clip, 1);
     }
 }
 
@@ -33,6 +34,9 @@ void Shoot::arrange(bool splitsRepeatedRooms)
     sortByDate(m_clips);
     if (splitsRepeatedRooms) {
         splitRepeatedRooms(m_clips);
+        m_binCounts.clear();
+        m_reviewCount = 0;
+        std::ranges::for_each(m_clips, [this](const ClipPtr &clip) { count(*clip, 1); });
     }
     m_history.clear();
 }
@@ -44,13 +48,9 @@ int Shoot::verticalCount() const
 
 std::vector<BinCount> Shoot::binCounts() const
 {
-    QHash<QString, int> counts;
-    for (const ClipPtr &clip : m_clips) {
-        clip->forEachBin([&counts](const QString &bin) { ++counts[bin]; });
-    }
     std::vector<BinCount> rows;
-    rows.reserve(static_cast<std::size_t>(counts.size()));
-    for (auto bin = counts.cbegin(); bin != counts.cend(); ++bin) {
+    rows.reserve(static_cast<std::size_t>(m_binCounts.size()));
+    for (auto bin = m_binCounts.cbegin(); bin != m_binCounts.cend(); ++bin) {
         rows.push_back({bin.key(), bin.value()});
     }
     std::ranges::sort(rows, [](const BinCount &a, const BinCount &b) {
@@ -96,12 +96,6 @@ std::optional<QString> Shoot::firstBin() const
     }
     const std::vector<BinCount> counts = binCounts();
     return counts.empty() ? std::nullopt : std::optional(counts.front().bin);
-}
-
-int Shoot::reviewCount() const
-{
-    return static_cast<int>(
-        std::ranges::count_if(m_clips, [this](const ClipPtr &clip) { return isUnderReview(*clip); }));
 }
 
 bool Shoot::isUnderReview(const MediaClip &clip) const
@@ -178,6 +172,16 @@ std::map<QString, QString> Shoot::closeGapsInBins()
     return renamed;
 }
 
+void Shoot::count(const MediaClip &clip, int by)
+{
+    clip.forEachBin([&](const QString &bin) {
+        if ((m_binCounts[bin] += by) == 0) {
+            m_binCounts.remove(bin);
+        }
+    });
+    m_reviewCount += isUnderReview(clip) ? by : 0;
+}
+
 void Shoot::settle(MediaClip &clip)
 {
     clip.needsReview = false;
@@ -207,10 +211,12 @@ std::vector<EditHistory::Change> Shoot::recorded(const std::vector<ClipPtr> &cli
     changes.reserve(clips.size());
     for (const ClipPtr &clip : clips) {
         changes.push_back({.clip = clip->id, .before = filingOf(*clip), .after = {}});
+        count(*clip, -1);
     }
     change();
     for (std::size_t i = 0; i < clips.size(); ++i) {
         changes[i].after = filingOf(*clips[i]);
+        count(*clips[i], 1);
     }
     std::erase_if(changes, [](const EditHistory::Change &made) { return made.before == made.after; });
     return changes;
@@ -222,6 +228,7 @@ Shoot::Refiled Shoot::refile(const EditHistory::Filings &filings)
     for (const auto &[id, filing] : filings) {
         const ClipPtr clip = find(id);
         refiled.isReviewJoined |= filing.needsReview && !clip->needsReview;
+        count(*clip, -1);
         clip->primaryBin = filing.primaryBin;
         clip->extraBins = filing.extraBins;
         clip->needsReview = filing.needsReview;
@@ -231,6 +238,7 @@ Shoot::Refiled Shoot::refile(const EditHistory::Filings &filings)
         } else {
             m_confirmedReview.erase(id);
         }
+        count(*clip, 1);
         refiled.clips.push_back(clip);
     }
     return refiled;

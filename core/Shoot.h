@@ -29,7 +29,7 @@ struct BinCount
 std::size_t qHash(const BinCount &row, std::size_t seed = 0) noexcept;
 
 // The clips of a shoot, the bins that they are in, and the editor's decisions about them. A plain value without threads
-// or signals; a copy shares the clips.
+// or signals; a copy shares the clips. The filing of a clip that a shoot has changes by the shoot's edits only.
 class Shoot
 {
 public:
@@ -52,7 +52,7 @@ public:
     // The bins in use with their clips' number, the fullest first; the bin list's order.
     std::vector<BinCount> binCounts() const;
     // How many bins are in use, split ones each for themselves.
-    int binCount() const { return static_cast<int>(binCounts().size()); }
+    int binCount() const { return static_cast<int>(m_binCounts.size()); }
     // The bins in use, ascending.
     std::vector<QString> usedBins() const;
     // Every bin that a picker offers, ascending: those in use, the whole table, and "Unsorted".
@@ -64,7 +64,7 @@ public:
     std::optional<QString> firstBin() const;
 
     // Clips that wait for the editor.
-    int reviewCount() const;
+    int reviewCount() const { return m_reviewCount; }
     bool isUnderReview(const MediaClip &clip) const;
     // Ids of the clips that the editor has dealt with.
     const std::set<QUuid> &confirmedReview() const { return m_confirmedReview; }
@@ -98,6 +98,8 @@ public:
     std::map<QString, QString> closeGapsInBins();
 
 private:
+    // Takes a clip out of the counts before its filing changes (-1), and in again (1).
+    void count(const MediaClip &clip, int by);
     void settle(MediaClip &clip);
     ClipFiling filingOf(const MediaClip &clip) const;
     void edit(EditHistory::Kind kind, const QString &bin, const std::vector<ClipPtr> &clips,
@@ -109,6 +111,8 @@ private:
     std::vector<ClipPtr> m_clips;
     QHash<QUuid, ClipPtr> m_byId; // the same clips
     std::set<QUuid> m_confirmedReview;
+    QHash<QString, int> m_binCounts; // kept with each edit: counting ten thousand clips takes longer than a frame
+    int m_reviewCount = 0;
     EditHistory m_history;
 };
 

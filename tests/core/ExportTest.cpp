@@ -118,7 +118,7 @@ TEST_F(SortEngineTest, ANumberWithoutASiblingIsGoneFromTheBinsAtExport)
     SortEngine engine(seams());
     engine.sortFolder(shoot);
     ASSERT_TRUE(reaches(engine, StageKind::results));
-    engine.clips().front()->primaryBin = u"Kitchen 3"_s;
+    engine.reassign(engine.clips().front()->id, u"Kitchen 3"_s);
     engine.exportEvent();
     EXPECT_EQ(engine.clips().front()->primaryBin, u"Kitchen"_s);
     EXPECT_EQ(saved()->clips.front().primaryBin, u"Kitchen"_s);
@@ -130,8 +130,8 @@ TEST_F(SortEngineTest, TheChosenBinKeepsBeingChosenUnderTheNameThatTheExportGive
     SortEngine engine(seams());
     engine.sortFolder(shoot);
     ASSERT_TRUE(reaches(engine, StageKind::results));
-    engine.clips()[0]->primaryBin = u"Kitchen 7"_s;
-    engine.clips()[1]->primaryBin = u"Kitchen 2"_s;
+    engine.reassign(engine.clips()[0]->id, u"Kitchen 7"_s);
+    engine.reassign(engine.clips()[1]->id, u"Kitchen 2"_s);
     engine.setSelectedBin(u"Kitchen 2"_s);
     engine.exportEvent();
     EXPECT_EQ(engine.selectedBin(), u"Kitchen 2"_s);

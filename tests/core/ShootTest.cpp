@@ -71,9 +71,10 @@ TEST(Shoot, ClipsTallerThanWideAreCounted)
 
 TEST(Shoot, PickersOfferEveryBinInUseAndInTheTable)
 {
-    const Shoot shoot(namedClips({u"pool 1"_s}));
-    shoot.clips().front()->primaryBin = u"Kitchen 2"_s;
-    shoot.clips().front()->extraBins = {u"Pool"_s};
+    const auto clips = namedClips({u"pool 1"_s});
+    clips.front()->primaryBin = u"Kitchen 2"_s;
+    clips.front()->extraBins = {u"Pool"_s};
+    const Shoot shoot(clips);
     EXPECT_THAT(shoot.usedBins(), ElementsAre(u"Kitchen 2"_s, u"Pool"_s));
     const auto choices = shoot.binChoices();
     EXPECT_THAT(choices, SizeIs(21));

@@ -1,6 +1,7 @@
 // Undoing and redoing the edits of a shoot, without an engine.
 #include <array>
 #include <functional>
+#include <map>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -12,6 +13,7 @@ using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 namespace {
 
@@ -44,6 +46,7 @@ public:
             m_at += m_at + 1 < m_states.size() ? 1 : 0;
         }
         EXPECT_EQ(stateOf(m_shoot), m_states[m_at]);
+        checkCounts();
         EXPECT_EQ(m_shoot.editToUndo() != nullptr, m_at > 0);
         EXPECT_EQ(m_shoot.editToRedo() != nullptr, m_at + 1 < m_states.size());
     }
@@ -63,6 +66,22 @@ public:
     }
 
 private:
+    // The kept counts against the clips themselves.
+    void checkCounts() const
+    {
+        std::map<QString, int> counts;
+        for (const ClipPtr &clip : m_shoot.clips()) {
+            clip->forEachBin([&counts](const QString &bin) { ++counts[bin]; });
+        }
+        std::map<QString, int> kept;
+        for (const BinCount &row : m_shoot.binCounts()) {
+            kept[row.bin] = row.count;
+        }
+        EXPECT_EQ(kept, counts);
+        EXPECT_EQ(m_shoot.binCount(), static_cast<int>(counts.size()));
+        EXPECT_THAT(m_shoot.clipsInBin(reviewKey()), SizeIs(m_shoot.reviewCount()));
+    }
+
     void edit(std::size_t act)
     {
         static const std::array<QString, 8> bins{u"Kitchen"_s, u"Kitchen 1"_s, u"Kitchen 2"_s, u"Kitchen 3"_s,
@@ -165,14 +184,14 @@ TEST(Shoot, MovingAClipToTheBinThatItIsInIsNoStep)
 
 TEST(Shoot, AnEditIsUndoneToTheNamesThatItsBinsHadBeforeTheGapsWereClosed)
 {
-    Shoot shoot(namedClips({u"kitchen 1"_s, u"pool 2"_s, u"garage 3"_s}));
-    const ClipPtr kitchen = clipNamed(shoot, u"kitchen 1"_s);
-    const ClipPtr pool = clipNamed(shoot, u"pool 2"_s);
-    const ClipPtr garage = clipNamed(shoot, u"garage 3"_s);
+    const ClipPtr kitchen = namedClip(u"kitchen 1"_s);
+    const ClipPtr pool = namedClip(u"pool 2"_s);
+    const ClipPtr garage = namedClip(u"garage 3"_s);
     kitchen->primaryBin = u"Kitchen 1"_s;
     pool->primaryBin = u"Kitchen 2"_s;
     garage->primaryBin = u"Kitchen 3"_s;
     garage->extraBins = {u"Kitchen 2"_s};
+    Shoot shoot({kitchen, pool, garage});
     const ShootState before = stateOf(shoot);
     EXPECT_TRUE(shoot.reassign(kitchen->id, u"Pool"_s));
     EXPECT_TRUE(shoot.reassign(kitchen->id, u"Kitchen 3"_s));

@@ -72,8 +72,7 @@ TEST_F(ClipListModelTest, AClipThatChangesIsToldToHaveChangedAndNothingElseHappe
     QSignalSpy changed(&clips, &QAbstractItemModel::dataChanged);
     QSignalSpy reset(&clips, &QAbstractItemModel::modelReset);
     QSignalSpy removed(&clips, &QAbstractItemModel::rowsRemoved);
-    engine.clips()[1]->extraBins = {u"Pool"_s};
-    Q_EMIT engine.clipsChanged();
+    engine.setSecondBin(engine.clips()[1]->id, u"Pool"_s);
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
     EXPECT_EQ(reset.count() + removed.count(), 0);

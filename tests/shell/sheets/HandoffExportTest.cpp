@@ -177,7 +177,7 @@ TEST_F(HandoffExportTest, AFolderThatCannotBeWrittenIsSaidAndNothingIsLeft)
 TEST_F(HandoffExportTest, NumberedBinsLoseTheirGapsAsInTheEvent)
 {
     sort();
-    engine.clips().front()->primaryBin = u"Kitchen 3"_s;
+    engine.reassign(engine.clips().front()->id, u"Kitchen 3"_s);
     HandoffExport handoff(engine, store, {}, systemWithCard());
     handoff.open();
     handoff.setFormat(u"csv"_s);
