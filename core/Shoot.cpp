@@ -175,7 +175,9 @@ std::map<QString, QString> Shoot::closeGapsInBins()
 void Shoot::count(const MediaClip &clip, int by)
 {
     clip.forEachBin([&](const QString &bin) {
-        if ((m_binCounts[bin] += by) == 0) {
+        int &clips = m_binCounts[bin];
+        clips += by;
+        if (clips == 0) {
             m_binCounts.remove(bin);
         }
     });

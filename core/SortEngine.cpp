@@ -35,10 +35,7 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     m_parts->copies.tellOfEarlierRuns();
 }
 
-SortEngine::~SortEngine()
-{
-    cancelTask();
-}
+SortEngine::~SortEngine() = default;
 
 void SortEngine::sortFolder(const FileUrl &url)
 {
