@@ -52,8 +52,10 @@ TEST_F(SortEngineTest, AResetDuringASortLetsNothingOfItLand)
 {
     makeClips({"old 1", "old 2", "old 3"});
     Gate gate;
+    std::atomic<int> ended = 0;
     auto parts = seams();
     parts.probeClip = holdingBackTheOld(gate, probe);
+    parts.makeLocalClassifier = [&] { return std::make_shared<CountedOff>(std::make_shared<NamedFrames>(), ended); };
     {
         SortEngine engine(parts, 2);
         engine.sortFolder(shoot);
@@ -61,6 +63,7 @@ TEST_F(SortEngineTest, AResetDuringASortLetsNothingOfItLand)
         engine.reset();
         EXPECT_EQ(engine.stage(), SortEngine::Stage{});
         gate.open(3);
+        ASSERT_TRUE(waitUntil([&] { return ended == 1; }));
         drain();
         EXPECT_EQ(engine.stage(), SortEngine::Stage{});
         EXPECT_THAT(engine.clips(), IsEmpty());

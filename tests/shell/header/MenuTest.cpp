@@ -26,11 +26,11 @@ protected:
         (void)shown(u"Export Vision Vocabulary…"_s);
     }
 
-    // The panel for a file, with its suggestion.
+    // The panel for a file, with its suggestion. It takes keyboard focus once it has faded in.
     void awaitPanel()
     {
         ASSERT_TRUE(waitUntil([this] { return fileRequest.browser()->canAccept(); }));
-        (void)shown(u"Save"_s);
+        ASSERT_TRUE(hasKeyboard(fileRequest.browser()->fileName()));
     }
 
     const QByteArray home = qgetenv("HOME");
