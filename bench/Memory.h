@@ -7,7 +7,7 @@
 
 namespace larkspan::bench {
 
-// What of this process is in memory now, in millions of bytes.
+// Returns the resident memory of this process, in millions of bytes.
 inline double residentMegabytes()
 {
     long total = 0;
@@ -16,7 +16,7 @@ inline double residentMegabytes()
     return static_cast<double>(resident) * static_cast<double>(::sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-// The most that has been since it started.
+// Returns the most that it has had since it started, likewise.
 inline double peakMegabytes()
 {
     rusage usage{};
