@@ -1,7 +1,7 @@
 // The offer to bring in a card, without the view that shows it.
 #include "screens/copies/ImportOffer.h"
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/screens/copies/HeldCopy.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -9,37 +9,17 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-class ImportOfferTest : public SortEngineTest
+class ImportOfferTest : public HeldCopy
 {
 protected:
-    ImportOfferTest() : engine(heldSeams())
+    ImportOfferTest()
     {
-        engine.setImportRoot(FileUrl(folder / "Shoots"));
         offer.setEngine(&engine);
         offer.setDisplayName(u"CARD"_s);
         QObject::connect(&offer, &ImportOffer::accepted, [this] { done.push_back(u"accept"_s); });
         QObject::connect(&offer, &ImportOffer::preferencesDue, [this] { done.push_back(u"preferences"_s); });
         QObject::connect(&offer, &ImportOffer::lookBegan, [this] { done.push_back(u"look"_s); });
         QObject::connect(&offer, &ImportOffer::lookedAt, [this] { done.push_back(u"looked at"_s); });
-    }
-    ~ImportOfferTest() override { copying.open(); }
-
-    SortSeams heldSeams()
-    {
-        SortSeams parts = seams();
-        parts.copyFiles = [this](const auto &...) {
-            copying.pass();
-            return std::vector<CopyResult>();
-        };
-        return parts;
-    }
-
-    void startCopy()
-    {
-        (void)folder.write("OTHER/pool 1.mov");
-        std::filesystem::create_directories(folder / "Shoots");
-        engine.importCard(FileUrl(folder / "OTHER"), u"OTHER"_s);
-        copying.awaitArrival();
     }
 
     void count(int clips)
@@ -52,8 +32,6 @@ protected:
 
     QStringList take() { return std::exchange(done, {}); }
 
-    Gate copying;
-    SortEngine engine;
     ImportOffer offer;
     QStringList done;
 };

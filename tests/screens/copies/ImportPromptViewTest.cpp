@@ -3,7 +3,7 @@
 
 #include "design/LK.h"
 #include "screens/copies/ImportOffer.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/screens/copies/HeldCopy.h"
 #include "tests/support/Scene.h"
 #include "tests/support/WaitUntil.h"
 
@@ -17,31 +17,9 @@ using testing::Not;
 
 namespace {
 
-class ImportPromptViewTest : public SortEngineTest
+class ImportPromptViewTest : public HeldCopy
 {
 protected:
-    ImportPromptViewTest() : engine(heldSeams()) { engine.setImportRoot(FileUrl(folder / "Shoots")); }
-    ~ImportPromptViewTest() override { copying.open(); }
-
-    SortSeams heldSeams()
-    {
-        SortSeams parts = seams();
-        parts.copyFiles = [this](const auto &...) {
-            copying.pass();
-            return std::vector<CopyResult>();
-        };
-        return parts;
-    }
-
-    // Brings in another card, whose copy is held back.
-    void startCopy()
-    {
-        (void)folder.write("OTHER/pool 1.mov");
-        std::filesystem::create_directories(folder / "Shoots");
-        engine.importCard(FileUrl(folder / "OTHER"), u"OTHER"_s);
-        copying.awaitArrival();
-    }
-
     void show(const QString &name = u"CARD"_s, std::optional<int> clips = 74)
     {
         scene.emplace(R"(
@@ -89,8 +67,6 @@ protected:
 
     QString body() { return prompt()->property("body").toString(); }
 
-    Gate copying;
-    SortEngine engine;
     std::optional<Scene> scene;
     const QString warning = u"Importing this card stops the copy that is running."_s;
 };
