@@ -25,7 +25,7 @@ class AppState : public QObject
     Q_PROPERTY(bool isSortToolOpen READ isSortToolOpen NOTIFY isSortToolOpenChanged)
     // The tool's screen is on its way out.
     Q_PROPERTY(bool closing READ closing NOTIFY closingChanged)
-    // Where the launcher's carousel stands, and how far it is dragged from there, in points.
+    // The launcher's carousel: the tool in its middle, and the distance that it is dragged, in points.
     Q_PROPERTY(int toolIndex READ toolIndex WRITE setToolIndex NOTIFY toolIndexChanged)
     Q_PROPERTY(double dragX READ dragX WRITE setDragX NOTIFY dragXChanged)
     Q_PROPERTY(larkspan::LK::Appearance appearance READ appearance WRITE setAppearance NOTIFY appearanceChanged)
