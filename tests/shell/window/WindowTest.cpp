@@ -77,7 +77,8 @@ TEST_F(WindowTest, IsMovedByItsHeaderAndFillsTheScreenOnADoubleClick)
     EXPECT_TRUE(waitUntil([this] { return window->size() == QSize(1180, 790); }));
 }
 
-// Several times, since a list may be left at any point of what it makes.
+// Several times, since a list may be left at any point of what it makes. A busy machine may show it between two looks;
+// then it is left as it stands, which has to go as well.
 TEST_F(WindowTest, ListsThatAreLeftWhileTheyAreStillBeingMadeCauseNoWarning)
 {
     open();
@@ -85,14 +86,17 @@ TEST_F(WindowTest, ListsThatAreLeftWhileTheyAreStillBeingMadeCauseNoWarning)
         makeClips({("kitchen " + std::to_string(i)).c_str()});
     }
     const QQmlIncubationController &lists = *qml.incubationController();
+    int timesLeftAtWork = 0;
     for (int time = 0; time < 20; ++time) {
         engine.sortFolder(shoot);
         ASSERT_TRUE(reaches(engine, StageKind::results));
-        ASSERT_TRUE(waitUntil([&] { return lists.incubatingObjectCount() > 0; }));
+        ASSERT_TRUE(waitUntil([&] { return lists.incubatingObjectCount() > 0 || isShown(u"kitchen 0"_s); }));
+        timesLeftAtWork += lists.incubatingObjectCount() > 0 ? 1 : 0;
         QCoreApplication::processEvents();
         engine.reset();
         ASSERT_TRUE(waitUntil([&] { return isShown(u"Choose Folder"_s); }));
     }
+    EXPECT_GT(timesLeftAtWork, 0);
 }
 
 TEST_F(WindowTest, CommandCommaDuringTheIntroSetsPreferencesWhichShowWhenItIsOver)
