@@ -13,6 +13,22 @@ qt_standard_project_setup()
 set(CMAKE_AUTOMOC OFF) # switched on for the modules that hold QObjects
 set(CMAKE_AUTOUIC OFF)
 
+if(NOT LARKSPAN_KNOWS_PRIVATE_QT)
+  set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY) # there is nothing to run
+  try_compile(LARKSPAN_KNOWS_PRIVATE_QT "${PROJECT_BINARY_DIR}/private_qt"
+    SOURCES "${PROJECT_SOURCE_DIR}/cmake/PrivateQt.cpp"
+    LINK_LIBRARIES Qt6::GuiPrivate Qt6::QuickPrivate
+    CXX_STANDARD 20
+    OUTPUT_VARIABLE private_qt_errors)
+  unset(CMAKE_TRY_COMPILE_TARGET_TYPE)
+  if(NOT LARKSPAN_KNOWS_PRIVATE_QT)
+    string(REGEX MATCHALL "[^\n]*error: [^\n]*" private_qt_errors "${private_qt_errors}")
+    list(JOIN private_qt_errors "\n  " private_qt_errors)
+    message(FATAL_ERROR "Qt ${Qt6_VERSION} lacks private interfaces that are used here, or has changed them. "
+      "cmake/PrivateQt.cpp says where each is used.\n  ${private_qt_errors}")
+  endif()
+endif()
+
 pkg_check_modules(FFmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale)
 pkg_check_modules(Secret REQUIRED IMPORTED_TARGET libsecret-1)
 # Sound: the mixer, reading a sound file, bringing it to the mixer's rate.
