@@ -24,6 +24,7 @@
 #include "screens/clips/ClipThumbnails.h"
 #include "shell/desktop/DesktopFiles.h"
 #include "shell/window/DisplayScale.h"
+#include "shell/window/SoftwareDrawing.h"
 #include "sound/SoundCue.h"
 #include "sound/SoundEngine.h"
 
@@ -145,6 +146,7 @@ bool LarkspanApp::open()
     }
     connect(window(), SIGNAL(introChimeDue()), this, SLOT(playIntroChime())); // declared in QML
     new DisplayScale(*window());                                              // owned by what it follows
+    drawWithoutOpenGLWhereItFails(*window());
     checkModels();
     return true;
 }

@@ -4,6 +4,7 @@
 
 #include "design/AppIcon.h"
 #include "shell/LarkspanApp.h"
+#include "shell/window/SoftwareDrawing.h"
 
 namespace {
 
@@ -36,6 +37,7 @@ int main(int argc, char **argv)
 
     QGuiApplication::setWindowIcon(larkspan::appIcon()); // where there is no desktop file to take it from
 
+    larkspan::chooseDrawing(QGuiApplication::arguments());
     larkspan::LarkspanApp program;
     if (!program.open()) {
         return 1;

@@ -31,7 +31,8 @@ bool hasOpen(qint64 process, const fs::path &fileName)
 
 } // namespace
 
-StartedProgram::StartedProgram(const QString &program, std::string_view settings)
+StartedProgram::StartedProgram(const QString &program, std::string_view settings,
+                               const QMap<QString, QString> &variables)
 {
     m_home.write(".config/Larkspan/settings.ini", settings);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -39,6 +40,9 @@ StartedProgram::StartedProgram(const QString &program, std::string_view settings
         environment.remove(variable);
     }
     environment.insert(u"HOME"_s, QString::fromStdString(m_home.path().string()));
+    for (const auto &[name, value] : variables.asKeyValueRange()) {
+        environment.insert(name, value);
+    }
     m_process.setProcessEnvironment(environment);
     m_process.start(program, {});
 }

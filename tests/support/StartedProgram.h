@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include <QtCore/QMap>
 #include <QtCore/QProcess>
 
 #include "tests/support/TempFolder.h"
@@ -12,8 +13,9 @@ namespace larkspan::test {
 class StartedProgram
 {
 public:
-    // Starts it. settings: what its settings file holds.
-    explicit StartedProgram(const QString &program, std::string_view settings = "");
+    // Starts it. settings: what its settings file holds. variables: of its environment, beside the test's own.
+    explicit StartedProgram(const QString &program, std::string_view settings = "",
+                            const QMap<QString, QString> &variables = {});
     ~StartedProgram();
     StartedProgram(const StartedProgram &) = delete;
     StartedProgram &operator=(const StartedProgram &) = delete;
