@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <QtCore/QDateTime>
+#include <QtCore/QTimeZone>
 #include <QtCore/QUuid>
 #include <sys/file.h>
 #include <unistd.h>
@@ -39,7 +40,7 @@ std::string newName()
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(now);
     const QString nanoseconds = QString::number(std::chrono::nanoseconds(now - milliseconds).count());
-    return (QDateTime::fromMSecsSinceEpoch(milliseconds.count(), Qt::UTC).toString(u"yyyyMMddHHmmsszzz"_s) +
+    return (QDateTime::fromMSecsSinceEpoch(milliseconds.count(), QTimeZone::utc()).toString(u"yyyyMMddHHmmsszzz"_s) +
             nanoseconds.rightJustified(6, u'0') + u'-' + QUuid::createUuid().toString(QUuid::Id128))
         .toStdString();
 }

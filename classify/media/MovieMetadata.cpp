@@ -8,6 +8,7 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QStringDecoder>
+#include <QtCore/QTimeZone>
 
 #include "classify/media/MediaFile.h"
 
@@ -348,7 +349,7 @@ std::optional<Date> parsedDate(const QString &text)
         return std::nullopt;
     }
     if (date.timeSpec() == Qt::LocalTime) {
-        date.setTimeSpec(Qt::UTC); // not said: the same answer on every machine
+        date.setTimeZone(QTimeZone::utc()); // not said: the same answer on every machine
     }
     const Date result{std::chrono::milliseconds(date.toMSecsSinceEpoch())};
     constexpr Date movieZero = std::chrono::sys_days{std::chrono::year{1904} / std::chrono::January / 1};
