@@ -82,7 +82,7 @@ CopyJournal::Entry CopyJournal::begin(const UnfinishedCopy &copy) const
     const bool isWritten = journal->open(QIODevice::WriteOnly | QIODevice::NewOnly) && lock(*journal) &&
                            journal->write(json) == json.size() && journal->flush() && ::fsync(journal->handle()) == 0;
     if (!isWritten) {
-        journal->remove();
+        forget(temporary); // QFile::remove() would first try to write the rest
         return entry;
     }
     std::error_code error;

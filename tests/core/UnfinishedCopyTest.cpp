@@ -1,6 +1,5 @@
 // Copies that ended before their last file: what is kept of them, and what is said.
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 #include "core/CardFolder.h"
 #include "core/CardNote.h"
@@ -165,15 +164,6 @@ TEST(UnfinishedCopy, ComesBackFromItsTextAsItWas)
           R"({"kind":"card","end":"soon","folder":"/a"})"}) {
         EXPECT_EQ(unfinishedCopyOf(text), std::nullopt) << text.toStdString();
     }
-}
-
-TEST_F(UnfinishedCopiesTest, ACopyUnderWayOrCompleteIsNothingToTellOf)
-{
-    auto entry = CopyJournal(journal).begin(cardOf({"a.mov"}));
-    EXPECT_THAT(entriesOf(journal), SizeIs(1));
-    EXPECT_THAT(CopyJournal(journal).leftBehind(), IsEmpty()) << "somebody is at it";
-    entry.close();
-    EXPECT_THAT(entriesOf(journal), IsEmpty());
 }
 
 TEST_F(UnfinishedCopiesTest, AStoppedCardIsMarkedAndTheFilesThatAreNotInItAreNamedUntilTheNoteIsDismissed)
@@ -351,14 +341,30 @@ TEST_F(UnfinishedCopiesTest, WithoutAJournalTheNoteLastsAsLongAsTheProgram)
     fs::permissions(folder / "locked", fs::perms::all);
 }
 
-TEST_F(UnfinishedCopiesTest, OtherFilesInTheJournalsFolderAreNoCopies)
+TEST_F(UnfinishedCopiesTest, DismissingTheNoteForgetsEveryCopyInIt)
 {
-    (void)folder.write(journal / "a.json", "{");
-    (void)folder.write(journal / "a.txt", "{}");
-    fs::create_directories(journal / "b.json");
-    ASSERT_EQ(::mkfifo((journal / "c.json").c_str(), 0600), 0);
-    EXPECT_THAT(CopyJournal(journal).leftBehind(), IsEmpty());
-    EXPECT_THAT(entriesOf(journal), SizeIs(4));
+    auto kept = copies();
+    const auto copy = cardOf({"a.mov"});
+    for (int i = 0; i < 2; ++i) {
+        auto entry = kept.journal().begin(copy);
+        const auto stopped = kept.stopCard(entry, copy, UnfinishedCopies::FolderName::kept);
+        ASSERT_TRUE(stopped);
+        kept.add(*stopped);
+    }
+    ASSERT_THAT(entriesOf(journal), SizeIs(2));
+    kept.dismiss();
+    EXPECT_THAT(entriesOf(journal), IsEmpty());
+}
+
+TEST_F(UnfinishedCopiesTest, ADiskThatIsOutHidesNoOtherCopy)
+{
+    UnfinishedCopy onDiskThatIsOut = cardOf({"a.mov"});
+    onDiskThatIsOut.folder = FileUrl(folder / "unplugged/Shoots/CARD");
+    dieDuring(onDiskThatIsOut);
+    dieDuring(cardOf({"b.mov"}));
+    EXPECT_EQ(nextNote(), u"The copy of CARD was cut off: “b.mov” isn't in “CARD — 2026-05-04 (unfinished)”. Don't "
+                          u"erase the card."_s);
+    EXPECT_THAT(entriesOf(journal), SizeIs(2));
 }
 
 TEST_F(UnfinishedCopiesTest, MarkingTakesAFreeNameAndReplacesNothing)
