@@ -98,13 +98,11 @@ CopyJournal::Entry CopyJournal::begin(const UnfinishedCopy &copy) const
 void CopyJournal::Entry::close()
 {
     forget(m_file);
-    m_lock.reset();
 }
 
 void CopyJournal::Entry::keep(const UnfinishedCopy &copy)
 {
     replace({m_file, copy});
-    m_lock.reset();
 }
 
 std::vector<CopyJournal::Kept> CopyJournal::leftBehind() const

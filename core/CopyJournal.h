@@ -29,8 +29,8 @@ public:
 
     private:
         friend class CopyJournal;
-        std::filesystem::path m_file; // empty where nothing could be written
-        std::unique_ptr<QFile> m_lock;
+        std::filesystem::path m_file;  // empty where nothing could be written
+        std::unique_ptr<QFile> m_lock; // of the file that begin() wrote
     };
 
     // A copy that ended early, and its place in the journal.

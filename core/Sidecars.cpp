@@ -158,7 +158,7 @@ std::vector<Sidecar> Sidecars::of(const FileUrl &clip)
         const std::set<std::string> names = filesIn(folder);
         const ClipsByStem clips = clipsAmong(names);
         const auto add = [&](const fs::path &place, const std::string &name, const std::optional<Owner> &owner) {
-            if (owner && !isVideoFile(name)) {
+            if (owner) {
                 sidecars[owner->clip].push_back(
                     {FileUrl(place / name), std::string(owner->lead), name.substr(owner->stem.size())});
             }
