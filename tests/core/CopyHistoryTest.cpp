@@ -150,6 +150,25 @@ TEST_F(CopyHistoryTest, AFailedImportHasItsReportToo)
     EXPECT_THAT(opened, ElementsAre(FileUrl(dated() / (dated().filename().string() + " copy report.html"))));
 }
 
+TEST_F(CopyHistoryTest, AFailedImportIsNotSorted)
+{
+    importFails = true;
+    std::atomic<int> loaded = 0;
+    auto parts = copyingSeams();
+    parts.makeLocalClassifier = [&loaded] {
+        ++loaded;
+        return std::make_shared<NamedFrames>();
+    };
+    {
+        SortEngine engine(parts);
+        import(engine);
+        EXPECT_TRUE(waitUntil([&engine] { return !engine.isCopying(); }));
+        drain();
+        EXPECT_EQ(engine.stage().kind, StageKind::failed);
+    }
+    EXPECT_EQ(loaded, 0);
+}
+
 TEST_F(CopyHistoryTest, AnExportAddsItsRecordToThatOfTheImport)
 {
     SortEngine engine(copyingSeams());
@@ -207,6 +226,51 @@ TEST_F(CopyHistoryTest, TheRecordsComeBackWithTheProjectAndGoWithTheShoot)
     engine.sortFolder(FileUrl(folder / "card"));
     EXPECT_FALSE(engine.copyHistory()->hasReport());
     ASSERT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(CopyHistoryTest, WithoutALogARecordLastsAsLongAsItsShootIsOnShow)
+{
+    auto parts = copyingSeams();
+    parts.copyLog = nullptr;
+    SortEngine engine(parts);
+    import(engine);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_TRUE(engine.copyHistory()->hasReport());
+    engine.openProject(projectID(FileUrl(dated())));
+    EXPECT_FALSE(engine.copyHistory()->hasReport());
+}
+
+TEST_F(CopyHistoryTest, ASecondImportHidesTheReportOfTheFirstFromItsBeginning)
+{
+    SortEngine engine(copyingSeams());
+    import(engine);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    ASSERT_TRUE(engine.copyHistory()->hasReport());
+    engine.importCard(FileUrl(folder / "card"), u"OTHER"_s);
+    EXPECT_FALSE(engine.copyHistory()->hasReport());
+    copying.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(engine.copyHistory()->records(), SizeIs(1));
+}
+
+TEST_F(CopyHistoryTest, AStoppedImportThatHadItsLastFileIsRecordedUnderItsOwnFolder)
+{
+    auto parts = copyingSeams();
+    parts.placesInBin = [](const FileUrl &file, const FileUrl &root, const QString &) {
+        const FileUrl place = root.appending(file.lastPathComponent());
+        return fs::exists(place.path()) ? std::vector{place} : std::vector<FileUrl>();
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    copying.awaitArrival();
+    engine.resetToQuit();
+    copying.open();
+    ASSERT_TRUE(waitUntil([&engine] { return !engine.isCopying(); }));
+    EXPECT_EQ(engine.unfinishedNote(), u""_s);
+    const auto records = log.load(projectID(FileUrl(dated())));
+    ASSERT_THAT(records, SizeIs(1));
+    EXPECT_EQ(records[0].destination, FileUrl(dated()));
 }
 
 TEST_F(CopyHistoryTest, AnImportThatAnotherSortReplacesIsStillRecordedButNotShown)

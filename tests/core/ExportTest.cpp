@@ -160,3 +160,31 @@ TEST_F(SortEngineTest, AFolderNameOfAnyBytesGivesAnEventOfThatName)
     EXPECT_EQ(engine.stage().kind, StageKind::done);
     EXPECT_TRUE(fs::exists(odd / "A&B \xff.fcpxml"));
 }
+
+TEST_F(SortEngineTest, TheWayToAnotherProgramIsAskedForOnce)
+{
+    int asked = 0;
+    auto parts = seams();
+    parts.chooseHandoff = [&asked] { ++asked; };
+    SortEngine(parts).chooseHandoff();
+    EXPECT_EQ(asked, 1);
+}
+
+TEST_F(SortEngineTest, ACopyAnnouncesWhereTheFootageIsNow)
+{
+    makeClips({"pool 1"});
+    const FileUrl copy(folder / "Pool/pool 1.mov");
+    auto parts = seams();
+    parts.organizeByBin = [&copy](const std::vector<ClipToOrganize> &clips, const auto &...) -> OrganizeAnswer {
+        return std::map{std::pair(clips.front().id, copy)};
+    };
+    SortEngine engine(parts);
+    engine.setOptions({.fileHandling = FileHandling::copy});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    std::optional<FileUrl> shown;
+    QObject::connect(&engine, &SortEngine::clipsChanged, [&] { shown = engine.clips().front()->destinationURL; });
+    engine.exportEvent();
+    ASSERT_TRUE(reaches(engine, StageKind::done));
+    EXPECT_EQ(shown, copy);
+}

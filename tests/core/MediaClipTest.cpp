@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 
 #include "core/ClipRecord.h"
 #include "core/MediaClip.h"
+#include "core/ProjectJson.h"
 #include "tests/support/TempFolder.h"
 
 using namespace larkspan;
@@ -19,6 +23,29 @@ MediaClip clipOf(double duration, std::int64_t value, std::int32_t scale)
     clip.frameDurationValue = value;
     clip.frameDurationScale = scale;
     return clip;
+}
+
+// A record of which no two fields hold the same.
+ClipRecord recordOfManyValues()
+{
+    return {.path = FileUrl("/shoot/a.mov"),
+            .duration = 12.5,
+            .naturalW = 3840,
+            .naturalH = 2160,
+            .displayW = 1080,
+            .displayH = 1920,
+            .frameDurationValue = 512,
+            .frameDurationScale = 15360,
+            .creationDate = std::chrono::sys_days{std::chrono::year{2001} / std::chrono::January / 2},
+            .cameraModel = u"TestCam"_s,
+            .primaryBin = u"Kitchen 2"_s,
+            .extraBins = {u"Dining Room"_s, u"Pool"_s},
+            .confidence = 0.5,
+            .runnerUp = u"Garage"_s,
+            .runnerUpScore = 0.25,
+            .needsReview = true,
+            .reviewReason = u"too dark"_s,
+            .humanFraction = 0.125};
 }
 
 } // namespace
@@ -130,6 +157,53 @@ TEST(ClipRecord, ARoundTripKeepsWhatIsStoredAndLosesThePrint)
     EXPECT_THAT(reopened->rawIdentifiers, IsEmpty());
     EXPECT_TRUE(reopened->thumbnail.isNull());
     EXPECT_EQ(reopened->destinationURL, std::nullopt);
+}
+
+TEST(ClipRecord, GivesEachFieldToItsClipAndTakesItFromThere)
+{
+    const ClipRecord record = recordOfManyValues();
+    const ClipPtr clip = record.toClip();
+    EXPECT_EQ(clip->url, record.path);
+    EXPECT_EQ(clip->duration, 12.5);
+    EXPECT_EQ(clip->naturalSize, QSizeF(3840, 2160));
+    EXPECT_EQ(clip->displaySize, QSizeF(1080, 1920));
+    EXPECT_EQ(clip->frameDurationValue, 512);
+    EXPECT_EQ(clip->frameDurationScale, 15360);
+    EXPECT_EQ(clip->creationDate, record.creationDate);
+    EXPECT_EQ(clip->cameraModel, u"TestCam"_s);
+    EXPECT_EQ(clip->primaryBin, u"Kitchen 2"_s);
+    EXPECT_THAT(clip->extraBins, ElementsAre(u"Dining Room"_s, u"Pool"_s));
+    EXPECT_EQ(clip->confidence, 0.5);
+    EXPECT_EQ(clip->runnerUp, u"Garage"_s);
+    EXPECT_EQ(clip->runnerUpScore, 0.25);
+    EXPECT_TRUE(clip->needsReview);
+    EXPECT_EQ(clip->reviewReason, u"too dark"_s);
+    EXPECT_EQ(clip->humanFraction, 0.125);
+    EXPECT_EQ(ClipRecord::fromClip(*clip), record);
+}
+
+TEST(ClipRecord, IsStoredUnderTheKeysOfProjectsFromBefore)
+{
+    const QByteArray project = encodeProject({.summary = {}, .clips = {recordOfManyValues()}});
+    EXPECT_EQ(QJsonDocument::fromJson(project)[u"clips"_s][0].toObject(),
+              (QJsonObject{{u"path"_s, u"/shoot/a.mov"_s},
+                           {u"duration"_s, 12.5},
+                           {u"naturalW"_s, 3840},
+                           {u"naturalH"_s, 2160},
+                           {u"displayW"_s, 1080},
+                           {u"displayH"_s, 1920},
+                           {u"frameDurationValue"_s, 512},
+                           {u"frameDurationScale"_s, 15360},
+                           {u"creationDate"_s, 86400}, // seconds since 2001
+                           {u"cameraModel"_s, u"TestCam"_s},
+                           {u"primaryBin"_s, u"Kitchen 2"_s},
+                           {u"extraBins"_s, QJsonArray{u"Dining Room"_s, u"Pool"_s}},
+                           {u"confidence"_s, 0.5},
+                           {u"runnerUp"_s, u"Garage"_s},
+                           {u"runnerUpScore"_s, 0.25},
+                           {u"needsReview"_s, true},
+                           {u"reviewReason"_s, u"too dark"_s},
+                           {u"humanFraction"_s, 0.125}}));
 }
 
 TEST(ClipRecord, AClipWhoseDateWasNeverReadSortsFirst)

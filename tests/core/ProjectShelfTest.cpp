@@ -92,6 +92,18 @@ TEST_F(ProjectShelfTest, ARemovedProjectThatWasSavedAgainStaysAsItWasSaved)
     EXPECT_THAT(names(), ElementsAre(u"Sorted again"_s, u"Barn"_s));
 }
 
+TEST_F(ProjectShelfTest, ARemovedProjectThatCouldNotBeReadAnyMoreIsNotPutBackNorIsTheOneBefore)
+{
+    saveTwo();
+    cache.flush();
+    shelf.remove(u"b"_s);
+    ASSERT_TRUE(fs::remove(folder / "a.json"));
+    shelf.remove(u"a"_s);
+    EXPECT_EQ(shelf.deletedProject(), QString());
+    EXPECT_EQ(shelf.restore(), std::nullopt);
+    EXPECT_THAT(names(), IsEmpty());
+}
+
 TEST_F(ProjectShelfTest, AProjectHasANameOfItsOwnOnceItIsntItsFolders)
 {
     const FileUrl house("/shoots/House");

@@ -148,3 +148,40 @@ TEST_F(ReviewTest, SortingAgainForgetsWhatTheEditorSettled)
     EXPECT_EQ(clip(u"kitchen 3"_s)->primaryBin, u"Kitchen"_s);
     EXPECT_EQ(engine.reviewCount(), 2);
 }
+
+TEST_F(ReviewTest, ASecondBinReplacesTheFurtherOnesInOneChangeAndAnEmptyOneTakesThemOff)
+{
+    const ClipPtr pool = clip(u"pool 4"_s);
+    engine.toggleExtraBin(pool->id, u"Kitchen"_s);
+    expectOneChange();
+    engine.setSecondBin(pool->id, u"Garage"_s);
+    EXPECT_THAT(pool->extraBins, ElementsAre(u"Garage"_s));
+    EXPECT_THAT(saved()->clips[3].extraBins, ElementsAre(u"Garage"_s));
+    expectOneChange();
+    engine.setSecondBin(pool->id, QString());
+    EXPECT_THAT(pool->extraBins, IsEmpty());
+    expectOneChange();
+    engine.setSecondBin(QUuid::createUuid(), u"Garage"_s);
+    EXPECT_EQ(notified, 0) << "a clip that is gone";
+    EXPECT_EQ(saves, 0);
+}
+
+TEST_F(ReviewTest, ClosingTheGapsInTheNumbersAnnouncesTheNewNames)
+{
+    engine.reassign(clip(u"kitchen 3"_s)->id, u"Kitchen 3"_s);
+    std::vector<QString> shown;
+    QObject::connect(&engine, &SortEngine::clipsChanged, [&] { shown = engine.usedBins(); });
+    engine.closeGapsInBins();
+    EXPECT_THAT(shown, ElementsAre(u"Kitchen"_s, u"Pool"_s, u"Unsorted"_s));
+}
+
+TEST_F(ReviewTest, AClipIsRevealedWhereItsFootageIsNow)
+{
+    const ClipPtr pool = clip(u"pool 4"_s);
+    engine.revealClip(pool->id);
+    pool->destinationURL = FileUrl(folder.write("Pool/pool 4.mov"));
+    std::filesystem::remove(pool->url.path());
+    engine.revealClip(pool->id);
+    engine.revealClip(QUuid::createUuid());
+    EXPECT_THAT(revealed, ElementsAre(pool->url, *pool->destinationURL));
+}

@@ -185,11 +185,14 @@ TEST_F(SettingsTest, PathsOfAnyBytesComeBackTheSame)
 
 TEST_F(SettingsTest, RecentsThatCannotBeReadCountAsNone)
 {
-    for (const char *recents : {"@ByteArray(not json)", "[]", "@ByteArray({})", "@ByteArray([{\"name\":\"a\"}])",
-                                "@ByteArray([{\"name\":1,\"path\":\"/a\"}])",
-                                "@ByteArray([{\"name\":\"a\",\"path\":\"\"}])", "@ByteArray([1,2])"}) {
-        writeSettings(std::string("[General]\nlkRecents=") + recents + "\n");
-        EXPECT_THAT(loadRecents(store()), IsEmpty()) << recents;
+    writeSettings("[General]\nlkRecents=[]\n");
+    EXPECT_THAT(loadRecents(store()), IsEmpty());
+    SettingsStore settings = store();
+    for (const char *recents :
+         {"not json", "{}", R"([{"name":"a"}])", R"([{"path":"/a"}])", R"([{"name":1,"path":"/a"}])",
+          R"([{"name":"a","path":""}])", "[1,2]", R"([{"name":"a","path":"/a"},{"name":"b"}])"}) {
+        settings.setData(u"lkRecents"_s, recents);
+        EXPECT_THAT(loadRecents(settings), IsEmpty()) << recents;
     }
 }
 

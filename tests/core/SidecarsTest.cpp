@@ -89,6 +89,12 @@ TEST_F(SidecarsTest, SonysFilesCarryALetterAndANumberBehindTheStem)
                 ElementsAre("C0001I01.PPN", "C0001M01.XML", "C0001M02.KLV", "C0001R01.BIM", "C0001S01.SMI"));
 }
 
+TEST_F(SidecarsTest, ThatNumberHasTwoDigits)
+{
+    write({"C0001.MP4", "C0001M0A.XML", "C0001MA1.XML", "C0001MAB.XML"});
+    EXPECT_THAT(sidecarsOf("C0001.MP4"), IsEmpty());
+}
+
 TEST_F(SidecarsTest, SonysThumbnailsAreInTheFolderBesideTheClips)
 {
     write({"PRIVATE/M4ROOT/CLIP/C0001.MP4", "PRIVATE/M4ROOT/CLIP/C0001M01.XML", "PRIVATE/M4ROOT/THMBNL/C0001T01.JPG",
@@ -120,6 +126,12 @@ TEST_F(SidecarsTest, AGoProsProxyHasOtherFirstLettersThanItsClip)
     EXPECT_THAT(sidecarsOf("GX010001.MP4"), ElementsAre("GL010001.LRV", "GX010001.THM"));
     EXPECT_THAT(sidecarsOf("GH010002.MP4"), ElementsAre("GL010002.LRV"));
     EXPECT_THAT(sidecarsOf("GOPR0004.MP4"), ElementsAre("GOPR0004.LRV"));
+}
+
+TEST_F(SidecarsTest, AnotherCamerasProxyAndAnotherKindOfFileAreNoGoProsProxy)
+{
+    write({"GX010001.MP4", "AB010001.LRV", "GL010001.TXT"});
+    EXPECT_THAT(sidecarsOf("GX010001.MP4"), IsEmpty());
 }
 
 TEST_F(SidecarsTest, OfARenamedClipTheyTakeItsNewName)
@@ -177,4 +189,15 @@ TEST_F(SidecarsTest, AFolderIsReadOnce)
     EXPECT_THAT(sidecars.of(FileUrl(folder / "B.MP4")), IsEmpty());
     write({"A.THM"});
     EXPECT_THAT(sidecars.of(FileUrl(folder / "A.MP4")), ElementsAre(Sidecar{FileUrl(folder / "A.XML"), "", ".XML"}));
+}
+
+TEST_F(SidecarsTest, EveryClipOfAListComesWithItsOwnInTheOrderOfTheList)
+{
+    write({"b/B.MP4", "a/A.MP4", "a/A.XML", "b/C.MP4", "b/C.THM"});
+    const FileUrl a(folder / "a/A.MP4");
+    const FileUrl b(folder / "b/B.MP4");
+    const FileUrl c(folder / "b/C.MP4");
+    EXPECT_THAT(withSidecars(std::vector{c, a, b}),
+                ElementsAre(ClipFiles{c, {{FileUrl(folder / "b/C.THM"), "", ".THM"}}},
+                            ClipFiles{a, {{FileUrl(folder / "a/A.XML"), "", ".XML"}}}, ClipFiles{b, {}}));
 }

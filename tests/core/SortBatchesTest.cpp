@@ -37,6 +37,17 @@ TEST_F(SortEngineTest, WorksInBatchesOfTheWidthAndProgressMovesByBatch)
     EXPECT_THAT(progress, ElementsAre(3, 6, 7));
 }
 
+TEST_F(SortEngineTest, EachBatchIsAnnouncedAsItLands)
+{
+    makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6", "g 7"});
+    SortEngine engine(seams(), 5);
+    std::vector<int> counts;
+    QObject::connect(&engine, &SortEngine::clipsChanged, [&] { counts.push_back(engine.clipCount()); });
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(counts, ElementsAre(0, 3, 6, 7, 7)) << "and once more at the end";
+}
+
 TEST_F(SortEngineTest, NeverHasMoreClipsInWorkThanTheWidth)
 {
     makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6", "g 7", "h 8"});
@@ -100,4 +111,15 @@ TEST_F(SortEngineTest, ClipsOfOneDateStandInFileOrderWhoeverIsThroughFirst)
     engine.sortFolder(shoot);
     ASSERT_TRUE(reaches(engine, StageKind::results));
     EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"a 1"_s, u"b 1"_s, u"c 1"_s, u"d 1"_s));
+}
+
+TEST_F(SortEngineTest, TheLastAnnouncementOfASortShowsTheClipsByDate)
+{
+    makeClips({"kitchen 2", "pool 1"});
+    SortEngine engine(seams());
+    std::vector<QString> shown;
+    QObject::connect(&engine, &SortEngine::clipsChanged, [&] { shown = namesOf(engine.clips()); });
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(shown, ElementsAre(u"pool 1"_s, u"kitchen 2"_s));
 }

@@ -74,6 +74,19 @@ TEST_F(SortEngineTest, AResetDuringASortLetsNothingOfItLand)
     EXPECT_THAT(cache.projects(), IsEmpty());
 }
 
+TEST_F(SortEngineTest, AResetLeavesNoBinSelectedAndNoProgress)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    ASSERT_EQ(engine.selectedBin(), u"Pool"_s);
+    engine.reset();
+    EXPECT_EQ(engine.selectedBin(), std::nullopt);
+    EXPECT_EQ(engine.done(), 0);
+    EXPECT_EQ(engine.total(), 0);
+}
+
 TEST_F(SortEngineTest, ASecondSortDuringARunningOneLetsNothingOfTheFirstLand)
 {
     (void)folder.write("first/old 1.mov");
@@ -254,4 +267,46 @@ TEST_F(SortEngineTest, AnExportIsUnderWayUntilItsEventIsWritten)
     engine.exportEvent();
     EXPECT_TRUE(waitUntil([&] { return seen.size() == 2; }));
     EXPECT_THAT(seen, ElementsAre(Pair(true, StageKind::organizing), Pair(false, StageKind::done)));
+}
+
+TEST_F(SortEngineTest, AnExportThatIsAskedForDuringAnotherStopsThatOne)
+{
+    makeClips({"kitchen 1"});
+    Gate gate;
+    std::atomic<int> begun = 0;
+    std::atomic<bool> wasFirstStopped = false;
+    auto parts = seams();
+    parts.organizeByBin = [&](const auto &, const auto &, bool, const CopyOrder &order) {
+        if (++begun == 1) {
+            gate.pass();
+            wasFirstStopped = order.stop.stop_requested();
+        }
+        return OrganizeAnswer();
+    };
+    SortEngine engine(parts);
+    engine.setOptions({.openEditorAfterExport = false, .fileHandling = FileHandling::copy});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.exportEvent();
+    gate.awaitArrival();
+    engine.exportEvent();
+    gate.open();
+    EXPECT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
+    EXPECT_TRUE(wasFirstStopped);
+    EXPECT_EQ(begun, 2);
+    EXPECT_EQ(engine.stage().kind, StageKind::done);
+}
+
+TEST_F(SortEngineTest, AnEmptyCardIsNotSorted)
+{
+    fs::create_directory(folder / "Shoots");
+    fs::create_directory(folder / "card");
+    SortEngine engine(seams());
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    std::vector<QString> texts;
+    QObject::connect(&engine, &SortEngine::stageChanged, [&] { texts.push_back(engine.stage().text); });
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    EXPECT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
+    drain();
+    EXPECT_THAT(texts, ElementsAre(u""_s, u"card"_s)) << "a sort would speak of the folder of the copy";
 }

@@ -98,6 +98,23 @@ TEST_F(SortEngineTest, AFolderWithoutVideoFilesIsSaidToBeEmptyByName)
     EXPECT_THAT(cache.projects(), IsEmpty());
 }
 
+TEST_F(SortEngineTest, AnEmptyFolderLoadsNoModels)
+{
+    std::atomic<int> loaded = 0;
+    auto parts = seams();
+    parts.makeLocalClassifier = [&] {
+        ++loaded;
+        return std::make_shared<NamedFrames>();
+    };
+    {
+        SortEngine engine(parts);
+        engine.sortFolder(shoot);
+        ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+        drain();
+    }
+    EXPECT_EQ(loaded, 0);
+}
+
 TEST_F(SortEngineTest, AnUnreadableFolderIsSaidToBeEmptyByName)
 {
     (void)folder.write("locked/a 1.mov");
@@ -266,6 +283,19 @@ TEST_F(SortEngineTest, AFolderThatIsSortedAgainIsTheLatestRecentAndNotThereTwice
     EXPECT_THAT(engine.recents(),
                 ElementsAre(SortEngine::Recent{u"b"_s, FileUrl("/b")}, SortEngine::Recent{u"c"_s, FileUrl("/c")},
                             SortEngine::Recent{u"a"_s, FileUrl("/a")}));
+}
+
+TEST_F(SortEngineTest, AFolderThatIsSortedAndACardsCopyAreAnnouncedAsRecent)
+{
+    (void)folder.write("card/pool 1.mov");
+    fs::create_directory(folder / "Shoots");
+    SortEngine engine(seams());
+    engine.setImportRoot(FileUrl(folder / "Shoots"));
+    std::vector<QString> latest;
+    QObject::connect(&engine, &SortEngine::recentsChanged, [&] { latest.push_back(engine.recents().front().name); });
+    engine.sortFolder(FileUrl(folder / "card"));
+    engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
+    EXPECT_THAT(latest, ElementsAre(u"card"_s, engine.folderName()));
 }
 
 TEST_F(SortEngineTest, ChooseFolderAsksInItsWordsAndSortsWhatWasChosen)

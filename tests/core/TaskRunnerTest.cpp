@@ -2,12 +2,15 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <mutex>
 #include <optional>
 #include <semaphore>
 #include <stdexcept>
+#include <string>
 #include <thread>
 
 #include <gmock/gmock.h>
+#include <QtCore/QThread>
 
 #include "core/TaskRunner.h"
 #include "tests/support/Gate.h"
@@ -140,6 +143,35 @@ TEST(TaskRunner, ItsEndStopsTheTasksWaitsForThemAndDropsTheirChanges)
     EXPECT_TRUE(hasEnded);
     makePostedChanges();
     EXPECT_FALSE(isChanged);
+}
+
+TEST(TaskRunner, ItsEndWaitsForTheTasksBeforeTheThreadsOfTheirItemsGo)
+{
+    std::mutex mutex;
+    std::vector<std::string> gone;
+    const auto reportEndOfThread = [&](const char *user) {
+        QObject::connect(QThread::currentThread(), &QThread::finished, [&, user] {
+            const std::lock_guard lock(mutex);
+            gone.emplace_back(user);
+        });
+    };
+    {
+        Gate gate;
+        TaskRunner tasks({});
+        tasks.start([&](const auto &run) {
+            reportEndOfThread("task");
+            tasks.forEach(run, 1, [&](std::size_t) {
+                reportEndOfThread("item");
+                gate.pass();
+                while (!run.isStopped()) {
+                    std::this_thread::yield();
+                }
+            });
+        });
+        gate.awaitArrival();
+        gate.open();
+    }
+    EXPECT_THAT(gone, ElementsAre("task", "item")) << "a task may have items until its end";
 }
 
 TEST(TaskRunner, TasksBeyondTheWidthWaitForAThread)
