@@ -7,6 +7,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 }
 
+#include "classify/media/FFmpegVersions.h"
 #include "classify/media/MediaFile.h"
 
 namespace larkspan {
@@ -153,7 +154,7 @@ bool FrameFinder::decodeOn(const Window &window)
     }
     // The last frame of the file is shown for as long as it says.
     const bool stillShown =
-        m_shown->data[0] != nullptr && !endsBefore(m_shown->best_effort_timestamp, m_shown->pkt_duration, window.from);
+        m_shown->data[0] != nullptr && !endsBefore(m_shown->best_effort_timestamp, durationOf(*m_shown), window.from);
     std::swap(m_frame, m_shown);
     return stillShown;
 }

@@ -13,6 +13,7 @@ extern "C" {
 
 #include "classify/media/AvcAspect.h"
 #include "classify/media/Decoder.h"
+#include "classify/media/FFmpegVersions.h"
 #include "classify/media/MediaFile.h"
 
 namespace larkspan {
@@ -33,13 +34,12 @@ struct Transform
 
 Transform transformOf(const AVStream &stream)
 {
-    size_t size = 0;
-    const auto *data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
+    const std::span<const std::uint8_t> bytes = displayMatrixOf(stream);
     std::array<std::int32_t, 9> matrix = {};
-    if (data == nullptr || size < sizeof(matrix)) {
+    if (bytes.size() < sizeof(matrix)) {
         return {};
     }
-    std::memcpy(matrix.data(), data, sizeof(matrix));
+    std::memcpy(matrix.data(), bytes.data(), sizeof(matrix));
     constexpr double one = 65536.0;
     return {matrix[0] / one, matrix[1] / one, matrix[3] / one, matrix[4] / one};
 }
