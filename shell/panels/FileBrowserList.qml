@@ -4,88 +4,31 @@ import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Shell
 
-// The list of the open folder. Arrows, Home, End, the page keys and typed letters select a folder, Return and Right open
-// it, Backspace and Left go up.
+// The list of the open folder. FolderKeys says what its keys do.
 T.Control {
     id: control
 
     required property FileBrowser browser
 
-    readonly property LKTypeAhead typeAhead: LKTypeAhead {
-    }
     readonly property int rowHeight: 26
-    readonly property int pageRows: Math.max(1, Math.floor(list.height / rowHeight) - 1)
+    readonly property FolderKeys folderKeys: FolderKeys {
+        entries: control.browser.entries
+        pageRows: Math.max(1, Math.floor(list.height / control.rowHeight) - 1)
+        onSelected: row => control.browser.select(row)
+        onEntered: row => control.browser.enter(row)
+        onUpDue: control.browser.goUp()
+        onAcceptDue: control.browser.accept()
+        onPathBegun: text => control.pathBegun(text)
+    }
 
     // The first character of a path was typed into the list.
     signal pathBegun(string text)
-
-    function walkTo(row: int) {
-        browser.select(Math.max(0, Math.min(row, browser.entries.folderCount - 1)));
-    }
-
-    function takeKey(event: var) {
-        const row = browser.selectedRow;
-        // A held key moves the selection, but opens nothing twice.
-        const opens = !event.isAutoRepeat && event.modifiers === (event.modifiers & Qt.KeypadModifier);
-        event.accepted = true;
-        switch (event.key) {
-        case Qt.Key_Down:
-            walkTo(row + 1);
-            return;
-        case Qt.Key_Up:
-            if (event.modifiers & Qt.AltModifier)
-                break;
-            walkTo(row - 1);
-            return;
-        case Qt.Key_Home:
-            walkTo(0);
-            return;
-        case Qt.Key_End:
-            walkTo(browser.entries.folderCount - 1);
-            return;
-        case Qt.Key_PageDown:
-            walkTo(Math.max(row, 0) + pageRows);
-            return;
-        case Qt.Key_PageUp:
-            walkTo(row - pageRows);
-            return;
-        case Qt.Key_Right:
-            if (opens)
-                browser.enter(row);
-            return;
-        case Qt.Key_Left:
-        case Qt.Key_Backspace:
-            if (opens)
-                browser.goUp();
-            return;
-        case Qt.Key_Return:
-        case Qt.Key_Enter:
-            if (!opens)
-                break;
-            if (row >= 0)
-                browser.enter(row);
-            else
-                browser.accept();
-            return;
-        }
-        if (event.text === "/" || event.text === "~") {
-            control.pathBegun(event.text);
-            return;
-        }
-        if (typeAhead.takes(event.text, event.modifiers)) {
-            const found = typeAhead.find(browser.entries.folderNames, row, event.text);
-            if (found >= 0)
-                browser.select(found);
-            return;
-        }
-        event.accepted = false;
-    }
 
     focusPolicy: Qt.StrongFocus
     LKAccessible.role: Accessible.List
     Accessible.name: browser.folderName
     Accessible.description: browser.note
-    Keys.onPressed: event => control.takeKey(event)
+    Keys.onPressed: event => event.accepted = control.folderKeys.take(event.key, event.modifiers, event.text, event.isAutoRepeat, control.browser.selectedRow)
 
     background: Item {
         LKFocusRing {
