@@ -146,6 +146,14 @@ QString HandoffExport::example() const
     return m_engine.clips().empty() ? QString() : paths().of(*m_engine.clips().front()).displayPath();
 }
 
+QString HandoffExport::outcome() const
+{
+    if (!m_problem.isEmpty()) {
+        return tr("The file couldn't be written: %1").arg(m_problem);
+    }
+    return isWritten() ? tr("Written: %1").arg(file()) : tr("Writes %1").arg(file());
+}
+
 void HandoffExport::open()
 {
     if (isAvailable() && !m_isShown) {

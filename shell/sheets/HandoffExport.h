@@ -39,6 +39,7 @@ class HandoffExport : public QObject
     Q_PROPERTY(int readTotal READ readTotal NOTIFY changed)
     Q_PROPERTY(bool isWritten READ isWritten NOTIFY changed)
     Q_PROPERTY(QString problem READ problem NOTIFY changed) // "" unless the last writing failed
+    Q_PROPERTY(QString outcome READ outcome NOTIFY changed) // says what became of the file, or what will
 
 public:
     // The files in which the system tells of its volumes, and the reader of a file's timecode, which may block and is
@@ -71,6 +72,7 @@ public:
     int readTotal() const { return static_cast<int>(m_unread.size()); }
     bool isWritten() const { return m_written.has_value(); }
     QString problem() const { return m_problem; }
+    QString outcome() const;
 
     // Nothing while there is nothing to write.
     Q_INVOKABLE void open();

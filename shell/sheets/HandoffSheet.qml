@@ -112,7 +112,7 @@ FocusScope {
                 id: outcome
 
                 visible: !sheet.handoff.isReading
-                text: sheet.handoff.problem !== "" ? qsTr("The file couldn't be written: %1").arg(sheet.handoff.problem) : sheet.handoff.isWritten ? qsTr("Written: %1").arg(sheet.handoff.file) : qsTr("Writes %1").arg(sheet.handoff.file)
+                text: sheet.handoff.outcome
                 color: sheet.handoff.problem !== "" ? LK.palette.danger : sheet.handoff.isWritten ? LK.palette.textPrimary : LK.palette.textTertiary
             }
 

@@ -174,6 +174,23 @@ TEST_F(HandoffExportTest, AFolderThatCannotBeWrittenIsSaidAndNothingIsLeft)
     EXPECT_EQ(handoff.problem(), u""_s);
 }
 
+TEST_F(HandoffExportTest, TheOutcomeSaysWhatWillBeWrittenWhatFailedAndWhatIsWritten)
+{
+    sort();
+    HandoffExport handoff(engine, store, {}, systemWithCard());
+    handoff.open();
+    EXPECT_EQ(handoff.outcome(), u"Writes "_s + handoff.file());
+    {
+        const Unprivileged user; // who may not write there
+        handoff.write();
+    }
+    EXPECT_EQ(handoff.outcome(), u"The file couldn't be written: Permission denied"_s);
+    handoff.write();
+    EXPECT_EQ(handoff.outcome(), u"Written: "_s + handoff.file());
+    handoff.setFormat(u"csv"_s);
+    EXPECT_EQ(handoff.outcome(), u"Writes "_s + handoff.file());
+}
+
 TEST_F(HandoffExportTest, NumberedBinsLoseTheirGapsAsInTheEvent)
 {
     sort();
