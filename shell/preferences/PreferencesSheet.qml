@@ -13,14 +13,15 @@ FocusScope {
     required property SortEngine engine
     required property int buildNumber
 
-    readonly property var tabs: ["General", "Account", "Sorting", "Import"]
-    readonly property string currentTab: tabs.includes(app.preferencesTab) ? app.preferencesTab : tabs[0]
-    readonly property string title: app.isSortToolOpen ? qsTr("Binnacle Preferences") : qsTr("Larkspan Preferences")
+    readonly property PreferencesTabs tabs: PreferencesTabs {
+        wanted: sheet.app.preferencesTab
+        isForSortTool: sheet.app.isSortToolOpen
+    }
 
     implicitWidth: 640
     implicitHeight: 52 + 430
     Accessible.role: Accessible.Dialog
-    Accessible.name: title
+    Accessible.name: tabs.title
 
     SortPreferences {
         id: sorting
@@ -54,7 +55,7 @@ FocusScope {
     Text {
         x: 20
         height: 52
-        text: sheet.title
+        text: sheet.tabs.title
         font: LK.font(13, Font.DemiBold)
         color: LK.palette.textPrimary
         verticalAlignment: Text.AlignVCenter
@@ -92,7 +93,7 @@ FocusScope {
         Repeater {
             id: rows
 
-            model: sheet.tabs
+            model: sheet.tabs.names
 
             LKSidebarRow {
                 required property int index
@@ -100,7 +101,7 @@ FocusScope {
 
                 width: sidebar.width
                 label: modelData
-                selected: sheet.currentTab === modelData
+                selected: sheet.tabs.current === modelData
                 focus: selected
                 focusPolicy: selected ? Qt.StrongFocus : Qt.ClickFocus
                 LKAccessible.role: Accessible.PageTab
@@ -110,7 +111,7 @@ FocusScope {
 
                 function choose(other: int) {
                     if (other >= 0 && other < rows.count) {
-                        sheet.app.preferencesTab = sheet.tabs[other];
+                        sheet.app.preferencesTab = sheet.tabs.names[other];
                         rows.itemAt(other).forceActiveFocus(Qt.TabFocusReason);
                     }
                 }
@@ -123,7 +124,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 16
         width: sidebar.width - 16
-        text: sheet.app.isSortToolOpen ? qsTr("Changes apply to the next sort.") : qsTr("Settings apply across every tool.")
+        text: sheet.tabs.scope
         font: LK.font(10.5)
         color: LK.palette.textTertiary
         wrapMode: Text.Wrap
@@ -152,7 +153,7 @@ FocusScope {
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.Pane
-        Accessible.name: sheet.currentTab
+        Accessible.name: sheet.tabs.current
 
         T.ScrollBar.vertical: LKScrollBar {
         }
@@ -163,7 +164,7 @@ FocusScope {
             x: 20
             y: 4
             width: body.width - 40
-            visible: sheet.currentTab === "General"
+            visible: sheet.tabs.current === "General"
             app: sheet.app
             buildNumber: sheet.buildNumber
         }
@@ -172,7 +173,7 @@ FocusScope {
             x: 20
             y: 4
             width: body.width - 40
-            visible: sheet.currentTab === "Account"
+            visible: sheet.tabs.current === "Account"
             app: sheet.app
         }
 
@@ -182,7 +183,7 @@ FocusScope {
             x: 20
             y: 4
             width: body.width - 40
-            visible: sheet.currentTab === "Sorting"
+            visible: sheet.tabs.current === "Sorting"
             preferences: sorting
         }
 
@@ -192,7 +193,7 @@ FocusScope {
             x: 20
             y: 4
             width: body.width - 40
-            visible: sheet.currentTab === "Import"
+            visible: sheet.tabs.current === "Import"
             engine: sheet.engine
             preferences: sorting
         }
