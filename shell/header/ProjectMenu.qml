@@ -18,24 +18,12 @@ LKPopover {
         engine: menu.engine
     }
 
-    // The place of the project that was removed last, while it can be put back; -1 for none.
-    property int removedRow: -1
-    readonly property bool offersRestoring: removedRow >= 0 && engine.deletedProject !== ""
-
-    // The next row has the keyboard then, or what stands above them all.
-    function remove(projectId: string, row: int) {
-        engine.deleteProject(projectId);
-        removedRow = row;
-        rows.forceLayout();
-        rows.goTo(Math.min(row, rows.count - 1));
-    }
-
-    function restore() {
-        const row = removedRow;
-        removedRow = -1;
-        engine.restoreProject();
-        rows.forceLayout();
-        rows.goTo(row);
+    readonly property RemovedProject removed: RemovedProject {
+        engine: menu.engine
+        onRowDue: row => {
+            rows.forceLayout();
+            rows.goTo(row);
+        }
     }
 
     // Another project, or a new one, takes the place of the one on show.
@@ -45,7 +33,7 @@ LKPopover {
     LKAccessible.name: qsTr("Projects")
     onClosed: {
         editingID = "";
-        removedRow = -1;
+        removed.forget();
     }
 
     // Lets the popover close first.
@@ -167,7 +155,7 @@ LKPopover {
                     menu.engine.renameProject(projectId, name);
                     endEdit();
                 }
-                onRemove: menu.remove(projectId, index)
+                onRemove: menu.removed.remove(projectId, index)
 
                 // The field goes, and the keyboard with it; the row takes it.
                 function endEdit() {
@@ -191,12 +179,12 @@ LKPopover {
 
         RowLayout {
             width: parent.width
-            visible: menu.offersRestoring
+            visible: menu.removed.isOffered
             spacing: 8
 
             Text {
                 Layout.fillWidth: true
-                text: Wording.of(qsTr("Removed %1"), [menu.engine.deletedProject])
+                text: menu.removed.note
                 font: LK.font(11)
                 color: LK.palette.textSecondary
                 leftPadding: 8
@@ -213,15 +201,15 @@ LKPopover {
                 Layout.rightMargin: 6
                 size: LKButton.Sm
                 title: qsTr("Undo")
-                onActivated: menu.restore()
+                onActivated: menu.removed.restore()
                 Keys.onUpPressed: rows.goTo(rows.count - 1)
             }
         }
 
         Shortcut {
-            enabled: menu.opened && menu.offersRestoring
+            enabled: menu.opened && menu.removed.isOffered
             sequence: "Ctrl+Z"
-            onActivated: menu.restore()
+            onActivated: menu.removed.restore()
         }
 
         Rectangle {
