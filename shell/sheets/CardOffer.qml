@@ -10,9 +10,7 @@ ModalOverlay {
     required property SortEngine engine
     required property VolumeWatcher volumeWatcher
 
-    // The editor writes in a field below; the field keeps keyboard focus until that is done.
-    readonly property bool isWriting: parent && parent.Window.activeFocusItem instanceof TextInput
-    readonly property bool takesKeyboard: stack.isCardOfferTopmost && !isWriting
+    readonly property bool takesKeyboard: stack.cardOfferTakesFocus
 
     // By itself a popup takes the keyboard at the end of its entering, whatever lies above it.
     focus: takesKeyboard

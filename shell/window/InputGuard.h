@@ -14,7 +14,7 @@ class InputGuard : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    // A name for all that is on show; any other text is another scene.
+    // A name for what is on show; any other text is another scene.
     Q_PROPERTY(QString scene MEMBER m_scene NOTIFY sceneChanged REQUIRED)
     Q_PROPERTY(QQuickWindow *window READ window WRITE setWindow NOTIFY windowChanged REQUIRED)
 

@@ -48,9 +48,14 @@ int OverlayStack::placeOf(Overlay overlay)
 void OverlayStack::put(Overlay overlay, bool isWanted, bool isShown, bool isInSight)
 {
     const Look look{.isWanted = isWanted, .isShown = isShown, .isInSight = isInSight};
-    if (std::exchange(m_looks.at(indexOf(overlay)), look) != look) {
-        Q_EMIT changed();
+    const Look before = std::exchange(m_looks.at(indexOf(overlay)), look);
+    if (before == look) {
+        return;
     }
+    if (before.isWanted != isWanted) {
+        ++m_turns;
+    }
+    Q_EMIT changed();
 }
 
 void OverlayStack::closeTopmost()

@@ -18,6 +18,12 @@ class OverlayStack : public QObject
     // No other overlay is in sight, not even one that fades. A card's offer comes by itself and takes keyboard focus
     // only then.
     Q_PROPERTY(bool isCardOfferTopmost READ isCardOfferTopmost NOTIFY changed)
+    // The editor writes in a field, which keeps keyboard focus until that is done.
+    Q_PROPERTY(bool isWriting MEMBER m_isWriting NOTIFY changed)
+    // The card's offer may take keyboard focus.
+    Q_PROPERTY(bool cardOfferTakesFocus READ cardOfferTakesFocus NOTIFY changed)
+    // Counts how often an overlay was asked for or let go: with another count, another thing is on show.
+    Q_PROPERTY(int turns READ turns NOTIFY changed)
 
 public:
     enum class Overlay {
@@ -52,6 +58,8 @@ public:
 
     [[nodiscard]] int coveredUpTo() const;
     [[nodiscard]] bool isCardOfferTopmost() const;
+    [[nodiscard]] bool cardOfferTakesFocus() const { return isCardOfferTopmost() && !m_isWriting; }
+    [[nodiscard]] int turns() const { return m_turns; }
 
 Q_SIGNALS:
     void changed();
@@ -62,6 +70,8 @@ private:
     static constexpr std::size_t count = static_cast<std::size_t>(Overlay::WriteAlert) + 1;
 
     std::array<Look, count> m_looks{};
+    bool m_isWriting = false;
+    int m_turns = 0;
 };
 
 } // namespace larkspan

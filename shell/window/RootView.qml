@@ -40,6 +40,8 @@ Window {
 
     OverlayStack {
         id: overlays
+
+        isWriting: root.activeFocusItem instanceof TextInput
     }
 
     // Works even under an overlay, as a menu bar's shortcut would.
@@ -59,7 +61,7 @@ Window {
 
     InputGuard {
         window: root
-        scene: `${root.app.view} ${root.app.toolID} ${root.app.showPreferences} ${root.engine.stage} ${root.engine.hasPreview} ${root.coverage.isShown} ${root.handoff.isShown} ${root.volumeWatcher.hasCandidate} ${root.fileRequest.browser.isOpen} ${root.fileRequest.browser.fileToReplace} ${writeAlert.problem}`
+        scene: `${root.app.view} ${root.app.toolID} ${root.engine.stage} ${overlays.turns}`
     }
 
     FocusScope {

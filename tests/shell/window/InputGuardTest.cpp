@@ -242,6 +242,31 @@ TEST_F(InputGuardTest, ADoubleClickOnAToolOpensItAndPressesNothingInIt)
     EXPECT_THAT(panels, SizeIs(1));
 }
 
+TEST_F(InputGuardTest, ADoubleClickOnAnAnswerPressesNothingBelowTheQuestion)
+{
+    open();
+    SortOptions options = engine.options();
+    options.fileHandling = FileHandling::copy;
+    engine.setOptions(options);
+    sort();
+    engine.exportEvent();
+    copying.awaitArrival();
+    app.closeTool();
+    (void)shown(u"Open Binnacle"_s);
+    const QQuickItem *card = findNamed(window->contentItem(), u"card-binnacle"_s);
+    window->close();
+    const QQuickItem &answer = shown(u"Keep Open"_s);
+    const QPointF place = answer.mapToScene(answer.boundingRect().center());
+    ASSERT_TRUE(card->contains(card->mapFromScene(place)));
+    click(place, 1000);
+    ASSERT_TRUE(goes(u"Keep Open"_s));
+    click(place, 1200);
+    EXPECT_FALSE(app.isSortToolOpen());
+    click(place, 3000); // by itself
+    EXPECT_TRUE(app.isSortToolOpen());
+    copying.open();
+}
+
 TEST_F(InputGuardTest, ADoubleClickOnAClipOpensItsPreviewAndLeavesItOpen)
 {
     open();

@@ -94,6 +94,37 @@ TEST_F(OverlayStackTest, TheCardsOfferIsTopmostWhenNothingElseIsInSight)
     }
 }
 
+TEST_F(OverlayStackTest, TheCardsOfferLeavesFocusToAFieldThatTheEditorWritesIn)
+{
+    show(Overlay::CardOffer);
+    EXPECT_TRUE(stack.cardOfferTakesFocus());
+    changes = 0;
+    stack.setProperty("isWriting", true);
+    EXPECT_EQ(changes, 1);
+    EXPECT_FALSE(stack.cardOfferTakesFocus());
+    EXPECT_TRUE(stack.isCardOfferTopmost());
+    stack.setProperty("isWriting", false);
+    EXPECT_TRUE(stack.cardOfferTakesFocus());
+    show(Overlay::Preview);
+    EXPECT_FALSE(stack.cardOfferTakesFocus());
+}
+
+TEST_F(OverlayStackTest, EachOverlayThatComesOrGoesIsATurn)
+{
+    const int before = stack.turns();
+    show(Overlay::Preview);
+    EXPECT_EQ(stack.turns(), before + 1);
+    stack.put(Overlay::Preview, false, false, true); // it fades
+    EXPECT_EQ(stack.turns(), before + 2);
+    stack.put(Overlay::Preview, false, false, false);
+    EXPECT_EQ(stack.turns(), before + 2) << "its fading is no turn";
+    stack.put(Overlay::CardOffer, true, false, false); // during the intro
+    EXPECT_EQ(stack.turns(), before + 3);
+    show(Overlay::CardOffer);
+    show(Overlay::CloseQuestion);
+    EXPECT_EQ(stack.turns(), before + 4);
+}
+
 TEST_F(OverlayStackTest, AChangeIsToldOnce)
 {
     show(Overlay::Preview);
