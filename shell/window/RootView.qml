@@ -17,8 +17,6 @@ Window {
     required property int buildNumber
     property string classifierProblem
 
-    readonly property bool isAtWork: engine.stage === SortEngine.Working || engine.stage === SortEngine.Organizing
-
     readonly property size room: DisplayRoom.now()
 
     readonly property real glassBlur: 12 // of the overlays' glass, in points
@@ -26,7 +24,7 @@ Window {
     // To be answered with the chime.
     signal introChimeDue
 
-    title: root.active || !root.isAtWork ? qsTr("Larkspan") : qsTr("%1% – Larkspan").arg(Math.floor(100 * engine.progress))
+    title: windowTitle.text
     flags: Qt.Window | Qt.FramelessWindowHint
     width: Math.max(minimumWidth, Math.min(1180, room.width))
     height: Math.max(minimumHeight, Math.min(790, room.height))
@@ -37,6 +35,13 @@ Window {
 
     onActiveFocusItemChanged: stage.takeKeyboardBack()
     onClosing: close => close.accepted = closeGuard.request.allowsClosing()
+
+    WindowTitle {
+        id: windowTitle
+
+        engine: root.engine
+        isActive: root.active
+    }
 
     OverlayStack {
         id: overlays
