@@ -24,6 +24,9 @@ GridView {
             grid.positionViewAtBeginning();
         }
     }
+    readonly property StageTexts texts: StageTexts {
+        engine: grid.engine
+    }
     // The menus are made when they are first asked for.
     property BinMenu moveMenu
     property ClipMenu clipMenu
@@ -112,7 +115,7 @@ GridView {
         anchors.centerIn: parent
         width: Math.min(implicitWidth, grid.width - 2 * grid.padding)
         visible: grid.count === 0
-        text: grid.engine.selectedBin === "" ? qsTr("No clips") : Wording.of(qsTr("No clips are left in %1"), [grid.engine.selectedBin])
+        text: grid.texts.noClips
         font: LK.font(12.5)
         color: LK.palette.textTertiary
         horizontalAlignment: Text.AlignHCenter

@@ -17,6 +17,10 @@ FocusScope {
         source: ClipListModel.SelectedBin
     }
 
+    readonly property StageTexts texts: StageTexts {
+        engine: view.engine
+    }
+
     // The row that is settled goes, and what in it had the keyboard; the list keeps it.
     function settle(step: var) {
         list.forceActiveFocus(Qt.OtherFocusReason);
@@ -37,7 +41,7 @@ FocusScope {
 
         Text {
             Layout.fillWidth: true
-            text: view.clips.count === 1 ? qsTr("1 clip Binnacle wasn't sure about") : qsTr("%1 clips Binnacle wasn't sure about").arg(view.clips.count)
+            text: view.texts.unsure
             font: LK.font(11.5)
             color: LK.palette.textPrimary
             elide: Text.ElideRight

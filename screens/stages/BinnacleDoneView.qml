@@ -16,6 +16,12 @@ FocusScope {
         engine: view.engine
     }
 
+    StageTexts {
+        id: stage
+
+        engine: view.engine
+    }
+
     Column {
         anchors.centerIn: parent
         width: Math.min(parent.width - 68, 640)
@@ -27,7 +33,7 @@ FocusScope {
 
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
-            text: view.engine.eventPath !== "" ? qsTr("Event created") : qsTr("Couldn't write the event")
+            text: stage.done
             font: LK.font(15)
             color: LK.palette.textPrimary
             Accessible.role: Accessible.Heading

@@ -10,10 +10,15 @@ Item {
     required property SortEngine engine
     required property int buildNumber
 
-    readonly property bool hasActions: engine.stage === SortEngine.Results || engine.stage === SortEngine.Done
     readonly property bool modelNoteOpen: note.visible
 
     implicitHeight: 44
+
+    StageTexts {
+        id: texts
+
+        engine: footer.engine
+    }
 
     ModelChoice {
         id: model
@@ -80,19 +85,19 @@ Item {
         Rectangle {
             Layout.preferredWidth: 1
             Layout.preferredHeight: 18
-            visible: footer.hasActions
+            visible: texts.hasShoot
             color: LK.palette.borderSubtle
         }
 
         LKButton {
-            visible: footer.hasActions
+            visible: texts.hasShoot
             enabled: footer.engine.hasFolder
             title: qsTr("Sort Again")
             onActivated: footer.engine.sortAgain()
         }
 
         LKButton {
-            visible: footer.hasActions
+            visible: texts.hasShoot
             enabled: footer.engine.canExport
             kind: LKButton.Accent
             title: qsTr("Export")

@@ -9,23 +9,9 @@ Column {
     required property SortEngine engine
     required property string toolName
 
-    readonly property string firstLine: {
-        switch (engine.stage) {
-        case SortEngine.Working:
-            return Wording.of(qsTr("Sorting %1"), [engine.folderName]);
-        case SortEngine.Results:
-            return Wording.of(qsTr("%1 · %2 clips · %3 bins"), [engine.folderName, engine.clipCount, engine.binCount]);
-        case SortEngine.Organizing:
-            return texts.title;
-        case SortEngine.Done:
-            return Wording.of(qsTr("%1 · event created"), [engine.folderName]);
-        default:
-            return title.toolName;
-        }
-    }
-
-    readonly property ExportTexts texts: ExportTexts {
+    readonly property StageTexts texts: StageTexts {
         engine: title.engine
+        toolName: title.toolName
     }
 
     topPadding: 12
@@ -35,7 +21,7 @@ Column {
     Text {
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
-        text: title.firstLine
+        text: title.texts.title
         font: LK.font(11.5)
         color: LK.palette.textPrimary
         elide: Text.ElideMiddle
@@ -48,9 +34,9 @@ Column {
 
     Text {
         width: parent.width
-        visible: title.engine.stage === SortEngine.Results
+        visible: text !== ""
         horizontalAlignment: Text.AlignHCenter
-        text: qsTr("%1 vertical · %2 horizontal · native aspect kept").arg(title.engine.verticalCount).arg(title.engine.clipCount - title.engine.verticalCount)
+        text: title.texts.shapes
         font: LK.font(11)
         color: LK.palette.textTertiary
         Accessible.role: Accessible.StaticText
