@@ -17,9 +17,9 @@
 #include "tests/demo/Scenes.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/FfmpegMedia.h"
-#include "tests/support/Items.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/WaitUntil.h"
+#include "tests/support/WindowDriver.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -59,7 +59,7 @@ void recordShoot(const fs::path &shoot)
 }
 
 // Drives the program and keeps what it shows.
-class Demo
+class Demo : private WindowDriver
 {
 public:
     explicit Demo(fs::path folder) : m_folder(std::move(folder)) {}
@@ -147,15 +147,10 @@ private:
         (void)waitUntil([&] { return end.hasExpired(); });
     }
 
-    QQuickWindow &window() { return *m_program.window(); }
+    QQuickWindow &driven() const override { return *m_program.window(); }
+    void press(const QQuickItem &item) override { Desktop::click(item); }
 
-    QQuickItem &shown(const QString &text)
-    {
-        QQuickItem *item = nullptr;
-        require(waitUntil([&] { return (item = findShown(window().contentItem(), text)) != nullptr; }),
-                "something isn't shown");
-        return *item;
-    }
+    QQuickWindow &window() { return driven(); }
 
     bool reaches(StageKind stage)
     {

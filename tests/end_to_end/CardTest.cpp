@@ -87,10 +87,7 @@ TEST_F(CardTest, ReturnBringsACardIn)
 {
     startAndInsertCard();
     (void)shown(offered);
-    ASSERT_TRUE(waitUntil([this] { // looked at for long enough
-        const QQuickItem *item = program->window()->activeFocusItem();
-        return item != nullptr && item->property("text") == u"Import && Sort"_s;
-    }));
+    ASSERT_TRUE(hasKeyboard(u"Import && Sort"_s)); // looked at for long enough
     Desktop::key(u"Return"_s);
     ASSERT_TRUE(reaches(StageKind::results));
     EXPECT_THAT(engine().clips(), SizeIs(3));

@@ -104,8 +104,8 @@ TEST_F(DesktopChangesTest, AMaximizedWindowFillsADisplayWhoseScaleGrows)
     ASSERT_TRUE(waitUntil([&] { return window.visibility() == QWindow::Maximized; }));
     Desktop::setScale(1.25);
     const QSize size = window.screen()->availableGeometry().size();
-    EXPECT_TRUE(waitUntil([&] { return content()->size() == QSizeF(size); }))
-        << testing::PrintToString(content()->size());
+    EXPECT_TRUE(waitUntil([&] { return window.contentItem()->size() == QSizeF(size); }))
+        << testing::PrintToString(window.contentItem()->size());
     EXPECT_EQ(window.visibility(), QWindow::Maximized);
 }
 
@@ -115,10 +115,10 @@ TEST_F(DesktopChangesTest, AWindowsLeastSizeIsInPointsOfTheScaleThatTheDisplayHa
     QQuickWindow &window = *program->window();
     const QSize size = window.size();
     Desktop::setScale(1.25);
-    ASSERT_TRUE(waitUntil([&] { return content()->size() == QSizeF(size) && window.size() == size; }));
+    ASSERT_TRUE(waitUntil([&] { return window.contentItem()->size() == QSizeF(size) && window.size() == size; }));
     (void)shown(u"Open Binnacle"_s);
     const QPointF corner = QRectF(window.geometry()).bottomRight() - QPointF(2, 2);
     Desktop::drag((corner * 1.25).toPoint(), {300, 300});
-    EXPECT_TRUE(waitUntil([&] { return content()->size() == QSizeF(980, 640); }))
-        << testing::PrintToString(content()->size());
+    EXPECT_TRUE(waitUntil([&] { return window.contentItem()->size() == QSizeF(980, 640); }))
+        << testing::PrintToString(window.contentItem()->size());
 }

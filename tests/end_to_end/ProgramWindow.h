@@ -11,11 +11,12 @@
 #include "tests/support/Items.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/WaitUntil.h"
+#include "tests/support/WindowDriver.h"
 
 namespace larkspan::test {
 
 // The whole program with its real parts on a real display, and what a person sees of it.
-class ProgramWindow : public testing::Test
+class ProgramWindow : public testing::Test, protected WindowDriver
 {
 protected:
     using StageKind = SortEngine::StageKind;
@@ -57,24 +58,8 @@ protected:
     }
 
     SortEngine &engine() { return program->engine(); }
-    QQuickItem *content() const { return program->window()->contentItem(); }
-
-    // What is shown with this text and at rest; the test fails when it doesn't come up.
-    QQuickItem &shown(const QString &text)
-    {
-        return awaitAtRest(
-            *program->window(), [&] { return findShown(content(), text); }, text);
-    }
-    // The control with this label that the keyboard can reach, as of a row of settings.
-    QQuickItem &control(const QString &label)
-    {
-        return awaitAtRest(
-            *program->window(), [&] { return findLabelled(content(), label); }, label);
-    }
-    [[nodiscard]] bool goes(const QString &text)
-    {
-        return waitUntil([&] { return findShown(content(), text) == nullptr; });
-    }
+    QQuickWindow &driven() const override { return *program->window(); }
+    void press(const QQuickItem &item) override { Desktop::click(item); }
 
     [[nodiscard]] bool reaches(StageKind stage)
     {

@@ -5,13 +5,14 @@
 #include "screens/clips/ClipThumbnails.h"
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/Scene.h"
+#include "tests/support/WindowDriver.h"
 
 namespace larkspan::test {
 
 using namespace Qt::Literals::StringLiterals;
 
 // The screen with an engine on made clips, driven as an editor would.
-class BinnacleViewTest : public SortEngineTest
+class BinnacleViewTest : public SortEngineTest, protected WindowDriver
 {
 protected:
     static constexpr const char *screen = R"(
@@ -41,19 +42,11 @@ protected:
         ASSERT_TRUE(reaches(engine, StageKind::results));
     }
 
-    [[nodiscard]] bool shows(const QString &text) const
+    QQuickWindow &driven() const override { return scene->window(); }
+    QQuickItem *searched() const override { return scene->root(); }
+    void press(const QQuickItem &item) override
     {
-        return waitUntil([&] { return findShown(scene->root(), text) != nullptr; });
-    }
-    [[nodiscard]] bool hides(const QString &text) const
-    {
-        return waitUntil([&] { return findShown(scene->root(), text) == nullptr; });
-    }
-
-    [[nodiscard]] QString focusedText() const
-    {
-        const QQuickItem *item = scene->window().activeFocusItem();
-        return item ? item->property("text").toString() : QString();
+        QTest::mouseClick(&scene->window(), Qt::LeftButton, {}, middleOf(&item));
     }
 
     SortEngine engine;

@@ -16,11 +16,12 @@
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Items.h"
+#include "tests/support/WindowDriver.h"
 
 namespace larkspan::test {
 
 // The program's window on a display, over an engine whose media and copies are made by hand.
-class ShellWindowTest : public SortEngineTest
+class ShellWindowTest : public SortEngineTest, protected WindowDriver
 {
 protected:
     // volumes: where the system tells of its volumes; change: what of the engine's parts is another.
@@ -61,28 +62,8 @@ protected:
         ASSERT_TRUE(Desktop::awaitWindow(*window));
     }
 
-    // What is shown with this text and at rest; the test fails when it doesn't come up.
-    QQuickItem &shown(const QString &text)
-    {
-        return awaitAtRest(
-            *window, [&] { return findShown(window->contentItem(), text); }, text);
-    }
-
-    // The same for a dropdown of this label.
-    QQuickItem &dropdown(const QString &label)
-    {
-        return awaitAtRest(
-            *window, [&] { return findLabelled(window->contentItem(), label); }, label);
-    }
-
-    // Waits until what has the keyboard reads as the text: a control of that title, a field that holds it.
-    [[nodiscard]] bool hasKeyboard(const QString &text) const
-    {
-        return waitUntil([&] {
-            const QQuickItem *item = window->activeFocusItem();
-            return item != nullptr && item->property("text").toString() == text;
-        });
-    }
+    QQuickWindow &driven() const override { return *window; }
+    void press(const QQuickItem &item) override { Desktop::click(item); }
 
     // Opens the window's menu, and closes it without a choice.
     void openMenu()
@@ -96,32 +77,12 @@ protected:
         ASSERT_TRUE(goes(QStringLiteral("Preferences…")));
     }
 
-    // Chooses from a dropdown by mouse.
-    void choose(const QString &label, const QString &choice)
-    {
-        const QQuickItem &control = dropdown(label);
-        const QPointer popup = control.property("popup").value<QObject *>();
-        auto *list = popup->property("contentItem").value<QQuickItem *>();
-        Desktop::click(control);
-        ASSERT_TRUE(
-            waitUntil([&] { return popup->property("opened").toBool() && findShown(list, choice) != nullptr; }));
-        Desktop::click(*findShown(list, choice));
-        // It may go with what it was the choice for.
-        ASSERT_TRUE(waitUntil([&] { return popup.isNull() || !popup->property("visible").toBool(); }));
-    }
-
     // Returns whether a tool tip on the item, or on one in it, is up.
     static bool isTold(const QQuickItem &item)
     {
         return std::ranges::any_of(item.childItems(), [](const QQuickItem *child) {
             return child->property("told").toBool() || isTold(*child);
         });
-    }
-
-    bool isShown(const QString &text) const { return findShown(window->contentItem(), text) != nullptr; }
-    [[nodiscard]] bool goes(const QString &text)
-    {
-        return waitUntil([&] { return !isShown(text); });
     }
 
     // Sorts a shoot of a kitchen and a clip without frames.

@@ -27,7 +27,7 @@ TEST_F(ReviewListTest, AClipOfWhichNothingWasReadStandsUnderUnsortedAndCanBeConf
     EXPECT_NE(findShown(list(), u"Unsorted"_s), nullptr);
     scene->click(u"Confirm"_s);
     EXPECT_EQ(clip(u"dark 2"_s)->primaryBin, u"Unsorted"_s);
-    EXPECT_TRUE(hides(u"Needs a look"_s));
+    EXPECT_TRUE(goes(u"Needs a look"_s));
     EXPECT_EQ(engine.selectedBin(), u"Kitchen"_s);
     EXPECT_TRUE(shows(u"kitchen 1"_s));
 }
@@ -63,7 +63,7 @@ TEST_F(ReviewListTest, AClipIsMovedByTheDropdownOfItsRow)
     ASSERT_TRUE(waitUntil([&] { return inWindow(u"Bathroom"_s) != nullptr; }));
     scene->click(u"Bathroom"_s);
     EXPECT_EQ(clip(u"dark 2"_s)->primaryBin, u"Bathroom"_s);
-    EXPECT_TRUE(hides(u"dark 2.mov"_s));
+    EXPECT_TRUE(goes(u"dark 2.mov"_s));
     EXPECT_TRUE(waitUntil([&] { return list()->hasActiveFocus(); })) << "the list has the keyboard again";
 }
 

@@ -69,10 +69,9 @@ protected:
         return reaches(engine, StageKind::results) && engine.folder() == FileUrl(chosen);
     }
 
-    QQuickItem &field(const QString &label) { return dropdown(label); } // finds any control by its label
     [[nodiscard]] bool reads(const QString &label, const QString &content)
     {
-        return waitUntil([&, &item = field(label)] { return item.property("text") == content; });
+        return waitUntil([&, &item = control(label)] { return item.property("text") == content; });
     }
     // Waits until the item of that title, label, help text or object name has focus.
     [[nodiscard]] bool hasKeyboard(const QString &name)

@@ -78,7 +78,7 @@ TEST_F(ScreenPictures, TheReview)
         (void)shown(u"Laundry Room"_s);
         const QString name = u"Bin of A001_C020 lens cap still on, first take after lunch break.mov"_s;
         const auto isAt = [&](const QString &bin) {
-            const QQuickItem &picker = dropdown(name);
+            const QQuickItem &picker = control(name);
             const int index = picker.property("highlightedIndex").toInt();
             return index == picker.property("names").toStringList().indexOf(bin);
         };

@@ -20,7 +20,7 @@ protected:
     QQuickItem &controlOf(const QString &label)
     {
         (void)shown(label);
-        QQuickItem *row = findLabelled(window->contentItem(), label);
+        QQuickItem *row = findToggleRow(window->contentItem(), label);
         if (row == nullptr) {
             throw std::runtime_error("no control: " + label.toStdString());
         }
@@ -40,14 +40,14 @@ protected:
         return nullptr;
     }
 
-    static QQuickItem *findLabelled(QQuickItem *root, const QString &label)
+    static QQuickItem *findToggleRow(QQuickItem *root, const QString &label)
     {
         for (QQuickItem *child : root->childItems()) {
             if (child->isVisible() && child->property("label") == label && child->property("isOn").isValid() &&
                 child->property("sublabel").isNull()) {
                 return child;
             }
-            if (QQuickItem *found = findLabelled(child, label)) {
+            if (QQuickItem *found = findToggleRow(child, label)) {
                 return found;
             }
         }
@@ -237,7 +237,7 @@ TEST_F(PreferencesTest, TheFileHandlingIsChosenAndStoredAndACardImportExplainsWh
     engine.importCard(shoot, u"CARD"_s);
     (void)shown(u"Leave in place isn't available for an SD-card import — there's nowhere to leave it once the card's "
                 "ejected."_s);
-    EXPECT_EQ(dropdown(u"File handling"_s).property("shownLabel"), u"Copy into folders"_s);
+    EXPECT_EQ(control(u"File handling"_s).property("shownLabel"), u"Copy into folders"_s);
 }
 
 TEST_F(PreferencesTest, EscapeClosesAnOpenListAndThenTheSheetThatItIsIn)
@@ -245,8 +245,8 @@ TEST_F(PreferencesTest, EscapeClosesAnOpenListAndThenTheSheetThatItIsIn)
     open();
     app.openPreferences();
     Desktop::click(shown(u"Import"_s));
-    Desktop::click(dropdown(u"Send to"_s));
-    const auto *list = dropdown(u"Send to"_s).property("popup").value<QObject *>();
+    Desktop::click(control(u"Send to"_s));
+    const auto *list = control(u"Send to"_s).property("popup").value<QObject *>();
     ASSERT_TRUE(waitUntil([&] { return list->property("opened").toBool(); }));
     Desktop::key(u"Escape"_s);
     EXPECT_TRUE(waitUntil([&] { return !list->property("visible").toBool(); }));

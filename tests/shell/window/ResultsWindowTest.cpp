@@ -129,7 +129,7 @@ TEST_F(ResultsWindowTest, AClipOfWhichNoRoomWasReadShowsUnsortedAndLeavesTheList
     clip(u"dark 2"_s)->reviewReason = u"no room read from the frames"_s;
     Q_EMIT engine.clipsChanged();
     (void)shown(u"no room read from the frames"_s);
-    EXPECT_EQ(dropdown(u"Bin of dark 2.mov"_s).property("shownLabel"), u"Unsorted"_s);
+    EXPECT_EQ(control(u"Bin of dark 2.mov"_s).property("shownLabel"), u"Unsorted"_s);
     choose(u"Bin of dark 2.mov"_s, u"Bathroom"_s);
     EXPECT_EQ(clip(u"dark 2"_s)->primaryBin, u"Bathroom"_s);
     (void)shown(u"1 clip Binnacle wasn't sure about"_s);

@@ -133,7 +133,7 @@ TEST_F(UndoWindowTest, InThePreviewCtrlZUndoesWhatWasChangedThere)
     (void)shown(u"Done"_s);
     choose(u"Bin"_s, u"Bathroom"_s);
     ASSERT_TRUE(isFiled(u"kitchen 2"_s, u"Bathroom"_s));
-    const QQuickItem &bin = dropdown(u"Bin"_s);
+    const QQuickItem &bin = control(u"Bin"_s);
     Desktop::key(u"ctrl+z"_s);
     EXPECT_TRUE(isFiled(u"kitchen 2"_s, u"Kitchen"_s));
     EXPECT_TRUE(waitUntil([&] { return bin.property("shownLabel").toString() == u"Kitchen"_s; }));
