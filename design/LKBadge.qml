@@ -19,9 +19,7 @@ LKText {
     bottomPadding: 3
     font: LK.font(10, Font.DemiBold)
     color: [LK.palette.accent, LK.palette.warning, LK.palette.textSecondary][tone]
-
-    Accessible.role: Accessible.StaticText
-    Accessible.name: text
+    isRead: true
 
     LKRectangle {
         objectName: "fill"

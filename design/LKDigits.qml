@@ -26,7 +26,7 @@ T.Control {
     LKAccessible.role: Accessible.StaticText
     Accessible.name: text
 
-    // In a face of our kind none is wider than this one.
+    // In a face of our kind none is wider than this one. Bare texts: none is ever cut, or read by itself.
     Text {
         id: widest
 

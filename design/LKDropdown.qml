@@ -113,18 +113,14 @@ T.ComboBox {
         wanted: control.hovered && (control.contentItem as Text).truncated && !control.popup.visible
     }
 
-    contentItem: Text {
+    contentItem: LKText {
+        hasHelp: false
         text: control.shownLabel
         font: control.font
-        color: LK.palette.textPrimary
-        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
-        maximumLineCount: 1
-        textFormat: Text.PlainText
     }
 
-    indicator: Text {
+    indicator: LKText {
         x: control.mirrored ? 9 : control.width - width - 9
         height: control.height
         verticalAlignment: Text.AlignVCenter

@@ -28,7 +28,7 @@ FocusScope {
     Accessible.description: description
 
     // As high as a line of the description by itself.
-    Text {
+    LKText {
         id: oneLine
 
         visible: false

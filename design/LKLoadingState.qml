@@ -58,38 +58,30 @@ Item {
             width: 220
             height: arriving.height
 
-            Text {
+            LKText {
                 id: leaving
 
                 width: parent.width
+                hasHelp: false
                 font: arriving.font
                 color: LK.palette.textSecondary
-                elide: Text.ElideRight
-                maximumLineCount: 1
-                textFormat: Text.PlainText
                 opacity: 1 - arriving.opacity
                 visible: opacity > 0
             }
 
-            Text {
+            LKText {
                 id: arriving
 
                 width: parent.width
                 font: LK.font(13, Font.Medium)
                 color: LK.palette.textSecondary
-                elide: Text.ElideRight
-                maximumLineCount: 1
-                textFormat: Text.PlainText
 
                 // The glyphs again, seen only where the gleam is.
-                Text {
+                LKText {
                     width: Math.min(Math.max(1, implicitWidth), parent.width)
+                    hasHelp: false
                     text: arriving.text
                     font: arriving.font
-                    color: LK.palette.textPrimary
-                    elide: Text.ElideRight
-                    maximumLineCount: 1
-                    textFormat: Text.PlainText
                     visible: waiting.animating && text !== "" && GraphicsInfo.api !== GraphicsInfo.Software
                     layer.enabled: visible
                     layer.effect: ShaderEffect {

@@ -40,12 +40,11 @@ T.MenuItem {
             color: item.enabled ? LK.palette.textPrimary : LK.palette.textDisabled
         }
 
-        Text {
+        LKText {
             visible: item.keys !== ""
             text: item.keys
             font: item.font
             color: item.enabled ? LK.palette.textTertiary : LK.palette.textDisabled
-            textFormat: Text.PlainText
         }
     }
 

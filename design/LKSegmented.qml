@@ -105,12 +105,11 @@ T.Pane {
                 Accessible.selected: isSelected
 
                 // The room of the label when chosen: what is beside it then stays where it is.
-                Text {
+                LKText {
                     id: widest
 
                     visible: false
                     text: segment.modelData.label
-                    textFormat: Text.PlainText
                     font: LK.font([10.5, 11.5, 12][control.size], Font.DemiBold)
                 }
 

@@ -27,7 +27,7 @@ T.TextField {
 
     Accessible.name: label !== "" ? label : placeholderText
 
-    Text {
+    LKText {
         x: field.leftPadding
         width: field.width - field.leftPadding - field.rightPadding
         height: field.height
@@ -37,9 +37,6 @@ T.TextField {
         color: field.placeholderTextColor
         horizontalAlignment: field.horizontalAlignment
         verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
-        maximumLineCount: 1
-        textFormat: Text.PlainText
     }
 
     background: LKSurface {

@@ -49,6 +49,7 @@ Item {
             implicitHeight: implicitContentHeight + topPadding + bottomPadding
             closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
 
+            // Not LKText, which has a tool tip itself.
             contentItem: Text {
                 text: tip.text
                 font: LK.font(11)

@@ -14,13 +14,12 @@ Column {
         width: parent.width
         spacing: 4
 
-        Text {
+        LKText {
             text: page.title
             font: LK.font(21, Font.DemiBold)
-            color: LK.palette.textPrimary
         }
 
-        Text {
+        LKText {
             width: parent.width
             text: page.note
             visible: text !== ""

@@ -21,7 +21,7 @@ Column {
         height: childrenRect.height
     }
 
-    Text {
+    LKText {
         width: Math.max(implicitWidth, 1)
         text: sample.caption
         visible: text !== ""

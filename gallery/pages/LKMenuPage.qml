@@ -46,10 +46,9 @@ GalleryPage {
             LKPopover {
                 id: popover
 
-                contentItem: Text {
+                contentItem: LKText {
                     text: "As wide as what it says."
                     font: LK.font(12)
-                    color: LK.palette.textPrimary
                     padding: 12
                 }
             }

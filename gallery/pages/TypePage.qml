@@ -20,7 +20,7 @@ GalleryPage {
 
                 spacing: 20
 
-                Text {
+                LKText {
                     width: 40
                     text: row.modelData
                     font: LK.font(11)
@@ -30,7 +30,7 @@ GalleryPage {
                 Repeater {
                     model: [Font.Normal, Font.Medium, Font.DemiBold]
 
-                    Text {
+                    LKText {
                         id: sample
 
                         required property int modelData
@@ -38,7 +38,6 @@ GalleryPage {
                         width: 210
                         text: "Kitchen 2 of 19"
                         font: LK.font(row.modelData, sample.modelData)
-                        color: LK.palette.textPrimary
                     }
                 }
             }

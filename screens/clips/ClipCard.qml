@@ -69,7 +69,7 @@ LKPressable {
         crops: true // a card may be wider than sixteen to nine
     }
 
-    Text {
+    LKText {
         id: tag
 
         anchors.left: picture.left
@@ -77,15 +77,14 @@ LKPressable {
         anchors.margins: 6
         width: Math.min(Math.ceil(implicitWidth), picture.width - 12)
         visible: card.extraBin !== ""
+        hasHelp: false // the card has, and shows what is cut
         text: card.extraBin
         font: LK.font(9.5)
         color: "white"
-        elide: Text.ElideRight
         leftPadding: 6
         rightPadding: 6
         topPadding: 2
         bottomPadding: 2
-        textFormat: Text.PlainText
 
         ClipPicture {
             anchors.fill: parent
@@ -117,7 +116,7 @@ LKPressable {
         LKAccessible.role: Accessible.ButtonMenu
         Accessible.name: Wording.of(qsTr("Move %1"), [card.name])
 
-        contentItem: Text {
+        contentItem: LKText {
             text: move.words
             font: LK.font(9.5, Font.Medium)
             color: "white"
@@ -126,20 +125,18 @@ LKPressable {
         }
     }
 
-    Text {
+    LKText {
         anchors.top: picture.bottom
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.leftMargin: 8
         anchors.rightMargin: 8
+        hasHelp: false
         text: card.name
         font: LK.font(10.5)
-        color: LK.palette.textPrimary
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideMiddle
-        maximumLineCount: 1
-        textFormat: Text.PlainText
     }
 
     LKToolTip {

@@ -110,7 +110,7 @@ GridView {
     model: clips
 
     // The last clip has left the bin, or there never was one.
-    Text {
+    LKText {
         parent: grid
         anchors.centerIn: parent
         width: Math.min(implicitWidth, grid.width - 2 * grid.padding)
@@ -120,9 +120,7 @@ GridView {
         color: LK.palette.textTertiary
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
-        textFormat: Text.PlainText
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        isRead: true
     }
 
     delegate: ClipCard {

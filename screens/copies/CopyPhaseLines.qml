@@ -18,13 +18,12 @@ Column {
         width: parent.width
         height: Math.max(label.implicitHeight, digits.implicitHeight)
 
-        Text {
+        LKText {
             id: label
 
             font: LK.font(11)
             color: digits.color
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         LKDigits {

@@ -87,15 +87,13 @@ FocusScope {
             }
         }
 
-        Text {
+        LKText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: offer.title
             font: LK.font(15, Font.DemiBold)
-            color: LK.palette.textPrimary
-            textFormat: Text.PlainText
         }
 
-        Text {
+        LKText {
             anchors.horizontalCenter: parent.horizontalCenter
             width: 300
             // Room for the count, so that the buttons stand still when it comes.
@@ -107,8 +105,6 @@ FocusScope {
             verticalAlignment: Text.AlignVCenter
             wrapMode: Text.Wrap
             maximumLineCount: 6
-            elide: Text.ElideRight
-            textFormat: Text.PlainText
 
             FontMetrics {
                 id: metrics
@@ -117,14 +113,13 @@ FocusScope {
             }
         }
 
-        Text {
+        LKText {
             anchors.horizontalCenter: parent.horizontalCenter
             visible: text !== ""
             text: offer.checking
             font: LK.font(11)
             color: LK.palette.textTertiary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         Item {
@@ -133,17 +128,16 @@ FocusScope {
             width: 300
             height: notice.implicitHeight
 
-            Text {
+            LKText {
                 id: notice
 
                 anchors.fill: parent
                 visible: offer.warns
                 text: offer.warning
+                elide: Text.ElideNone // as high as it is
                 font: LK.font(12.5, Font.Medium)
-                color: LK.palette.textPrimary
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
-                textFormat: Text.PlainText
             }
         }
 

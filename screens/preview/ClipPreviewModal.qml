@@ -136,23 +136,18 @@ FocusScope {
             Layout.fillWidth: true
             spacing: 3
 
-            Text {
+            LKText {
                 Layout.fillWidth: true
                 text: modal.clip.name
                 font: LK.font(12.5)
-                color: LK.palette.textPrimary
                 elide: Text.ElideMiddle
-                maximumLineCount: 1
-                textFormat: Text.PlainText
             }
 
-            Text {
+            LKText {
                 Layout.fillWidth: true
                 text: modal.clip.details
                 font: LK.font(11)
                 color: LK.palette.textSecondary
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
             }
         }
 

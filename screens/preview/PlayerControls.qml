@@ -32,7 +32,7 @@ FocusScope {
             onActivated: controls.player.toggle()
         }
 
-        Text {
+        LKText {
             text: controls.player.positionText
             font: LK.font(11)
             color: "white"
@@ -59,7 +59,7 @@ FocusScope {
             }
         }
 
-        Text {
+        LKText {
             text: controls.player.durationText
             font: LK.font(11)
             color: "white"

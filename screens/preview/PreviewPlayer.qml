@@ -39,7 +39,7 @@ FocusScope {
         Accessible.name: view.clip.name
     }
 
-    Text {
+    LKText {
         anchors.centerIn: parent
         width: Math.min(implicitWidth, parent.width - 80)
         visible: player.problem !== ""
@@ -48,9 +48,8 @@ FocusScope {
         color: "white"
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
-        textFormat: Text.PlainText
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: text
+        isRead: true
     }
 
     PlayerControls {

@@ -39,14 +39,12 @@ FocusScope {
         height: 26
         spacing: 12
 
-        Text {
+        LKText {
             Layout.fillWidth: true
             text: view.texts.unsure
             font: LK.font(11.5)
-            color: LK.palette.textPrimary
-            elide: Text.ElideRight
             Accessible.role: Accessible.Heading
-            Accessible.name: text
+            isRead: true
         }
 
         LKButton {

@@ -95,25 +95,20 @@ Item {
             Layout.fillWidth: true
             spacing: 3
 
-            Text {
+            LKText {
                 Layout.fillWidth: true
                 text: row.fileName
                 font: LK.font(11.5)
-                color: LK.palette.textPrimary
                 elide: Text.ElideMiddle
-                maximumLineCount: 1
-                textFormat: Text.PlainText
             }
 
-            Text {
+            LKText {
                 Layout.fillWidth: true
                 text: row.reviewReason
                 font: LK.font(11)
                 color: LK.palette.textSecondary
-                elide: Text.ElideRight
                 wrapMode: Text.Wrap
                 maximumLineCount: 2
-                textFormat: Text.PlainText
             }
         }
 

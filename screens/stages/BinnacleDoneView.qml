@@ -31,25 +31,23 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
         }
 
-        Text {
+        LKText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: stage.done
             font: LK.font(15)
-            color: LK.palette.textPrimary
             Accessible.role: Accessible.Heading
-            Accessible.name: text
+            isRead: true
         }
 
-        Text {
+        LKText {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: Wording.leftToRight(view.engine.exportSummary)
             font: LK.font(11.5)
             color: LK.palette.textSecondary
             elide: Text.ElideMiddle
-            textFormat: Text.PlainText
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            hasHelp: false
+            isRead: true
             Accessible.description: view.engine.eventPath
 
             HoverHandler {
@@ -62,13 +60,12 @@ FocusScope {
             }
         }
 
-        Text {
+        LKText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: texts.outcome
             font: LK.font(11)
             color: LK.palette.textTertiary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         Row {

@@ -40,15 +40,14 @@ Item {
         anchors.rightMargin: 16
         spacing: 10
 
-        Text {
+        LKText {
             Layout.fillWidth: true
             text: qsTr("Binnacle · build %1").arg(footer.buildNumber)
             font: LK.font(11)
             color: LK.palette.textTertiary
-            elide: Text.ElideRight
         }
 
-        Text {
+        LKText {
             text: qsTr("Model")
             font: LK.font(11)
             color: LK.palette.textSecondary

@@ -34,13 +34,12 @@ FocusScope {
             total: view.engine.total
         }
 
-        Text {
+        LKText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: texts.promise
             font: LK.font(11)
             color: LK.palette.textTertiary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         CopyPhaseLines {

@@ -18,28 +18,25 @@ Column {
     bottomPadding: 12
     spacing: 3
 
-    Text {
+    LKText {
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
         text: title.texts.title
         font: LK.font(11.5)
-        color: LK.palette.textPrimary
         elide: Text.ElideMiddle
         leftPadding: 16
         rightPadding: 16
-        textFormat: Text.PlainText
         Accessible.role: Accessible.Heading
-        Accessible.name: text
+        isRead: true
     }
 
-    Text {
+    LKText {
         width: parent.width
         visible: text !== ""
         horizontalAlignment: Text.AlignHCenter
         text: title.texts.shapes
         font: LK.font(11)
         color: LK.palette.textTertiary
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        isRead: true
     }
 }

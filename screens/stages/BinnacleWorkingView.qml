@@ -130,13 +130,12 @@ FocusScope {
             }
         }
 
-        Text {
+        LKText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: qsTr("A peek as they land — the full set is browsable when the sort finishes.")
             font: LK.font(11)
             color: LK.palette.textTertiary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         LKButton {

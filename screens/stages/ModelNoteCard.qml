@@ -15,15 +15,14 @@ Column {
     Accessible.name: model.title
     Accessible.description: qsTr("%1 %2").arg(model.description).arg(model.accuracy)
 
-    Text {
+    LKText {
         width: parent.width
         text: card.model.title
         font: LK.font(12, Font.DemiBold)
-        color: LK.palette.textPrimary
         wrapMode: Text.Wrap
     }
 
-    Text {
+    LKText {
         width: parent.width
         text: card.model.description
         font: LK.font(11)
@@ -31,7 +30,7 @@ Column {
         wrapMode: Text.Wrap
     }
 
-    Text {
+    LKText {
         width: parent.width
         text: card.model.accuracy
         font: LK.font(10.5)

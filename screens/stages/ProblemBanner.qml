@@ -27,7 +27,7 @@ FocusScope {
         border.color: LK.palette.warning
     }
 
-    Text {
+    LKText {
         id: note
 
         anchors.left: parent.left
@@ -37,9 +37,7 @@ FocusScope {
         anchors.verticalCenter: parent.verticalCenter
         text: banner.message
         font: LK.font(11.5)
-        color: LK.palette.textPrimary
         wrapMode: Text.Wrap
-        textFormat: Text.PlainText
     }
 
     LKButton {

@@ -24,15 +24,13 @@ LKPressable {
     contentItem: RowLayout {
         spacing: 4
 
-        Text {
+        LKText {
             Layout.fillWidth: true
+            hasHelp: false
             onTruncatedChanged: control.isCut = truncated
             text: control.title
             font: LK.font(12.5)
             color: control.hovered || control.isOpen ? LK.palette.textPrimary : LK.palette.textSecondary
-            elide: Text.ElideRight
-            maximumLineCount: 1
-            textFormat: Text.PlainText
 
             LKColorBehavior on color  {
             }

@@ -35,13 +35,11 @@ FocusScope {
             onActivated: header.app.closeTool()
         }
 
-        Text {
+        LKText {
             text: qsTr("Larkspan")
             font: LK.font(12.5, Font.Medium)
-            color: LK.palette.textPrimary
             rightPadding: 6
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         HeaderButton {

@@ -1,6 +1,5 @@
 import QtQuick
 import Larkspan.Design
-import Larkspan.Shell
 
 // A symbol, and beside it a title over a line of detail.
 Item {
@@ -32,23 +31,19 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
 
-        ElidedText {
+        LKText {
             width: parent.width
             isReached: lines.isReached
             opacity: lines.showsTitle ? 1 : 0
             text: lines.title
             font: LK.font(12, Font.Medium)
-            color: LK.palette.textPrimary
         }
 
-        Text {
+        LKText {
             width: parent.width
             text: lines.detail
             font: LK.font(10.5)
             color: LK.palette.textTertiary
-            elide: Text.ElideRight
-            maximumLineCount: 1
-            textFormat: Text.PlainText
         }
     }
 }

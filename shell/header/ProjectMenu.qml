@@ -52,17 +52,16 @@ LKPopover {
     Column {
         width: 300
 
-        Text {
+        LKText {
             text: qsTr("Projects")
             font: LK.font(13, Font.DemiBold)
-            color: LK.palette.textPrimary
             leftPadding: 8
             topPadding: 4
             Accessible.role: Accessible.Heading
-            Accessible.name: text
+            isRead: true
         }
 
-        Text {
+        LKText {
             width: parent.width
             text: qsTr("Reopen a sorted shoot, or start a new one.")
             font: LK.font(11)
@@ -71,8 +70,7 @@ LKPopover {
             topPadding: 2
             bottomPadding: 8
             wrapMode: Text.Wrap
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         MenuActionRow {
@@ -91,7 +89,7 @@ LKPopover {
             }
         }
 
-        Text {
+        LKText {
             visible: rows.count > 0
             text: qsTr("RECENT")
             font: LK.font(10, Font.DemiBold)
@@ -165,7 +163,7 @@ LKPopover {
             }
         }
 
-        Text {
+        LKText {
             visible: rows.count === 0
             width: parent.width
             text: qsTr("Sorted shoots are saved here so you can reopen them without re-running.")
@@ -173,8 +171,7 @@ LKPopover {
             color: LK.palette.textSecondary
             padding: 8
             wrapMode: Text.Wrap
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         RowLayout {
@@ -182,7 +179,7 @@ LKPopover {
             visible: menu.removed.isOffered
             spacing: 8
 
-            Text {
+            LKText {
                 Layout.fillWidth: true
                 text: menu.removed.note
                 font: LK.font(11)
@@ -190,11 +187,8 @@ LKPopover {
                 leftPadding: 8
                 topPadding: 8
                 bottomPadding: 8
-                elide: Text.ElideRight
-                maximumLineCount: 1
-                textFormat: Text.PlainText
                 Accessible.role: Accessible.AlertMessage
-                Accessible.name: text
+                isRead: true
             }
 
             LKButton {
@@ -218,7 +212,7 @@ LKPopover {
             color: LK.palette.borderSubtle
         }
 
-        Text {
+        LKText {
             width: parent.width
             text: qsTr("Sort results are cached on this Mac. Footage and thumbnails are not.")
             font: LK.font(10.5)
@@ -228,8 +222,7 @@ LKPopover {
             topPadding: 8
             bottomPadding: 2
             wrapMode: Text.Wrap
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
     }
 }

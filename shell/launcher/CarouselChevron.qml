@@ -11,13 +11,12 @@ LKPressable {
     font: LK.font(15, Font.Medium)
     focusPolicy: Qt.TabFocus
 
-    contentItem: Text {
+    contentItem: LKText {
         text: chevron.text
         font: chevron.font
         color: LK.palette.textSecondary
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
-        textFormat: Text.PlainText
     }
 
     background: LKSurface {

@@ -57,15 +57,12 @@ FocusScope {
                 height: 12
             }
 
-            Text {
+            LKText {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 text: page.tool.name
                 font: LK.font(21, Font.DemiBold)
-                color: LK.palette.textPrimary
-                textFormat: Text.PlainText
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
+                isRead: true
             }
 
             Item {
@@ -73,7 +70,7 @@ FocusScope {
                 height: 8
             }
 
-            Text {
+            LKText {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
@@ -81,9 +78,7 @@ FocusScope {
                 text: page.tool.blurb
                 font: LK.font(13)
                 color: LK.palette.textSecondary
-                textFormat: Text.PlainText
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
+                isRead: true
             }
 
             Item {
@@ -114,15 +109,12 @@ FocusScope {
                             color: LK.palette.accent
                         }
 
-                        Text {
+                        LKText {
                             width: bullet.width - 14
                             wrapMode: Text.Wrap
                             text: bullet.modelData
                             font: LK.font(12.5)
-                            color: LK.palette.textPrimary
-                            textFormat: Text.PlainText
-                            Accessible.role: Accessible.StaticText
-                            Accessible.name: text
+                            isRead: true
                         }
                     }
                 }

@@ -14,15 +14,13 @@ Column {
 
     spacing: 14
 
-    Text {
+    LKText {
         anchors.horizontalCenter: parent.horizontalCenter
         visible: notice.app.shipSent
         text: Wording.of(qsTr("Noted. We'll email %1 when %2 ships."), [notice.app.shipEmail, notice.toolName])
         font: LK.font(12.5)
         color: LK.palette.textSecondary
-        textFormat: Text.PlainText
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        isRead: true
     }
 
     Row {

@@ -56,11 +56,9 @@ T.AbstractButton {
                 anchors.horizontalCenter: parent.horizontalCenter
                 spacing: 9
 
-                Text {
+                LKText {
                     text: card.tool.name
                     font: LK.font(21, Font.DemiBold)
-                    color: LK.palette.textPrimary
-                    textFormat: Text.PlainText
                 }
 
                 LKBadge {
@@ -75,14 +73,13 @@ T.AbstractButton {
                 height: 8
             }
 
-            Text {
+            LKText {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
                 text: card.tool.tagline
                 font: LK.font(12.5)
                 color: LK.palette.textSecondary
-                textFormat: Text.PlainText
             }
 
             Item {
@@ -103,16 +100,14 @@ T.AbstractButton {
                 height: 16
             }
 
-            Text {
+            LKText {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
                 text: card.tool.meta
                 font: LK.font(11)
                 color: LK.palette.textTertiary
-                textFormat: Text.PlainText
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
+                isRead: true
             }
         }
     }

@@ -19,11 +19,9 @@ Item {
         cornerRadius: tile.size * 0.25
     }
 
-    Text {
+    LKText {
         anchors.centerIn: parent
         text: tile.tool.glyph
         font: LK.font(tile.size * 0.48)
-        textFormat: Text.PlainText
-        Accessible.ignored: true
     }
 }

@@ -59,18 +59,15 @@ FocusScope {
         color: LK.palette.surfaceWindow
     }
 
-    Text {
+    LKText {
         x: 20
         width: parent.width - 40
         height: card.headerHeight
         text: card.browser.title
         font: LK.font(13, Font.DemiBold)
-        color: LK.palette.textPrimary
         verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
-        textFormat: Text.PlainText
         Accessible.role: Accessible.Heading
-        Accessible.name: text
+        isRead: true
     }
 
     Rectangle {
@@ -158,11 +155,10 @@ FocusScope {
         visible: card.browser.isSaving
         spacing: 8
 
-        Text {
+        LKText {
             text: qsTr("Name")
             font: LK.font(12)
             color: LK.palette.textSecondary
-            textFormat: Text.PlainText
         }
 
         LKTextField {
@@ -195,7 +191,7 @@ FocusScope {
             font: LK.font(11.5)
             color: isProblem ? LK.palette.danger : LK.palette.textSecondary
             Accessible.role: isProblem ? Accessible.AlertMessage : Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         LKButton {

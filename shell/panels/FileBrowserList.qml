@@ -80,7 +80,7 @@ T.Control {
         }
     }
 
-    Text {
+    LKText {
         anchors.centerIn: parent
         width: parent.width - 40
         visible: text !== ""
@@ -89,6 +89,5 @@ T.Control {
         color: LK.palette.textTertiary
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
-        textFormat: Text.PlainText
     }
 }

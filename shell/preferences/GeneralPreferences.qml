@@ -74,7 +74,7 @@ Column {
         width: parent.width
         height: 40
 
-        Text {
+        LKText {
             anchors.left: parent.left
             anchors.right: updates.left
             anchors.rightMargin: 12
@@ -82,9 +82,7 @@ Column {
             text: updates.wasAsked ? qsTr("Larkspan can't look for updates yet.") : qsTr("Version 1.0 (build %1) · Sort model 1.0").arg(tab.buildNumber)
             font: LK.font(10.5)
             color: LK.palette.textTertiary
-            elide: Text.ElideRight
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         LKButton {

@@ -18,7 +18,7 @@ Column {
         Row {
             spacing: 8
 
-            ElidedText {
+            LKText {
                 anchors.verticalCenter: parent.verticalCenter
                 width: Math.min(implicitWidth, 140)
                 text: tab.preferences.shootsFolder
@@ -26,8 +26,7 @@ Column {
                 color: LK.palette.textSecondary
                 horizontalAlignment: Text.AlignRight
                 elide: Text.ElideMiddle
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
+                isRead: true
             }
 
             LKButton {

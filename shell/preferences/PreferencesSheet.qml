@@ -52,15 +52,14 @@ FocusScope {
         }
     }
 
-    Text {
+    LKText {
         x: 20
         height: 52
         text: sheet.tabs.title
         font: LK.font(13, Font.DemiBold)
-        color: LK.palette.textPrimary
         verticalAlignment: Text.AlignVCenter
         Accessible.role: Accessible.Heading
-        Accessible.name: text
+        isRead: true
     }
 
     IconButton {
@@ -119,7 +118,7 @@ FocusScope {
         }
     }
 
-    Text {
+    LKText {
         x: 18
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 16
@@ -128,8 +127,7 @@ FocusScope {
         font: LK.font(10.5)
         color: LK.palette.textTertiary
         wrapMode: Text.Wrap
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        isRead: true
     }
 
     Rectangle {

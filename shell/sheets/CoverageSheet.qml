@@ -14,16 +14,13 @@ FocusScope {
     property int currentRow: 0 // Tab stops at it
 
     // Room for a second line, so that the sheet stands still when a bin is ticked.
-    component Finding: Text {
+    component Finding: LKText {
         width: column.width
         height: 34
         font: LK.font(12.5)
         wrapMode: Text.Wrap
         maximumLineCount: 2
-        elide: Text.ElideRight
-        textFormat: Text.PlainText
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        isRead: true
     }
 
     function goTo(row: int) {
@@ -48,14 +45,13 @@ FocusScope {
         width: parent.width - 48
         spacing: 10
 
-        Text {
+        LKText {
             id: title
 
             text: qsTr("Coverage")
             font: LK.font(15, Font.DemiBold)
-            color: LK.palette.textPrimary
             Accessible.role: Accessible.Heading
-            Accessible.name: text
+            isRead: true
         }
 
         Finding {
@@ -68,12 +64,11 @@ FocusScope {
             color: sheet.coverage.hasSingleTakes ? LK.palette.warning : LK.palette.textSecondary
         }
 
-        Text {
+        LKText {
             text: qsTr("Ticked: what a listing needs")
             font: LK.font(11)
             color: LK.palette.textTertiary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            isRead: true
         }
 
         Grid {

@@ -32,7 +32,6 @@ LKPressable {
             width: parent.width
             text: row.label
             font: LK.font(12.5, row.selected ? Font.DemiBold : Font.Normal)
-            color: LK.palette.textPrimary
         }
 
         LKText {

@@ -10,16 +10,14 @@ FocusScope {
     required property HandoffExport handoff
 
     // Room for the example and the outcome, so that the sheet stands still when they change.
-    component Note: Text {
+    component Note: LKText {
         width: column.width
         font: LK.font(11)
         color: LK.palette.textTertiary
         wrapMode: Text.WrapAnywhere
         maximumLineCount: 2
         elide: Text.ElideMiddle
-        textFormat: Text.PlainText
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        isRead: true
     }
 
     implicitWidth: 480
@@ -39,14 +37,13 @@ FocusScope {
         width: parent.width - 48
         spacing: 12
 
-        Text {
+        LKText {
             id: title
 
             text: qsTr("Export For…")
             font: LK.font(15, Font.DemiBold)
-            color: LK.palette.textPrimary
             Accessible.role: Accessible.Heading
-            Accessible.name: text
+            isRead: true
         }
 
         Column {
@@ -85,7 +82,7 @@ FocusScope {
         Row {
             spacing: 12
 
-            Text {
+            LKText {
                 anchors.verticalCenter: parent.verticalCenter
                 text: qsTr("It will be opened on")
                 font: LK.font(12.5)

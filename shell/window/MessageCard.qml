@@ -32,22 +32,19 @@ FocusScope {
         width: parent.width - 48
         spacing: 8
 
-        Text {
+        LKText {
             width: parent.width
             text: card.title
             font: LK.font(15, Font.DemiBold)
-            color: LK.palette.textPrimary
             wrapMode: Text.Wrap
-            textFormat: Text.PlainText
         }
 
-        Text {
+        LKText {
             width: parent.width
             text: card.message
             font: LK.font(12.5)
             color: LK.palette.textSecondary
             wrapMode: Text.Wrap
-            textFormat: Text.PlainText
         }
 
         Item {
