@@ -4,11 +4,18 @@ namespace larkspan {
 
 int LKChoiceKeys::next(int from, int step) const
 {
-    int row = from + step;
-    while (row >= 0 && row < m_labels.size() && m_labels[row].isNull()) {
-        row += step;
+    const int count = rowCount();
+    int row = from;
+    for (int tried = 0; tried < count; ++tried) {
+        row = m_wraps ? (row + step + count) % count : row + step;
+        if (row < 0 || row >= count) {
+            return -1;
+        }
+        if (!m_labels[row].isNull()) {
+            return row;
+        }
     }
-    return row >= 0 && row < m_labels.size() ? row : -1;
+    return -1;
 }
 
 void LKChoiceKeys::reach(int target, int row, bool isOpen)
@@ -35,11 +42,12 @@ bool LKChoiceKeys::take(int key, int modifiers, const QString &text, int row, bo
     } else if (isDown) {
         reach(next(row, 1), row, isOpen);
     } else if (isArrow) {
-        reach(row < 0 ? -1 : next(row, -1), row, isOpen);
+        // Before any choice, up leads nowhere, or round to the last row.
+        reach(row >= 0 ? next(row, -1) : m_wraps ? next(rowCount(), -1) : -1, row, isOpen);
     } else if (key == Qt::Key_Home) {
         reach(next(-1, 1), row, isOpen);
     } else if (key == Qt::Key_End) {
-        reach(next(static_cast<int>(m_labels.size()), -1), row, isOpen);
+        reach(next(rowCount(), -1), row, isOpen);
     } else if (LKTypeAhead::takes(text, modifiers)) {
         reach(m_typeAhead.find(m_labels, row, text), row, isOpen);
     } else {

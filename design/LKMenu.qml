@@ -7,7 +7,9 @@ import Larkspan.Design
 T.Menu {
     id: menu
 
-    readonly property LKTypeAhead typeAhead: LKTypeAhead {
+    readonly property LKChoiceKeys keys: LKChoiceKeys {
+        wraps: true
+        onWalked: row => menu.currentIndex = row
     }
 
     // The item that had keyboard focus, and gets it back when the menu closes.
@@ -21,38 +23,12 @@ T.Menu {
         return item instanceof T.MenuItem && item.enabled && item.visible ? item.text : null;
     }
 
-    // Goes to the next entry that can be chosen, round the ends.
-    function walk(from: int, step: int) {
-        for (let i = 0, row = from; i < count; ++i) {
-            row = (row + step + count) % count;
-            if (labelAt(row) !== null) {
-                currentIndex = row;
-                return;
-            }
-        }
-    }
-
     function takeKey(event: var) {
-        if (typeAhead.takes(event.text, event.modifiers)) {
-            const labels = [];
-            for (let row = 0; row < count; ++row)
-                labels.push(labelAt(row));
-            const found = typeAhead.find(labels, currentIndex, event.text);
-            if (found >= 0)
-                currentIndex = found;
-        } else if (event.key === Qt.Key_Down) {
-            walk(currentIndex, 1);
-        } else if (event.key === Qt.Key_Up) {
-            walk(Math.max(currentIndex, 0), -1);
-        } else if (event.key === Qt.Key_Home) {
-            walk(-1, 1);
-        } else if (event.key === Qt.Key_End) {
-            walk(count, -1);
-        } else {
-            event.accepted = false;
-            return;
-        }
-        event.accepted = true;
+        const labels = [];
+        for (let row = 0; row < count; ++row)
+            labels.push(labelAt(row));
+        keys.labels = labels;
+        event.accepted = keys.take(event.key, event.modifiers, event.text, currentIndex, true);
     }
 
     LKAccessible.name: title

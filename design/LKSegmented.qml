@@ -23,6 +23,9 @@ T.Pane {
 
     readonly property int selectedIndex: options.findIndex(option => option.value === selection)
     readonly property bool isAi: aiValues.includes(selection)
+    readonly property LKChoiceKeys keys: LKChoiceKeys {
+        labels: control.options.map(option => control.disabledValues.includes(option.value) ? null : option.label)
+    }
 
     function choose(index: int) {
         const value = options[index].value;
@@ -32,16 +35,8 @@ T.Pane {
         }
     }
 
-    // The next choice from there that can be made, or -1.
-    function next(from: int, step: int): int {
-        let index = from + step;
-        while (index >= 0 && index < options.length && disabledValues.includes(options[index].value))
-            index += step;
-        return index >= 0 && index < options.length ? index : -1;
-    }
-
     function move(from: int, step: int) {
-        const index = next(from, step);
+        const index = keys.next(from, step);
         if (index >= 0) {
             segments.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
             choose(index);
@@ -75,7 +70,7 @@ T.Pane {
 
                 readonly property bool isSelected: index === control.selectedIndex
                 // The one segment that Tab reaches.
-                readonly property bool isStop: index === (control.selectedIndex >= 0 ? control.selectedIndex : control.next(-1, 1))
+                readonly property bool isStop: index === (control.selectedIndex >= 0 ? control.selectedIndex : control.keys.first)
 
                 implicitWidth: widest.implicitWidth + leftPadding + rightPadding
                 implicitHeight: 18 + 4 * control.size

@@ -1,6 +1,7 @@
 #include "design/LKChoiceKeys.h"
 
 #include <gmock/gmock.h>
+#include <QtTest/QSignalSpy>
 
 using namespace larkspan;
 using namespace Qt::Literals::StringLiterals;
@@ -23,6 +24,7 @@ protected:
 
     void offer(const QVariantList &labels) { keys.setProperty("labels", labels); }
     void chooseOnlyOpen() { keys.setProperty("choosesClosed", false); }
+    void wrap() { keys.setProperty("wraps", true); }
 
     QStringList closed(int key, int row, const QString &text = {}, int modifiers = 0)
     {
@@ -76,6 +78,43 @@ TEST_F(LKChoiceKeysTest, OpenAKeyWalks)
     EXPECT_THAT(open(Qt::Key_Home, 3), ElementsAre(u"walk 0"_s));
     EXPECT_THAT(open(Qt::Key_End, 0), ElementsAre(u"walk 3"_s));
     EXPECT_THAT(open(Qt::Key_B, 0, u"b"_s), ElementsAre(u"walk 2"_s));
+}
+
+TEST_F(LKChoiceKeysTest, AListThatWrapsIsWalkedRoundItsEnds)
+{
+    offer({{}, u"Kitchen"_s, {}, u"Bedroom"_s, u"Pool"_s, {}});
+    wrap();
+    EXPECT_THAT(open(Qt::Key_Down, 1), ElementsAre(u"walk 3"_s));
+    EXPECT_THAT(open(Qt::Key_Down, 4), ElementsAre(u"walk 1"_s));
+    EXPECT_THAT(open(Qt::Key_Up, 1), ElementsAre(u"walk 4"_s));
+    EXPECT_THAT(open(Qt::Key_Down, -1), ElementsAre(u"walk 1"_s));
+    EXPECT_THAT(open(Qt::Key_Up, -1), ElementsAre(u"walk 4"_s));
+    EXPECT_THAT(open(Qt::Key_Home, 3), ElementsAre(u"walk 1"_s));
+    EXPECT_THAT(open(Qt::Key_End, 3), ElementsAre(u"walk 4"_s));
+    EXPECT_THAT(open(Qt::Key_B, 4, u"b"_s), ElementsAre(u"walk 3"_s));
+    offer({{}, {}});
+    EXPECT_THAT(open(Qt::Key_Down, -1), IsEmpty());
+    EXPECT_THAT(open(Qt::Key_Up, -1), IsEmpty());
+}
+
+TEST_F(LKChoiceKeysTest, TheNearestRowIsTheNextOneThatCanBeChosen)
+{
+    EXPECT_EQ(keys.next(0, 1), 2);
+    EXPECT_EQ(keys.next(2, -1), 0);
+    EXPECT_EQ(keys.next(4, -1), 3);
+    EXPECT_EQ(keys.next(3, 1), -1);
+    EXPECT_EQ(keys.next(0, -1), -1);
+}
+
+TEST_F(LKChoiceKeysTest, TheFirstRowFollowsTheLabels)
+{
+    EXPECT_EQ(keys.property("first").toInt(), 0);
+    const QSignalSpy changed(&keys, &LKChoiceKeys::labelsChanged);
+    offer({{}, u"Kitchen"_s});
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(keys.property("first").toInt(), 1);
+    offer({{}});
+    EXPECT_EQ(keys.property("first").toInt(), -1);
 }
 
 TEST_F(LKChoiceKeysTest, AltAndDownOpensTheList)
