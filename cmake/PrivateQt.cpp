@@ -3,6 +3,8 @@
 #include <QtCore/private/qabstractanimation_p.h>
 #include <QtGui/private/qguiapplication_p.h>
 #include <QtGui/private/qhighdpiscaling_p.h>
+#include <QtGui/qpa/qplatformaccessibility.h>
+#include <QtGui/qpa/qplatformintegration.h>
 #include <QtGui/qpa/qplatformtheme.h>
 #include <QtGui/qpa/qplatformwindow.h>
 #include <QtGui/qpa/qwindowsysteminterface.h>
@@ -51,4 +53,10 @@ bool isPortalUsed()
 int movements()
 {
     return QUnifiedTimer::instance()->runningAnimationCount();
+}
+
+// tests/support/ScreenReader.cpp: assistive technology that comes and goes.
+void letScreenReaderCome()
+{
+    QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
 }

@@ -18,13 +18,16 @@ T.MenuItem {
     rightPadding: subMenu ? 26 : 9
     font: LK.font(12)
     hoverEnabled: true
+    checkable: marked
+    checked: marked
+    onToggled: LK.put(item, "checked", marked) // the choice decides what is marked, not the press
 
     Accessible.name: text
     Accessible.focusable: true
     Accessible.focused: highlighted
     Accessible.description: keys
-    Accessible.checkable: marked
-    Accessible.checked: marked
+    Accessible.checkable: checkable
+    Accessible.checked: checked
     Accessible.onPressAction: {
         if (item.enabled)
             item.clicked();

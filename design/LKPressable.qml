@@ -16,9 +16,9 @@ T.AbstractButton {
     // By mouse, by keyboard or by assistive technology.
     signal activated
 
-    // Does what a click does.
+    // Does what a click does. Of exclusive ones the chosen one stays chosen.
     function press() {
-        if (checkable) {
+        if (checkable && !(autoExclusive && checked)) {
             toggle();
             toggled();
         }
@@ -43,6 +43,8 @@ T.AbstractButton {
     }
 
     Accessible.name: words
+    Accessible.checkable: checkable
+    Accessible.checked: checked
     Accessible.onPressAction: {
         if (pressable.enabled)
             pressable.press();

@@ -17,8 +17,6 @@ LKPressable {
     ring.cornerRadius: 10
 
     LKAccessible.role: Accessible.Button
-    Accessible.checkable: true
-    Accessible.checked: isOn
 
     indicator: LKRectangle {
         implicitWidth: 34

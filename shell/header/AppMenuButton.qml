@@ -84,7 +84,7 @@ IconButton {
         LKMenuItem {
             text: qsTr("Verify Copies Byte for Byte")
             marked: verification.isOn
-            Accessible.checkable: true
+            checkable: true
             onTriggered: verification.isOn = !verification.isOn
 
             Verification {

@@ -28,8 +28,6 @@ LKPressable {
 
     LKAccessible.role: Accessible.CheckBox
     Accessible.description: status
-    Accessible.checkable: true
-    Accessible.checked: needed
 
     contentItem: RowLayout {
         spacing: row.spacing

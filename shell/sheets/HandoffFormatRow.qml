@@ -15,6 +15,9 @@ LKPressable {
     rightPadding: 10
     topPadding: 7
     bottomPadding: 7
+    checkable: true
+    autoExclusive: true
+    checked: selected
     focusPolicy: selected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus // Tab stops at one of them
 
     ring.cornerRadius: 6
@@ -22,8 +25,6 @@ LKPressable {
 
     LKAccessible.role: Accessible.RadioButton
     Accessible.description: detail
-    Accessible.checkable: true
-    Accessible.checked: selected
 
     contentItem: Column {
         spacing: 2

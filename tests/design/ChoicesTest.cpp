@@ -1,4 +1,5 @@
 #include "tests/design/Controls.h"
+#include "tests/support/ScreenReader.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -92,12 +93,11 @@ TEST(LKToggle, TellsItsOwnStateToAssistiveTechnologyThatComesLater)
 {
     Scene scene(document("LKToggle { objectName: 'toggle'; label: 'Sounds'; isOn: true }"));
     QQuickItem *toggle = findNamed(scene.root(), u"toggle"_s);
-    QAccessible::setActive(true);
+    const ScreenReader reader;
     EXPECT_TRUE(accessible(toggle)->state().checkable);
     EXPECT_TRUE(accessible(toggle)->state().checked);
     QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, middleOf(toggle));
     EXPECT_FALSE(accessible(toggle)->state().checked);
-    QAccessible::setActive(false);
 }
 
 TEST(LKToggle, KeepsItsStateWhenAPressIsMovedOff)

@@ -1,4 +1,5 @@
 #include "tests/design/Controls.h"
+#include "tests/support/ScreenReader.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -24,7 +25,7 @@ class Menu
 public:
     explicit Menu(Scene &scene) : m_scene(scene), m_menu(scene.root()->property("menu").value<QObject *>()) {}
 
-    void open(QPoint at = {20, 20})
+    void open(QPoint at = {20, 20}) const
     {
         QMetaObject::invokeMethod(m_scene.root(), "openAt", Q_ARG(QVariant, at.x()), Q_ARG(QVariant, at.y()));
     }
@@ -319,6 +320,24 @@ TEST(LKMenu, IsAMenuOfMenuItemsToAssistiveTechnology)
     EXPECT_TRUE(accessible(entry)->state().checked);
     accessible(entry)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(scene.root()->property("chosen").toString(), u"Pool"_s);
+}
+
+TEST(LKMenuItem, TellsThatItIsMarkedToAssistiveTechnologyThatComesLaterAlsoAfterAChoice)
+{
+    Scene scene(menuDocument("LKMenuItem { text: 'Pool'; marked: true } LKMenuItem { text: 'Spa' }"));
+    const Menu menu(scene);
+    menu.open();
+    ASSERT_TRUE(waitUntil([&] { return menu.isOpen(); }));
+    QQuickItem *pool = menu.entry(u"Pool"_s);
+    const ScreenReader reader;
+    EXPECT_TRUE(accessible(pool)->state().checkable);
+    EXPECT_TRUE(accessible(pool)->state().checked);
+    EXPECT_FALSE(accessible(menu.entry(u"Spa"_s))->state().checkable);
+    scene.click(u"Pool"_s);
+    EXPECT_TRUE(waitUntil([&] { return !menu.isOpen(); }));
+    EXPECT_TRUE(accessible(pool)->state().checked);
+    pool->setProperty("marked", false);
+    EXPECT_FALSE(accessible(pool)->state().checked);
 }
 
 TEST(LKTextField, IsWrittenInAndTakenWithReturn)

@@ -60,6 +60,29 @@ TEST(LKPressable, ACheckableOneIsTurnedByWhateverPressesIt)
     EXPECT_EQ(pressed.activated.count(), count);
 }
 
+TEST(LKPressable, OfExclusiveOnesOneStaysChosenWhateverPressesIt)
+{
+    Scene scene(document("Column { LKPressable { objectName: 'one'; width: 80; height: 26; checkable: true\n"
+                         "autoExclusive: true; checked: true }\n"
+                         "LKPressable { objectName: 'other'; width: 80; height: 26; checkable: true\n"
+                         "autoExclusive: true } }"));
+    QQuickItem *one = findNamed(scene.root(), u"one"_s);
+    QQuickItem *other = findNamed(scene.root(), u"other"_s);
+    const auto isChosen = [](const QQuickItem *item) { return item->property("checked").toBool(); };
+    QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, middleOf(one));
+    EXPECT_TRUE(isChosen(one));
+    one->forceActiveFocus();
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        scene.key(key);
+        EXPECT_TRUE(isChosen(one)) << key;
+    }
+    accessible(one)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(isChosen(one));
+    accessible(other)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(isChosen(other));
+    EXPECT_FALSE(isChosen(one));
+}
+
 TEST(LKPressable, IsPressedOnceByAKeyThatIsHeld)
 {
     for (const char *type : {"LKPressable", "LKButton", "IconButton", "LKSidebarRow", "LKOverlayButton"}) {
