@@ -95,6 +95,7 @@ QAccessibleInterface *tell(const QString &className, QObject *object)
 
 LKAccessible::LKAccessible(QObject *attachee) : QObject(attachee)
 {
+    QAccessible::installFactory(tell); // an engine may attach this before anything has called install
     if (attachee->inherits("QQuickPopup")) {
         connect(attachee, SIGNAL(aboutToShow()), this, SLOT(findBody())); // which is made late
     }
