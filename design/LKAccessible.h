@@ -8,8 +8,10 @@ class QQmlEngine;
 
 namespace larkspan {
 
-// What a control or a popup tells assistive technology besides what QML's Accessible can, which knows of nothing that
-// opens, is attached to no popup, and loses a control's role to its template's once assistive technology turns up.
+// Tells assistive technology of a control or a popup what QML's Accessible can't:
+// - whether what a control opens is open;
+// - a popup's name and role, since Accessible attaches to items only;
+// - a role that stays: a template puts its own in its place once assistive technology is there.
 // Attached: LKAccessible.role. Main thread.
 class LKAccessible : public QObject
 {
@@ -19,7 +21,7 @@ class LKAccessible : public QObject
     QML_ATTACHED(larkspan::LKAccessible)
     Q_PROPERTY(int role MEMBER m_role NOTIFY changed)     // one of Accessible's; the template's, if not said
     Q_PROPERTY(QString name MEMBER m_name NOTIFY changed) // of a popup
-    // Whether what it opens is open. Said once, it holds for a control that opens something.
+    // True while what the control opens is open. A control that never sets it opens nothing.
     Q_PROPERTY(bool expanded READ expanded WRITE setExpanded NOTIFY changed)
 
 public:

@@ -24,8 +24,7 @@ class SoundEngine
 public:
     static constexpr int fadeSteps = 20;
 
-    // The one of the program, made on first use. It reads the resources beside the program, in ../share/larkspan, or in
-    // the checkout that it was built from.
+    // Returns the one engine of the program, which is made on first use. It reads its resources from shippedFiles().
     static SoundEngine &shared();
 
     // Opens the device and prepares all cues, so that the first one played doesn't stall the window.

@@ -2,16 +2,16 @@
 
 #include "classify/vision/RoomHead.h"
 
-// What a frame shows, of the head's word for the place and the detector's for the things in it.
+// Scores one frame: rooms from the classifier head, objects from the detector.
 namespace larkspan::RoomEvidence {
 
-// The scenes, and the objects as far as the place bears them out: a bed seen through a door says little in a bathroom,
-// a plant little in a kitchen. People, and things that belong to no bin, are left as they are. Of an identifier that
-// both know the larger confidence counts.
+// Returns the head's scenes and the detector's objects as one list. An object's confidence is multiplied by the head's
+// trust in the object's bin, so that a bed seen through a door counts for little in a bathroom. People, and objects
+// that belong to no bin, keep theirs. An identifier in both lists gets the larger confidence.
 [[nodiscard]] std::vector<ClassificationObservation> merged(const RoomHead::Reading &place,
                                                             std::vector<ClassificationObservation> objects);
 
-// Every identifier that a merged observation can carry, each once.
+// Returns every identifier that a merged observation can carry, each once.
 [[nodiscard]] std::vector<QString> identifiers(const RoomHead &head);
 
 } // namespace larkspan::RoomEvidence

@@ -18,7 +18,7 @@ public:
         const std::filesystem::path &folder);
     // From where the program keeps them.
     [[nodiscard]] static tl::expected<std::shared_ptr<const VisionModels>, ModelError> load();
-    // Beside the program, ../share/larkspan/models, or in the folder it was built with.
+    // Returns the folder models in shippedFiles().
     [[nodiscard]] static std::filesystem::path shippedFolder();
     // The first of the files that can't be opened; none of them is read.
     [[nodiscard]] static std::optional<ModelError> findMissing(const std::filesystem::path &folder);

@@ -39,7 +39,7 @@ FocusScope {
         middle.focus = true;
     }
 
-    // What is shown next has the keyboard, also after a button that goes on being there.
+    // Moves focus to the new stage, even if the button that was pressed is still visible.
     onStageViewChanged: {
         middle.setSource(stageView, {
                 "engine": view.engine
