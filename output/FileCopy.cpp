@@ -236,7 +236,7 @@ tl::expected<std::optional<Sha256::Digest>, std::error_code> FileCopier::commonD
 }
 
 tl::expected<FinishedCopy, CopyFault> FileCopier::copy(const std::filesystem::path &sourcePath,
-                                                       DestinationFolder &destination, Proof proof,
+                                                       DestinationFolder &destination, Comparison comparison,
                                                        const std::string &name)
 {
     const auto source = SourceFile::open(sourcePath, *m_files);
@@ -265,7 +265,7 @@ tl::expected<FinishedCopy, CopyFault> FileCopier::copy(const std::filesystem::pa
     }
     std::error_code unjudged;
     std::optional<Sha256::Digest> digest;
-    if (proof == Proof::bytes) {
+    if (comparison == Comparison::bytes) {
         const auto common = commonDigest(*source, temporary->fd());
         unjudged = common ? std::error_code() : common.error();
         digest = common.value_or(std::nullopt);

@@ -15,10 +15,10 @@
 
 namespace larkspan {
 
-// What a copy has to show before it gets its final name.
-enum class Proof {
-    size, // as many bytes as the source
-    bytes // the same bytes, read back from the medium
+// The part of a copy that is compared with its source before the copy gets its final name.
+enum class Comparison {
+    size, // the number of bytes
+    bytes // the bytes too, both read back from the medium
 };
 
 // A copy that stands under its final name.
@@ -52,12 +52,12 @@ public:
     // with one exception: a complete copy gets its name although an error ended the comparison, since the source may be
     // failing and not be read again.
     [[nodiscard]] tl::expected<FinishedCopy, CopyFault> copy(const std::filesystem::path &source,
-                                                             DestinationFolder &destination, Proof proof,
+                                                             DestinationFolder &destination, Comparison comparison,
                                                              const std::string &name);
     [[nodiscard]] tl::expected<FinishedCopy, CopyFault> copy(const std::filesystem::path &source,
-                                                             DestinationFolder &destination, Proof proof)
+                                                             DestinationFolder &destination, Comparison comparison)
     {
-        return copy(source, destination, proof, source.filename().native());
+        return copy(source, destination, comparison, source.filename().native());
     }
 
     // Whether the file at the path has the bytes of a copy, as both media give them now. An error counts as no.

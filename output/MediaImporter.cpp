@@ -154,9 +154,9 @@ private:
     std::map<std::string, DestinationFolder> m_folders;
 };
 
-Proof proofAt(VerifyLevel level)
+Comparison comparisonAt(VerifyLevel level)
 {
-    return level == VerifyLevel::checksum ? Proof::bytes : Proof::size;
+    return level == VerifyLevel::checksum ? Comparison::bytes : Comparison::size;
 }
 
 MediaImporter::Copied copyInto(const RunFiles &run, const FileUrl &destination, const CopyOrder &order,
@@ -181,7 +181,7 @@ MediaImporter::Copied copyInto(const RunFiles &run, const FileUrl &destination, 
             break;
         }
         const std::string name = run.nameOfCopy(i, results.empty() ? fs::path() : results.back().destinationURL.path());
-        const auto copy = copier.copy(run.url(i).path(), *folder, proofAt(order.verify), name);
+        const auto copy = copier.copy(run.url(i).path(), *folder, comparisonAt(order.verify), name);
         if (!copy || !copy->isInPlace(files)) {
             const CopyFault fault = copy ? NotClean{} : copy.error();
             failure = importError(run.url(i), fault);
@@ -314,7 +314,7 @@ private:
             return m_recorder.failed(i, u"Its clip has no copy."_s);
         }
         const std::string name = m_run.nameOfCopy(i, clip ? clip->destination : fs::path());
-        auto copy = m_copier.copy(m_run.url(i).path(), *folder, proofAt(m_level), name);
+        auto copy = m_copier.copy(m_run.url(i).path(), *folder, comparisonAt(m_level), name);
         if (!copy) {
             return m_recorder.failed(i, copy.error());
         }

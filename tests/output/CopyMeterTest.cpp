@@ -117,7 +117,7 @@ TEST(CopyProgress, OfARealCopyEndsWithAllBytesInBothPhases)
     ASSERT_TRUE(destination);
     for (const FileUrl &url : urls) {
         meter.beginFile(static_cast<std::int64_t>(size));
-        ASSERT_TRUE(copier.copy(url.path(), *destination, Proof::bytes));
+        ASSERT_TRUE(copier.copy(url.path(), *destination, Comparison::bytes));
         meter.endFile();
     }
     EXPECT_EQ(told.back().copiedBytes, static_cast<std::int64_t>(3 * size));

@@ -78,17 +78,17 @@ private:
 class FileCopyTest : public testing::Test
 {
 protected:
-    tl::expected<FinishedCopy, CopyFault> copy(const fs::path &source, Proof proof = Proof::size,
+    tl::expected<FinishedCopy, CopyFault> copy(const fs::path &source, Comparison comparison = Comparison::size,
                                                const FileOperations &files = FileOperations::system())
     {
         auto destination = DestinationFolder::open(folder / "copies", files);
-        return FileCopier(files).copy(source, *destination, proof);
+        return FileCopier(files).copy(source, *destination, comparison);
     }
 
     // "copied", "not clean" or what the system said.
-    std::string outcomeOf(const fs::path &source, const FileOperations &files, Proof proof = Proof::size)
+    std::string outcomeOf(const fs::path &source, const FileOperations &files, Comparison comparison = Comparison::size)
     {
-        const auto answer = copy(source, proof, files);
+        const auto answer = copy(source, comparison, files);
         if (answer) {
             return "copied";
         }
@@ -128,13 +128,13 @@ TEST_F(FileCopyTest, ALargeFileIsWrittenPastThePageCacheInWholePagesAllButItsEnd
         GTEST_SKIP() << "the temporary folder's file system has no direct mode";
     }
     Watching files;
-    ASSERT_TRUE(copy(folder.write("1.mov", footage(1, 2 * chunkSize + 5000)), Proof::size, files));
+    ASSERT_TRUE(copy(folder.write("1.mov", footage(1, 2 * chunkSize + 5000)), Comparison::size, files));
     EXPECT_THAT(files.takeWrites(),
                 ElementsAre(Access{true, 0, chunkSize}, Access{true, chunkSize, chunkSize},
                             Access{true, 2 * chunkSize, 4096}, Access{false, 2 * chunkSize + 4096, 904}));
-    ASSERT_TRUE(copy(folder.write("2.mov", footage(2, chunkSize)), Proof::size, files));
+    ASSERT_TRUE(copy(folder.write("2.mov", footage(2, chunkSize)), Comparison::size, files));
     EXPECT_THAT(files.takeWrites(), ElementsAre(Access{true, 0, chunkSize}));
-    ASSERT_TRUE(copy(folder.write("3.mov", footage(3, chunkSize - 1)), Proof::size, files));
+    ASSERT_TRUE(copy(folder.write("3.mov", footage(3, chunkSize - 1)), Comparison::size, files));
     EXPECT_THAT(files.takeWrites(), ElementsAre(Access{false, 0, chunkSize - 1}));
 }
 
@@ -145,7 +145,7 @@ TEST_F(FileCopyTest, AShortWriteThatEndsWithinAPageIsGoneOnWithThroughThePageCac
     }
     Watching files(chunkSize - 512); // the disk's smallest piece
     const std::string content = footage(1, 2 * chunkSize);
-    const auto answer = copy(folder.write("a.mov", content), Proof::size, files);
+    const auto answer = copy(folder.write("a.mov", content), Comparison::size, files);
     ASSERT_TRUE(answer);
     EXPECT_EQ(contentOf(answer->destination), content);
     EXPECT_THAT(files.takeWrites(),
@@ -160,7 +160,7 @@ TEST_F(FileCopyTest, ACopyOfAnySizeIsReadBackPastThePageCache)
     }
     for (const std::size_t size : {std::size_t{1000}, 2 * chunkSize + 5000}) {
         Watching files;
-        ASSERT_TRUE(copy(folder.write("a.mov", footage(1, size)), Proof::bytes, files));
+        ASSERT_TRUE(copy(folder.write("a.mov", footage(1, size)), Comparison::bytes, files));
         EXPECT_TRUE(files.takeReadsBack().at(0).isDirect);
     }
 }
@@ -183,7 +183,7 @@ TEST_F(FileCopyTest, WhereNothingCanBeReadPastThePageCacheItForgetsACopyBeforeTh
         mutable std::vector<int> m_fromMemory; // 0, or why not
     };
     const NeverDirect files;
-    ASSERT_TRUE(copy(folder.write("a.mov", footage(1, 1000)), Proof::bytes, files));
+    ASSERT_TRUE(copy(folder.write("a.mov", footage(1, 1000)), Comparison::bytes, files));
     ASSERT_FALSE(files.m_fromMemory.empty());
     if (files.m_fromMemory.front() == EOPNOTSUPP) {
         GTEST_SKIP() << "the temporary folder's file system can't tell what is in memory";
@@ -203,7 +203,7 @@ TEST_F(FileCopyTest, OnlyBlocksThatAreEmptyThroughoutBecomeHoles)
     const fs::path source = sparse({alternating, onlyTheLastByte, onlyTheFirstByte, std::string(blockSize, '\1'),
                                     std::string(blockSize, '\xFF'), footage(1, blockSize)});
     Watching files;
-    const auto answer = copy(source, Proof::size, files);
+    const auto answer = copy(source, Comparison::size, files);
     ASSERT_TRUE(answer);
     EXPECT_EQ(contentOf(answer->destination), contentOf(source));
     EXPECT_THAT(files.takeWrites(),
@@ -223,7 +223,7 @@ TEST_F(FileCopyTest, TheEndOfASparseFileIsWrittenUpToItsLastByte)
         ASSERT_EQ(::close(fd), 0);
     }
     Watching files;
-    const auto answer = copy(source, Proof::size, files);
+    const auto answer = copy(source, Comparison::size, files);
     ASSERT_TRUE(answer);
     EXPECT_EQ(contentOf(answer->destination), contentOf(source));
     EXPECT_THAT(files.takeWrites(), ElementsAre(Access{false, static_cast<std::int64_t>(size) - 10, 10}));
@@ -300,7 +300,7 @@ TEST_F(FileCopyTest, ADiskThatRefusesWritesInBothModesFailsTheCopy)
 TEST_F(FileCopyTest, ADiskThatTakesOneByteAtATimeGetsThemAll)
 {
     Watching files(1);
-    const auto answer = copy(folder.write("a.mov", "film"), Proof::size, files);
+    const auto answer = copy(folder.write("a.mov", "film"), Comparison::size, files);
     ASSERT_TRUE(answer);
     EXPECT_EQ(contentOf(answer->destination), "film");
 }
@@ -334,7 +334,7 @@ TEST_F(FileCopyTest, ACopyThatComesBackWithAnotherByteIsNotClean)
             return count;
         }
     };
-    EXPECT_EQ(outcomeOf(folder.write("a.mov", "film"), Flipping(), Proof::bytes), "not clean");
+    EXPECT_EQ(outcomeOf(folder.write("a.mov", "film"), Flipping(), Comparison::bytes), "not clean");
     EXPECT_TRUE(fs::is_empty(folder / "copies"));
 }
 
@@ -350,7 +350,7 @@ TEST_F(FileCopyTest, ASourceThatChangesMeanwhileIsNotCleanEvenWhereOnlySizesAreC
             return FileOperations::read(fd, data, size, offset);
         }
     };
-    EXPECT_EQ(outcomeOf(folder.write("a.mov", "film"), Touching(), Proof::size), "not clean");
+    EXPECT_EQ(outcomeOf(folder.write("a.mov", "film"), Touching(), Comparison::size), "not clean");
     EXPECT_TRUE(fs::is_empty(folder / "copies"));
 }
 
@@ -366,7 +366,7 @@ TEST_F(FileCopyTest, AFileWhoseBlocksCanBeSharedIsNotWritten)
     };
     Cloning files;
     for (const std::string content : {"f", "film"}) {
-        const auto answer = copy(folder.write("a.mov", content), Proof::bytes, files);
+        const auto answer = copy(folder.write("a.mov", content), Comparison::bytes, files);
         ASSERT_TRUE(answer);
         EXPECT_EQ(contentOf(answer->destination), content);
     }
