@@ -30,52 +30,65 @@ void SortEngine::CardImport::keepFolderName()
 
 bool SortEngine::CardImport::copy(const TaskRunner::Run &run, const Card &card, const Copies::Scope &copying)
 {
-    const auto &[source, volumeName, destination, verify] = card;
-    const CardListing listing = listCard(source, run.stop);
-    const std::vector<FileUrl> &urls = listing.clips;
-    if (!listing.unreadable.empty()) {
-        // A copy that lacks clips would pass for the whole card, which may be wiped next.
-        m_parts.tasks.land(run, [this, note = unreadableNote(source, volumeName, listing.unreadable)] {
-            m_parts.copies.addCardNote(note);
-        });
-    }
-    if (urls.empty()) {
-        m_parts.tasks.land(run, [this, source] {
-            m_engine.setStage({.kind = StageKind::emptyFolder, .text = source.lastPathComponent()});
+    const CardListing listing = listCard(card.source, run.stop);
+    tellOfUnreadable(run, card, listing);
+    if (listing.clips.empty()) {
+        m_parts.tasks.land(run, [this, name = card.source.lastPathComponent()] {
+            m_engine.setStage({.kind = StageKind::emptyFolder, .text = name});
         });
         return false;
     }
-    if (run.isStopped()) {
-        return false; // with no folder made
+    return !run.isStopped() && copyClips(run, card, listing, copying); // stopped, with no folder made
+}
+
+// A copy that lacks clips would pass for the whole card, which may be wiped next.
+void SortEngine::CardImport::tellOfUnreadable(const TaskRunner::Run &run, const Card &card, const CardListing &listing)
+{
+    if (!listing.unreadable.empty()) {
+        m_parts.tasks.land(run, [this, note = unreadableNote(card.source, card.volumeName, listing.unreadable)] {
+            m_parts.copies.addCardNote(note);
+        });
     }
-    m_parts.tasks.land(run, [this, total = static_cast<int>(urls.size())] { m_engine.setProgress(0, total); });
-    const UnfinishedCopy whole{
-        .kind = CopyKind::card, .name = volumeName, .folder = destination, .files = withSidecars(urls)};
+}
+
+bool SortEngine::CardImport::copyClips(const TaskRunner::Run &run, const Card &card, const CardListing &listing,
+                                       const Copies::Scope &copying)
+{
+    m_parts.tasks.land(run, [this, total = static_cast<int>(listing.clips.size())] { m_engine.setProgress(0, total); });
+    const UnfinishedCopy whole{.kind = CopyKind::card,
+                               .name = card.volumeName,
+                               .folder = card.destination,
+                               .files = withSidecars(listing.clips)};
     auto entry = m_parts.copies.enter(whole);
     std::optional<CopyRecord> record;
-    const auto copied = m_parts.seams.copyFiles(urls, destination, m_parts.copies.orderOf(run, verify, record));
+    const auto copied =
+        m_parts.seams.copyFiles(listing.clips, card.destination, m_parts.copies.orderOf(run, card.verify, record));
     const bool wasStopped = run.isStopped();
-    const FileUrl folder = wasStopped ? m_parts.copies.tellOfStoppedCard(entry, whole, copying) : destination;
+    const FileUrl folder = wasStopped ? m_parts.copies.tellOfStoppedCard(entry, whole, copying) : card.destination;
     if (copied) {
-        m_parts.tasks.land(run, [this, destination] {
-            m_engine.setProgress(0, m_engine.total());
-            m_engine.adoptProject(destination); // until here the screens tell of the project that was open before
-        });
+        adoptProject(run, card);
     }
     if (record) {
         keepRecord(run, card, listing, folder, std::move(*record));
     }
-    if (wasStopped) {
-        return false;
+    if (!wasStopped) {
+        entry.close();
     }
-    entry.close();
     if (!copied) {
         m_parts.tasks.land(run, [this, failure = copied.error()] {
             m_engine.setStage({.kind = StageKind::failed, .text = failure.description});
         });
-        return false;
     }
-    return !run.isStopped();
+    return copied && !run.isStopped();
+}
+
+// Until here the screens show the project that was open before.
+void SortEngine::CardImport::adoptProject(const TaskRunner::Run &run, const Card &card)
+{
+    m_parts.tasks.land(run, [this, destination = card.destination] {
+        m_engine.setProgress(0, m_engine.total());
+        m_engine.adoptProject(destination);
+    });
 }
 
 void SortEngine::CardImport::keepRecord(const TaskRunner::Run &run, const Card &card, const CardListing &listing,

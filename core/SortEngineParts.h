@@ -123,8 +123,14 @@ public:
     void keepFolderName();
 
 private:
-    // On the task's thread. Returns whether there is a copy to sort now.
+    // On the task's thread.
+    // Returns whether there is a copy to sort now.
     [[nodiscard]] bool copy(const TaskRunner::Run &run, const Card &card, const Copies::Scope &copying);
+    void tellOfUnreadable(const TaskRunner::Run &run, const Card &card, const CardListing &listing);
+    // Copies the clips of the listing. Returns as copy() does.
+    [[nodiscard]] bool copyClips(const TaskRunner::Run &run, const Card &card, const CardListing &listing,
+                                 const Copies::Scope &copying);
+    void adoptProject(const TaskRunner::Run &run, const Card &card);
     // folder: where the card's files are now.
     void keepRecord(const TaskRunner::Run &run, const Card &card, const CardListing &listing, const FileUrl &folder,
                     CopyRecord record);
