@@ -83,6 +83,11 @@ ClipToOrganize clipIn(const fs::path &file, const QString &bin)
     return {QUuid::createUuid(), FileUrl(file), bin};
 }
 
+ImportError notClean(std::initializer_list<fs::path> sources)
+{
+    return {VerificationFailed{{sources.begin(), sources.end()}}};
+}
+
 MediaImporter::Copied copyFiles(const std::vector<FileUrl> &urls, const fs::path &destination, VerifyLevel verify,
                                 const FileOperations &files)
 {

@@ -26,6 +26,9 @@ std::filesystem::path memoryFolder();
 
 ClipToOrganize clipIn(const std::filesystem::path &file, const QString &bin);
 
+// The failure that names these sources.
+ImportError notClean(std::initializer_list<std::filesystem::path> sources);
+
 // The importer with what most tests leave at its usual.
 MediaImporter::Copied copyFiles(const std::vector<FileUrl> &urls, const std::filesystem::path &destination,
                                 VerifyLevel verify = VerifyLevel::checksum,
