@@ -1,64 +1,17 @@
-// A card on its way into the Shoots folder, and what is said of the part that can't be read.
+// A card on its way into the Shoots folder.
 #include <QtCore/QDate>
 
-#include "core/CardNote.h"
-#include "core/ClipListing.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/CardImportFixture.h"
 #include "tests/support/Unprivileged.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
 
 namespace fs = std::filesystem;
-
-namespace {
-
-// A real copy, small and plain: what the engine needs of an importer.
-CopyAnswer copyPlainly(const std::vector<FileUrl> &urls, const FileUrl &destination, const ProgressCallback &progress)
-{
-    std::vector<CopyResult> results;
-    fs::create_directories(destination.path());
-    for (const FileUrl &url : urls) {
-        const FileUrl copy = destination.appending(url.lastPathComponent());
-        fs::copy_file(url.path(), copy.path());
-        results.push_back({url, copy});
-        progress(static_cast<int>(results.size()), static_cast<int>(urls.size()));
-    }
-    return results;
-}
-
-} // namespace
-
-class CardImportTest : public SortEngineTest
-{
-protected:
-    SortSeams importingSeams()
-    {
-        auto parts = seams();
-        parts.copyFiles = [this](const auto &urls, const auto &destination, const CopyOrder &order) {
-            askedLevel = order.verify;
-            return copyPlainly(urls, destination, order.progress);
-        };
-        return parts;
-    }
-
-    void insertCard() const
-    {
-        (void)folder.write("card/DCIM/kitchen 1.mov", "film");
-        (void)folder.write("card/DCIM/pool 2.mov", "film");
-        fs::create_directory(folder / "Shoots");
-    }
-
-    FileUrl card() const { return FileUrl(folder / "card"); }
-    FileUrl shoots() const { return FileUrl(folder / "Shoots"); }
-
-    std::optional<VerifyLevel> askedLevel;
-};
 
 TEST_F(CardImportTest, WithoutAShootsFolderNothingHappens)
 {
@@ -381,135 +334,4 @@ TEST_F(CardImportTest, AnImportedCardThatIsSortedAgainIsStillACards)
     EXPECT_TRUE(engine.isRemovableImport());
     EXPECT_EQ(engine.importVolumeName(), u"CARD"_s);
     ASSERT_TRUE(reaches(engine, StageKind::results));
-}
-
-// A card with folders that are closed to its reader.
-class ClosedCardTest : public CardImportTest
-{
-protected:
-    ClosedCardTest()
-    {
-        fs::create_directory(folder / "Shoots");
-        fs::permissions(folder.path(), fs::perms::all);
-        fs::permissions(folder / "Shoots", fs::perms::all);
-    }
-    ~ClosedCardTest() override
-    {
-        for (const fs::path &path : m_closed) {
-            fs::permissions(path, fs::perms::all);
-        }
-    }
-
-    void close(const fs::path &path)
-    {
-        fs::permissions(path, fs::perms::none);
-        m_closed.push_back(path);
-    }
-
-    [[nodiscard]] bool importEnds(SortEngine &engine, StageKind stage) const
-    {
-        const Unprivileged user;
-        engine.importCard(card(), u"CARD"_s);
-        return reaches(engine, stage) && waitUntil([&] { return !engine.isCopying(); });
-    }
-
-private:
-    std::vector<fs::path> m_closed;
-};
-
-TEST_F(ClosedCardTest, WhatCanBeReadIsImportedAndANoteNamesWhatCannotUntilItIsDismissed)
-{
-    (void)folder.write("card/DCIM/100MEDIA/kitchen 1.mov", "film");
-    (void)folder.write("card/DCIM/101MEDIA/pool 2.mov", "film");
-    close(folder / "card/DCIM/101MEDIA");
-    SortEngine engine(importingSeams());
-    engine.setImportRoot(shoots());
-    int changes = 0;
-    QObject::connect(&engine, &SortEngine::cardNoteChanged, [&] { ++changes; });
-    ASSERT_TRUE(importEnds(engine, StageKind::results));
-    EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"kitchen 1"_s));
-    const QString note = u"Clips may be missing: “DCIM/101MEDIA” on CARD couldn't be read. Don't erase the card."_s;
-    EXPECT_EQ(engine.cardNote(), note);
-
-    engine.sortAgain();
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    engine.reset();
-    EXPECT_EQ(engine.cardNote(), note) << "whatever is done next";
-    engine.dismissCardNote();
-    EXPECT_EQ(engine.cardNote(), QString());
-    engine.dismissCardNote();
-    EXPECT_EQ(changes, 2);
-}
-
-TEST_F(ClosedCardTest, ACardOfWhichNothingCanBeReadHoldsNoClipsButSaysWhy)
-{
-    (void)folder.write("card/DCIM/pool 2.mov", "film");
-    close(folder / "card/DCIM");
-    SortEngine engine(importingSeams());
-    engine.setImportRoot(shoots());
-    ASSERT_TRUE(importEnds(engine, StageKind::emptyFolder));
-    EXPECT_EQ(engine.stage().text, u"card"_s);
-    EXPECT_EQ(engine.cardNote(), u"Clips may be missing: “DCIM” on CARD couldn't be read. Don't erase the card."_s);
-}
-
-TEST_F(ClosedCardTest, ASecondCardsNoteStandsBelowTheFirsts)
-{
-    (void)folder.write("card/DCIM/pool 2.mov", "film");
-    close(folder / "card/DCIM");
-    SortEngine engine(importingSeams());
-    engine.setImportRoot(shoots());
-    ASSERT_TRUE(importEnds(engine, StageKind::emptyFolder));
-    const QString first = engine.cardNote();
-    {
-        const Unprivileged user;
-        engine.importCard(card(), u"OTHER"_s);
-        ASSERT_TRUE(waitUntil([&] { return engine.cardNote() != first; }));
-        ASSERT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
-    }
-    EXPECT_EQ(engine.cardNote(),
-              first + u"\nClips may be missing: “DCIM” on OTHER couldn't be read. Don't erase the card."_s);
-}
-
-TEST_F(ClosedCardTest, TheFolderThatAFileSystemKeepsForItselfHoldsNoClips)
-{
-    (void)folder.write("card/kitchen 1.mov", "film");
-    (void)folder.write("card/DCIM/lost+found/pool 2.mov", "film");
-    fs::create_directory(folder / "card/lost+found");
-    close(folder / "card/lost+found");
-    close(folder / "card/DCIM/lost+found");
-    const Unprivileged user;
-    const CardListing listing = listCard(card(), {});
-    EXPECT_THAT(listing.clips, ElementsAre(FileUrl(folder / "card/kitchen 1.mov")));
-    EXPECT_THAT(listing.unreadable, ElementsAre(FileUrl(folder / "card/DCIM/lost+found"))) << "only at the top";
-}
-
-TEST_F(ClosedCardTest, UnreadableFoldersComeByTheirPlacesAndACardThatIsGoneIsOne)
-{
-    for (const char *name : {"b", "a/c", "a"}) {
-        (void)folder.write(fs::path("card") / name / "kitchen 1.mov", "film");
-    }
-    close(folder / "card/b");
-    close(folder / "card/a/c");
-    const Unprivileged user;
-    EXPECT_THAT(listCard(card(), {}).unreadable, ElementsAre(FileUrl(folder / "card/a/c"), FileUrl(folder / "card/b")));
-    EXPECT_THAT(listCard(FileUrl(folder / "gone"), {}).unreadable, ElementsAre(FileUrl(folder / "gone")));
-}
-
-TEST(UnreadableNote, NamesUpToThreeFoldersByTheirPlacesOnTheCard)
-{
-    const FileUrl card("/media/card");
-    const auto note = [&](std::initializer_list<const char *> folders) {
-        return unreadableNote(card, u"CARD"_s, std::vector<FileUrl>(folders.begin(), folders.end()));
-    };
-    EXPECT_EQ(note({"/media/card/DCIM/101"}),
-              u"Clips may be missing: “DCIM/101” on CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card/a", "/media/card/b"}),
-              u"Clips may be missing: “a” and “b” on CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card/a", "/media/card/b", "/media/card/c"}),
-              u"Clips may be missing: “a”, “b” and “c” on CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card/a", "/media/card/b", "/media/card/c", "/media/card/d", "/media/card/e"}),
-              u"Clips may be missing: “a”, “b”, “c” and 2 more on CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card"}), u"Clips may be missing: CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card/50% %1 %2"}),
-              u"Clips may be missing: “50% %1 %2” on CARD couldn't be read. Don't erase the card."_s);
 }
