@@ -54,6 +54,10 @@ QString unreadableNote(const FileUrl &card, const QString &name, std::span<const
 
 QString unfinishedNote(const UnfinishedCopy &copy)
 {
+    if (copy.end == UnfinishedCopy::End::notBegun) {
+        return u"The copy of %1 was stopped before its first file: nothing of it was copied. Don't erase the card."_s
+            .arg(copy.name);
+    }
     const bool isOne = copy.files.size() == 1;
     const bool wasCutOff = copy.end == UnfinishedCopy::End::cutOff;
     const QString how = wasCutOff ? u"cut off"_s : u"stopped"_s;

@@ -45,8 +45,8 @@ void SortEngine::Copies::tellOfEarlierRuns()
     }
     // On a thread, as it looks at disks that may take their time.
     m_parts.tasks.start([this](const TaskRunner::Run &) {
-        for (const CopyJournal::Kept &copy : m_unfinished.leftBehind()) {
-            m_parts.tasks.post([this, copy] { add(copy); });
+        for (CopyJournal::Kept &copy : m_unfinished.leftBehind()) {
+            post(std::move(copy));
         }
     });
 }
@@ -74,6 +74,13 @@ void SortEngine::Copies::keepRecord(const TaskRunner::Run &run, const FileUrl &s
     m_parts.tasks.land(run, [this, record] { m_history.add(record); });
 }
 
+void SortEngine::Copies::tellOfStoppedListing(UnfinishedCopy copy)
+{
+    if (auto stopped = m_unfinished.stopListing(std::move(copy))) {
+        post(std::move(*stopped));
+    }
+}
+
 FileUrl SortEngine::Copies::tellOfStoppedCard(CopyJournal::Entry &entry, const UnfinishedCopy &copy,
                                               const Scope &copying)
 {
@@ -81,7 +88,7 @@ FileUrl SortEngine::Copies::tellOfStoppedCard(CopyJournal::Entry &entry, const U
     if (!stopped) {
         return copy.folder;
     }
-    m_parts.tasks.post([this, stopped = *stopped] { add(stopped); });
+    post(*stopped);
     return stopped->copy.folder;
 }
 
@@ -98,8 +105,8 @@ void SortEngine::Copies::tellOfStoppedExport(CopyJournal::Entry &entry, Unfinish
     } else {
         copy.failure = organized.error().description;
     }
-    if (const auto stopped = UnfinishedCopies::stopExport(entry, std::move(copy))) {
-        m_parts.tasks.post([this, stopped = *stopped] { add(stopped); });
+    if (auto stopped = UnfinishedCopies::stopExport(entry, std::move(copy))) {
+        post(std::move(*stopped));
     }
 }
 
@@ -110,6 +117,11 @@ void SortEngine::Copies::count(int change)
     if (wasCopying != m_engine.isCopying()) {
         Q_EMIT m_engine.isCopyingChanged();
     }
+}
+
+void SortEngine::Copies::post(CopyJournal::Kept copy)
+{
+    m_parts.tasks.post([this, copy = std::move(copy)] { add(copy); });
 }
 
 void SortEngine::Copies::add(const CopyJournal::Kept &copy)

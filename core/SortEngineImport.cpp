@@ -38,7 +38,11 @@ bool SortEngine::CardImport::copy(const TaskRunner::Run &run, const Card &card, 
         });
         return false;
     }
-    return !run.isStopped() && copyClips(run, card, listing, copying); // stopped, with no folder made
+    if (run.isStopped()) {
+        tellOfStoppedListing(card, listing); // with no folder made
+        return false;
+    }
+    return copyClips(run, card, listing, copying);
 }
 
 // A copy that lacks clips would pass for the whole card, which may be wiped next.
@@ -49,6 +53,16 @@ void SortEngine::CardImport::tellOfUnreadable(const TaskRunner::Run &run, const 
             m_parts.copies.addCardNote(note);
         });
     }
+}
+
+// Sidecars aren't looked for: the card may be slow, and something else waits.
+void SortEngine::CardImport::tellOfStoppedListing(const Card &card, const CardListing &listing)
+{
+    UnfinishedCopy copy{.kind = CopyKind::card, .name = card.volumeName, .folder = card.destination};
+    std::ranges::transform(listing.clips, std::back_inserter(copy.files), [](const FileUrl &clip) {
+        return ClipFiles{clip, {}};
+    });
+    m_parts.copies.tellOfStoppedListing(std::move(copy));
 }
 
 bool SortEngine::CardImport::copyClips(const TaskRunner::Run &run, const Card &card, const CardListing &listing,

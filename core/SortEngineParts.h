@@ -86,6 +86,8 @@ public:
     CopyJournal::Entry enter(const UnfinishedCopy &whole) const { return m_unfinished.journal().begin(whole); }
     // shoot: the folder whose project the record belongs to.
     void keepRecord(const TaskRunner::Run &run, const FileUrl &shoot, const CopyRecord &record);
+    // copy: of a card, with the clips that were listed before the stop.
+    void tellOfStoppedListing(UnfinishedCopy copy);
     // Returns where the card's folder now is.
     [[nodiscard]] FileUrl tellOfStoppedCard(CopyJournal::Entry &entry, const UnfinishedCopy &copy,
                                             const Scope &copying);
@@ -95,6 +97,8 @@ public:
 private:
     void count(int change);
     void add(const CopyJournal::Kept &copy);
+    // Adds it on the main thread, also when its run was stopped. Any thread.
+    void post(CopyJournal::Kept copy);
 
     SortEngine &m_engine;
     Parts &m_parts;
@@ -127,6 +131,7 @@ private:
     // Returns whether there is a copy to sort now.
     [[nodiscard]] bool copy(const TaskRunner::Run &run, const Card &card, const Copies::Scope &copying);
     void tellOfUnreadable(const TaskRunner::Run &run, const Card &card, const CardListing &listing);
+    void tellOfStoppedListing(const Card &card, const CardListing &listing);
     // Copies the clips of the listing. Returns as copy() does.
     [[nodiscard]] bool copyClips(const TaskRunner::Run &run, const Card &card, const CardListing &listing,
                                  const Copies::Scope &copying);

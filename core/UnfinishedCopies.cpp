@@ -66,6 +66,16 @@ std::optional<CopyJournal::Kept> UnfinishedCopies::stopCard(CopyJournal::Entry &
     return CopyJournal::Kept{entry.file(), std::move(copy)};
 }
 
+std::optional<CopyJournal::Kept> UnfinishedCopies::stopListing(UnfinishedCopy copy) const
+{
+    if (copy.files.empty()) {
+        return std::nullopt; // perhaps it holds no clips at all
+    }
+    copy.end = End::notBegun;
+    const auto entry = m_journal.begin(copy);
+    return CopyJournal::Kept{entry.file(), std::move(copy)};
+}
+
 std::optional<CopyJournal::Kept> UnfinishedCopies::stopExport(CopyJournal::Entry &entry, UnfinishedCopy copy)
 {
     if (copy.files.empty()) {

@@ -24,6 +24,7 @@ constexpr std::array kinds{
 
 constexpr std::array ends{
     std::pair{End::none, QLatin1StringView("none")},
+    std::pair{End::notBegun, QLatin1StringView("not begun")},
     std::pair{End::stopped, QLatin1StringView("stopped")},
     std::pair{End::cutOff, QLatin1StringView("cut off")},
 };

@@ -16,7 +16,8 @@ namespace larkspan {
 struct UnfinishedCopy
 {
     enum class End {
-        none, // under way, or cut off without anybody having looked yet
+        none,     // under way, or cut off without anybody having looked yet
+        notBegun, // stopped while the card's clips were still being listed
         stopped,
         cutOff // the program was killed
     };
@@ -24,7 +25,8 @@ struct UnfinishedCopy
     CopyKind kind = CopyKind::card;
     QString name;                 // the card's or the shoot's, as people know it
     FileUrl folder;               // where the card's files went, or the folder above those of the bins
-    std::vector<ClipFiles> files; // those that were left out, a sidecar by itself as one of them; before an end all
+    std::vector<ClipFiles> files; // those that were left out, a sidecar by itself as one of them; before an end all;
+                                  // notBegun: those that were listed by then
     End end = End::none;
     QString failure; // in words, if one came after the stop
 
