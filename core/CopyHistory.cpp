@@ -6,10 +6,18 @@
 
 namespace larkspan {
 
-void CopyHistory::adopt(const QString &projectID)
+void CopyHistory::clear()
 {
-    const bool keepsNone = projectID.isEmpty() || m_seams.copyLog == nullptr;
-    m_records = keepsNone ? std::vector<CopyRecord>() : m_seams.copyLog->load(projectID);
+    m_records.clear();
+    Q_EMIT recordsChanged();
+}
+
+void CopyHistory::restore(std::vector<CopyRecord> records)
+{
+    for (CopyRecord &added : m_records) {
+        supersede(records, std::move(added));
+    }
+    m_records = std::move(records);
     Q_EMIT recordsChanged();
 }
 

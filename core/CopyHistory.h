@@ -26,8 +26,10 @@ public:
     // seams outlive it.
     explicit CopyHistory(const SortSeams &seams, QObject *parent = nullptr) : QObject(parent), m_seams(seams) {}
 
-    // Takes up the records of the shoot with this project id; none for an empty one.
-    void adopt(const QString &projectID);
+    // Drops the records: another shoot is on show now, or none.
+    void clear();
+    // Takes up the records that were kept of the shoot on show. Those added since clear() supersede them.
+    void restore(std::vector<CopyRecord> records);
     // Adds the record of a run that is over, and ends its progress.
     void add(CopyRecord record);
 

@@ -12,8 +12,8 @@ namespace larkspan {
 
 // Keeps the records of copies, one file per shoot, so that they can be reported when the shoot is opened again: the
 // last run of a card's import and the last one into folders by bin. Failures are swallowed: what can't be read counts
-// as not there, what can't be written isn't kept. Blocks until the data is on the medium. Any thread, one shoot at a
-// time.
+// as not there, what can't be written isn't kept. Blocks until the data is on the medium. Any thread; a shoot has one
+// run saved at a time.
 class CopyLog
 {
 public:

@@ -112,7 +112,7 @@ void SortEngine::dropShoot()
     setFolder(std::nullopt);
     clearClips();
     setPreviewClip(nullptr);
-    m_parts->copies.history().adopt({});
+    m_parts->copies.showRecordsOf({});
     m_currentProjectID.reset();
     m_projectName.clear();
     m_isRemovableImport = false;
@@ -147,7 +147,7 @@ void SortEngine::beginWorking(const FileUrl &folder)
 {
     setFolder(folder);
     clearClips();
-    m_parts->copies.history().adopt({});
+    m_parts->copies.showRecordsOf({});
     setStage({.kind = StageKind::working});
 }
 

@@ -16,6 +16,23 @@ SortEngine::Copies::Copies(SortEngine &engine, Parts &parts)
     })
 {}
 
+void SortEngine::Copies::showRecordsOf(const QString &projectID)
+{
+    m_history.clear();
+    const int shoot = ++m_shownShoots;
+    if (projectID.isEmpty() || m_parts.seams.copyLog == nullptr) {
+        return;
+    }
+    // Not dropped with the run: an export that begins meanwhile stops it, and adds its record to these.
+    m_parts.tasks.start([this, projectID, shoot](const TaskRunner::Run &) {
+        m_parts.tasks.post([this, shoot, records = m_parts.seams.copyLog->load(projectID)] {
+            if (shoot == m_shownShoots) {
+                m_history.restore(records);
+            }
+        });
+    });
+}
+
 void SortEngine::Copies::dismissUnfinishedNote()
 {
     if (!unfinishedNote().isEmpty()) {

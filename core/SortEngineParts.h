@@ -72,6 +72,9 @@ public:
 
     // Main thread.
     CopyHistory &history() { return m_history; }
+    // Puts the records that were kept of a project in place of those on show, once a thread has read them; none for an
+    // empty id.
+    void showRecordsOf(const QString &projectID);
     const QString &cardNote() const { return m_cardNote; }
     void addCardNote(const QString &note);
     void dismissCardNote();
@@ -103,6 +106,7 @@ private:
     SortEngine &m_engine;
     Parts &m_parts;
     CopyHistory m_history;
+    int m_shownShoots = 0; // so far; records read for an earlier one are dropped
     QString m_cardNote;
     UnfinishedCopies m_unfinished;
 };

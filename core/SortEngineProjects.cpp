@@ -16,7 +16,7 @@ void SortEngine::openProject(const QString &id)
     cancelTask();
     m_currentProjectID = id;
     m_projectName = project->summary.name;
-    m_parts->copies.history().adopt(id);
+    m_parts->copies.showRecordsOf(id);
     m_isRemovableImport = false;
     m_importVolumeName.reset();
     setFolder(project->summary.folderPath);
@@ -70,7 +70,7 @@ void SortEngine::adoptProject(const FileUrl &folder)
 {
     m_currentProjectID = projectID(folder);
     m_projectName = m_shelf.ownName(folder);
-    m_parts->copies.history().adopt(*m_currentProjectID);
+    m_parts->copies.showRecordsOf(*m_currentProjectID);
     Q_EMIT folderChanged();
 }
 

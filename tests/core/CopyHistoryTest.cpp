@@ -216,13 +216,14 @@ TEST_F(CopyHistoryTest, TheRecordsComeBackWithTheProjectAndGoWithTheShoot)
     SortEngine engine(copyingSeams());
     EXPECT_FALSE(engine.copyHistory()->hasReport());
     engine.openProject(projectID(FileUrl(dated())));
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    EXPECT_TRUE(engine.copyHistory()->hasReport());
+    EXPECT_EQ(engine.stage().kind, StageKind::results);
+    EXPECT_FALSE(engine.copyHistory()->hasReport()) << "a thread reads them, and the clips don't wait for it";
+    ASSERT_TRUE(waitUntil([&] { return engine.copyHistory()->hasReport(); }));
     engine.reset();
     EXPECT_FALSE(engine.copyHistory()->hasReport());
     engine.sortFolder(FileUrl(dated()));
     ASSERT_TRUE(reaches(engine, StageKind::results));
-    EXPECT_TRUE(engine.copyHistory()->hasReport());
+    ASSERT_TRUE(waitUntil([&] { return engine.copyHistory()->hasReport(); }));
     engine.sortFolder(FileUrl(folder / "card"));
     EXPECT_FALSE(engine.copyHistory()->hasReport());
     ASSERT_TRUE(reaches(engine, StageKind::results));
@@ -271,6 +272,54 @@ TEST_F(CopyHistoryTest, AStoppedImportThatHadItsLastFileIsRecordedUnderItsOwnFol
     const auto records = log.load(projectID(FileUrl(dated())));
     ASSERT_THAT(records, SizeIs(1));
     EXPECT_EQ(records[0].destination, FileUrl(dated()));
+}
+
+TEST_F(CopyHistoryTest, AnExportThatBeginsBeforeTheRecordsAreReadIsAddedToThem)
+{
+    {
+        SortEngine engine(copyingSeams());
+        import(engine);
+        ASSERT_TRUE(reaches(engine, StageKind::results));
+    }
+    SortEngine engine(copyingSeams());
+    engine.setOptions({.openEditorAfterExport = false, .fileHandling = FileHandling::copy});
+    engine.openProject(projectID(FileUrl(dated())));
+    engine.exportEvent();
+    ASSERT_TRUE(reaches(engine, StageKind::done));
+    ASSERT_TRUE(waitUntil([&] { return engine.copyHistory()->records().size() == 2; }));
+    EXPECT_EQ(engine.copyHistory()->records()[0].kind, CopyKind::card);
+    EXPECT_EQ(engine.copyHistory()->records()[1].kind, CopyKind::copy);
+}
+
+TEST_F(CopyHistoryTest, OfTwoShootsThatAreOpenedInOneGoOnlyTheLastOnesRecordsAreShown)
+{
+    SortEngine engine(copyingSeams());
+    import(engine);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.sortFolder(FileUrl(folder / "card"));
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    const CopyRecord exported{.kind = CopyKind::copy, .source = FileUrl(folder / "card"), .destination = shoot};
+    log.save(projectID(exported.source), exported);
+    engine.openProject(projectID(FileUrl(dated())));
+    engine.openProject(projectID(FileUrl(folder / "card")));
+    ASSERT_TRUE(waitUntil([&] { return engine.copyHistory()->hasReport(); }));
+    drain();
+    EXPECT_THAT(engine.copyHistory()->records(), ElementsAre(exported));
+}
+
+TEST(CopyHistory, RecordsAddedMeanwhileSupersedeThoseThatWereKept)
+{
+    const auto recordOfKind = [](CopyKind kind, const char *destination) {
+        return CopyRecord{.kind = kind, .destination = FileUrl(destination)};
+    };
+    const SortSeams seams;
+    CopyHistory history(seams);
+    history.add(recordOfKind(CopyKind::move, "/new"));
+    history.restore({recordOfKind(CopyKind::card, "/card"), recordOfKind(CopyKind::copy, "/old")});
+    EXPECT_THAT(history.records(),
+                ElementsAre(recordOfKind(CopyKind::card, "/card"), recordOfKind(CopyKind::move, "/new")));
+    history.clear();
+    EXPECT_FALSE(history.hasReport());
 }
 
 TEST_F(CopyHistoryTest, AnImportThatAnotherSortReplacesIsStillRecordedButNotShown)
