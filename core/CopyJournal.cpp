@@ -66,6 +66,11 @@ std::filesystem::path CopyJournal::defaultFolder()
     return dataFolder("Unfinished");
 }
 
+bool CopyJournal::isEmpty() const
+{
+    return keepsNothing() || journalsIn(m_folder).empty();
+}
+
 CopyJournal::Entry CopyJournal::begin(const UnfinishedCopy &copy) const
 {
     Entry entry;

@@ -47,6 +47,8 @@ public:
     static std::filesystem::path defaultFolder();
 
     bool keepsNothing() const { return m_folder.empty(); }
+    // No copy is under way, ended early or was cut off, in this program or another.
+    bool isEmpty() const;
 
     // copy: as it would be if the program were killed now.
     [[nodiscard]] Entry begin(const UnfinishedCopy &copy) const;

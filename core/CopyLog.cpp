@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <utility>
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
@@ -206,6 +208,25 @@ void CopyLog::save(const QString &id, const CopyRecord &record) const
     supersede(records, record);
     [[maybe_unused]] const auto made = makeLastingFolders(m_folder); // without it the write fails as well
     [[maybe_unused]] const auto written = writeFileAtomically(fileOf(id), encodeCopies(records).toStdString());
+}
+
+void CopyLog::prune(std::size_t most) const
+{
+    std::vector<std::pair<fs::file_time_type, fs::path>> shoots; // by the time of their last run
+    std::error_code error;
+    fs::directory_iterator entry(m_folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        std::error_code unknown; // such a file stays
+        const fs::file_time_type saved = entry->last_write_time(unknown);
+        if (!unknown && entry->path().extension() == ".json" && entry->is_regular_file(unknown)) {
+            shoots.emplace_back(saved, entry->path());
+        }
+    }
+    std::ranges::sort(shoots, std::greater());
+    for (std::size_t i = most; i < shoots.size(); ++i) {
+        std::error_code ignored; // it is tried again at the next start
+        fs::remove(shoots[i].second, ignored);
+    }
 }
 
 std::vector<CopyRecord> CopyLog::load(const QString &id) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <vector>
@@ -17,6 +18,9 @@ namespace larkspan {
 class CopyLog
 {
 public:
+    // Number of shoots whose records prune() keeps: years of one editor's work.
+    static constexpr std::size_t mostShoots = 500;
+
     // folder: made when something is saved. An empty path keeps nothing.
     explicit CopyLog(std::filesystem::path folder = defaultFolder()) : m_folder(std::move(folder)) {}
 
@@ -27,6 +31,8 @@ public:
     void save(const QString &id, const CopyRecord &record) const;
     // In the order in which they began.
     std::vector<CopyRecord> load(const QString &id) const;
+    // Removes the records of all shoots but those that were saved last.
+    void prune(std::size_t most = mostShoots) const;
 
 private:
     std::filesystem::path fileOf(const QString &id) const;

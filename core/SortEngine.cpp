@@ -32,7 +32,7 @@ SortEngine::SortEngine(SortSeams seams, int activeProcessorCount, QObject *paren
     connect(this, &SortEngine::clipsChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::targetChanged, this, &SortEngine::canExportChanged);
     connect(this, &SortEngine::stageChanged, this, &SortEngine::editsChanged);
-    m_parts->copies.tellOfEarlierRuns();
+    m_parts->copies.lookAtEarlierRuns();
 }
 
 SortEngine::~SortEngine() = default;

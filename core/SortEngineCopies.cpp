@@ -55,7 +55,7 @@ void SortEngine::Copies::dismissCardNote()
     }
 }
 
-void SortEngine::Copies::tellOfEarlierRuns()
+void SortEngine::Copies::lookAtEarlierRuns()
 {
     if (m_unfinished.journal().keepsNothing()) {
         return;
@@ -65,7 +65,16 @@ void SortEngine::Copies::tellOfEarlierRuns()
         for (CopyJournal::Kept &copy : m_unfinished.leftBehind()) {
             post(std::move(copy));
         }
+        pruneLog();
     });
+}
+
+// A copy that isn't finished may need its record however old it is.
+void SortEngine::Copies::pruneLog() const
+{
+    if (m_parts.seams.copyLog != nullptr && m_unfinished.journal().isEmpty()) {
+        m_parts.seams.copyLog->prune();
+    }
 }
 
 CopyOrder SortEngine::Copies::orderOf(const TaskRunner::Run &run, VerifyLevel verify, std::optional<CopyRecord> &record)

@@ -80,8 +80,8 @@ public:
     void dismissCardNote();
     QString unfinishedNote() const { return m_unfinished.note(); }
     void dismissUnfinishedNote();
-    // Adds the copies that earlier runs of the program left behind to the note, once a thread has looked for them.
-    void tellOfEarlierRuns();
+    // On a thread, adds the copies that earlier runs of the program left behind to the note, and prunes their log.
+    void lookAtEarlierRuns();
 
     // On the task's thread.
     // Shows the progress of the run's copy, and puts its record into the place given, which outlives the copy.
@@ -98,6 +98,7 @@ public:
                              const OrganizeAnswer &organized);
 
 private:
+    void pruneLog() const;
     void count(int change);
     void add(const CopyJournal::Kept &copy);
     // Adds it on the main thread, also when its run was stopped. Any thread.

@@ -5,6 +5,7 @@
 
 #include <QtCore/QDate>
 
+#include "core/CopyJournal.h"
 #include "tests/core/SortEngineFixture.h"
 #include "tests/support/Unprivileged.h"
 
@@ -334,6 +335,25 @@ TEST_F(CopyHistoryTest, AnImportThatAnotherSortReplacesIsStillRecordedButNotShow
     EXPECT_FALSE(engine.copyHistory()->hasReport());
     EXPECT_THAT(log.load(projectID(FileUrl(dated().native() + " (unfinished)"))), SizeIs(1));
     ASSERT_TRUE(reaches(engine, StageKind::results));
+}
+
+TEST_F(CopyHistoryTest, AStartKeepsTheRecordsOf500ShootsAndOfAllWhileACopyIsUnfinished)
+{
+    for (int i = 0; i < 502; ++i) {
+        (void)cacheFolder.write("Copies/" + std::to_string(i) + ".json");
+    }
+    auto parts = copyingSeams();
+    parts.copyJournal = cacheFolder / "Unfinished";
+    const auto recordsAfterAStart = [&] {
+        {
+            const SortEngine engine(parts); // waits for its tasks as it goes
+        }
+        return std::distance(fs::directory_iterator(cacheFolder / "Copies"), fs::directory_iterator());
+    };
+    auto underWay = CopyJournal(parts.copyJournal).begin({.name = u"CARD"_s, .folder = FileUrl(dated())});
+    EXPECT_EQ(recordsAfterAStart(), 502);
+    underWay.close();
+    EXPECT_EQ(recordsAfterAStart(), 500);
 }
 
 TEST_F(CopyHistoryTest, TheProgressOfACopyIsThereWhileItRuns)

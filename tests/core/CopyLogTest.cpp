@@ -105,6 +105,34 @@ TEST(CopyLog, WhatIsNotWholeCountsAsNotThere)
     EXPECT_THAT(log.load(u"ab"_s), ElementsAre(wholeRecord()));
 }
 
+TEST(CopyLog, PruningKeepsTheShootsThatWereSavedLastAndWhatIsNoRecord)
+{
+    const TempFolder folder;
+    const CopyLog log(folder.path());
+    const auto now = fs::file_time_type::clock::now();
+    for (const auto &[id, hours] : {std::pair("old", 3), {"new", 1}, {"older", 4}, {"newer", 0}}) {
+        log.save(QLatin1StringView(id), wholeRecord());
+        fs::last_write_time(folder / (std::string(id) + ".json"), now - std::chrono::hours(hours));
+    }
+    (void)folder.write("oldest.txt");
+    fs::create_directory(folder / "oldest.json");
+    fs::last_write_time(folder / "oldest.txt", now - std::chrono::hours(5));
+    fs::last_write_time(folder / "oldest.json", now - std::chrono::hours(5));
+    log.prune(4);
+    EXPECT_THAT(log.load(u"older"_s), ElementsAre(wholeRecord()));
+    log.prune(2);
+    for (const char *const id : {"old", "older"}) {
+        EXPECT_THAT(log.load(QLatin1StringView(id)), IsEmpty()) << id;
+    }
+    for (const char *const id : {"new", "newer"}) {
+        EXPECT_THAT(log.load(QLatin1StringView(id)), ElementsAre(wholeRecord())) << id;
+    }
+    EXPECT_TRUE(fs::exists(folder / "oldest.txt"));
+    EXPECT_TRUE(fs::exists(folder / "oldest.json"));
+    CopyLog(folder / "gone").prune(0);
+    CopyLog(fs::path()).prune(0);
+}
+
 TEST(CopyLog, APipeInPlaceOfAFileDoesNotHoldUp)
 {
     const TempFolder folder;
