@@ -24,12 +24,14 @@ struct Kind
 };
 
 constexpr std::array besideClips{
-    Kind{".xml"},     Kind{".thm"},      Kind{".srt"},      Kind{".lrv"},      Kind{".lrf"},      Kind{".wav"},
-    Kind{".sidecar"}, Kind{".xml", 'M'}, Kind{".klv", 'M'}, Kind{".bim", 'R'}, Kind{".smi", 'S'}, Kind{".ppn", 'I'},
+    Kind{".xml"},      Kind{".thm"},      Kind{".srt"},      Kind{".lrv"},      Kind{".lrf"},
+    Kind{".wav"},      Kind{".cpi"},      Kind{".sidecar"},  Kind{".xml", 'M'}, Kind{".klv", 'M'},
+    Kind{".bim", 'R'}, Kind{".smi", 'S'}, Kind{".ppn", 'I'},
 };
 constexpr std::array sonyThumbnails{Kind{".jpg", 'T'}};
 constexpr std::array p2Metadata{Kind{".xml"}};
 constexpr std::array p2Thumbnails{Kind{".bmp"}};
+constexpr std::array avchdClipInformation{Kind{".cpi"}};
 
 // A folder for sidecars beside the folder of the clips.
 struct SideFolder
@@ -44,6 +46,7 @@ constexpr std::array sideFolders{
     SideFolder{"M4ROOT", "CLIP", "THMBNL", sonyThumbnails},
     SideFolder{"CONTENTS", "VIDEO", "CLIP", p2Metadata},
     SideFolder{"CONTENTS", "VIDEO", "ICON", p2Thumbnails},
+    SideFolder{"BDMV", "STREAM", "CLIPINF", avchdClipInformation},
 };
 
 constexpr std::string_view goProProxy = "GL";

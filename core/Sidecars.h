@@ -34,11 +34,12 @@ struct ClipFiles
 
 // Finds the sidecars of clips by their names, in the clip's folder and where a card's layout has further ones:
 //
-//   beside C0001.MP4          C0001 with XML, THM, SRT, LRV, LRF, WAV or SIDECAR in any case
+//   beside C0001.MP4          C0001 with XML, THM, SRT, LRV, LRF, WAV, CPI or SIDECAR in any case
 //   Sony                      C0001M01.XML, C0001M02.KLV, C0001R01.BIM, C0001S01.SMI, C0001I01.PPN
 //   GoPro, beside GX010001    GL010001.LRV (and beside GH010001)
 //   Sony, M4ROOT/CLIP         M4ROOT/THMBNL/C0001T01.JPG
 //   P2, CONTENTS/VIDEO        CONTENTS/CLIP/0001AB.XML and CONTENTS/ICON/0001AB.BMP
+//   AVCHD, BDMV/STREAM        BDMV/CLIPINF/00000.CPI
 //
 // A video file is a clip of its own, never a sidecar. A sidecar has one clip: of two with one stem the first by name.
 // Every folder is read once; one that can't be read has no sidecars. One thread.

@@ -119,6 +119,14 @@ TEST_F(SidecarsTest, AP2CardHasMetadataAndThumbnailsInFoldersOfTheirOwn)
     EXPECT_THAT(sidecarsOf("CONTENTS/AUDIO/0001AB00.MXF"), IsEmpty());
 }
 
+TEST_F(SidecarsTest, AnAvchdCardHasTheInformationOnAClipUnderItsNumberInAFolderOfItsOwn)
+{
+    write({"PRIVATE/AVCHD/BDMV/STREAM/00000.MTS", "PRIVATE/AVCHD/BDMV/STREAM/00001.MTS",
+           "PRIVATE/AVCHD/BDMV/CLIPINF/00000.CPI", "PRIVATE/AVCHD/BDMV/CLIPINF/00001.CPI",
+           "PRIVATE/AVCHD/BDMV/PLAYLIST/00000.MPL", "PRIVATE/AVCHD/BDMV/INDEX.BDM"});
+    EXPECT_THAT(sidecarsOf("PRIVATE/AVCHD/BDMV/STREAM/00001.MTS"), ElementsAre("PRIVATE/AVCHD/BDMV/CLIPINF/00001.CPI"));
+}
+
 TEST_F(SidecarsTest, AGoProsProxyHasOtherFirstLettersThanItsClip)
 {
     write({"GX010001.MP4", "GL010001.LRV", "GX010001.THM", "GH010002.MP4", "GL010002.LRV", "GL010003.LRV",
@@ -146,9 +154,11 @@ TEST_F(SidecarsTest, OfARenamedClipTheyTakeItsNewName)
 
 TEST_F(SidecarsTest, UnderTheNewNameTheyAreFoundAgain)
 {
-    write({"C0001 2.MP4", "C0001 2.THM", "C0001 2M01.XML", "GX010001 2.MP4", "GL010001 2.LRV", "C0001.THM"});
+    write({"C0001 2.MP4", "C0001 2.THM", "C0001 2M01.XML", "GX010001 2.MP4", "GL010001 2.LRV", "C0001.THM", //
+           "00000 2.MTS", "00000 2.CPI"});
     EXPECT_THAT(sidecarsOf("C0001 2.MP4"), ElementsAre("C0001 2.THM", "C0001 2M01.XML"));
     EXPECT_THAT(sidecarsOf("GX010001 2.MP4"), ElementsAre("GL010001 2.LRV"));
+    EXPECT_THAT(sidecarsOf("00000 2.MTS"), ElementsAre("00000 2.CPI"));
 }
 
 TEST_F(SidecarsTest, ALinkToAFileIsOneAndABrokenLinkIsNone)
