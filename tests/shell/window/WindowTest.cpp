@@ -92,7 +92,9 @@ TEST_F(WindowTest, ListsThatAreLeftWhileTheyAreStillBeingMadeCauseNoWarning)
         ASSERT_TRUE(reaches(engine, StageKind::results));
         ASSERT_TRUE(waitUntil([&] { return lists.incubatingObjectCount() > 0 || isShown(u"kitchen 0"_s); }));
         timesLeftAtWork += lists.incubatingObjectCount() > 0 ? 1 : 0;
-        QCoreApplication::processEvents();
+        for (int turn = 0; turn <= time; ++turn) {
+            QCoreApplication::processEvents();
+        }
         engine.reset();
         ASSERT_TRUE(waitUntil([&] { return isShown(u"Choose Folder"_s); }));
     }
