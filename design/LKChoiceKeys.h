@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQml/qqmlregistration.h>
+
 #include "design/LKTypeAhead.h"
 
 namespace larkspan {

@@ -3,7 +3,6 @@
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 #include <QtCore/QVariant>
-#include <QtQml/qqmlregistration.h>
 
 namespace larkspan {
 
@@ -12,16 +11,15 @@ namespace larkspan {
 class LKTypeAhead : public QObject
 {
     Q_OBJECT
-    QML_ELEMENT
 
 public:
     explicit LKTypeAhead(QObject *parent = nullptr);
 
     // Returns true for a key that is part of the search, by its text and modifiers. A space never is: it chooses.
-    [[nodiscard]] Q_INVOKABLE static bool takes(const QString &text, int modifiers);
+    [[nodiscard]] static bool takes(const QString &text, int modifiers);
     // Returns the row to go to from current (-1: none), or -1. labels: a text for each row, null for a row that can't
     // be chosen.
-    Q_INVOKABLE int find(const QVariantList &labels, int current, const QString &text);
+    int find(const QVariantList &labels, int current, const QString &text);
 
 private:
     QString m_typed;

@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include <QtQml/qqmlregistration.h>
+
 #include "design/LKTypeAhead.h"
 #include "shell/panels/FolderEntries.h"
 
