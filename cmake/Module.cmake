@@ -97,9 +97,10 @@ function(larkspan_qml_module name uri)
   set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-g0;-fno-sanitize=undefined")
 endfunction()
 
-# larkspan_test(NAME LABEL folder [TIMEOUT seconds] [QOBJECTS] SOURCES … LINKS …): one test program, one ctest.
+# larkspan_test(NAME LABEL folder [TIMEOUT seconds] [PARTS count] [QOBJECTS] SOURCES … LINKS …): one test program, one
+# ctest; or with PARTS so many that share its tests, NAME_1 and so on, which can run at the same time.
 function(larkspan_test name)
-  cmake_parse_arguments(arg "QOBJECTS" "LABEL;TIMEOUT" "SOURCES;LINKS;COMMAND" ${ARGN})
+  cmake_parse_arguments(arg "QOBJECTS" "LABEL;TIMEOUT;PARTS" "SOURCES;LINKS;COMMAND" ${ARGN})
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
   endif()
@@ -113,23 +114,40 @@ function(larkspan_test name)
   if(arg_QOBJECTS)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
   endif()
-  add_test(NAME ${name} COMMAND ${arg_COMMAND} $<TARGET_FILE:${name}>)
-  # The longest ones start first, so that none runs alone at the end.
-  set_tests_properties(${name} PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT}
-    ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0")
+  set(environment "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0")
+  set(tests ${name})
+  if(arg_PARTS)
+    list(TRANSFORM tests APPEND _1)
+    foreach(part RANGE 2 ${arg_PARTS})
+      list(APPEND tests ${name}_${part})
+    endforeach()
+  endif()
+  set(part 0)
+  foreach(test IN LISTS tests)
+    add_test(NAME ${test} COMMAND ${arg_COMMAND} $<TARGET_FILE:${name}>)
+    # The longest ones start first, so that none runs alone at the end.
+    set_tests_properties(${test} PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT}
+      ENVIRONMENT "${environment}")
+    if(arg_PARTS)
+      set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT GTEST_TOTAL_SHARDS=${arg_PARTS} GTEST_SHARD_INDEX=${part})
+    endif()
+    math(EXPR part "${part} + 1")
+  endforeach()
+  set_target_properties(${name} PROPERTIES larkspan_tests "${tests}")
 endfunction()
 
-# larkspan_gui_test(NAME LABEL folder [TIMEOUT seconds] SOURCES … [LINKS …] [COMMAND …]): the same for what is shown.
-# Draws into memory, unless a COMMAND brings a display.
+# larkspan_gui_test(NAME LABEL folder [TIMEOUT seconds] [PARTS count] SOURCES … [LINKS …] [COMMAND …]): the same for what
+# is shown. Draws into memory, unless a COMMAND brings a display.
 function(larkspan_gui_test name)
-  cmake_parse_arguments(arg "" "LABEL;TIMEOUT" "SOURCES;LINKS;COMMAND" ${ARGN})
-  larkspan_test(${name} LABEL "${arg_LABEL}" TIMEOUT "${arg_TIMEOUT}" COMMAND ${arg_COMMAND}
+  cmake_parse_arguments(arg "" "LABEL;TIMEOUT;PARTS" "SOURCES;LINKS;COMMAND" ${ARGN})
+  larkspan_test(${name} LABEL "${arg_LABEL}" TIMEOUT "${arg_TIMEOUT}" PARTS "${arg_PARTS}" COMMAND ${arg_COMMAND}
     SOURCES ${arg_SOURCES} "${PROJECT_SOURCE_DIR}/tests/support/GuiTestMain.cpp"
     LINKS larkspan_gui_test_support ${arg_LINKS})
+  get_target_property(tests ${name} larkspan_tests)
   if(arg_COMMAND)
     # The display's GL driver leaks, and is gone from memory before the leak check could name it.
-    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT ASAN_OPTIONS=detect_leaks=0)
+    set_property(TEST ${tests} APPEND PROPERTY ENVIRONMENT ASAN_OPTIONS=detect_leaks=0)
   else()
-    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software)
+    set_property(TEST ${tests} APPEND PROPERTY ENVIRONMENT QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software)
   endif()
 endfunction()
