@@ -7,9 +7,8 @@
 #include <cstring>
 #include <system_error>
 
-#include <mpv/client.h>
-
 #include "screens/clips/DurationText.h"
+#include "screens/preview/PlayerLibrary.h"
 
 namespace larkspan {
 
@@ -50,30 +49,34 @@ constexpr Option options[] = {
 void observe(mpv_handle *mpv)
 {
     for (const char *flag : {"pause", "eof-reached"}) {
-        mpv_observe_property(mpv, 0, flag, MPV_FORMAT_FLAG);
+        libmpv().observeProperty(mpv, 0, flag, MPV_FORMAT_FLAG);
     }
     for (const char *number : {"time-pos", "duration"}) {
-        mpv_observe_property(mpv, 0, number, MPV_FORMAT_DOUBLE);
+        libmpv().observeProperty(mpv, 0, number, MPV_FORMAT_DOUBLE);
     }
-    mpv_observe_property(mpv, 0, "vid", MPV_FORMAT_STRING);
+    libmpv().observeProperty(mpv, 0, "vid", MPV_FORMAT_STRING);
 }
 
+// Null where clips can't be played.
 ClipPlayer::Handle makePlayer()
 {
+    if (!PlayerLibrary::loaded()) {
+        return nullptr;
+    }
     // It refuses to work with any other. Texts for people are made without it.
     std::setlocale(LC_NUMERIC, "C"); // NOLINT(concurrency-mt-unsafe): nothing here reads it on another thread
-    ClipPlayer::Handle mpv(mpv_create(), [](mpv_handle *handle) {
+    ClipPlayer::Handle mpv(libmpv().create(), [](mpv_handle *handle) {
         if (handle) {
-            mpv_terminate_destroy(handle);
+            libmpv().terminateDestroy(handle);
         }
     });
     if (!mpv) {
         return nullptr;
     }
     for (const Option &option : options) {
-        mpv_set_option_string(mpv.get(), option.name, option.value);
+        libmpv().setOptionString(mpv.get(), option.name, option.value);
     }
-    if (mpv_initialize(mpv.get()) < 0) {
+    if (libmpv().initialize(mpv.get()) < 0) {
         return nullptr;
     }
     observe(mpv.get());
@@ -84,7 +87,7 @@ ClipPlayer::Handle makePlayer()
 void set(mpv_handle *mpv, const char *property, bool on)
 {
     int flag = on ? 1 : 0;
-    mpv_set_property_async(mpv, 0, property, MPV_FORMAT_FLAG, &flag);
+    libmpv().setPropertyAsync(mpv, 0, property, MPV_FORMAT_FLAG, &flag);
 }
 
 } // namespace
@@ -94,10 +97,10 @@ ClipPlayer::ClipPlayer(QObject *parent) : QObject(parent) {}
 ClipPlayer::~ClipPlayer()
 {
     if (m_mpv) {
-        mpv_set_wakeup_callback(m_mpv.get(), nullptr, nullptr);
+        libmpv().setWakeupCallback(m_mpv.get(), nullptr, nullptr);
         set(m_mpv.get(), "pause", true);
         const char *stop[] = {"stop", nullptr};
-        mpv_command_async(m_mpv.get(), 0, stop);
+        libmpv().commandAsync(m_mpv.get(), 0, stop);
     }
 }
 
@@ -116,7 +119,7 @@ void ClipPlayer::open(const FileUrl &file)
     setVolume(m_volume);
     setMuted(m_muted);
     set(m_mpv.get(), "keepaspect", m_keepsAspect);
-    mpv_set_wakeup_callback(
+    libmpv().setWakeupCallback(
         m_mpv.get(),
         [](void *player) {
             QMetaObject::invokeMethod(static_cast<ClipPlayer *>(player), &ClipPlayer::handleEvents,
@@ -136,12 +139,12 @@ void ClipPlayer::pictureReady(bool canDraw)
     m_loaded = true;
     m_wantsPicture = canDraw;
     if (!canDraw) {
-        mpv_set_property_string(m_mpv.get(), "vid", "no");
+        libmpv().setPropertyString(m_mpv.get(), "vid", "no");
     }
     // Absolute, so never taken for an address of the network; the bytes are the file system's own.
     const std::string path = std::filesystem::absolute(m_file.path()).string();
     const char *load[] = {"loadfile", path.c_str(), nullptr};
-    mpv_command_async(m_mpv.get(), 0, load);
+    libmpv().commandAsync(m_mpv.get(), 0, load);
 }
 
 QString ClipPlayer::positionText() const
@@ -159,7 +162,7 @@ void ClipPlayer::setVolume(double volume)
     m_volume = std::clamp(volume, 0.0, 1.0);
     if (m_mpv) {
         double percent = m_volume * 100; // the player's own scale is cubic, as an ear's is
-        mpv_set_property_async(m_mpv.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
+        libmpv().setPropertyAsync(m_mpv.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
     }
     Q_EMIT volumeChanged();
 }
@@ -204,14 +207,14 @@ void ClipPlayer::seek(double seconds, bool exact)
     if (m_mpv) {
         const std::string to = std::to_string(std::max(0.0, seconds));
         const char *seek[] = {"seek", to.c_str(), exact ? "absolute+exact" : "absolute+keyframes", nullptr};
-        mpv_command_async(m_mpv.get(), 0, seek);
+        libmpv().commandAsync(m_mpv.get(), 0, seek);
     }
 }
 
 void ClipPlayer::handleEvents()
 {
     while (m_mpv) {
-        const mpv_event *event = mpv_wait_event(m_mpv.get(), 0);
+        const mpv_event *event = libmpv().waitEvent(m_mpv.get(), 0);
         if (event->event_id == MPV_EVENT_NONE) {
             return;
         }

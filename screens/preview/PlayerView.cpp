@@ -1,13 +1,12 @@
 #include "screens/preview/PlayerView.h"
 
-#include <mpv/client.h>
-#include <mpv/render_gl.h>
-
 #include <QtGui/QOpenGLContext>
 #include <QtOpenGL/QOpenGLFramebufferObject>
 #include <QtQuick/QQuickOpenGLUtils>
 #include <QtQuick/QQuickWindow>
 #include <QtQuick/QSGRendererInterface>
+
+#include "screens/preview/PlayerLibrary.h"
 
 namespace larkspan {
 
@@ -57,7 +56,7 @@ public:
         if (!m_context) {
             return;
         }
-        const bool isNew = (mpv_render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME) != 0;
+        const bool isNew = (libmpv().renderContextUpdate(m_context) & MPV_RENDER_UPDATE_FRAME) != 0;
         QOpenGLFramebufferObject *target = framebufferObject();
         mpv_opengl_fbo fbo{.fbo = static_cast<int>(target->handle()),
                            .w = target->width(),
@@ -69,7 +68,7 @@ public:
                                          {MPV_RENDER_PARAM_FLIP_Y, &upright},
                                          {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &wait},
                                          {MPV_RENDER_PARAM_INVALID, nullptr}};
-        mpv_render_context_render(m_context, parameters);
+        libmpv().renderContextRender(m_context, parameters);
         QQuickOpenGLUtils::resetOpenGLState();
         if (isNew) {
             Q_EMIT m_relay->frameDrawn();
@@ -83,9 +82,9 @@ private:
         mpv_render_param parameters[] = {{MPV_RENDER_PARAM_API_TYPE, const_cast<char *>(MPV_RENDER_API_TYPE_OPENGL)},
                                          {MPV_RENDER_PARAM_OPENGL_INIT_PARAMS, &gl},
                                          {MPV_RENDER_PARAM_INVALID, nullptr}};
-        m_failed = mpv_render_context_create(&m_context, m_mpv.get(), parameters) < 0;
+        m_failed = libmpv().renderContextCreate(&m_context, m_mpv.get(), parameters) < 0;
         if (!m_failed) {
-            mpv_render_context_set_update_callback(
+            libmpv().renderContextSetUpdateCallback(
                 m_context, [](void *relay) { Q_EMIT static_cast<FrameRelay *>(relay)->frameReady(); }, m_relay.get());
         }
         Q_EMIT m_relay->contextMade(!m_failed);
@@ -94,8 +93,8 @@ private:
     void dropContext()
     {
         if (m_context) {
-            mpv_render_context_set_update_callback(m_context, nullptr, nullptr);
-            mpv_render_context_free(m_context);
+            libmpv().renderContextSetUpdateCallback(m_context, nullptr, nullptr);
+            libmpv().renderContextFree(m_context);
             m_context = nullptr;
         }
         m_failed = false;

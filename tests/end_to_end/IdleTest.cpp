@@ -1,4 +1,6 @@
 // What the program does while nobody does anything: nothing.
+#include <QtCore/QFile>
+
 #include "tests/support/ProcessThreads.h"
 #include "tests/support/StartedProgram.h"
 #include "tests/support/WaitUntil.h"
@@ -62,4 +64,15 @@ TEST(Idle, ALauncherInBoringModeWaitsForNoTimer)
         },
         longEnough))
         << names.join(u'\n').toStdString();
+}
+
+TEST(Idle, ALauncherHasNotLoadedWhatPlaysClips)
+{
+    StartedProgram program(QStringLiteral(LARKSPAN_PROGRAM));
+    ASSERT_TRUE(program.showsItsWindow());
+    QFile maps(u"/proc/%1/maps"_s.arg(program.process().processId()));
+    ASSERT_TRUE(maps.open(QIODevice::ReadOnly));
+    const QByteArray mapped = maps.readAll();
+    EXPECT_TRUE(mapped.contains("libQt6Quick.so"));
+    EXPECT_FALSE(mapped.contains("libmpv.so"));
 }
