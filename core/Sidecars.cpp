@@ -21,12 +21,14 @@ struct Kind
 {
     std::string_view extension; // lower case
     char letter = '\0';         // of three characters between stem and extension, as in "M01"; none without
+    std::string_view clip = {}; // extension that its clip has, lower case; empty for any
 };
 
+// The last two are in folders of their own on a card. An import brings them beside their clips.
 constexpr std::array besideClips{
     Kind{".xml"},      Kind{".thm"},      Kind{".srt"},      Kind{".lrv"},      Kind{".lrf"},
     Kind{".wav"},      Kind{".cpi"},      Kind{".sidecar"},  Kind{".xml", 'M'}, Kind{".klv", 'M'},
-    Kind{".bim", 'R'}, Kind{".smi", 'S'}, Kind{".ppn", 'I'},
+    Kind{".bim", 'R'}, Kind{".smi", 'S'}, Kind{".ppn", 'I'}, Kind{".jpg", 'T'}, Kind{".bmp", '\0', ".mxf"},
 };
 constexpr std::array sonyThumbnails{Kind{".jpg", 'T'}};
 constexpr std::array p2Metadata{Kind{".xml"}};
@@ -44,6 +46,7 @@ struct SideFolder
 
 constexpr std::array sideFolders{
     SideFolder{"M4ROOT", "CLIP", "THMBNL", sonyThumbnails},
+    SideFolder{"XDROOT", "Clip", "Thmbnl", sonyThumbnails},
     SideFolder{"CONTENTS", "VIDEO", "CLIP", p2Metadata},
     SideFolder{"CONTENTS", "VIDEO", "ICON", p2Thumbnails},
     SideFolder{"BDMV", "STREAM", "CLIPINF", avchdClipInformation},
@@ -122,7 +125,8 @@ std::optional<Owner> ownerOf(const std::string &name, const ClipsByStem &clips, 
 {
     for (const Kind &kind : kinds) {
         const auto stem = clipStem(name, kind);
-        if (const auto clip = stem ? clips.find(*stem) : clips.end(); clip != clips.end()) {
+        const auto clip = stem ? clips.find(*stem) : clips.end();
+        if (clip != clips.end() && (kind.clip.empty() || lowerExtension(clip->second) == kind.clip)) {
             return Owner{clip->second, *stem, {}};
         }
     }

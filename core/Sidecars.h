@@ -35,9 +35,11 @@ struct ClipFiles
 // Finds the sidecars of clips by their names, in the clip's folder and where a card's layout has further ones:
 //
 //   beside C0001.MP4          C0001 with XML, THM, SRT, LRV, LRF, WAV, CPI or SIDECAR in any case
-//   Sony                      C0001M01.XML, C0001M02.KLV, C0001R01.BIM, C0001S01.SMI, C0001I01.PPN
+//   Sony                      C0001M01.XML, C0001M02.KLV, C0001R01.BIM, C0001S01.SMI, C0001I01.PPN, C0001T01.JPG
+//   beside 0001AB.MXF         0001AB.BMP
 //   GoPro, beside GX010001    GL010001.LRV (and beside GH010001)
 //   Sony, M4ROOT/CLIP         M4ROOT/THMBNL/C0001T01.JPG
+//   Sony, XDROOT/Clip         XDROOT/Thmbnl/C0001T01.JPG
 //   P2, CONTENTS/VIDEO        CONTENTS/CLIP/0001AB.XML and CONTENTS/ICON/0001AB.BMP
 //   AVCHD, BDMV/STREAM        BDMV/CLIPINF/00000.CPI
 //

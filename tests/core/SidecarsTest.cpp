@@ -101,6 +101,24 @@ TEST_F(SidecarsTest, SonysThumbnailsAreInTheFolderBesideTheClips)
            "PRIVATE/M4ROOT/THMBNL/C0002T01.JPG", "PRIVATE/M4ROOT/MEDIAPRO.XML"});
     EXPECT_THAT(sidecarsOf("PRIVATE/M4ROOT/CLIP/C0001.MP4"),
                 ElementsAre("PRIVATE/M4ROOT/CLIP/C0001M01.XML", "PRIVATE/M4ROOT/THMBNL/C0001T01.JPG"));
+    write({"XDROOT/Clip/918_0990.MXF", "XDROOT/Clip/918_0990M01.XML", "XDROOT/Thmbnl/918_0990T01.JPG",
+           "XDROOT/Sub/918_0990S03.MP4", "XDROOT/MEDIAPRO.XML"});
+    EXPECT_THAT(sidecarsOf("XDROOT/Clip/918_0990.MXF"),
+                ElementsAre("XDROOT/Clip/918_0990M01.XML", "XDROOT/Thmbnl/918_0990T01.JPG"));
+}
+
+TEST_F(SidecarsTest, ThumbnailsThatAnImportBroughtBesideTheirClipsBelongToThemThere)
+{
+    write({"C0001.MP4", "C0001T01.JPG", "0001AB.MXF", "0001AB.BMP", "0001AB.XML"});
+    EXPECT_THAT(sidecarsOf("C0001.MP4"), ElementsAre("C0001T01.JPG"));
+    EXPECT_THAT(sidecarsOf("0001AB.MXF"), ElementsAre("0001AB.BMP", "0001AB.XML"));
+}
+
+TEST_F(SidecarsTest, AnEditorsPictureWithTheNameOfAClipIsNone)
+{
+    write({"C0001.MP4", "C0001.JPG", "C0001T1.JPG", "C0001.BMP", "C0001T01.BMP", "0001AB.MXF", "0001AB.JPG"});
+    EXPECT_THAT(sidecarsOf("C0001.MP4"), IsEmpty());
+    EXPECT_THAT(sidecarsOf("0001AB.MXF"), IsEmpty());
 }
 
 TEST_F(SidecarsTest, AFolderOfThatNameElsewhereIsNoCameras)
@@ -155,8 +173,9 @@ TEST_F(SidecarsTest, OfARenamedClipTheyTakeItsNewName)
 TEST_F(SidecarsTest, UnderTheNewNameTheyAreFoundAgain)
 {
     write({"C0001 2.MP4", "C0001 2.THM", "C0001 2M01.XML", "GX010001 2.MP4", "GL010001 2.LRV", "C0001.THM", //
-           "00000 2.MTS", "00000 2.CPI"});
-    EXPECT_THAT(sidecarsOf("C0001 2.MP4"), ElementsAre("C0001 2.THM", "C0001 2M01.XML"));
+           "00000 2.MTS", "00000 2.CPI", "C0001 2T01.JPG", "0001AB 2.MXF", "0001AB 2.BMP"});
+    EXPECT_THAT(sidecarsOf("C0001 2.MP4"), ElementsAre("C0001 2.THM", "C0001 2M01.XML", "C0001 2T01.JPG"));
+    EXPECT_THAT(sidecarsOf("0001AB 2.MXF"), ElementsAre("0001AB 2.BMP"));
     EXPECT_THAT(sidecarsOf("GX010001 2.MP4"), ElementsAre("GL010001 2.LRV"));
     EXPECT_THAT(sidecarsOf("00000 2.MTS"), ElementsAre("00000 2.CPI"));
 }

@@ -2,12 +2,15 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
+#include "output/CopyReport.h"
+#include "output/ProofFile.h"
 #include "tests/output/Footage.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Pair;
 
@@ -87,6 +90,23 @@ TEST_F(SidecarCopyTest, ACardsClipsBringTheirsAlongUnderTheirNewNames)
     EXPECT_EQ(filesBeneath(shoot), copies);
     EXPECT_EQ(progress, (Progress{{1, 3}, {2, 3}, {3, 3}})) << "and so is progress";
     EXPECT_THAT(namesBeneath(folder / "card"), testing::SizeIs(8));
+}
+
+TEST_F(SidecarCopyTest, TheyAreCountedInTheProofAndInTheReport)
+{
+    CopyRecord record;
+    ASSERT_TRUE(MediaImporter::copyFiles(
+        urls(), FileUrl(shoot),
+        {VerifyLevel::checksum, [](int, int) {}, {}, {.ended = [&](CopyRecord ended) { record = std::move(ended); }}}));
+    EXPECT_EQ(countOf(record, CopyState::readBack), 7);
+    const std::string proof = contentOf(shoot / proofFileName);
+    EXPECT_EQ(std::ranges::count(proof, '\n'), 7);
+    const std::string report = copyReport({record}, u"card"_s).toStdString();
+    EXPECT_THAT(report, HasSubstr("All 7 files were read back and match. Safe to erase."));
+    for (const auto &[name, content] : copies) {
+        EXPECT_THAT(proof, HasSubstr("  " + name + "\n"));
+        EXPECT_THAT(report, HasSubstr(name));
+    }
 }
 
 TEST_F(SidecarCopyTest, AMoveTakesThemIntoTheFolderOfTheirClipsBin)
@@ -238,4 +258,25 @@ TEST_F(SidecarCopyTest, ThumbnailsFromASonysOtherFolderAreNoLinksAndMoveWithThei
     EXPECT_THAT(filesBeneath(root),
                 ElementsAre(Pair("Pool/C0001.MP4", "clip"), Pair("Pool/C0001T01.JPG", "thumbnail")));
     EXPECT_THAT(namesBeneath(folder / "sd"), IsEmpty());
+}
+
+TEST_F(SidecarCopyTest, WhatACardHeldInOtherFoldersGoesOnFromTheImportToTheExport)
+{
+    const std::vector urls{FileUrl(folder.write("sd/M4ROOT/CLIP/C0001.MP4", "clip")),
+                           FileUrl(folder.write("xd/XDROOT/Clip/918_0990.MXF", "clip of an XD card")),
+                           FileUrl(folder.write("p2/CONTENTS/VIDEO/0001AB.MXF", "clip of a P2 card"))};
+    for (const char *const name : {"sd/M4ROOT/THMBNL/C0001T01.JPG", "xd/XDROOT/Thmbnl/918_0990T01.JPG",
+                                   "p2/CONTENTS/CLIP/0001AB.XML", "p2/CONTENTS/ICON/0001AB.BMP"}) {
+        (void)folder.write(name, name);
+    }
+    ASSERT_TRUE(copyFiles(urls, shoot));
+    std::vector<ClipToOrganize> imported;
+    for (const FileUrl &url : urls) {
+        imported.push_back(clipIn(shoot / url.lastPathBytes(), u"Pool"_s));
+    }
+    ASSERT_TRUE(moveByBin(imported, root));
+    EXPECT_THAT(namesBeneath(root),
+                ElementsAre("Pool/0001AB.BMP", "Pool/0001AB.MXF", "Pool/0001AB.XML", "Pool/918_0990.MXF",
+                            "Pool/918_0990T01.JPG", "Pool/C0001.MP4", "Pool/C0001T01.JPG"));
+    EXPECT_THAT(namesBeneath(shoot), IsEmpty());
 }
