@@ -12,10 +12,8 @@
 
 namespace larkspan {
 
-struct SortSeams;
-
 // The copies of the shoot on show: the distance that a running one has come, the records of those that are over, and
-// the page that reports them. Main thread.
+// the trouble with the page that reports them. Main thread.
 class CopyHistory : public QObject
 {
     Q_OBJECT
@@ -23,9 +21,6 @@ class CopyHistory : public QObject
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged) // reason that the last report failed, or ""
 
 public:
-    // seams outlive it.
-    explicit CopyHistory(const SortSeams &seams, QObject *parent = nullptr) : QObject(parent), m_seams(seams) {}
-
     // Drops the records: another shoot is on show now, or none.
     void clear();
     // Takes up the records that were kept of the shoot on show. Those added since clear() supersede them.
@@ -41,10 +36,8 @@ public:
     const std::vector<CopyRecord> &records() const { return m_records; }
     bool hasReport() const { return !m_records.empty(); }
 
-    // Writes the report, named after the shoot's folder, beside the copies of the last run, or into Documents where
-    // that can't be, and opens it. Nothing without records.
-    void showReport(const FileUrl &shoot);
     const QString &problem() const { return m_problem; }
+    void setProblem(const QString &problem);
     Q_INVOKABLE void dismissProblem() { setProblem({}); }
 
 Q_SIGNALS:
@@ -53,9 +46,6 @@ Q_SIGNALS:
     void problemChanged();
 
 private:
-    void setProblem(const QString &problem);
-
-    const SortSeams &m_seams;
     std::optional<CopyProgress> m_progress;
     std::vector<CopyRecord> m_records;
     QString m_problem;

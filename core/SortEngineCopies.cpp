@@ -1,7 +1,28 @@
-// The copies under way: their number, their progress, their records, and what a stopped one left out.
+// The copies under way: their number, their progress, their records and report, and what a stopped one left out.
+#include "core/AtomicFile.h"
 #include "core/SortEngineParts.h"
+#include "core/UserFolders.h"
 
 namespace larkspan {
+
+namespace {
+
+// Writes the page beside the copies of the last run, or into Documents where that can't be. Returns its place.
+tl::expected<FileUrl, std::error_code> writeReport(const std::vector<CopyRecord> &copies, const FileUrl &shoot,
+                                                   const SortSeams &seams)
+{
+    const std::string page = seams.copyReport(copies, shoot.lastPathComponent()).toStdString();
+    const std::string name = shoot.lastPathBytes() + " copy report.html";
+    FileUrl file(copies.back().destination.path() / name);
+    auto written = writeFileAtomically(file.path(), page);
+    if (const auto documents = written ? std::nullopt : documentsFolder()) {
+        file = FileUrl(documents->path() / name);
+        written = writeFileAtomically(file.path(), page);
+    }
+    return written.map([&file] { return std::move(file); });
+}
+
+} // namespace
 
 SortEngine::Copies::Scope::Scope(Copies &copies)
     : m_count(copies.m_parts.tasks, [&copies](int change) { copies.count(change); })
@@ -10,7 +31,6 @@ SortEngine::Copies::Scope::Scope(Copies &copies)
 SortEngine::Copies::Copies(SortEngine &engine, Parts &parts)
     : m_engine(engine)
     , m_parts(parts)
-    , m_history(parts.seams)
     , m_unfinished(CopyJournal(parts.seams.copyJournal), [&parts](const FileUrl &file, const FileUrl &folder) {
         return parts.seams.placesInBin(file, folder, QString());
     })
@@ -28,6 +48,24 @@ void SortEngine::Copies::showRecordsOf(const QString &projectID)
         m_parts.tasks.post([this, shoot, records = m_parts.seams.copyLog->load(projectID)] {
             if (shoot == m_shownShoots) {
                 m_history.restore(records);
+            }
+        });
+    });
+}
+
+void SortEngine::Copies::showReport(const FileUrl &shoot)
+{
+    if (!m_history.hasReport() || m_isReporting) {
+        return;
+    }
+    m_isReporting = true;
+    // Not dropped with the run: the editor waits for it, whatever else is begun meanwhile.
+    m_parts.tasks.start([this, shoot, copies = m_history.records()](const TaskRunner::Run &) {
+        m_parts.tasks.post([this, report = writeReport(copies, shoot, m_parts.seams)] {
+            m_isReporting = false;
+            m_history.setProblem(report ? QString() : QString::fromStdString(report.error().message()));
+            if (report) {
+                m_parts.seams.openFile(*report);
             }
         });
     });

@@ -75,6 +75,9 @@ public:
     // Puts the records that were kept of a project in place of those on show, once a thread has read them; none for an
     // empty id.
     void showRecordsOf(const QString &projectID);
+    // On a thread, writes the report, named after the shoot's folder, beside the copies of the last run, or into
+    // Documents where that can't be; then opens it. Nothing without records, or while one is being written.
+    void showReport(const FileUrl &shoot);
     const QString &cardNote() const { return m_cardNote; }
     void addCardNote(const QString &note);
     void dismissCardNote();
@@ -107,6 +110,7 @@ private:
     SortEngine &m_engine;
     Parts &m_parts;
     CopyHistory m_history;
+    bool m_isReporting = false;
     int m_shownShoots = 0; // so far; records read for an earlier one are dropped
     QString m_cardNote;
     UnfinishedCopies m_unfinished;

@@ -39,7 +39,7 @@ void SortEngine::chooseHandoff()
 void SortEngine::showCopyReport()
 {
     if (m_folder) {
-        m_parts->copies.history().showReport(*m_folder);
+        m_parts->copies.showReport(*m_folder);
     }
 }
 

@@ -107,7 +107,7 @@ struct SortSeams
     std::function<std::vector<FileUrl>(const FileUrl &clip, const FileUrl &root, const QString &bin)> placesInBin;
     // The text of the event file for clips in any order.
     std::function<QString(const std::vector<ClipPtr> &clips, const QString &name)> eventText;
-    // The page that reports the copies of a shoot, HTML.
+    // The page that reports the copies of a shoot, HTML. Off the main thread.
     std::function<QString(const std::vector<CopyRecord> &copies, const QString &name)> copyReport;
     // Hands a file to the program that is registered for it; failures are nobody's concern.
     std::function<void(const FileUrl &file)> openFile;

@@ -1,12 +1,8 @@
-// The records of a shoot's copies, from the run to the report.
+// The records of a shoot's copies, from the run to the screens.
 #include "core/CopyHistory.h"
 
-#include <fstream>
-
-#include <QtCore/QDate>
-
 #include "core/CopyJournal.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/CopyHistoryFixture.h"
 #include "tests/support/Unprivileged.h"
 
 using namespace larkspan;
@@ -17,91 +13,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 namespace fs = std::filesystem;
-
-namespace {
-
-std::string textOfFile(const fs::path &file)
-{
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-class CopyHistoryTest : public SortEngineTest
-{
-protected:
-    CopyHistoryTest()
-    {
-        qputenv("HOME", QByteArray::fromStdString((folder / "home").string()));
-        (void)folder.write("card/DCIM/kitchen 1.mov", "film");
-        (void)folder.write("card/DCIM/pool 2.mov", "film");
-        for (const char *other : {"index", "DCIM/photo.jpg", ".hidden", ".Trashes/old.jpg", "Library.fcpbundle/x"}) {
-            (void)folder.write(fs::path("card") / other);
-        }
-        fs::create_directory(folder / "Shoots");
-    }
-    ~CopyHistoryTest() override { qputenv("HOME", home); }
-
-    // A record as an importer makes it: whether by a card's import or by an export, it knows only files.
-    static CopyRecord recordOf(std::span<const FileUrl> urls, const FileUrl &destination)
-    {
-        CopyRecord record{.destination = destination, .level = VerifyLevel::checksum};
-        for (const FileUrl &url : urls) {
-            record.files.push_back({.source = url,
-                                    .destination = destination.appending(url.lastPathComponent()),
-                                    .bytes = 4,
-                                    .state = CopyState::readBack});
-        }
-        return record;
-    }
-
-    SortSeams copyingSeams()
-    {
-        auto parts = seams();
-        parts.copyFiles = [this](const auto &urls, const FileUrl &destination, const CopyOrder &order) -> CopyAnswer {
-            fs::create_directories(destination.path());
-            for (const FileUrl &url : urls) {
-                fs::copy_file(url.path(), destination.path() / url.lastPathBytes());
-            }
-            order.observer.progressed({.totalBytes = 8, .copiedBytes = 4});
-            copying.pass();
-            CopyRecord record = recordOf(urls, destination);
-            record.failure = importFails ? u"no"_s : u""_s;
-            order.observer.ended(record);
-            return importFails ? CopyAnswer(tl::unexpected(CopyFailure{u"no"_s})) : std::vector<CopyResult>();
-        };
-        parts.organizeByBin = [](const std::vector<ClipToOrganize> &clips, const FileUrl &root, bool,
-                                 const CopyOrder &order) {
-            std::vector<FileUrl> urls;
-            std::ranges::transform(clips, std::back_inserter(urls), &ClipToOrganize::url);
-            order.observer.ended(recordOf(urls, root));
-            return OrganizeAnswer();
-        };
-        parts.copyReport = [](const std::vector<CopyRecord> &copies, const QString &name) {
-            return u"%1: %2 copies"_s.arg(name).arg(copies.size());
-        };
-        parts.copyLog = &log;
-        return parts;
-    }
-
-    void import(SortEngine &engine)
-    {
-        engine.setImportRoot(FileUrl(folder / "Shoots"));
-        engine.importCard(FileUrl(folder / "card"), u"CARD"_s);
-        copying.open();
-    }
-
-    fs::path dated() const
-    {
-        return folder / "Shoots" / ("CARD — " + QDate::currentDate().toString(Qt::ISODate).toStdString());
-    }
-
-    const QByteArray home = qgetenv("HOME");
-    const CopyLog log{cacheFolder / "Copies"};
-    Gate copying;
-    bool importFails = false;
-};
-
-} // namespace
 
 TEST_F(CopyHistoryTest, AnImportLeavesARecordThatNamesTheCard)
 {
@@ -148,6 +59,7 @@ TEST_F(CopyHistoryTest, AFailedImportHasItsReportToo)
     EXPECT_TRUE(engine.copyHistory()->hasReport());
     EXPECT_EQ(engine.copyHistory()->records().front().failure, u"no"_s);
     engine.showCopyReport();
+    ASSERT_TRUE(waitUntil([this] { return !opened.empty(); }));
     EXPECT_THAT(opened, ElementsAre(FileUrl(dated() / (dated().filename().string() + " copy report.html"))));
 }
 
@@ -313,8 +225,7 @@ TEST(CopyHistory, RecordsAddedMeanwhileSupersedeThoseThatWereKept)
     const auto recordOfKind = [](CopyKind kind, const char *destination) {
         return CopyRecord{.kind = kind, .destination = FileUrl(destination)};
     };
-    const SortSeams seams;
-    CopyHistory history(seams);
+    CopyHistory history;
     history.add(recordOfKind(CopyKind::move, "/new"));
     history.restore({recordOfKind(CopyKind::card, "/card"), recordOfKind(CopyKind::copy, "/old")});
     EXPECT_THAT(history.records(),
@@ -377,49 +288,4 @@ TEST_F(CopyHistoryTest, AStoppedCopyShowsNoProgress)
     engine.reset();
     EXPECT_EQ(engine.copyHistory()->progress(), std::nullopt);
     copying.open();
-}
-
-TEST_F(CopyHistoryTest, AShootWithoutCopiesHasNoReport)
-{
-    makeClips({"kitchen 1"});
-    SortEngine engine(seams()); // a report of nothing would be an error here
-    engine.sortFolder(shoot);
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    engine.showCopyReport();
-    EXPECT_THAT(opened, IsEmpty());
-    EXPECT_EQ(engine.copyHistory()->problem(), u""_s);
-}
-
-TEST_F(CopyHistoryTest, TheReportIsWrittenBesideTheCopiesAndOpened)
-{
-    SortEngine engine(copyingSeams());
-    engine.showCopyReport();
-    EXPECT_THAT(opened, IsEmpty());
-    import(engine);
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    engine.showCopyReport();
-    const std::string name = dated().filename().string();
-    EXPECT_THAT(opened, ElementsAre(FileUrl(dated() / (name + " copy report.html"))));
-    EXPECT_EQ(textOfFile(opened.front().path()), name + ": 1 copies");
-    EXPECT_EQ(engine.copyHistory()->problem(), u""_s);
-}
-
-TEST_F(CopyHistoryTest, WhereTheCopiesCannotBeReachedTheReportGoesIntoDocumentsAndElseTheReasonIsSaid)
-{
-    SortEngine engine(copyingSeams());
-    import(engine);
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    fs::rename(dated(), folder / "unplugged");
-    engine.showCopyReport();
-    ASSERT_THAT(opened, SizeIs(1));
-    EXPECT_EQ(opened.front().path().parent_path().parent_path(), folder / "home");
-    EXPECT_TRUE(fs::exists(opened.front().path()));
-
-    fs::remove_all(folder / "home");
-    (void)folder.write("home");
-    engine.showCopyReport();
-    EXPECT_THAT(opened, SizeIs(1));
-    EXPECT_NE(engine.copyHistory()->problem(), u""_s);
-    engine.copyHistory()->dismissProblem();
-    EXPECT_EQ(engine.copyHistory()->problem(), u""_s);
 }

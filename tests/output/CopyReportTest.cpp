@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <libxml/HTMLparser.h>
 #include <libxml/xpath.h>
+#include <QtCore/QDateTime>
 
 #include "tests/output/Footage.h"
 
@@ -196,6 +197,11 @@ TEST(CopyReport, GivesTheRunInFigures)
     EXPECT_EQ(page.fact(u"Card"_s), u"/media/CARD"_s);
     EXPECT_EQ(page.fact(u"Volume"_s), u"EOS_DIGITAL"_s);
     EXPECT_EQ(page.fact(u"Copied to"_s), u"/Shoots/CARD"_s);
+    const auto local = [](qint64 seconds) {
+        return QDateTime::fromSecsSinceEpoch(seconds).toString(u"yyyy-MM-dd HH:mm:ss"_s);
+    };
+    EXPECT_EQ(page.fact(u"Began"_s), local(1'000'000'000));
+    EXPECT_EQ(page.fact(u"Ended"_s), local(1'000'000'002));
     EXPECT_EQ(page.fact(u"Files"_s), u"2"_s);
     EXPECT_EQ(page.fact(u"Copied"_s), u"3 MB (3000000 bytes)"_s);
     EXPECT_EQ(page.fact(u"Speed"_s), u"1.5 MB/s, verification included"_s);
