@@ -54,13 +54,14 @@ QString unreadableNote(const FileUrl &card, const QString &name, std::span<const
 
 QString unfinishedNote(const UnfinishedCopy &copy)
 {
-    if (copy.end == UnfinishedCopy::End::notBegun) {
-        return u"The copy of %1 was stopped before its first file: nothing of it was copied. Don't erase the card."_s
-            .arg(copy.name);
-    }
+    using End = UnfinishedCopy::End;
     const bool isOne = copy.files.size() == 1;
-    const bool wasCutOff = copy.end == UnfinishedCopy::End::cutOff;
+    const bool wasCutOff = copy.end == End::cutOff || copy.end == End::cutOffBeforeItBegan;
     const QString how = wasCutOff ? u"cut off"_s : u"stopped"_s;
+    if (copy.end == End::notBegun || copy.end == End::cutOffBeforeItBegan) {
+        return u"The copy of %1 was %2 before its first file: nothing of it was copied. Don't erase the card."_s.arg(
+            copy.name, how);
+    }
     if (copy.kind == CopyKind::card) {
         return u"The copy of %1 was %2: %3 %4 in %5. Don't erase the card."_s.arg(
             copy.name, how, filesInOneLine(copy.files), isOne ? u"isn't"_s : u"aren't"_s,

@@ -102,7 +102,7 @@ CopyJournal::Entry CopyJournal::begin(const UnfinishedCopy &copy) const
 
 void CopyJournal::Entry::close()
 {
-    forget(m_file);
+    forget(std::exchange(m_file, {}));
 }
 
 void CopyJournal::Entry::keep(const UnfinishedCopy &copy)

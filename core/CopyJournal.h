@@ -20,7 +20,8 @@ public:
     class Entry
     {
     public:
-        // The copy is complete, or its failure is shown: there is nothing to tell at the next start.
+        // The copy is complete, or its failure is shown: there is nothing to tell at the next start. Does
+        // nothing the second time.
         void close();
         // It ended early, and this is to be told until it is forgotten.
         void keep(const UnfinishedCopy &copy);

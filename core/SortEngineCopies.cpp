@@ -138,9 +138,9 @@ void SortEngine::Copies::keepRecord(const TaskRunner::Run &run, const FileUrl &s
     m_parts.tasks.land(run, [this, record] { m_history.add(record); });
 }
 
-void SortEngine::Copies::tellOfStoppedListing(UnfinishedCopy copy)
+void SortEngine::Copies::tellOfStoppedListing(CopyJournal::Entry &entry, UnfinishedCopy copy)
 {
-    if (auto stopped = m_unfinished.stopListing(std::move(copy))) {
+    if (auto stopped = UnfinishedCopies::stopListing(entry, std::move(copy))) {
         post(std::move(*stopped));
     }
 }

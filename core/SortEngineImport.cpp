@@ -30,19 +30,24 @@ void SortEngine::CardImport::keepFolderName()
 
 bool SortEngine::CardImport::copy(const TaskRunner::Run &run, const Card &card, const Copies::Scope &copying)
 {
+    auto entry = m_parts.copies.enter({.kind = CopyKind::card,
+                                       .name = card.volumeName,
+                                       .folder = card.destination,
+                                       .end = UnfinishedCopy::End::listing});
     const CardListing listing = listCard(card.source, run.stop);
     tellOfUnreadable(run, card, listing);
     if (listing.clips.empty()) {
+        entry.close();
         m_parts.tasks.land(run, [this, name = card.source.lastPathComponent()] {
             m_engine.setStage({.kind = StageKind::emptyFolder, .text = name});
         });
         return false;
     }
     if (run.isStopped()) {
-        tellOfStoppedListing(card, listing); // with no folder made
+        tellOfStoppedListing(entry, card, listing); // with no folder made
         return false;
     }
-    return copyClips(run, card, listing, copying);
+    return copyClips(run, card, listing, entry, copying);
 }
 
 // A copy that lacks clips would pass for the whole card, which may be wiped next.
@@ -56,17 +61,18 @@ void SortEngine::CardImport::tellOfUnreadable(const TaskRunner::Run &run, const 
 }
 
 // Sidecars aren't looked for: the card may be slow, and something else waits.
-void SortEngine::CardImport::tellOfStoppedListing(const Card &card, const CardListing &listing)
+void SortEngine::CardImport::tellOfStoppedListing(CopyJournal::Entry &entry, const Card &card,
+                                                  const CardListing &listing)
 {
     UnfinishedCopy copy{.kind = CopyKind::card, .name = card.volumeName, .folder = card.destination};
     std::ranges::transform(listing.clips, std::back_inserter(copy.files), [](const FileUrl &clip) {
         return ClipFiles{clip, {}};
     });
-    m_parts.copies.tellOfStoppedListing(std::move(copy));
+    m_parts.copies.tellOfStoppedListing(entry, std::move(copy));
 }
 
 bool SortEngine::CardImport::copyClips(const TaskRunner::Run &run, const Card &card, const CardListing &listing,
-                                       const Copies::Scope &copying)
+                                       CopyJournal::Entry &beginning, const Copies::Scope &copying)
 {
     m_parts.tasks.land(run, [this, total = static_cast<int>(listing.clips.size())] { m_engine.setProgress(0, total); });
     const UnfinishedCopy whole{.kind = CopyKind::card,
@@ -75,8 +81,14 @@ bool SortEngine::CardImport::copyClips(const TaskRunner::Run &run, const Card &c
                                .files = withSidecars(listing.clips)};
     auto entry = m_parts.copies.enter(whole);
     std::optional<CopyRecord> record;
-    const auto copied =
-        m_parts.seams.copyFiles(listing.clips, card.destination, m_parts.copies.orderOf(run, card.verify, record));
+    CopyOrder order = m_parts.copies.orderOf(run, card.verify, record);
+    // Bytes that are on their way have a folder, by which the next start finds what isn't in it.
+    order.observer.progressed = [&beginning, tell = order.observer.progressed](const CopyProgress &progress) {
+        beginning.close();
+        tell(progress);
+    };
+    const auto copied = m_parts.seams.copyFiles(listing.clips, card.destination, order);
+    beginning.close();
     const bool wasStopped = run.isStopped();
     const FileUrl folder = wasStopped ? m_parts.copies.tellOfStoppedCard(entry, whole, copying) : card.destination;
     if (copied) {

@@ -93,7 +93,7 @@ public:
     // shoot: the folder whose project the record belongs to.
     void keepRecord(const TaskRunner::Run &run, const FileUrl &shoot, const CopyRecord &record);
     // copy: of a card, with the clips that were listed before the stop.
-    void tellOfStoppedListing(UnfinishedCopy copy);
+    void tellOfStoppedListing(CopyJournal::Entry &entry, UnfinishedCopy copy);
     // Returns where the card's folder now is.
     [[nodiscard]] FileUrl tellOfStoppedCard(CopyJournal::Entry &entry, const UnfinishedCopy &copy,
                                             const Scope &copying);
@@ -140,10 +140,10 @@ private:
     // Returns whether there is a copy to sort now.
     [[nodiscard]] bool copy(const TaskRunner::Run &run, const Card &card, const Copies::Scope &copying);
     void tellOfUnreadable(const TaskRunner::Run &run, const Card &card, const CardListing &listing);
-    void tellOfStoppedListing(const Card &card, const CardListing &listing);
-    // Copies the clips of the listing. Returns as copy() does.
+    void tellOfStoppedListing(CopyJournal::Entry &entry, const Card &card, const CardListing &listing);
+    // Copies the clips of the listing. Returns as copy() does. beginning: the journal's entry until there is a folder.
     [[nodiscard]] bool copyClips(const TaskRunner::Run &run, const Card &card, const CardListing &listing,
-                                 const Copies::Scope &copying);
+                                 CopyJournal::Entry &beginning, const Copies::Scope &copying);
     void adoptProject(const TaskRunner::Run &run, const Card &card);
     // folder: where the card's files are now.
     void keepRecord(const TaskRunner::Run &run, const Card &card, const CardListing &listing, const FileUrl &folder,

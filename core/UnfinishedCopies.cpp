@@ -66,13 +66,14 @@ std::optional<CopyJournal::Kept> UnfinishedCopies::stopCard(CopyJournal::Entry &
     return CopyJournal::Kept{entry.file(), std::move(copy)};
 }
 
-std::optional<CopyJournal::Kept> UnfinishedCopies::stopListing(UnfinishedCopy copy) const
+std::optional<CopyJournal::Kept> UnfinishedCopies::stopListing(CopyJournal::Entry &entry, UnfinishedCopy copy)
 {
     if (copy.files.empty()) {
-        return std::nullopt; // perhaps it holds no clips at all
+        entry.close(); // perhaps it holds no clips at all
+        return std::nullopt;
     }
     copy.end = End::notBegun;
-    const auto entry = m_journal.begin(copy);
+    entry.keep(copy);
     return CopyJournal::Kept{entry.file(), std::move(copy)};
 }
 
@@ -89,6 +90,11 @@ std::optional<CopyJournal::Kept> UnfinishedCopies::stopExport(CopyJournal::Entry
 
 bool UnfinishedCopies::settleCutOff(UnfinishedCopy &copy) const
 {
+    if (copy.end == End::listing) {
+        // A folder that was made has an entry of its own, which says more.
+        copy.end = isThere(copy.folder.path()) ? End::cutOff : End::cutOffBeforeItBegan;
+        return true;
+    }
     copy.end = End::cutOff;
     if (copy.kind != CopyKind::card) {
         return true;
@@ -108,13 +114,13 @@ std::vector<CopyJournal::Kept> UnfinishedCopies::leftBehind() const
 {
     std::vector<CopyJournal::Kept> all;
     for (CopyJournal::Kept &kept : m_journal.leftBehind()) {
-        if (kept.copy.end == End::none) {
+        if (kept.copy.end == End::none || kept.copy.end == End::listing) {
             if (!settleCutOff(kept.copy)) {
                 continue;
             }
             CopyJournal::replace(kept);
         }
-        if (kept.copy.files.empty()) {
+        if (kept.copy.files.empty() && kept.copy.end != End::cutOffBeforeItBegan) {
             CopyJournal::forget(kept.file);
         } else {
             all.push_back(std::move(kept));

@@ -27,7 +27,7 @@ public:
                                                             FolderName name) const;
     // The same of a card of which nothing was copied, since its clips were still being listed: copy.files has those
     // found so far. None if there are none.
-    [[nodiscard]] std::optional<CopyJournal::Kept> stopListing(UnfinishedCopy copy) const;
+    [[nodiscard]] static std::optional<CopyJournal::Kept> stopListing(CopyJournal::Entry &entry, UnfinishedCopy copy);
     // The same of an export; left out is what is in copy.files.
     [[nodiscard]] static std::optional<CopyJournal::Kept> stopExport(CopyJournal::Entry &entry, UnfinishedCopy copy);
     // The copies that earlier runs of the program left behind. Any thread.

@@ -24,9 +24,11 @@ constexpr std::array kinds{
 
 constexpr std::array ends{
     std::pair{End::none, QLatin1StringView("none")},
+    std::pair{End::listing, QLatin1StringView("listing")},
     std::pair{End::notBegun, QLatin1StringView("not begun")},
     std::pair{End::stopped, QLatin1StringView("stopped")},
     std::pair{End::cutOff, QLatin1StringView("cut off")},
+    std::pair{End::cutOffBeforeItBegan, QLatin1StringView("cut off before it began")},
 };
 
 QString textOf(const auto &names, auto value)

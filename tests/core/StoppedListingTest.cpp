@@ -1,4 +1,4 @@
-// A card's import that something else ends while the card's clips are still being listed.
+// A card's import that ends before its first file: something else begins, or the program is killed.
 #include <thread>
 
 #include "core/CardNote.h"
@@ -15,15 +15,23 @@ namespace {
 
 const QString nothingCopied =
     u"The copy of CARD was stopped before its first file: nothing of it was copied. Don't erase the card."_s;
+const QString cutOffAtOnce =
+    u"The copy of CARD was cut off before its first file: nothing of it was copied. Don't erase the card."_s;
 
 class StoppedListingTest : public CardImportTest
 {
 protected:
-    UnfinishedCopies copies() const { return {CopyJournal(journal), {}}; }
+    UnfinishedCopies copies() const { return copiesOf(journal); }
+    static UnfinishedCopies copiesOf(const fs::path &place)
+    {
+        return {CopyJournal(place), [](const FileUrl &, const FileUrl &) { return std::vector<FileUrl>(); }};
+    }
 
     UnfinishedCopy listedCard(std::initializer_list<const char *> clips) const
     {
-        UnfinishedCopy copy{.name = u"CARD"_s, .folder = shoots().appending(u"CARD — 2026-05-04"_s)};
+        UnfinishedCopy copy{.name = u"CARD"_s,
+                            .folder = shoots().appending(u"CARD — 2026-05-04"_s),
+                            .end = UnfinishedCopy::End::listing};
         for (const char *const clip : clips) {
             copy.files.push_back({FileUrl(card().path() / clip), {}});
         }
@@ -31,13 +39,23 @@ protected:
     }
 
     // The note of the next start.
-    QString nextNote() const
+    QString nextNote() const { return noteOf(copies()); }
+    static QString noteOf(UnfinishedCopies next)
     {
-        auto next = copies();
         for (const auto &kept : next.leftBehind()) {
             next.add(kept);
         }
         return next.note();
+    }
+
+    // The journal as it would be left if the program were killed now: nobody holds the locks of a copied file.
+    [[nodiscard]] fs::path journalIfKilledNow() const
+    {
+        fs::path left = folder / "left";
+        fs::remove_all(left);
+        std::error_code ignored; // there may be none yet
+        fs::copy(journal, left, ignored);
+        return left;
     }
 
     // A card with so many folders that something else can begin before all have been read.
@@ -84,6 +102,27 @@ protected:
         return false;
     }
 
+    // Imports the card until a journal could be copied while the card's folders were being read.
+    [[nodiscard]] fs::path journalOfAListing(SortEngine &engine)
+    {
+        for (int attempt = 0; attempt < 100; ++attempt) {
+            isCopied = false;
+            engine.importCard(card(), u"CARD"_s);
+            while (!isListing() && !isCopied) {
+                std::this_thread::yield();
+            }
+            fs::path left = journalIfKilledNow();
+            const bool wasInTime = isListing();
+            if (!waitUntil([&] { return !engine.isCopying(); })) {
+                break;
+            }
+            if (wasInTime) {
+                return left;
+            }
+        }
+        return {};
+    }
+
     SortSeams journalingSeams()
     {
         auto parts = importingSeams();
@@ -104,7 +143,8 @@ protected:
 TEST_F(StoppedListingTest, OfWhichClipsAreKnownIsToldAtEveryStartUntilTheNoteIsDismissed)
 {
     auto kept = copies();
-    const auto stopped = kept.stopListing(listedCard({"a.mov", "b.mov"}));
+    auto entry = CopyJournal(journal).begin(listedCard({}));
+    const auto stopped = UnfinishedCopies::stopListing(entry, listedCard({"a.mov", "b.mov"}));
     ASSERT_TRUE(stopped);
     EXPECT_EQ(unfinishedNote(stopped->copy), nothingCopied);
     EXPECT_EQ(unfinishedCopyOf(jsonOf(stopped->copy)), stopped->copy);
@@ -119,8 +159,87 @@ TEST_F(StoppedListingTest, OfWhichClipsAreKnownIsToldAtEveryStartUntilTheNoteIsD
 
 TEST_F(StoppedListingTest, OfWhichNoClipIsKnownIsNotTold)
 {
-    EXPECT_FALSE(copies().stopListing(listedCard({})));
+    auto entry = CopyJournal(journal).begin(listedCard({}));
+    EXPECT_FALSE(UnfinishedCopies::stopListing(entry, listedCard({})));
     EXPECT_EQ(nextNote(), QString());
+    EXPECT_TRUE(fs::is_empty(journal));
+}
+
+TEST_F(StoppedListingTest, ThatWasCutOffIsToldAtEveryStartUntilTheNoteIsDismissedAlsoWhileTheDiskIsOut)
+{
+    fs::create_directory(shoots().path());
+    (void)CopyJournal(journal).begin(listedCard({})); // and nothing more is heard of it
+    EXPECT_EQ(nextNote(), cutOffAtOnce);
+    EXPECT_EQ(nextNote(), cutOffAtOnce);
+    fs::create_directory(listedCard({}).folder.path()); // by the next import of the day
+    EXPECT_EQ(nextNote(), cutOffAtOnce);
+    auto kept = copies();
+    kept.add(kept.leftBehind().front());
+    kept.dismiss();
+    EXPECT_TRUE(fs::is_empty(journal));
+
+    fs::remove_all(shoots().path());
+    (void)CopyJournal(journal).begin(listedCard({}));
+    EXPECT_EQ(nextNote(), cutOffAtOnce);
+}
+
+TEST_F(StoppedListingTest, OfWhichTheFolderIsMadeIsLeftToTheCopysOwnEntry)
+{
+    (void)CopyJournal(journal).begin(listedCard({}));
+    fs::create_directories(listedCard({}).folder.path());
+    EXPECT_EQ(nextNote(), QString());
+    EXPECT_TRUE(fs::is_empty(journal));
+}
+
+TEST_F(StoppedListingTest, ComesBackFromItsTextAsItWas)
+{
+    for (const auto end : {UnfinishedCopy::End::listing, UnfinishedCopy::End::cutOffBeforeItBegan}) {
+        UnfinishedCopy copy = listedCard({});
+        copy.end = end;
+        EXPECT_EQ(unfinishedCopyOf(jsonOf(copy)), copy);
+    }
+}
+
+TEST_F(StoppedListingTest, AProgramThatIsKilledWhileItListsACardTellsOfItAtTheNextStart)
+{
+    insertLargeCard();
+    fs::path left;
+    {
+        SortEngine engine(journalingSeams());
+        engine.setImportRoot(shoots());
+        left = journalOfAListing(engine);
+        ASSERT_FALSE(left.empty());
+        EXPECT_TRUE(fs::is_empty(journal)) << "nothing is told of imports that came to their end";
+    }
+    auto parts = journalingSeams();
+    parts.copyJournal = left;
+    SortEngine next(parts);
+    EXPECT_TRUE(waitUntil([&] { return next.unfinishedNote() == cutOffAtOnce; }));
+}
+
+TEST_F(StoppedListingTest, AProgramThatIsKilledBeforeTheCardsFolderIsMadeTellsThatNothingWasCopied)
+{
+    insertCard();
+    Gate listed;
+    Gate begun;
+    auto parts = journalingSeams();
+    parts.copyFiles = [&](const auto &, const FileUrl &, const CopyOrder &order) {
+        listed.pass();
+        order.observer.progressed({});
+        begun.pass();
+        return std::vector<CopyResult>();
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    listed.awaitArrival();
+    EXPECT_EQ(noteOf(copiesOf(journalIfKilledNow())), cutOffAtOnce);
+    listed.open();
+    begun.awaitArrival();
+    EXPECT_EQ(noteOf(copiesOf(journalIfKilledNow())), QString()) << "the folder was made, and thrown away since";
+    begun.open();
+    ASSERT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
+    EXPECT_TRUE(fs::is_empty(journal));
 }
 
 TEST_F(StoppedListingTest, IsToldByTheEngineAndByTheNextOneAndNoFolderIsMade)
