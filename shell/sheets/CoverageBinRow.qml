@@ -27,6 +27,10 @@ LKPressable {
     onActivated: row.turned(!row.needed)
 
     LKAccessible.role: Accessible.CheckBox
+    Accessible.onToggleAction: {
+        if (row.enabled)
+            row.press();
+    }
     Accessible.description: status
 
     contentItem: RowLayout {

@@ -19,7 +19,7 @@ MENU = 0xff67
 LETTER_M = 0x6d
 # What something that can be acted on may be, in a list, in a row of tabs, in a menu, and anywhere else.
 PARTS = {"list": {"list item"}, "page tab list": {"page tab"}, "popup menu": {"menu item"}}
-CONTROLS = {"push button", "combo box", "slider", "text"}
+CONTROLS = {"push button", "check box", "combo box", "slider", "text"}
 # What is said when one goes into it.
 GROUPS = {"dialog", "list", "page tab list", "popup menu", "tool bar"}
 PATIENCE = 60  # seconds; a hang, not a measure of speed
@@ -317,6 +317,26 @@ def look_at_a_clip(program):
     program.find("list item", "Garage", program.find("list", "Bins"))
 
 
+def check_coverage(program):
+    menu = program.find("push button", "Menu")
+    program.awaits("collapsed", menu)
+    program.act(menu, "Press")
+    program.awaits("expanded", menu)
+    program.press("menu item", "Check Coverage…", program.find("popup menu", "Menu"))
+    sheet = program.find("dialog", "Coverage")
+    program.inspect("the coverage")
+    program.find("label", "Missing: Kitchen", sheet)
+    pool = program.find("check box", "Pool", program.find("panel", "Bins that a listing needs", sheet))
+    expect(pool.description == "1 clip", f"the coverage of a bin reading {pool.description!r}")
+    for action, is_needed, finding in [("Toggle", True, "One take only: Pool"),
+                                       ("Press", False, "No room of these has one take only.")]:
+        program.act(pool, action)
+        program.find("label", finding, sheet)
+        until(lambda: ("checked" in states(pool)) == is_needed, f"the tick after {action}")
+    program.press("push button", "Done", sheet)
+    program.gone("dialog", "Coverage")
+
+
 def walk(path):
     with tempfile.TemporaryDirectory() as scratch:
         home = pathlib.Path(scratch, "home")
@@ -334,6 +354,7 @@ def walk(path):
             choose_folder(program, "Shoots", "Villa")
             settle_review(program)
             look_at_a_clip(program)
+            check_coverage(program)
             program.press("push button", "Export")
             program.find("heading", "Event created")
             program.inspect("the end of the export")
