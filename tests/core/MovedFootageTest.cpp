@@ -352,3 +352,36 @@ TEST_F(MovedFootageTest, WhatWasFoundStaysFoundOnceTheShootsFolderIsAnother)
     EXPECT_TRUE(waitUntil([&] { return hasAllThumbnails(engine); }));
     EXPECT_EQ(engine.clips().front()->footageURL(), found);
 }
+
+TEST_F(MovedFootageTest, AShootThatIsSortedHasNoPicturesOfTheOneBeforeToMakeUpFor)
+{
+    (void)folder.write("kitchen 1.mov", "1");
+    sortThenMove({});
+    const fs::path other = folder.write("other/dark 2.mov", "22");
+    Gate sampling;
+    Gate searching;
+    std::atomic<bool> isFirst = true;
+    auto parts = searchingSeams(searching);
+    parts.sampleFrames = [&, inner = parts.sampleFrames](const MediaClip &clip, int count, double size) {
+        if (isFirst.exchange(false)) {
+            sampling.pass();
+        }
+        return inner(clip, count, size);
+    };
+    parts.organizeByBin = [&other](const auto &...) -> OrganizeAnswer {
+        fs::remove(other); // so that a look for pictures would have to search for it
+        return {};
+    };
+    SortEngine engine(parts);
+    engine.openProject(id);
+    sampling.awaitArrival();
+    engine.sortFolder(FileUrl(other.parent_path())); // which drops the pictures that were to come
+    sampling.open();
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    engine.setOptions({.fileHandling = FileHandling::move});
+    engine.exportEvent();
+    ASSERT_TRUE(reaches(engine, StageKind::done));
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage().kind, StageKind::organizing) << "there is no search to wait for";
+    searching.open(100);
+}
