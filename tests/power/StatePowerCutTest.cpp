@@ -1,7 +1,8 @@
-// The power goes while the project cache or the settings are written. Either the old state or the new one must then be
-// there, whole; what was said to be on the medium is there for good.
+// The power goes while the project cache or the settings are written, or behind a folder's new name. Either the old
+// state or the new one must then be there, whole; what was said to be on the medium is there for good.
 #include <gmock/gmock.h>
 
+#include "core/CardFolder.h"
 #include "core/ProjectCache.h"
 #include "core/SettingsStore.h"
 #include "tests/power/PowerCuts.h"
@@ -203,4 +204,22 @@ TEST_F(StatePowerCut, TheSettingsAreTheOldOnesOrTheNewOnesWhole)
                     Gt(10));
     }
     qInstallMessageHandler(complaints);
+}
+
+TEST_F(StatePowerCut, AFolderIsMarkedForGoodAndReplacesNothingWhateverTheFileSystemPromises)
+{
+    for (const auto claims : {PowerCutDisk::Claims::rename, PowerCutDisk::Claims::neither}) {
+        const DiskContent before{{"Shoots", std::nullopt},
+                                 {"Shoots/CARD", std::nullopt},
+                                 {"Shoots/CARD (unfinished)", std::nullopt}, // empty, so that a rename could replace it
+                                 {"Shoots/CARD/a.mov", "film"}};
+        PowerCutDisk disk(before, claims);
+        const fs::path shoots = disk.path() / "Shoots";
+        EXPECT_EQ(markUnfinished(FileUrl(shoots / "CARD")), FileUrl(shoots / "CARD (unfinished) (2)"));
+        disk.unmount();
+        EXPECT_EQ(disk.left(Survival::nothing), (DiskContent{{"Shoots", std::nullopt},
+                                                             {"Shoots/CARD (unfinished)", std::nullopt},
+                                                             {"Shoots/CARD (unfinished) (2)", std::nullopt},
+                                                             {"Shoots/CARD (unfinished) (2)/a.mov", "film"}}));
+    }
 }
