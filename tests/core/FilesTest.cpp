@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <csignal>
 #include <fstream>
 #include <sstream>
@@ -79,6 +80,16 @@ TEST(FileUrl, OfALocalFileKeepsEveryByteAndLosesTheSlashAtItsEnd)
     EXPECT_EQ(fileOfUrl(QUrl()), std::nullopt);
 }
 
+TEST(FileUrl, IsStoredAsItsPathOrElseAsItsUrlAndTextThatCannotNameAFileIsNone)
+{
+    EXPECT_EQ(FileUrl("/a b").storedPath(), u"/a b"_s);
+    EXPECT_EQ(FileUrl("/a b\xff").storedPath(), u"file:///a%20b%FF"_s);
+    EXPECT_EQ(FileUrl::fromStoredPath(u"file:///a%20b%FF"_s), FileUrl("/a b\xff"));
+    for (const QString &text : {QString(), u"file://"_s, QString(u"/a"_s + QChar(0) + u"b"_s), u"file:///a%00b"_s}) {
+        EXPECT_EQ(FileUrl::fromStoredPath(text), std::nullopt) << text.toStdString();
+    }
+}
+
 TEST(ClipListing, FindsEveryVideoTypeInAnyCaseAndNothingElse)
 {
     const TempFolder folder;
@@ -102,7 +113,10 @@ TEST(ClipListing, SkipsCompanionFilesHiddenFilesAndHiddenFolders)
 TEST(ClipListing, DoesNotLookIntoPackages)
 {
     const TempFolder folder;
-    (void)folder.write("Old.fcpbundle/Original Media/a.mov");
+    for (const std::string type : {"app", "bundle", "fcpbundle", "fcparch", "imovielibrary", "photoslibrary", "theater",
+                                   "framework", "FCPBUNDLE"}) {
+        (void)folder.write("Old." + type + "/Original Media/a.mov");
+    }
     (void)folder.write("Card/a.mov");
     EXPECT_THAT(clipsIn(folder.path()), ElementsAre("Card/a.mov"));
 }
@@ -155,6 +169,16 @@ TEST(ClipListing, AnUnreadableFolderYieldsNothingAndAnUnreadableSubFolderIsPasse
         EXPECT_THAT(clipsIn(folder / "locked"), IsEmpty());
     }
     fs::permissions(folder / "locked", fs::perms::all);
+}
+
+TEST(ClipListing, ReadsNoFolderAfterAStop)
+{
+    const TempFolder folder;
+    (void)folder.write("a.mov");
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_THAT(listClips(FileUrl(folder.path()), stop.get_token()), IsEmpty());
+    EXPECT_THAT(listCard(FileUrl(folder / "gone"), stop.get_token()).unreadable, IsEmpty());
 }
 
 TEST(ClipListing, LinksToFoldersAreNotFollowedSoALoopEnds)
@@ -281,6 +305,32 @@ TEST(AtomicFile, AFailureSaysWhyAndLeavesTheOldFile)
     const Unprivileged user;
     EXPECT_EQ(writeFileAtomically(path, "new").error(), std::errc::permission_denied);
     EXPECT_EQ(contentOf(path), "old");
+}
+
+TEST(AtomicFile, AnErrorNumberOfAnEarlierCallIsNoFailure)
+{
+    const TempFolder folder;
+    errno = EIO;
+    EXPECT_TRUE(writeFileAtomically(folder / "event.fcpxml", "text"));
+}
+
+TEST(LastingFolders, AreMadeWithAllThatAreMissingAboveThemAndElseTheReasonIsGiven)
+{
+    const TempFolder folder;
+    ASSERT_TRUE(makeLastingFolders(folder / "a/b/c"));
+    EXPECT_TRUE(fs::is_directory(folder / "a/b/c"));
+    EXPECT_TRUE(makeLastingFolders(folder / "a/b/c")) << "which are there already";
+    (void)folder.write("file");
+    EXPECT_EQ(makeLastingFolders(folder / "file/a").error(), std::errc::file_exists);
+}
+
+TEST(ContentOf, AFileOfMoreBytesThanAreAskedForCountsAsEmpty)
+{
+    const TempFolder folder;
+    const auto file = folder.write("index.json", "12345");
+    EXPECT_EQ(larkspan::contentOf(file, 5), "12345");
+    EXPECT_EQ(larkspan::contentOf(file, 4), QByteArray());
+    EXPECT_EQ(larkspan::contentOf(folder / "gone", 5), QByteArray());
 }
 
 TEST(Project, IsNamedAfterItsStandardizedFolderAlone)

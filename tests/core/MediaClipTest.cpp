@@ -73,6 +73,18 @@ TEST(MediaClip, BinsDropEmptyNamesAndDoublesAndKeepTheFirstAppearance)
     EXPECT_THAT(clip.bins(), ElementsAre(u"Kitchen"_s, u"Pool"_s));
 }
 
+TEST(MediaClip, IsInItsPrimaryBinAndInEachFurtherOneAndNeverInOneWithoutAName)
+{
+    MediaClip clip(FileUrl("/shoot/a.mov"));
+    EXPECT_FALSE(clip.isIn(QString()));
+    clip.primaryBin = u"Kitchen"_s;
+    clip.extraBins = {u"Pool"_s, QString()};
+    EXPECT_TRUE(clip.isIn(u"Kitchen"_s));
+    EXPECT_TRUE(clip.isIn(u"Pool"_s));
+    EXPECT_FALSE(clip.isIn(u"Garage"_s));
+    EXPECT_FALSE(clip.isIn(QString()));
+}
+
 TEST(MediaClip, IsVerticalOnlyWhenNarrowerThanTall)
 {
     MediaClip clip(FileUrl("/shoot/a.mov"));
@@ -104,6 +116,12 @@ TEST(MediaClip, RationalDurationOfALengthNoFileCanHaveStaysANumber)
 {
     EXPECT_EQ(clipOf(std::numeric_limits<double>::infinity(), 1001, 60000).rationalDuration(), u"1001/60000s"_s);
     EXPECT_THAT(clipOf(1e300, 1001, 60000).rationalDuration().toStdString(), testing::MatchesRegex("[0-9]+/60000s"));
+}
+
+TEST(MediaClip, OfTheLongestFrameAClipHasOne)
+{
+    constexpr auto longest = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(clipOf(1e300, longest, 60000).durationTicks(), longest);
 }
 
 TEST(MediaClip, FootageIsAtItsSourceAndAtItsCopyOnceTheSourceIsGone)

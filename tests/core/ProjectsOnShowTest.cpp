@@ -59,6 +59,19 @@ TEST_F(ProjectsOnShowTest, EachChangeOfTheListIsAnnouncedOnce)
     EXPECT_THAT(names, ElementsAre(u"House"_s)) << "of the project on show";
 }
 
+TEST_F(ProjectsOnShowTest, TheNameOfAProjectIsAnnouncedWhenItsFolderIsSortedAgain)
+{
+    makeClips({"pool 1"});
+    cache.save({.summary = {.id = id, .name = u"The Glass House"_s, .folderPath = shoot}});
+    SortEngine engine(seams());
+    QString shown;
+    QObject::connect(&engine, &SortEngine::folderChanged, [&] { shown = engine.displayName(); });
+    engine.sortFolder(shoot);
+    EXPECT_EQ(shown, u"The Glass House"_s);
+    EXPECT_EQ(engine.currentProjectID(), id);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+}
+
 TEST_F(ProjectsOnShowTest, PuttingBackAProjectThatNobodyDeletedAnnouncesNothing)
 {
     makeClips({"pool 1"});

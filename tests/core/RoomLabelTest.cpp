@@ -123,7 +123,9 @@ TEST(RoomLabel, NamesOutsideTheTableAreNotFoundByName)
     for (const QString &name : {u"Unsorted"_s, u"Kitchen 2"_s, reviewKey()}) {
         EXPECT_FALSE(RoomLabel::byName().contains(name)) << name.toStdString();
     }
+    EXPECT_EQ(unsortedBin(), u"Unsorted"_s);
     EXPECT_EQ(reviewKey(), QString(QChar(1)) + u"needs-review"_s);
+    EXPECT_EQ(reviewTitle(), u"Needs a look"_s);
 }
 
 TEST(RoomLabel, AerialAndTalentAloneStayOutOfTheRankingOfRooms)

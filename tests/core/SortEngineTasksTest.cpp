@@ -297,6 +297,36 @@ TEST_F(SortEngineTest, AnExportThatIsAskedForDuringAnotherStopsThatOne)
     EXPECT_EQ(engine.stage().kind, StageKind::done);
 }
 
+TEST_F(SortEngineTest, AnExportOfASortedFolderLooksForNoFootage)
+{
+    makeClips({"dark 1"});
+    Gate gate;
+    auto parts = seams();
+    parts.probeClip = [](const FileUrl &url) {
+        auto clip = probe(url);
+        clip->duration = 1.0;
+        clip->naturalSize = {16, 9};
+        return clip;
+    };
+    parts.placesInBin = [&gate](const auto &...) {
+        gate.pass();
+        return std::vector<FileUrl>();
+    };
+    parts.organizeByBin = [](const auto &...) { return OrganizeAnswer(); };
+    SortEngine engine(parts);
+    engine.setOptions({.openEditorAfterExport = false, .fileHandling = FileHandling::copy});
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    fs::remove(folder / "dark 1.mov");
+    engine.exportEvent();
+    ASSERT_TRUE(reaches(engine, StageKind::done));
+    engine.backToResults();
+    engine.setOptions({.openEditorAfterExport = false});
+    engine.exportEvent();
+    EXPECT_EQ(engine.stage().kind, StageKind::done) << "nothing is waited for";
+    gate.open(100);
+}
+
 TEST_F(SortEngineTest, AnEmptyCardIsNotSorted)
 {
     fs::create_directory(folder / "Shoots");

@@ -253,6 +253,14 @@ TEST_F(StoppedListingTest, IsToldByTheEngineAndByTheNextOneAndNoFolderIsMade)
         EXPECT_EQ(engine.stage(), SortEngine::Stage{});
         EXPECT_TRUE(fs::is_empty(shoots().path()));
     }
+    const auto kept = copies().leftBehind();
+    ASSERT_THAT(kept, testing::SizeIs(1));
+    for (const ClipFiles &file : kept[0].copy.files) {
+        EXPECT_TRUE(file.clip.path().native().starts_with(card().path().native())) << file.clip.path();
+    }
     SortEngine next(journalingSeams());
+    int changes = 0;
+    QObject::connect(&next, &SortEngine::unfinishedNoteChanged, [&] { ++changes; });
     EXPECT_TRUE(waitUntil([&] { return next.unfinishedNote() == nothingCopied; }));
+    EXPECT_EQ(changes, 1);
 }

@@ -89,6 +89,12 @@ TEST(Thumbnail, OfAFrameFullOfDetailLosesQualityAndKeepsItsPixels)
     EXPECT_EQ(thumbnail.stretchedTo({}).size(), QSize(448, 252));
 }
 
+TEST(Thumbnail, OfAFrameThatDoesNotFitIsHalvedUntilItDoes)
+{
+    const QImage kept = Thumbnail(noise({2000, 1500})).stretchedTo({});
+    EXPECT_THAT(kept.width(), testing::AnyOf(1000, 500, 250));
+}
+
 TEST(Thumbnail, IsToldApartFromEveryOtherAndTheSameAsItsCopies)
 {
     const Thumbnail one(filled({4, 4}, Qt::red));

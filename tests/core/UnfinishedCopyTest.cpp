@@ -112,6 +112,9 @@ TEST(UnfinishedNote, NamesUpToFiveFilesOfACardAndSaysNotToEraseIt)
     EXPECT_EQ(note({"1", "2", "3", "4", "5"}),
               u"The copy of CARD was stopped: “1”, “2”, “3”, “4” and “5” aren't in “CARD — 2026-05-04 (unfinished)”. "
               u"Don't erase the card."_s);
+    EXPECT_EQ(note({"1", "2", "3", "4", "5", "6"}),
+              u"The copy of CARD was stopped: “1”, “2”, “3”, “4”, “5” and 1 more aren't in “CARD — 2026-05-04 "
+              u"(unfinished)”. Don't erase the card."_s);
     EXPECT_EQ(note({"1", "2", "3", "4", "5", "6", "7"}),
               u"The copy of CARD was stopped: “1”, “2”, “3”, “4”, “5” and 2 more aren't in “CARD — 2026-05-04 "
               u"(unfinished)”. Don't erase the card."_s);
