@@ -13,6 +13,12 @@ larkspan_precompiled(larkspan_precompiled
 # The product is optimized and checked for undefined behaviour in every build; the tests' own code would take twice as
 # long to compile that way. It keeps the address sanitizer.
 set(larkspan_test_options $<$<CONFIG:Debug>:-O0;-fno-sanitize=undefined>)
+# CMake compiles programs with -fPIE, and the compiler refuses them a header that was precompiled with -fPIC. A Qt that
+# was built to save relocations, as Debian 12's, brings -fPIC to all that link it; another one doesn't.
+get_target_property(qt_options Qt6::Core INTERFACE_COMPILE_OPTIONS)
+if(NOT "-fPIC" IN_LIST qt_options)
+  list(APPEND larkspan_test_options -fPIC)
+endif()
 larkspan_precompiled(larkspan_test_precompiled
   HEADERS "${PROJECT_SOURCE_DIR}/cmake/precompiled.h" <gmock/gmock.h> <gtest/gtest.h>
     "${PROJECT_SOURCE_DIR}/tests/support/QtPrinters.h"
