@@ -17,12 +17,19 @@ constexpr double typographicPointsPerInch = 72.0;
 constexpr double usualDotsPerInch = 96.0;
 
 // The desktop's interface font. Where no desktop names one, fontconfig's plain default, which is wide, gives way to a
-// face that is drawn for interfaces.
+// face that is drawn for interfaces. Its variable form has a name of its own from version 4 on.
 QString interfaceFamily()
 {
-    const QString preferred = u"Inter"_s;
     const bool isDesktopsChoice = QGuiApplication::font().family() != "Sans Serif"_L1;
-    return !isDesktopsChoice && QFontDatabase::hasFamily(preferred) ? preferred : QString();
+    if (isDesktopsChoice) {
+        return {};
+    }
+    for (const QString &family : {u"Inter"_s, u"Inter Variable"_s}) {
+        if (QFontDatabase::hasFamily(family)) {
+            return family;
+        }
+    }
+    return {};
 }
 
 } // namespace
