@@ -3,6 +3,8 @@
 // so that neither a graphics driver nor a desktop's settings have a part in them.
 #include "tests/design/Pictures.h"
 
+#include <QtCore/QLibraryInfo>
+#include <QtCore/QVersionNumber>
 #include <QtGui/QFontInfo>
 #include <QtGui/QPainter>
 #include <QtQml/QQmlExtensionPlugin>
@@ -193,6 +195,12 @@ QString nameOf(const QString &page, LK::Theme theme)
     return page + (theme == LK::Theme::Dark ? "-dark"_L1 : "-light"_L1);
 }
 
+// Other versions of Qt and of the font draw other edges.
+bool isDrawnAsStored()
+{
+    return QLibraryInfo::version() < QVersionNumber(6, 5) && QFontInfo(LK::instance().font(12)).family() == u"Inter"_s;
+}
+
 std::string testNameOf(const testing::TestParamInfo<Pictures::ParamType> &info)
 {
     return nameOf(std::get<QString>(info.param), std::get<LK::Theme>(info.param)).replace(u'-', u'_').toStdString();
@@ -213,17 +221,23 @@ constexpr QRect firstButton(18, 82, 92, 28); // about: some ground around it
 TEST_P(Pictures, AreAsStored)
 {
     const auto &[page, theme] = GetParam();
-    ASSERT_EQ(QFontInfo(LK::instance().font(12)).family(), u"Inter"_s) << "is fonts-inter-variable installed?";
     Scene scene(documentOf(page), {}, pageSize);
     QTest::mouseMove(&scene.window(), nowhere);
     hideClocks(scene);
     EXPECT_THAT(strangeCorners(*scene.root()), testing::IsEmpty());
     EXPECT_TRUE(waitUntil([&] { return hasItsToolTips(scene); }));
     const QImage drawn = settled(scene);
-    expectPicture(drawn.copy(0, 0, drawn.width(), bottomOf(drawn)), nameOf(page, theme));
+    QImage states;
     if (const QList<QQuickItem *> subjects = touchableSubjects(scene); !subjects.isEmpty()) {
         LK::instance().setBoringMode(false); // decoration under the pointer is part of it
-        expectPicture(statesOf(scene, subjects), nameOf(page, theme) + u"-states"_s);
+        states = statesOf(scene, subjects);
+    }
+    if (!isDrawnAsStored()) {
+        GTEST_SKIP() << "the pictures are drawn with Qt 6.4 and Inter 3, as Debian 12 has them";
+    }
+    expectPicture(drawn.copy(0, 0, drawn.width(), bottomOf(drawn)), nameOf(page, theme));
+    if (!states.isNull()) {
+        expectPicture(states, nameOf(page, theme) + u"-states"_s);
     }
 }
 
@@ -231,6 +245,12 @@ INSTANTIATE_TEST_SUITE_P(Gallery, Pictures,
                          testing::Combine(testing::ValuesIn(pages()),
                                           testing::Values(LK::Theme::Dark, LK::Theme::Light)),
                          testNameOf);
+
+TEST(InterfaceFont, IsInterByEitherOfItsNames)
+{
+    EXPECT_THAT(QFontInfo(LK::instance().font(12)).family(), testing::AnyOf(u"Inter"_s, u"Inter Variable"_s))
+        << "is fonts-inter-variable installed?";
+}
 
 TEST(PictureTolerance, FailsAShiftOfTwoPixelsOfTheWholeOrOfOneControl)
 {
