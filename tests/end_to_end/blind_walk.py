@@ -19,7 +19,7 @@ MENU = 0xff67
 LETTER_M = 0x6d
 # What something that can be acted on may be, in a list, in a row of tabs, in a menu, and anywhere else.
 PARTS = {"list": {"list item"}, "page tab list": {"page tab"}, "popup menu": {"menu item"}}
-CONTROLS = {"push button", "check box", "combo box", "slider", "text"}
+CONTROLS = {"button", "check box", "combo box", "slider", "text"}
 # What is said when one goes into it.
 GROUPS = {"dialog", "list", "page tab list", "popup menu", "tool bar"}
 PATIENCE = 60  # seconds; a hang, not a measure of speed
@@ -45,6 +45,12 @@ def until(condition, what):
         time.sleep(0.1)
 
 
+def role_of(node):
+    """The role's name: AT-SPI calls a push button just a button from 2.53 on."""
+    role = node.getRoleName()
+    return "button" if role == "push button" else role
+
+
 def states(node):
     return {pyatspi.stateToString(state) for state in node.getState().getStates()}
 
@@ -64,7 +70,7 @@ def outline(node, depth=0):
         child = node.getChildAtIndex(index)
         if child is not None:
             marks = " ".join(sorted(states(child) & {"showing", "focused", "selected", "checked"}))
-            lines.append(f"{'  ' * depth}{child.getRoleName()} {child.name!r} {marks}")
+            lines.append(f"{'  ' * depth}{role_of(child)} {child.name!r} {marks}")
             lines += outline(child, depth + 1)
     return lines
 
@@ -84,11 +90,11 @@ def wrongs(parent):
         node = parent.getChildAtIndex(index)
         if node is None or "showing" not in states(node):
             continue
-        label = f"{node.getRoleName()} {node.name!r} in {parent.getRoleName()} {parent.name!r}"
+        label = f"{role_of(node)} {node.name!r} in {role_of(parent)} {parent.name!r}"
         told = states(node)
         chosen += "selected" in told
         if actions_of(node) - {"SetFocus"}:
-            if node.getRoleName() not in PARTS.get(parent.getRoleName(), CONTROLS):
+            if role_of(node) not in PARTS.get(role_of(parent), CONTROLS):
                 yield f"the role of {label}"
             if not node.name:
                 yield f"no name of {label}"
@@ -96,12 +102,12 @@ def wrongs(parent):
                 yield f"no keyboard for {label}"
         elif "focusable" in told and not node.name:
             yield f"no name of {label}, which takes the keyboard"
-        if node.getRoleName() in GROUPS and not node.name:
+        if role_of(node) in GROUPS and not node.name:
             yield f"no name of {label}"
-        if node.getRoleName() == "filler":
+        if role_of(node) == "filler":
             yield f"no role of {label}"
         yield from wrongs(node)
-    if parent.getRoleName() == "page tab list" and chosen != 1:
+    if role_of(parent) == "page tab list" and chosen != 1:
         yield f"{chosen} tabs selected of {parent.name!r}"
 
 
@@ -123,13 +129,13 @@ class Program:
         """Waits for the first node of that role whose name is, or starts with, the given one."""
         def look():
             for node in below(within or self.window()):
-                if node.getRoleName() == role and (node.name == name or node.name.startswith(name + ",")):
+                if role_of(node) == role and (node.name == name or node.name.startswith(name + ",")):
                     return node
             return None
         return until(look, f"{role} {name!r}")
 
     def is_shown(self, role, name):
-        return any(node.getRoleName() == role and node.name == name for node in below(self.window()))
+        return any(role_of(node) == role and node.name == name for node in below(self.window()))
 
     def gone(self, role, name):
         until(lambda: not self.is_shown(role, name), f"{role} {name!r} is still there")
@@ -138,7 +144,7 @@ class Program:
         actions = node.queryAction()
         names = [actions.getName(index) for index in range(actions.nActions)]
         if action not in names:
-            raise NotFound(f"{action} of {node.getRoleName()} {node.name!r}, which only has {names}")
+            raise NotFound(f"{action} of {role_of(node)} {node.name!r}, which only has {names}")
         actions.doAction(names.index(action))
 
     def press(self, role, name, within=None):
@@ -154,7 +160,7 @@ class Program:
         self.press("list item", entry, entries)
 
     def awaits(self, state, node):
-        until(lambda: state in states(node), f"{state} of {node.getRoleName()} {node.name!r}")
+        until(lambda: state in states(node), f"{state} of {role_of(node)} {node.name!r}")
 
     def inspect(self, screen):
         """Everything in the window is told properly, once what moves there has come to rest."""
@@ -196,25 +202,25 @@ def look_at_the_launcher(program):
     tools = program.find("page tab list", "Tools")
     program.find("panel", "Binnacle")  # its card
     program.inspect("the launcher")
-    previous = program.find("push button", "Previous tool")
+    previous = program.find("button", "Previous tool")
     expect("sensitive" not in states(previous), "that nothing comes before the first tool")
-    program.press("push button", "Next tool")
+    program.press("button", "Next tool")
     program.awaits("sensitive", previous)
     program.awaits("selected", program.find("page tab", "Huelock", tools))
-    program.press("push button", "Preview")
-    program.press("push button", "Tell me when it ships")
+    program.press("button", "Preview")
+    program.press("button", "Tell me when it ships")
     program.find("text", "E-mail address")
     program.inspect("a tool in development")
-    program.press("push button", "Return to Larkspan")
-    program.press("push button", "Previous tool")
+    program.press("button", "Return to Larkspan")
+    program.press("button", "Previous tool")
 
 
 def look_into_the_header(program):
-    program.find("push button", "Choose Folder")
+    program.find("button", "Choose Folder")
     program.inspect("the landing")
     for button, panel in [("Projects", "dialog"), ("My Account", "dialog"), ("What this model does", "dialog"),
                           ("Menu", "popup menu")]:
-        opener = program.find("push button", button)
+        opener = program.find("button", button)
         program.awaits("collapsed", opener)
         program.act(opener, "Press")
         program.awaits("expanded", opener)
@@ -225,7 +231,7 @@ def look_into_the_header(program):
 
 
 def set_up_copying(program):
-    program.press("push button", "Preferences")
+    program.press("button", "Preferences")
     sheet = program.find("dialog", "Binnacle Preferences")
     program.inspect("the preferences")
     for tab in ["General", "Account", "Import"]:
@@ -234,12 +240,12 @@ def set_up_copying(program):
         program.inspect(f"the preferences' {tab}")
     program.choose("File handling", "Copy into folders", sheet)
     program.reads("File handling", "Copy into folders", sheet)
-    toggle = program.find("push button", "Open the editor after export", sheet)
+    toggle = program.find("button", "Open the editor after export", sheet)
     expect("checked" in states(toggle), "the toggle's state before")
     program.act(toggle, "Press")
-    until(lambda: "checked" not in states(program.find("push button", "Open the editor after export", sheet)),
+    until(lambda: "checked" not in states(program.find("button", "Open the editor after export", sheet)),
           "the toggle's state after")
-    program.press("push button", "Close", sheet)
+    program.press("button", "Close", sheet)
     program.gone("dialog", "Binnacle Preferences")
 
 
@@ -249,7 +255,7 @@ def type_key(symbol):
 
 def choose_folder(program, *folders):
     """Goes home and into one folder after the other, and chooses the last."""
-    program.press("push button", "Choose Folder")
+    program.press("button", "Choose Folder")
     panel = program.find("dialog", "Choose the folder holding this shoot's raw clips.")
     program.inspect("the panel for a folder")
     program.press("list item", "Home", program.find("list", "Places", panel))
@@ -258,18 +264,18 @@ def choose_folder(program, *folders):
         program.press("list item", folder, program.find("list", opened, panel))
         opened = folder
     program.find("list", opened, panel)
-    program.press("push button", "Sort This Folder", panel)
+    program.press("button", "Sort This Folder", panel)
 
 
 def stop_a_sort(program):
-    projects = program.find("push button", "Projects")
+    projects = program.find("button", "Projects")
     program.awaits("collapsed", projects)
     program.act(projects, "Press")
-    program.press("push button", "New Project")
+    program.press("button", "New Project")
     choose_folder(program, "Others", "Long")
     program.find("progress bar", "Sorting Long")
     program.inspect("the sort at work")
-    program.press("push button", "Cancel")
+    program.press("button", "Cancel")
     program.inspect("the landing after a sort that was stopped")
 
 
@@ -281,11 +287,11 @@ def settle_review(program):
     review = program.find("list", "Clips to look at")
     first = program.find("list item", "clip 2.mp4", review)
     expect("no room read from the frames" in first.name, "why a clip is in doubt")
-    program.press("push button", "Confirm", first)
+    program.press("button", "Confirm", first)
     program.find("heading", "2 clips Binnacle wasn't sure about")
     program.choose("Bin of clip 11.mp4", "Pool")
     program.find("heading", "1 clip Binnacle wasn't sure about")
-    program.press("push button", "Confirm All")
+    program.press("button", "Confirm All")
     program.gone("list", "Clips to look at")
 
 
@@ -307,18 +313,18 @@ def look_at_a_clip(program):
     preview = program.find("dialog", "clip 11.mp4")
     program.inspect("the preview")
     expect("320 × 180" in preview.description, "what the preview says of the clip")
-    program.press("push button", "Play", preview)
-    program.find("push button", "Pause", preview)
+    program.press("button", "Play", preview)
+    program.find("button", "Pause", preview)
     program.inspect("the player")
     program.choose("Second bin", "Garage", preview)
     program.reads("Second bin", "Garage", preview)
-    program.press("push button", "Done", preview)
+    program.press("button", "Done", preview)
     program.gone("dialog", "clip 11.mp4")
     program.find("list item", "Garage", program.find("list", "Bins"))
 
 
 def check_coverage(program):
-    menu = program.find("push button", "Menu")
+    menu = program.find("button", "Menu")
     program.awaits("collapsed", menu)
     program.act(menu, "Press")
     program.awaits("expanded", menu)
@@ -333,7 +339,7 @@ def check_coverage(program):
         program.act(pool, action)
         program.find("label", finding, sheet)
         until(lambda: ("checked" in states(pool)) == is_needed, f"the tick after {action}")
-    program.press("push button", "Done", sheet)
+    program.press("button", "Done", sheet)
     program.gone("dialog", "Coverage")
 
 
@@ -348,29 +354,29 @@ def walk(path):
         program = Program(path, home, shoot.parent)
         try:
             look_at_the_launcher(program)
-            program.press("push button", "Open Binnacle")
+            program.press("button", "Open Binnacle")
             look_into_the_header(program)
             set_up_copying(program)
             choose_folder(program, "Shoots", "Villa")
             settle_review(program)
             look_at_a_clip(program)
             check_coverage(program)
-            program.press("push button", "Export")
+            program.press("button", "Export")
             program.find("heading", "Event created")
             program.inspect("the end of the export")
             for file in ["Villa.fcpxml", "Pool/clip 11.mp4", "Unsorted/clip 2.mp4", "Aerial - Drone/DJI_0001.MP4"]:
                 expect((shoot / file).is_file(), f"{file} of the export")
-            program.press("push button", "Close", program.find("tool bar", "Window"))
+            program.press("button", "Close", program.find("tool bar", "Window"))
             expect(program.process.wait(PATIENCE) == 0, "an orderly end")
 
             program = Program(path, home, home / "Others")
-            program.press("push button", "Open Binnacle")
-            program.press("push button", "Projects")
+            program.press("button", "Open Binnacle")
+            program.press("button", "Projects")
             project = program.find("list item", "Villa", program.find("list", "Sorted shoots"))
             expect(project.description == "4 clips · 4 bins", f"the project reading {project.description!r}")
             program.act(project, "SetFocus")
-            program.find("push button", "Rename", project)
-            program.find("push button", "Remove from recents", project)
+            program.find("button", "Rename", project)
+            program.find("button", "Remove from recents", project)
             program.inspect("the projects")
             program.act(project, "Press")
             program.find("list item", "Pool", program.find("list", "Bins"))

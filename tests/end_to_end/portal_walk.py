@@ -11,7 +11,7 @@ import tempfile
 
 import pyatspi
 
-from blind_walk import PATIENCE, NotFound, Program, below, expect, outline, record, states, until
+from blind_walk import PATIENCE, NotFound, Program, below, expect, outline, record, role_of, states, until
 
 PORTAL = "/usr/libexec/xdg-desktop-portal"
 
@@ -48,7 +48,7 @@ def await_closed(panel):
 
 
 def find_in(panel, role, matches, what):
-    return until(lambda: next((node for node in below(panel) if node.getRoleName() == role and matches(node)), None),
+    return until(lambda: next((node for node in below(panel) if role_of(node) == role and matches(node)), None),
                  what)
 
 
@@ -65,17 +65,17 @@ def type_path(panel, path):
 
 
 def ask_for_shoot(program):
-    program.press("push button", "Choose Folder")
+    program.press("button", "Choose Folder")
     return find_panel("Choose the folder holding this shoot's raw clips.")
 
 
 def choose_shoot(program, shoot):
-    program.press("push button", "Open Binnacle")
+    program.press("button", "Open Binnacle")
     panel = ask_for_shoot(program)
     xdotool("key", "Escape")
     await_closed(panel)
     panel = ask_for_shoot(program)
-    find_in(panel, "push button", lambda node: node.name == "Sort This Folder", "the words on the panel's button")
+    find_in(panel, "button", lambda node: node.name == "Sort This Folder", "the words on the panel's button")
     type_path(panel, shoot)
     xdotool("key", "Return")
     until(lambda: any(node.name.startswith("Villa · 4 clips") for node in below(program.window())), "the sorted shoot")
@@ -84,7 +84,7 @@ def choose_shoot(program, shoot):
 def save_vocabulary(program, home):
     # Twice: the second panel suggests the first name again, and not the one that was typed.
     for name in ["words", None]:
-        program.press("push button", "Menu")
+        program.press("button", "Menu")
         program.find("popup menu", "Menu")
         program.press("menu item", "Diagnostics")
         program.press("menu item", "Export Vision Vocabulary…")
@@ -111,7 +111,7 @@ def walk(path):
             program = Program(path, home, home)
             choose_shoot(program, shoot)
             save_vocabulary(program, home)
-            program.press("push button", "Close", program.find("tool bar", "Window"))
+            program.press("button", "Close", program.find("tool bar", "Window"))
             expect(program.process.wait(PATIENCE) == 0, "an orderly end")
         except NotFound as missing:
             print("not found:", missing, file=sys.stderr)

@@ -131,8 +131,8 @@ class Window:
 
 
 def click_and_type(window, program):
-    window.click_node("push button", "Open Binnacle")
-    program.find("push button", "Choose Folder")
+    window.click_node("button", "Open Binnacle")
+    program.find("button", "Choose Folder")
     xdotool("key", "ctrl+comma")
     program.find("dialog", "Binnacle Preferences")
     xdotool("key", "Escape")
@@ -179,14 +179,14 @@ def walk(path):
             os.environ.update(WAYLAND_DISPLAY=SOCKET, QT_QPA_PLATFORM="wayland")
             program = Program(path, scratch / "home", scratch)
             window = Window(compositor, program)
-            program.find("push button", "Open Binnacle")
+            program.find("button", "Open Binnacle")
             window.is_size(1180, 790)
             window.find_place()
             click_and_type(window, program)
             maximise(window)
             move(window, compositor)
             resize(window)
-            window.click_node("push button", "Close", program.find("tool bar", "Window"))
+            window.click_node("button", "Close", program.find("tool bar", "Window"))
             until(lambda: program.process.poll() is not None, "the end of the program")
             return program.process.returncode
         except NotFound as missing:
