@@ -77,7 +77,7 @@ TEST_F(TextStylesTest, OfTheTitleLinesAndTheFooter)
     const QQuickItem *footer = ancestorWith(awaitText(u"Model"_s), "modelNoteOpen");
     ASSERT_NE(footer, nullptr);
     EXPECT_EQ(footer->height(), 44);
-    EXPECT_EQ(awaitText(u"Binnacle · build 7"_s)->mapToItem(footer, {}).x(), 16);
+    EXPECT_EQ(awaitText(u"Binnacle · build 7"_s)->mapToItem(footer, QPointF()).x(), 16);
     const QQuickItem *exports = ancestorWith(awaitText(u"Export"_s), "kind");
     EXPECT_TRUE(waitUntil([&] {
         return exports->mapToItem(footer, {exports->width(), 0}).x() == footer->width() - 16;
