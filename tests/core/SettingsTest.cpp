@@ -3,7 +3,6 @@
 
 #include "core/CloudSettings.h"
 #include "core/Coverage.h"
-#include "core/HandoffFormat.h"
 #include "core/SettingsStore.h"
 #include "core/SortSettings.h"
 #include "tests/core/SortEngineFixture.h"
@@ -328,44 +327,6 @@ TEST(SortSettings, WithoutAStoreLastAsLongAsTheObject)
     held.rememberRecent(FileUrl("/House"));
     EXPECT_EQ(held.target(), NLE::resolve);
     EXPECT_THAT(held.recents(), SizeIs(1));
-}
-
-TEST(SortOptions, ChoicesReadAsThePreferencesNameThem)
-{
-    EXPECT_EQ(fileHandlingLabel(FileHandling::inPlace), u"Leave in place"_s);
-    EXPECT_EQ(fileHandlingLabel(FileHandling::copy), u"Copy into folders"_s);
-    EXPECT_EQ(fileHandlingLabel(FileHandling::move), u"Move into folders"_s);
-    EXPECT_EQ(modelTierLabel(ModelTier::local), u"On This Mac"_s);
-    EXPECT_EQ(modelTierLabel(ModelTier::cloud), u"Cloud AI"_s);
-    EXPECT_EQ(nleLabel(NLE::finalCut), u"Final Cut Pro"_s);
-    EXPECT_EQ(nleLabel(NLE::resolve), u"DaVinci Resolve"_s);
-    EXPECT_EQ(nleLabel(NLE::premiere), u"Premiere Pro"_s);
-}
-
-TEST(SortOptions, EveryChoiceIsReadBackFromItsStoredForm)
-{
-    for (const auto &[editor, stored] : {std::pair(NLE::finalCut, u"finalCut"_s), std::pair(NLE::resolve, u"resolve"_s),
-                                         std::pair(NLE::premiere, u"premiere"_s)}) {
-        EXPECT_EQ(nleRawValue(editor), stored);
-        EXPECT_EQ(nleFromRawValue(stored), editor);
-    }
-    for (const auto &[format, stored] :
-         {std::pair(HandoffFormat::kdenlive, u"kdenlive"_s),
-          std::pair(HandoffFormat::fcpxmlTimeline, u"fcpxml-timeline"_s), std::pair(HandoffFormat::otio, u"otio"_s),
-          std::pair(HandoffFormat::fcpxmlTimecode, u"fcpxml-timecode"_s), std::pair(HandoffFormat::csv, u"csv"_s)}) {
-        EXPECT_EQ(handoffRawValue(format), stored);
-        EXPECT_EQ(handoffFromRawValue(stored), format);
-    }
-    EXPECT_EQ(handoffFromRawValue(u"Kdenlive"_s), std::nullopt);
-}
-
-TEST(HandoffFormat, FilesStandBesideTheEventUnderNamesOfTheirOwn)
-{
-    EXPECT_EQ(handoffSuffix(HandoffFormat::kdenlive), u".kdenlive"_s);
-    EXPECT_EQ(handoffSuffix(HandoffFormat::fcpxmlTimeline), u" Timeline.fcpxml"_s);
-    EXPECT_EQ(handoffSuffix(HandoffFormat::otio), u".otio"_s);
-    EXPECT_EQ(handoffSuffix(HandoffFormat::fcpxmlTimecode), u" Timecode.fcpxml"_s);
-    EXPECT_EQ(handoffSuffix(HandoffFormat::csv), u" Keywords.csv"_s);
 }
 
 TEST_F(SettingsTest, TheCloudIsAskedAtItsPublicAddressForItsUsualModelUnlessToldOtherwise)
