@@ -96,6 +96,7 @@ Item {
     Item {
         objectName: "icon"
         anchors.centerIn: parent
+        anchors.alignWhenCentered: false // Qt 6.8 would round its place to a whole point
         width: 118 * 1.9 // with the shadow
         height: width
         opacity: sequence.look.iconOpacity
