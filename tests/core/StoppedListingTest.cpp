@@ -174,7 +174,9 @@ TEST_F(StoppedListingTest, ThatWasCutOffIsToldAtEveryStartUntilTheNoteIsDismisse
     fs::create_directory(listedCard({}).folder.path()); // by the next import of the day
     EXPECT_EQ(nextNote(), cutOffAtOnce);
     auto kept = copies();
-    kept.add(kept.leftBehind().front());
+    const auto left = kept.leftBehind();
+    ASSERT_EQ(left.size(), 1U);
+    kept.add(left.front());
     kept.dismiss();
     EXPECT_TRUE(fs::is_empty(journal));
 
@@ -215,6 +217,17 @@ TEST_F(StoppedListingTest, AProgramThatIsKilledWhileItListsACardTellsOfItAtTheNe
     parts.copyJournal = left;
     SortEngine next(parts);
     EXPECT_TRUE(waitUntil([&] { return next.unfinishedNote() == cutOffAtOnce; }));
+}
+
+TEST_F(StoppedListingTest, OfACardWithoutClipsThereIsNothingToTellAtTheNextStart)
+{
+    fs::create_directories(card().path());
+    fs::create_directory(shoots().path());
+    SortEngine engine(journalingSeams());
+    engine.setImportRoot(shoots());
+    engine.importCard(card(), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    EXPECT_TRUE(fs::is_empty(journal));
 }
 
 TEST_F(StoppedListingTest, AProgramThatIsKilledBeforeTheCardsFolderIsMadeTellsThatNothingWasCopied)
