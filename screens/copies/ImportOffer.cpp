@@ -2,6 +2,7 @@
 
 #include "screens/copies/Verification.h"
 #include "screens/engine/Wording.h"
+#include "screens/stages/StageFacts.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -72,9 +73,7 @@ bool ImportOffer::needsFolder() const
 
 bool ImportOffer::warns() const
 {
-    using Kind = SortEngine::StageKind;
-    return !needsFolder() && m_engine->isCopying() &&
-           (m_engine->stage().kind == Kind::working || m_engine->stage().kind == Kind::organizing);
+    return !needsFolder() && m_engine->isCopying() && factsOf(m_engine->stage().kind).isBusy;
 }
 
 QString ImportOffer::title() const

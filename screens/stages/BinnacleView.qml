@@ -8,31 +8,14 @@ FocusScope {
 
     required property SortEngine engine
     required property int buildNumber
-    // Why clips can't be looked at on this machine, "" when they can.
+    // The reason why clips can't be analyzed on this machine; "" if they can.
     required property string classifierProblem
-    // What stands above the title lines; nothing if not said.
+    // The row above the title lines; none by default.
     property Component header
-    // How the tool is called where no shoot has the word.
+    // The title on screens without a shoot.
     property string toolName: qsTr("Binnacle")
 
-    readonly property url stageView: {
-        switch (engine.stage) {
-        case SortEngine.Working:
-            return "BinnacleWorkingView.qml";
-        case SortEngine.Organizing:
-            return "BinnacleOrganizingView.qml";
-        case SortEngine.Results:
-            return "BinnacleResultsView.qml";
-        case SortEngine.Done:
-            return "BinnacleDoneView.qml";
-        case SortEngine.EmptyFolder:
-            return "BinnacleEmptyFolderView.qml";
-        case SortEngine.Failed:
-            return "BinnacleFailedView.qml";
-        default:
-            return "BinnacleLandingView.qml";
-        }
-    }
+    readonly property url stageView: Stages.view(engine.stage)
 
     // Leads keyboard focus from the header or the footer to what is shown between them.
     function takeKeyboard() {

@@ -1,6 +1,7 @@
 #include "screens/stages/StageTexts.h"
 
 #include "screens/engine/Wording.h"
+#include "screens/stages/StageFacts.h"
 
 namespace larkspan {
 
@@ -69,7 +70,7 @@ QString StageTexts::noClips() const
 
 bool StageTexts::hasShoot() const
 {
-    return stage() == Kind::results || stage() == Kind::done;
+    return factsOf(stage()).hasShoot;
 }
 
 } // namespace larkspan

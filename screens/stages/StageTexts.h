@@ -17,8 +17,7 @@ class StageTexts : public larkspan::EngineObject
     Q_PROPERTY(QString done READ done NOTIFY changed)       // heads the view of a finished export
     Q_PROPERTY(QString unsure READ unsure NOTIFY changed)   // heads the review list
     Q_PROPERTY(QString noClips READ noClips NOTIFY changed) // in an empty bin
-    // The shoot is sorted: it can be sorted again and exported.
-    Q_PROPERTY(bool hasShoot READ hasShoot NOTIFY changed)
+    Q_PROPERTY(bool hasShoot READ hasShoot NOTIFY changed)  // see StageFacts
 
 public:
     using EngineObject::EngineObject;

@@ -6,6 +6,8 @@
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusPendingReply>
 
+#include "screens/stages/StageFacts.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace larkspan {
@@ -41,7 +43,7 @@ void WorkNotice::followStage()
 {
     using Kind = SortEngine::StageKind;
     const SortEngine::Stage &stage = m_engine.stage();
-    if (stage.kind == Kind::working || stage.kind == Kind::organizing) {
+    if (factsOf(stage.kind).isBusy) {
         m_work.start();
         return;
     }

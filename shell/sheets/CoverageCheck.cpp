@@ -5,6 +5,7 @@
 #include "core/RoomLabel.h"
 #include "core/SortSettings.h"
 #include "screens/engine/Wording.h"
+#include "screens/stages/StageFacts.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -55,9 +56,7 @@ CoverageCheck::CoverageCheck(SortEngine &engine, SettingsStore &settings)
 
 bool CoverageCheck::isAvailable() const
 {
-    const SortEngine::StageKind stage = m_engine.stage().kind;
-    return !m_engine.clips().empty() &&
-           (stage == SortEngine::StageKind::results || stage == SortEngine::StageKind::done);
+    return !m_engine.clips().empty() && factsOf(m_engine.stage().kind).hasShoot;
 }
 
 QStringList CoverageCheck::names()

@@ -10,6 +10,7 @@
 #include "core/AtomicFile.h"
 #include "output/Handoff.h"
 #include "output/MountTable.h"
+#include "screens/stages/StageFacts.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -92,9 +93,7 @@ HandoffExport::~HandoffExport()
 
 bool HandoffExport::isAvailable() const
 {
-    const SortEngine::StageKind stage = m_engine.stage().kind;
-    return !m_engine.clips().empty() && m_engine.folder() &&
-           (stage == SortEngine::StageKind::results || stage == SortEngine::StageKind::done);
+    return !m_engine.clips().empty() && m_engine.folder() && factsOf(m_engine.stage().kind).hasShoot;
 }
 
 QVariantList HandoffExport::formats()

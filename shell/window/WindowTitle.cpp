@@ -1,5 +1,7 @@
 #include "shell/window/WindowTitle.h"
 
+#include "screens/stages/StageFacts.h"
+
 namespace larkspan {
 
 void WindowTitle::follow(SortEngine &engine)
@@ -10,9 +12,7 @@ void WindowTitle::follow(SortEngine &engine)
 
 QString WindowTitle::text() const
 {
-    using Kind = SortEngine::StageKind;
-    const Kind stage = m_engine ? m_engine->stage().kind : Kind::empty;
-    if (m_isActive || (stage != Kind::working && stage != Kind::organizing)) {
+    if (m_isActive || !m_engine || !factsOf(m_engine->stage().kind).isBusy) {
         return tr("Larkspan");
     }
     return tr("%1% – Larkspan").arg(static_cast<int>(100 * m_engine->progress()));
