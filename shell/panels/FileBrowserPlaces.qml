@@ -15,15 +15,10 @@ T.Control {
     // Right asks for focus to move on.
     signal passed
 
-    function walkTo(other: int) {
-        row = Math.max(0, Math.min(other, list.count - 1));
-    }
-
     focusPolicy: Qt.StrongFocus
     LKAccessible.role: Accessible.List
     Accessible.name: qsTr("Places")
-    Keys.onUpPressed: control.walkTo(control.row - 1)
-    Keys.onDownPressed: control.walkTo(control.row + 1)
+    Keys.onPressed: event => event.accepted = keys.take(event.key, control.row)
     Keys.onRightPressed: control.passed()
     Keys.onReturnPressed: event => {
         if (!event.isAutoRepeat)
@@ -37,6 +32,13 @@ T.Control {
     onActiveFocusChanged: {
         if (activeFocus && browser.currentPlace >= 0)
             row = browser.currentPlace;
+    }
+
+    RowKeys {
+        id: keys
+
+        rowCount: list.count
+        onWalked: row => control.row = row
     }
 
     ListView {

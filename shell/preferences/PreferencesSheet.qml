@@ -29,6 +29,16 @@ FocusScope {
         engine: sheet.engine
     }
 
+    RowKeys {
+        id: keys
+
+        rowCount: rows.count
+        onWalked: row => {
+            sheet.app.preferencesTab = sheet.tabs.names[row];
+            rows.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
+        }
+    }
+
     LKModalPanel {
         anchors.fill: parent
         color: LK.palette.surfaceWindow
@@ -105,15 +115,7 @@ FocusScope {
                 focusPolicy: selected ? Qt.StrongFocus : Qt.ClickFocus
                 LKAccessible.role: Accessible.PageTab
                 onActivated: sheet.app.preferencesTab = modelData
-                Keys.onUpPressed: choose(index - 1)
-                Keys.onDownPressed: choose(index + 1)
-
-                function choose(other: int) {
-                    if (other >= 0 && other < rows.count) {
-                        sheet.app.preferencesTab = sheet.tabs.names[other];
-                        rows.itemAt(other).forceActiveFocus(Qt.TabFocusReason);
-                    }
-                }
+                Keys.onPressed: event => event.accepted = keys.take(event.key, index)
             }
         }
     }

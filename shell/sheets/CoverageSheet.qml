@@ -10,7 +10,6 @@ FocusScope {
 
     required property CoverageCheck coverage
 
-    readonly property int rowsInColumn: 10
     property int currentRow: 0 // Tab stops at it
 
     // Room for a second line, so that the sheet stands still when a bin is ticked.
@@ -23,15 +22,18 @@ FocusScope {
         isRead: true
     }
 
-    function goTo(row: int) {
-        if (row >= 0 && row < rows.count)
-            rows.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
-    }
-
     implicitWidth: 680
     implicitHeight: column.implicitHeight + 48
     Accessible.role: Accessible.Dialog
     Accessible.name: title.text
+
+    RowKeys {
+        id: keys
+
+        rowCount: rows.count
+        rowsInColumn: 10
+        onWalked: row => rows.itemAt(row).forceActiveFocus(Qt.TabFocusReason)
+    }
 
     LKModalPanel {
         anchors.fill: parent
@@ -73,7 +75,7 @@ FocusScope {
 
         Grid {
             flow: Grid.TopToBottom
-            rows: sheet.rowsInColumn
+            rows: keys.rowsInColumn
             columnSpacing: 16
             Accessible.role: Accessible.Grouping
             Accessible.name: qsTr("Bins that a listing needs")
@@ -100,10 +102,7 @@ FocusScope {
                             sheet.currentRow = index;
                     }
                     onTurned: needed => sheet.coverage.setNeeded(bin, needed)
-                    Keys.onUpPressed: sheet.goTo(index - 1)
-                    Keys.onDownPressed: sheet.goTo(index + 1)
-                    Keys.onLeftPressed: sheet.goTo(index - sheet.rowsInColumn)
-                    Keys.onRightPressed: sheet.goTo(index + sheet.rowsInColumn)
+                    Keys.onPressed: event => event.accepted = keys.take(event.key, index)
                 }
             }
         }

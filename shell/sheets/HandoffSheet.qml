@@ -25,6 +25,16 @@ FocusScope {
     Accessible.role: Accessible.Dialog
     Accessible.name: title.text
 
+    RowKeys {
+        id: keys
+
+        rowCount: rows.count
+        onWalked: row => {
+            sheet.handoff.format = sheet.handoff.formats[row].value;
+            rows.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
+        }
+    }
+
     LKModalPanel {
         anchors.fill: parent
     }
@@ -61,20 +71,12 @@ FocusScope {
                     required property int index
                     required property var modelData
 
-                    function choose(other: int) {
-                        if (other >= 0 && other < rows.count) {
-                            sheet.handoff.format = sheet.handoff.formats[other].value;
-                            rows.itemAt(other).forceActiveFocus(Qt.TabFocusReason);
-                        }
-                    }
-
                     width: column.width
                     label: modelData.label
                     detail: modelData.detail
                     selected: sheet.handoff.format === modelData.value
                     onActivated: sheet.handoff.format = modelData.value
-                    Keys.onUpPressed: choose(index - 1)
-                    Keys.onDownPressed: choose(index + 1)
+                    Keys.onPressed: event => event.accepted = keys.take(event.key, index)
                 }
             }
         }

@@ -67,7 +67,7 @@ TEST_F(PreferencesTest, OpenOnSortingInTheSortToolAndHoldEachChangeAtOnce)
     EXPECT_TRUE(waitUntil([this] { return !engine.options().splitRepeatedRooms; }));
     EXPECT_EQ(store.boolean(u"lkSplitRooms"_s), false);
     EXPECT_EQ(store.boolean(u"lkOpenPlan"_s), true); // all keys, whichever changed
-    // Of the sheet: the footer below has one too.
+    // The sheet's: the footer below has one too.
     Desktop::click(*findShown(shown(u"Binnacle Preferences"_s).parentItem(), u"Cloud AI"_s));
     EXPECT_TRUE(waitUntil([this] { return engine.modelTier() == ModelTier::cloud; }));
     EXPECT_EQ(store.string(u"modelTier"_s), u"cloud"_s);
@@ -253,6 +253,21 @@ TEST_F(PreferencesTest, EscapeClosesAnOpenListAndThenTheSheetThatItIsIn)
     EXPECT_EQ(app.property("showPreferences"), true);
     Desktop::key(u"Escape"_s);
     EXPECT_TRUE(waitUntil([this] { return !app.property("showPreferences").toBool(); }));
+}
+
+TEST_F(PreferencesTest, ArrowsWalkTheTabsAndShowThem)
+{
+    open();
+    app.openPreferences();
+    ASSERT_TRUE(hasKeyboard(u"Sorting"_s));
+    Desktop::key(u"Up"_s);
+    ASSERT_TRUE(hasKeyboard(u"Account"_s));
+    EXPECT_EQ(app.preferencesTab(), u"Account"_s);
+    Desktop::key(u"Up"_s);
+    ASSERT_TRUE(hasKeyboard(u"General"_s));
+    Desktop::key(u"Down"_s);
+    ASSERT_TRUE(hasKeyboard(u"Account"_s));
+    EXPECT_EQ(app.preferencesTab(), u"Account"_s);
 }
 
 TEST_F(PreferencesTest, ATabThatIsUnknownShowsGeneral)
