@@ -93,6 +93,22 @@ protected:
         ASSERT_TRUE(reaches(engine, StageKind::results));
     }
 
+    // Has exports copy the footage into folders.
+    void chooseCopying()
+    {
+        SortOptions options = engine.options();
+        options.fileHandling = FileHandling::copy;
+        engine.setOptions(options);
+    }
+
+    // Begins an export that copies the sorted clips, and waits until the copy is held by `copying`.
+    void startCopy()
+    {
+        chooseCopying();
+        engine.exportEvent();
+        copying.awaitArrival();
+    }
+
     SortSeams windowSeams(const std::function<void(SortSeams &)> &change)
     {
         auto parts = seams();

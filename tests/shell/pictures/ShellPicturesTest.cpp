@@ -1,4 +1,4 @@
-// What surrounds the tool: the header and its menus, Preferences, and what is asked about.
+// The surroundings of the tool: the header and its menus, Preferences, and the questions.
 #include <fstream>
 
 #include "tests/shell/HomeFolder.h"
@@ -20,7 +20,7 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        // What a runner's changes are posted to is a plain QObject; Qt Quick's own events go to classes with names.
+        // A runner's changes are posted to a plain QObject; Qt Quick's own events go to classes with names.
         return event->type() >= QEvent::User && qstrcmp(watched->metaObject()->className(), "QObject") == 0 &&
                ++m_changes > 1;
     }
@@ -210,12 +210,8 @@ TEST_F(ScreenPictures, TheCardOnOfferDuringACopy)
 {
     openInCorner();
     sortSample();
-    SortOptions options = engine.options();
-    options.fileHandling = FileHandling::copy;
-    engine.setOptions(options);
     engine.setImportRoot(FileUrl(world.path()));
-    engine.exportEvent();
-    copying.awaitArrival();
+    startCopy();
     for (int i = 0; i < 12; ++i) {
         (void)world.write("EOS_DIGITAL/DCIM/100/C" + std::to_string(i) + ".MP4");
     }

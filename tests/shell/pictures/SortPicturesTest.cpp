@@ -131,12 +131,7 @@ TEST_F(ScreenPictures, TheExport)
 {
     openInCorner();
     sortSample();
-    SortOptions options = engine.options();
-    options.fileHandling = FileHandling::copy;
-    options.openEditorAfterExport = false;
-    engine.setOptions(options);
-    engine.exportEvent();
-    copying.awaitArrival();
+    startCopy();
     (void)shown(u"Copying 2026-11-20 Maple Street 14"_s);
     picture(u"organizing"_s);
     engine.copyHistory()->setProgress(halfACopy);

@@ -80,12 +80,8 @@ TEST_F(CardOfferTest, DuringACopySaysThatAcceptingStopsItForAsLongAsItRuns)
 {
     const QString warning = u"Importing this card stops the copy that is running."_s;
     open();
-    SortOptions options = engine.options();
-    options.fileHandling = FileHandling::copy;
-    engine.setOptions(options);
     sort();
-    engine.exportEvent();
-    copying.awaitArrival();
+    startCopy();
     insertCard();
     (void)shown(warning);
     copying.open();
@@ -206,12 +202,8 @@ TEST_F(CardOfferTest, IsNotShownDuringTheIntroAndEscapeWithdrawsIt)
 TEST_F(CardOfferTest, AQuestionOnClosingKeepsTheKeyboard)
 {
     open();
-    SortOptions options = engine.options();
-    options.fileHandling = FileHandling::copy;
-    engine.setOptions(options);
     sort();
-    engine.exportEvent();
-    copying.awaitArrival();
+    startCopy();
     window->close();
     ASSERT_TRUE(hasKeyboard(u"Finish, Then Close"_s));
     insertCard();

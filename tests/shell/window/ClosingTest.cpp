@@ -26,15 +26,12 @@ protected:
         })
     {}
 
-    void startCopy()
+    // Closes the window while an export copies, and waits for the question.
+    void closeDuringCopy()
     {
         open();
-        SortOptions options = engine.options();
-        options.fileHandling = FileHandling::copy;
-        engine.setOptions(options);
         sort();
-        engine.exportEvent();
-        copying.awaitArrival();
+        startCopy();
         window->close();
         (void)shown(question);
     }
@@ -80,7 +77,7 @@ TEST_F(ClosingTest, AWindowWithNothingToCopyClosesAtOnce)
 
 TEST_F(ClosingTest, FinishingClosesOnceTheEventIsWritten)
 {
-    startCopy();
+    closeDuringCopy();
     Desktop::click(shown(u"Finish, Then Close"_s));
     (void)shown(u"Closing when the copy is done…"_s);
     EXPECT_TRUE(window->isVisible());
@@ -92,7 +89,7 @@ TEST_F(ClosingTest, FinishingClosesOnceTheEventIsWritten)
 
 TEST_F(ClosingTest, StoppingClosesOnceTheFileInWorkIsDone)
 {
-    startCopy();
+    closeDuringCopy();
     Desktop::click(shown(u"Stop and Close"_s));
     (void)shown(u"Stopping the copy…"_s);
     EXPECT_TRUE(window->isVisible());
@@ -105,7 +102,7 @@ TEST_F(ClosingTest, StoppingClosesOnceTheFileInWorkIsDone)
 // The question takes a moment to fade, in which it can still be pressed.
 TEST_F(ClosingTest, StoppingACopyThatHasJustEndedOnlyCloses)
 {
-    startCopy();
+    closeDuringCopy();
     QObject &asked = card();
     copying.open();
     ASSERT_TRUE(reaches(engine, StageKind::done));
@@ -117,7 +114,7 @@ TEST_F(ClosingTest, StoppingACopyThatHasJustEndedOnlyCloses)
 
 TEST_F(ClosingTest, KeepingItOpenLetsTheCopyGoOn)
 {
-    startCopy();
+    closeDuringCopy();
     Desktop::click(shown(u"Keep Open"_s));
     ASSERT_TRUE(goes(question));
     copying.open();
@@ -127,7 +124,7 @@ TEST_F(ClosingTest, KeepingItOpenLetsTheCopyGoOn)
 
 TEST_F(ClosingTest, TheQuestionGoesWhenTheCopyEndsBeforeItsAnswer)
 {
-    startCopy();
+    closeDuringCopy();
     copying.open();
     EXPECT_TRUE(goes(question));
     EXPECT_TRUE(window->isVisible());

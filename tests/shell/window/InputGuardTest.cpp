@@ -245,12 +245,8 @@ TEST_F(InputGuardTest, ADoubleClickOnAToolOpensItAndPressesNothingInIt)
 TEST_F(InputGuardTest, ADoubleClickOnAnAnswerPressesNothingBelowTheQuestion)
 {
     open();
-    SortOptions options = engine.options();
-    options.fileHandling = FileHandling::copy;
-    engine.setOptions(options);
     sort();
-    engine.exportEvent();
-    copying.awaitArrival();
+    startCopy();
     app.closeTool();
     (void)shown(u"Open Binnacle"_s);
     const QQuickItem *card = findNamed(window->contentItem(), u"card-binnacle"_s);

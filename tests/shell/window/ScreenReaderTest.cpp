@@ -1,4 +1,4 @@
-// What a screen reader is told of the moments that the blind walk over the bus can't hold: a copy under way, the
+// A screen reader in the moments that the blind walk over the bus can't hold: a copy under way, the
 // question that closing then raises, and a failure.
 #include <QtGui/QAccessible>
 
@@ -25,10 +25,7 @@ protected:
     void startCopying()
     {
         sort();
-        SortOptions options = engine.options();
-        options.fileHandling = FileHandling::copy;
-        options.openEditorAfterExport = false;
-        engine.setOptions(options);
+        chooseCopying();
         Desktop::click(shown(u"Export"_s));
         copying.awaitArrival();
     }
@@ -44,7 +41,7 @@ protected:
         }
     }
 
-    // Whether it comes to be told.
+    // Waits until such an item is told, and returns whether it came.
     [[nodiscard]] bool tells(QAccessible::Role role, const QString &name, const QString &description = {}) const
     {
         return waitUntil([&] {
@@ -57,7 +54,7 @@ protected:
         });
     }
 
-    // What can be pressed or chosen and isn't told as such, or not by a name.
+    // Returns the items that can be pressed or chosen and aren't told as such, or not by a name.
     std::vector<QString> wrongs() const
     {
         std::vector<QString> found;

@@ -214,16 +214,8 @@ TEST_F(WindowTest, BackShowsTheLauncherAndTheToolComesBackAsItWas)
 TEST_F(WindowTest, TheTitleTellsTheProgressOnlyWhileTheWindowIsNotInFront)
 {
     open();
-    makeClips({"kitchen 1", "pool 2"});
-    engine.sortFolder(shoot);
-    ASSERT_TRUE(reaches(engine, StageKind::results));
-    engine.setOptions([this] {
-        SortOptions options = engine.options();
-        options.fileHandling = FileHandling::copy;
-        return options;
-    }());
-    engine.exportEvent();
-    copying.awaitArrival();
+    sort();
+    startCopy();
     EXPECT_EQ(window->title(), u"Larkspan"_s);
     QWindow other;
     other.resize(200, 200);
