@@ -44,7 +44,7 @@ QString magnitudeText(std::uint64_t bytes)
     if (bytes < 1000) {
         return bytes == 1 ? u"1 byte"_s : QString::number(bytes) + u" bytes"_s;
     }
-    // What rounds up to a thousand of a unit is one of the next.
+    // A count that rounds up to a thousand of a unit is one of the next.
     auto unit = units.begin();
     while (unit + 1 != units.end() && steps(bytes, *unit) >= 1000 * stepsPerUnit(*unit)) {
         ++unit;

@@ -6,7 +6,8 @@
 
 namespace larkspan {
 
-// A number of bytes as people read it, in decimal units: "Zero KB", "999 bytes", "2 KB", "1.2 MB", "34.56 GB".
+// Returns a number of bytes as people read it, in decimal units: "Zero KB", "999 bytes", "2 KB", "1.2 MB", "34.56 GB".
+// It is in core because the report of a copy and the screens have to write a number in the same way.
 [[nodiscard]] QString byteCountText(std::int64_t bytes);
 
 } // namespace larkspan
