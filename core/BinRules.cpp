@@ -60,6 +60,13 @@ std::vector<RankedBin> rankedRooms(const FrameAnalysis &analysis)
     return ranked;
 }
 
+double totalEvidence(const FrameAnalysis &analysis)
+{
+    const double sum = std::accumulate(analysis.scores.begin(), analysis.scores.end(), 0.0,
+                                       [](double soFar, const auto &entry) { return soFar + entry.second; });
+    return std::max(sum, evidenceFloor);
+}
+
 // A shot through a doorway belongs to the room that it looks into.
 void fileRoom(Classification &result, const std::vector<RankedBin> &ranked, double total, const SortOptions &options)
 {
@@ -94,6 +101,17 @@ void fileRoom(Classification &result, const std::vector<RankedBin> &ranked, doub
     }
 }
 
+// Names the strongest room that the clip isn't filed under.
+void nameRunnerUp(Classification &result, const std::vector<RankedBin> &ranked, double total)
+{
+    const auto rival = std::find_if(ranked.begin(), ranked.end(),
+                                    [&result](const RankedBin &candidate) { return candidate.bin != result.primary; });
+    if (rival != ranked.end()) {
+        result.runnerUp = rival->bin;
+        result.runnerUpScore = rival->score / total;
+    }
+}
+
 QString twoDecimals(double value)
 {
     return withDecimals(value, 2);
@@ -103,9 +121,7 @@ QString twoDecimals(double value)
 
 Classification classification(const FrameAnalysis &analysis, const MediaClip &clip, const SortOptions &options)
 {
-    const double sum = std::accumulate(analysis.scores.begin(), analysis.scores.end(), 0.0,
-                                       [](double soFar, const auto &entry) { return soFar + entry.second; });
-    const double total = std::max(sum, evidenceFloor);
+    const double total = totalEvidence(analysis);
     const std::vector<RankedBin> ranked = rankedRooms(analysis);
 
     Classification result;
@@ -139,12 +155,7 @@ Classification classification(const FrameAnalysis &analysis, const MediaClip &cl
         break;
     }
 
-    const auto rival = std::find_if(ranked.begin(), ranked.end(),
-                                    [&result](const RankedBin &candidate) { return candidate.bin != result.primary; });
-    if (rival != ranked.end()) {
-        result.runnerUp = rival->bin;
-        result.runnerUpScore = rival->score / total;
-    }
+    nameRunnerUp(result, ranked, total);
     return result;
 }
 

@@ -17,6 +17,30 @@ int dotsAlong(double length)
     return std::max(0, static_cast<int>(std::ceil(length / KineticGrid::dotSpacing - 0.5)));
 }
 
+void addSegment(SoftShapeNode &node, const GridPoint &a, const GridPoint &b, const GridColors &colors)
+{
+    const SegmentLook look = SegmentLook::between(a.intensity, b.intensity, colors);
+    node.addSegment({a.x, a.y}, {b.x, b.y}, look.width, look.color);
+}
+
+void addPoint(SoftShapeNode &node, const GridPoint &point, const GridColors &colors)
+{
+    const NodeLook look = NodeLook::of(point.intensity, colors);
+    const QPointF centre(point.x, point.y);
+    if (look.glowRadius > 0.0) {
+        node.addGlow(centre, look.radius / 2.0, look.glowRadius, colors.glow.at(look.glowOpacity));
+    }
+    node.addDisc(centre, look.radius, look.color);
+}
+
+void addRipple(SoftShapeNode &node, const Ripple &ripple, double time, const GridColors &colors)
+{
+    if (const double strength = ripple.strength(time); strength > 0.0) {
+        node.addRing({ripple.x, ripple.y}, ripple.radius(time), KineticGrid::ringWidth,
+                     colors.ripple.at(KineticGrid::ringOpacity * strength));
+    }
+}
+
 } // namespace
 
 class LKKineticGridCanvas::Nodes : public QSGNode
@@ -129,33 +153,21 @@ void LKKineticGridCanvas::drawMesh(SoftShapeNode &node)
         std::ranges::count_if(m_points, [](const GridPoint &point) { return NodeLook::glows(point.intensity); }));
     const std::size_t spare = (glows + m_grid.ripples().size()) / spareShapes * spareShapes + spareShapes;
     node.begin(segments + mesh.pointCount() + static_cast<int>(spare), pixel());
-    const auto addSegment = [&](const GridPoint &a, const GridPoint &b) {
-        const SegmentLook look = SegmentLook::between(a.intensity, b.intensity, colors);
-        node.addSegment({a.x, a.y}, {b.x, b.y}, look.width, look.color);
-    };
     for (int row = 0; row <= mesh.rows; ++row) {
         for (int column = 0; column < mesh.columns; ++column) {
-            addSegment(pointAt(column, row), pointAt(column + 1, row));
+            addSegment(node, pointAt(column, row), pointAt(column + 1, row), colors);
         }
     }
     for (int column = 0; column <= mesh.columns; ++column) {
         for (int row = 0; row < mesh.rows; ++row) {
-            addSegment(pointAt(column, row), pointAt(column, row + 1));
+            addSegment(node, pointAt(column, row), pointAt(column, row + 1), colors);
         }
     }
     for (const GridPoint &point : m_points) {
-        const NodeLook look = NodeLook::of(point.intensity, colors);
-        const QPointF centre(point.x, point.y);
-        if (look.glowRadius > 0.0) {
-            node.addGlow(centre, look.radius / 2.0, look.glowRadius, colors.glow.at(look.glowOpacity));
-        }
-        node.addDisc(centre, look.radius, look.color);
+        addPoint(node, point, colors);
     }
     for (const Ripple &ripple : m_grid.ripples()) {
-        if (const double strength = ripple.strength(time); strength > 0.0) {
-            node.addRing({ripple.x, ripple.y}, ripple.radius(time), KineticGrid::ringWidth,
-                         colors.ripple.at(KineticGrid::ringOpacity * strength));
-        }
+        addRipple(node, ripple, time, colors);
     }
     node.end();
 }

@@ -46,6 +46,28 @@ struct Premultiplied
     uchar opacity;
 };
 
+// A closed line along the shape's edge, moved inwards by so many points.
+struct Line
+{
+    double inwards;
+    QColor color;
+};
+
+// Returns the lines of a shape from the outermost to the innermost. pixel: the length of a device pixel in points.
+std::vector<Line> linesOf(const Look &look, double pixel)
+{
+    // Half a pixel to each side of an edge, so that an edge between two pixels is smooth.
+    const double soft = pixel / 2;
+    const double half = look.lineWidth / 2;
+    if (half <= 0) {
+        return {{-soft, Qt::transparent}, {soft, look.fill}};
+    }
+    return {{-soft, Qt::transparent},
+            {std::min(soft, half), look.line},
+            {std::max(look.lineWidth - soft, half), look.line},
+            {look.lineWidth + soft, look.fill}};
+}
+
 // Lines around the shape, each inside the one before, between which colours blend; the innermost is filled.
 class ShapeNode : public QSGGeometryNode
 {
@@ -61,21 +83,7 @@ public:
     // pixel: the length of a device pixel in points.
     void draw(const Look &look, double pixel)
     {
-        struct Line
-        {
-            double inwards;
-            QColor color;
-        };
-        // Half a pixel to each side of an edge, so that an edge between two pixels is smooth.
-        const double soft = pixel / 2;
-        const double half = look.lineWidth / 2;
-        const QColor &outermost = half > 0 ? look.line : look.fill;
-        std::vector<Line> lines{{-soft, Qt::transparent}, {half > 0 ? std::min(soft, half) : soft, outermost}};
-        if (half > 0) {
-            lines.push_back({std::max(look.lineWidth - soft, half), look.line});
-            lines.push_back({look.lineWidth + soft, look.fill});
-        }
-
+        const std::vector<Line> lines = linesOf(look, pixel);
         const std::vector<corners::OutlinePoint> outline = corners::outline(look.size, look.radius, 1 / pixel);
         const auto around = static_cast<int>(outline.size());
         const auto rings = static_cast<int>(lines.size());
@@ -91,29 +99,35 @@ public:
                                 color.blue, color.opacity);
             }
         }
-        quint16 *index = m_shape.indexDataAsUShort();
-        const auto put = [&index](int ring, int point, int points) {
-            *index++ = static_cast<quint16>(ring * points + point % points);
-        };
-        for (int ring = 0; ring + 1 < rings; ++ring) {
-            for (int point = 0; point < around; ++point) {
-                put(ring, point, around);
-                put(ring + 1, point, around);
-                put(ring, point + 1, around);
-                put(ring, point + 1, around);
-                put(ring + 1, point, around);
-                put(ring + 1, point + 1, around);
-            }
-        }
-        for (int point = 1; isFilled && point + 1 < around; ++point) {
-            put(rings - 1, 0, around);
-            put(rings - 1, point, around);
-            put(rings - 1, point + 1, around);
-        }
+        putTriangles(around, rings, isFilled);
         markDirty(DirtyGeometry);
     }
 
 private:
+    // Joins each line of so many points with the next one, and fills the innermost.
+    void putTriangles(int around, int rings, bool isFilled)
+    {
+        quint16 *index = m_shape.indexDataAsUShort();
+        const auto put = [&index, around](int ring, int point) {
+            *index++ = static_cast<quint16>(ring * around + point % around);
+        };
+        for (int ring = 0; ring + 1 < rings; ++ring) {
+            for (int point = 0; point < around; ++point) {
+                put(ring, point);
+                put(ring + 1, point);
+                put(ring, point + 1);
+                put(ring, point + 1);
+                put(ring + 1, point);
+                put(ring + 1, point + 1);
+            }
+        }
+        for (int point = 1; isFilled && point + 1 < around; ++point) {
+            put(rings - 1, 0);
+            put(rings - 1, point);
+            put(rings - 1, point + 1);
+        }
+    }
+
     void reserve(int vertices, int indices)
     {
         if (m_shape.vertexCount() != vertices || m_shape.indexCount() != indices) {

@@ -185,31 +185,10 @@ private:
                   property("length"_L1, u"2147483647"_s) % property("eof"_L1, u"continue"_s) %
                   property("resource"_L1, u"black"_s) % property("mlt_service"_L1, u"color"_s) %
                   property("mlt_image_format"_L1, u"rgba"_s) % property("set.test_audio"_L1, u"0"_s) %
-                  "  </producer>\n"
-                  "  <playlist id=\"playlist0\">\n"_L1 %
-                  property("kdenlive:audio_track"_L1, u"1"_s) %
-                  "  </playlist>\n"
-                  "  <playlist id=\"playlist1\">\n"_L1 %
-                  property("kdenlive:audio_track"_L1, u"1"_s) %
-                  "  </playlist>\n"
-                  "  <tractor id=\"tractor0\">\n"_L1 %
-                  property("kdenlive:audio_track"_L1, u"1"_s) % property("kdenlive:trackheight"_L1, u"67"_s) %
-                  "    <track hide=\"video\" producer=\"playlist0\"/>\n"
-                  "    <track hide=\"video\" producer=\"playlist1\"/>\n"
-                  "  </tractor>\n"
-                  "  <playlist id=\"playlist2\">\n"_L1;
-        for (const TimelineClip &clip : m_stringOut.clips) {
-            m_text += entry(*clip.clip, clip.length);
-        }
-        m_text += "  </playlist>\n"
-                  "  <playlist id=\"playlist3\"/>\n"
-                  "  <tractor id=\"tractor1\" in=\"0\" out=\""_L1 %
-                  end % "\">\n"_L1 % property("kdenlive:trackheight"_L1, u"67"_s) %
-                  "    <track hide=\"audio\" producer=\"playlist2\"/>\n"
-                  "    <track hide=\"audio\" producer=\"playlist3\"/>\n"
-                  "  </tractor>\n"
-                  "  <tractor id=\"tractor2\" global_feed=\"1\" in=\"0\" out=\""_L1 %
-                  end %
+                  "  </producer>\n"_L1;
+        addSoundTrack();
+        addPictureTrack(end);
+        m_text += "  <tractor id=\"tractor2\" global_feed=\"1\" in=\"0\" out=\""_L1 % end %
                   "\">\n"
                   "    <track producer=\"black_track\"/>\n"
                   "    <track producer=\"tractor0\"/>\n"
@@ -219,6 +198,37 @@ private:
                   property("mlt_service"_L1, u"mix"_s) % property("always_active"_L1, u"1"_s) %
                   property("sum"_L1, u"1"_s) % property("internal_added"_L1, u"237"_s) %
                   "    </transition>\n"
+                  "  </tractor>\n"_L1;
+    }
+
+    // An empty one.
+    void addSoundTrack()
+    {
+        m_text += "  <playlist id=\"playlist0\">\n"_L1 % property("kdenlive:audio_track"_L1, u"1"_s) %
+                  "  </playlist>\n"
+                  "  <playlist id=\"playlist1\">\n"_L1 %
+                  property("kdenlive:audio_track"_L1, u"1"_s) %
+                  "  </playlist>\n"
+                  "  <tractor id=\"tractor0\">\n"_L1 %
+                  property("kdenlive:audio_track"_L1, u"1"_s) % property("kdenlive:trackheight"_L1, u"67"_s) %
+                  "    <track hide=\"video\" producer=\"playlist0\"/>\n"
+                  "    <track hide=\"video\" producer=\"playlist1\"/>\n"
+                  "  </tractor>\n"_L1;
+    }
+
+    // The clips in the order of the tour. end: the number of the last frame.
+    void addPictureTrack(const QString &end)
+    {
+        m_text += "  <playlist id=\"playlist2\">\n"_L1;
+        for (const TimelineClip &clip : m_stringOut.clips) {
+            m_text += entry(*clip.clip, clip.length);
+        }
+        m_text += "  </playlist>\n"
+                  "  <playlist id=\"playlist3\"/>\n"
+                  "  <tractor id=\"tractor1\" in=\"0\" out=\""_L1 %
+                  end % "\">\n"_L1 % property("kdenlive:trackheight"_L1, u"67"_s) %
+                  "    <track hide=\"audio\" producer=\"playlist2\"/>\n"
+                  "    <track hide=\"audio\" producer=\"playlist3\"/>\n"
                   "  </tractor>\n"_L1;
     }
 

@@ -55,6 +55,29 @@ int refuseOtherFiles(AVFormatContext *, AVIOContext **, const char *, int, AVDic
     return AVERROR(EACCES);
 }
 
+// Limits the containers that may be read, and chooses what is read of them. Returns the options to open one with, which
+// the caller frees.
+AVDictionary *prepare(AVFormatContext *format, MediaFile::Purpose purpose)
+{
+    av_opt_set(format, "format_whitelist", knownFormats, 0);
+    AVDictionary *options = nullptr;
+    av_dict_set(&options, "ignore_chapters", "1", 0);
+    if (purpose == MediaFile::Purpose::Probe) {
+        // Edit lists rewrite the index; the track's own sample durations are wanted.
+        av_dict_set(&options, "advanced_editlist", "0", 0);
+    } else {
+        av_opt_set_int(format, "fpsprobesize", 0, 0); // nobody asks a sampler for the frame rate
+    }
+    return options;
+}
+
+void discardAllBut(const AVFormatContext &format, const AVStream *wanted)
+{
+    for (AVStream *stream : std::span(format.streams, format.nb_streams)) {
+        stream->discard = stream == wanted ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    }
+}
+
 // The header of a movie file tells all that is needed; other containers need a look at their first packets.
 bool headerSuffices(const MediaFile &file)
 {
@@ -113,30 +136,19 @@ bool MediaFile::openFormat(Purpose purpose)
     m_format->io_open = refuseOtherFiles;
     m_format->interrupt_callback = {
         [](void *self) { return static_cast<const MediaFile *>(self)->limitsReached() ? 1 : 0; }, this};
-    av_opt_set(m_format, "format_whitelist", knownFormats, 0);
 
-    AVDictionary *options = nullptr;
-    av_dict_set(&options, "ignore_chapters", "1", 0);
-    if (purpose == Purpose::Probe) {
-        // Edit lists rewrite the index; the track's own sample durations are wanted.
-        av_dict_set(&options, "advanced_editlist", "0", 0);
-    } else {
-        av_opt_set_int(m_format, "fpsprobesize", 0, 0); // nobody asks a sampler for the frame rate
-    }
+    AVDictionary *options = prepare(m_format, purpose);
     const int opened = avformat_open_input(&m_format, nullptr, nullptr, &options);
     av_dict_free(&options);
     if (opened < 0) {
         return false;
     }
     if (!headerSuffices(*this)) {
-        // What it can't find out keeps its default; the header's word stands.
+        // A value that it can't find out keeps the header's word, or its default.
         [[maybe_unused]] const int found = avformat_find_stream_info(m_format, nullptr);
     }
     if (purpose == Purpose::Sample) {
-        const AVStream *wanted = video();
-        for (unsigned i = 0; i < m_format->nb_streams; ++i) {
-            m_format->streams[i]->discard = m_format->streams[i] == wanted ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
-        }
+        discardAllBut(*m_format, video());
     }
     return true;
 }

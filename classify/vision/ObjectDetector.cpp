@@ -27,7 +27,7 @@ float logitOf(float probability)
     return std::log(probability / (1.0f - probability));
 }
 
-// Whether no neighbour is higher; of equal neighbours the first counts.
+// Returns whether no neighbour is higher; among equal neighbours the first is the peak.
 bool isPeak(std::span<const float> map, int rows, int columns, int row, int column)
 {
     const float value = map[static_cast<std::size_t>(row) * columns + column];
@@ -41,6 +41,36 @@ bool isPeak(std::span<const float> map, int rows, int columns, int row, int colu
         }
     }
     return true;
+}
+
+// Returns the objects of one kind that the network found in a picture of this size, the surest first. heat has the
+// kind's likelihood in each cell; reach how far an object there extends to the left, the top, the right and the bottom.
+std::vector<DetectedObject> objectsOf(int kind, const ModelOutput &heat, const ModelOutput &reach, QSize size)
+{
+    const float lowest = logitOf(ObjectDetector::minConfidence);
+    const auto map = heat.plane(kind);
+    std::vector<DetectedObject> found;
+    for (int row = 0; row < heat.rows; ++row) {
+        for (int column = 0; column < heat.columns; ++column) {
+            const auto cell = static_cast<std::size_t>(row) * heat.columns + column;
+            if (map[cell] < lowest || !isPeak(map, heat.rows, heat.columns, row, column)) {
+                continue;
+            }
+            const double x = column * cellPixels;
+            const double y = row * cellPixels;
+            const QPointF topLeft((x - reach.plane(0)[cell]) / size.width(),
+                                  (y - reach.plane(1)[cell]) / size.height());
+            const QPointF bottomRight((x + reach.plane(2)[cell]) / size.width(),
+                                      (y + reach.plane(3)[cell]) / size.height());
+            const auto box = QRectF(topLeft, bottomRight) & QRectF(0, 0, 1, 1);
+            if (!box.isEmpty()) {
+                found.push_back({kind, probabilityOf(map[cell]), box});
+            }
+        }
+    }
+    std::stable_sort(found.begin(), found.end(),
+                     [](const auto &a, const auto &b) { return a.confidence > b.confidence; });
+    return found;
 }
 
 void addUnlessKnown(std::vector<DetectedObject> &objects, std::size_t firstOfKind, const DetectedObject &object)
@@ -74,33 +104,11 @@ std::optional<ObjectDetector::Result> ObjectDetector::detect(const QImage &image
     result.features = std::move((*outputs)[2].values);
 
     const auto highest = std::span(result.features).last(kindCount);
-    const float lowest = logitOf(minConfidence);
     for (int kind = 0; kind < kindCount; ++kind) {
         if (highest[static_cast<std::size_t>(kind)] < minConfidence) {
             continue;
         }
-        const auto map = heat.plane(kind);
-        std::vector<DetectedObject> found;
-        for (int row = 0; row < heat.rows; ++row) {
-            for (int column = 0; column < heat.columns; ++column) {
-                const auto cell = static_cast<std::size_t>(row) * heat.columns + column;
-                if (map[cell] < lowest || !isPeak(map, heat.rows, heat.columns, row, column)) {
-                    continue;
-                }
-                const double x = column * cellPixels;
-                const double y = row * cellPixels;
-                const QPointF topLeft((x - reach.plane(0)[cell]) / size.width(),
-                                      (y - reach.plane(1)[cell]) / size.height());
-                const QPointF bottomRight((x + reach.plane(2)[cell]) / size.width(),
-                                          (y + reach.plane(3)[cell]) / size.height());
-                const auto box = QRectF(topLeft, bottomRight) & QRectF(0, 0, 1, 1);
-                if (!box.isEmpty()) {
-                    found.push_back({kind, probabilityOf(map[cell]), box});
-                }
-            }
-        }
-        std::stable_sort(found.begin(), found.end(),
-                         [](const auto &a, const auto &b) { return a.confidence > b.confidence; });
+        const std::vector<DetectedObject> found = objectsOf(kind, heat, reach, size);
         const auto firstOfKind = result.objects.size();
         for (const auto &object : found) {
             addUnlessKnown(result.objects, firstOfKind, object);

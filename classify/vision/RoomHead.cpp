@@ -31,6 +31,33 @@ tl::unexpected<ModelError> failure(ModelError::Reason reason, const std::filesys
     return tl::unexpected(ModelError{reason, file, std::move(detail)});
 }
 
+// Returns what is between the version and the checksum of a head's file, if both are as they should be.
+tl::expected<std::span<const char>, ModelError> checkedContent(const std::vector<char> &bytes,
+                                                               const std::filesystem::path &file)
+{
+    using Reason = ModelError::Reason;
+    if (bytes.size() < magic.size() + sizeof(knownVersion) + checksumLength) {
+        return failure(Reason::Broken, file, "it is too short");
+    }
+    if (std::string_view(bytes.data(), magic.size()) != magic) {
+        return failure(Reason::Broken, file, "it is no head for rooms");
+    }
+    // The version goes first: another one may be laid out, and summed, in another way.
+    std::uint32_t version = 0;
+    std::memcpy(&version, bytes.data() + magic.size(), sizeof(version));
+    if (version != knownVersion) {
+        return failure(Reason::OtherModel, file,
+                       "it is of version " + std::to_string(version) + ", not " + std::to_string(knownVersion));
+    }
+    const auto summed = std::span(bytes).first(bytes.size() - checksumLength);
+    const auto sum = QCryptographicHash::hash(QByteArrayView(summed.data(), static_cast<qsizetype>(summed.size())),
+                                              QCryptographicHash::Sha256);
+    if (!std::ranges::equal(sum, std::span(bytes).last(checksumLength))) {
+        return failure(Reason::Broken, file, "its checksum is wrong: it is damaged or cut off");
+    }
+    return summed.subspan(magic.size() + sizeof(knownVersion));
+}
+
 std::vector<float> softmax(std::vector<float> values)
 {
     const float highest = *std::ranges::max_element(values);
@@ -107,33 +134,16 @@ private:
 
 tl::expected<RoomHead, ModelError> RoomHead::load(const std::filesystem::path &file)
 {
-    using Reason = ModelError::Reason;
-    const auto read = readModelFile(file);
-    if (!read) {
-        return failure(Reason::Missing, file, "there is no such file, or it can't be read");
+    const auto bytes = readModelFile(file);
+    if (!bytes) {
+        return failure(ModelError::Reason::Missing, file, "there is no such file, or it can't be read");
     }
-    const std::vector<char> &bytes = *read;
-    if (bytes.size() < magic.size() + sizeof(knownVersion) + checksumLength) {
-        return failure(Reason::Broken, file, "it is too short");
-    }
-    if (std::string_view(bytes.data(), magic.size()) != magic) {
-        return failure(Reason::Broken, file, "it is no head for rooms");
-    }
-    // The version goes first: another one may be laid out, and summed, in another way.
-    std::uint32_t version = 0;
-    std::memcpy(&version, bytes.data() + magic.size(), sizeof(version));
-    if (version != knownVersion) {
-        return failure(Reason::OtherModel, file,
-                       "it is of version " + std::to_string(version) + ", not " + std::to_string(knownVersion));
-    }
-    const auto content = std::span(bytes).first(bytes.size() - checksumLength);
-    const auto sum = QCryptographicHash::hash(QByteArrayView(content.data(), static_cast<qsizetype>(content.size())),
-                                              QCryptographicHash::Sha256);
-    if (!std::ranges::equal(sum, std::span(bytes).last(checksumLength))) {
-        return failure(Reason::Broken, file, "its checksum is wrong: it is damaged or cut off");
+    const auto content = checkedContent(*bytes, file);
+    if (!content) {
+        return tl::unexpected(content.error());
     }
 
-    File data(content.subspan(magic.size() + sizeof(knownVersion)));
+    File data(*content);
     RoomHead head;
     const auto inputs = data.size();
     const auto print = data.size();
@@ -148,7 +158,7 @@ tl::expected<RoomHead, ModelError> RoomHead::load(const std::filesystem::path &f
     head.m_caution.leastSureClip = data.numbers<float>(head.m_identifiers.size());
     const auto rest = data.numbers<float>(4);
     if (!data.isSound() || !data.isAtEnd() || head.m_identifiers.empty()) {
-        return failure(Reason::Broken, file, "its parts don't fit together");
+        return failure(ModelError::Reason::Broken, file, "its parts don't fit together");
     }
     head.m_caution.unsureShare = rest[0];
     head.m_caution.unsureFloor = rest[1];

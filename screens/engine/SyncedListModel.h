@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 #include <vector>
 
@@ -14,7 +15,7 @@ namespace larkspan {
 // A list model whose rows follow a list that the engine makes anew on every change. Rows that stay keep their
 // delegates: they are moved or told to have changed, never taken out and put back. A list that has nothing in common
 // with the one before is shown as a new one.
-// Classes made of it name it with its namespace: the tools of QML know it by that name alone.
+// Subclasses spell the base as larkspan::SyncedListModel: qmltyperegistrar compares the text.
 class SyncedListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -42,55 +43,15 @@ protected:
     template <typename Row>
     void sync(std::vector<Row> &rows, std::vector<Row> wanted)
     {
-        using Key = std::decay_t<decltype(wanted.front().key())>;
-        using Keys = std::unordered_set<Key, decltype([](const Key &key) { return qHash(key); })>;
-
         const auto before = rows.size();
-        const Keys keep = keysOf<Keys>(wanted);
-        const auto stays = [&keep](const Row &row) { return keep.contains(row.key()); };
+        const auto stays = [keep = keysOf(wanted)](const Row &row) { return keep.contains(row.key()); };
         if (!rows.empty() && std::none_of(rows.begin(), rows.end(), stays)) {
             beginResetModel();
             rows = std::move(wanted);
             endResetModel();
-            tellCount(before, rows.size());
-            return;
-        }
-        for (auto end = rows.end(); end != rows.begin();) {
-            if (stays(*std::prev(end))) {
-                --end;
-                continue;
-            }
-            const auto first = std::find_if(std::reverse_iterator(end), rows.rend(), stays).base();
-            beginRemoveRows({}, static_cast<int>(first - rows.begin()), static_cast<int>(end - rows.begin()) - 1);
-            end = rows.erase(first, end);
-            endRemoveRows();
-        }
-
-        const Keys had = keysOf<Keys>(rows);
-        for (auto want = wanted.begin(); want != wanted.end();) {
-            const auto i = want - wanted.begin();
-            const auto firstKnown =
-                std::find_if(want, wanted.end(), [&had](const Row &row) { return had.contains(row.key()); });
-            if (firstKnown != want) {
-                beginInsertRows({}, static_cast<int>(i), static_cast<int>(firstKnown - wanted.begin()) - 1);
-                rows.insert(rows.begin() + i, want, firstKnown);
-                endInsertRows();
-                want = firstKnown;
-                continue;
-            }
-            const auto at = std::find_if(rows.begin() + i, rows.end(),
-                                         [&want](const Row &row) { return row.key() == want->key(); });
-            if (const auto from = at - rows.begin(); from != i) {
-                beginMoveRows({}, static_cast<int>(from), static_cast<int>(from), {}, static_cast<int>(i));
-                std::rotate(rows.begin() + i, at, at + 1);
-                endMoveRows();
-            }
-            if (Row &row = rows[static_cast<std::size_t>(i)]; !(row == *want)) {
-                row = std::move(*want);
-                const QModelIndex changed = index(static_cast<int>(i));
-                Q_EMIT dataChanged(changed, changed);
-            }
-            ++want;
+        } else {
+            removeOthers(rows, stays);
+            takeOver(rows, std::move(wanted));
         }
         tellCount(before, rows.size());
     }
@@ -105,14 +66,68 @@ private:
         }
     }
 
-    template <typename Keys, typename Row>
-    static Keys keysOf(const std::vector<Row> &rows)
+    template <typename Row>
+    static auto keysOf(const std::vector<Row> &rows)
     {
-        Keys keys;
+        using Key = std::decay_t<decltype(rows.front().key())>;
+        std::unordered_set<Key, decltype([](const Key &key) { return qHash(key); })> keys;
         for (const Row &row : rows) {
             keys.insert(row.key());
         }
         return keys;
+    }
+
+    // Removes the rows that don't stay, a run of them at a time, from the last to the first.
+    template <typename Row, typename Stays>
+    void removeOthers(std::vector<Row> &rows, const Stays &stays)
+    {
+        for (auto end = rows.end(); end != rows.begin();) {
+            if (stays(*std::prev(end))) {
+                --end;
+                continue;
+            }
+            const auto first = std::find_if(std::reverse_iterator(end), rows.rend(), stays).base();
+            beginRemoveRows({}, static_cast<int>(first - rows.begin()), static_cast<int>(end - rows.begin()) - 1);
+            end = rows.erase(first, end);
+            endRemoveRows();
+        }
+    }
+
+    // Brings rows, which are all wanted, into the order of wanted, and inserts the others a run of them at a time.
+    template <typename Row>
+    void takeOver(std::vector<Row> &rows, std::vector<Row> wanted)
+    {
+        const auto isKnown = [had = keysOf(rows)](const Row &row) { return had.contains(row.key()); };
+        for (auto want = wanted.begin(); want != wanted.end();) {
+            const auto i = want - wanted.begin();
+            if (const auto firstKnown = std::find_if(want, wanted.end(), isKnown); firstKnown != want) {
+                beginInsertRows({}, static_cast<int>(i), static_cast<int>(firstKnown - wanted.begin()) - 1);
+                rows.insert(rows.begin() + i, want, firstKnown);
+                endInsertRows();
+                want = firstKnown;
+            } else {
+                takeOverRow(rows, i, std::move(*want));
+                ++want;
+            }
+        }
+    }
+
+    // Moves the row with the key of the one wanted up to place i, and tells its change if it differs.
+    template <typename Row>
+    void takeOverRow(std::vector<Row> &rows, std::ptrdiff_t i, Row wanted)
+    {
+        const auto at =
+            std::find_if(rows.begin() + i, rows.end(), [&wanted](const Row &row) { return row.key() == wanted.key(); });
+        if (const auto from = at - rows.begin(); from != i) {
+            beginMoveRows({}, static_cast<int>(from), static_cast<int>(from), {}, static_cast<int>(i));
+            std::rotate(rows.begin() + i, at, at + 1);
+            endMoveRows();
+        }
+        if (Row &row = rows[static_cast<std::size_t>(i)]; !(row == wanted)) {
+            row = std::move(wanted);
+            const QModelIndex changed = index(static_cast<int>(i));
+            Q_EMIT dataChanged(changed, changed);
+        }
     }
 };
 
