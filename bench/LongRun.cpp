@@ -162,7 +162,7 @@ std::string LongRun::reopen()
     if (m_engine.stage().kind != StageKind::results || m_engine.clips().size() != clipsOnCard) {
         return "the project could not be opened again";
     }
-    // Of moved footage they are found where it is now.
+    // The pictures of moved footage are found at its new place.
     return test::waitUntil([this] { return thumbnails() == readableClips; }) ? "" : "pictures are missing";
 }
 

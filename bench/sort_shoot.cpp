@@ -45,7 +45,7 @@ auto timed(double &milliseconds, Work work)
     return result;
 }
 
-// What each clip cost, by file. Written from the clips' threads.
+// The cost of each clip, by file. Written from the clips' threads.
 class Ledger
 {
 public:

@@ -7,7 +7,7 @@
 
 namespace larkspan {
 
-// What the evidence makes of a clip, whose file name and camera say whether a drone shot it.
+// Returns the bins of a clip by its evidence. Its file name and camera say whether a drone shot it.
 // Reads tagOpenPlanTwice and keepDroneExclusive.
 Classification classification(const FrameAnalysis &analysis, const MediaClip &clip, const SortOptions &options);
 

@@ -40,8 +40,8 @@ struct ClipHeight
     double &operator()(MediaClip &clip) const { return (clip.*size).rheight(); }
 };
 
-// Calls visit with each stored field but the path, which a clip has from the start. The one list of them: what copies,
-// writes and reads a record goes by it.
+// Calls visit with each stored field but the path, which a clip has from the start. The one list of them: copying,
+// writing and reading a record all use it.
 template <typename Visit>
 void forEachClipField(const Visit &visit)
 {

@@ -73,7 +73,7 @@ CardListing listCard(const FileUrl &card, const std::stop_token &stop)
     for (FileUrl &url : clips) {
         keyed.push_back({order.sortKey(url.displayPath()), std::move(url)});
     }
-    // Names that the order takes for equal ("a.MOV", "a.mov") go by their bytes, so that the list is always the same.
+    // Names that the order takes for equal ("a.MOV", "a.mov") are ordered by their bytes: the list is always the same.
     std::sort(keyed.begin(), keyed.end(), [](const Keyed &a, const Keyed &b) {
         const int byKey = a.key.compare(b.key);
         return byKey != 0 ? byKey < 0 : a.url.path().native() < b.url.path().native();

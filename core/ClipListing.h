@@ -14,7 +14,7 @@ namespace larkspan {
 std::vector<FileUrl> listClips(const FileUrl &folder, const std::stop_token &stop = {});
 
 // The same of a card, whose clips are about to be copied and may then be wiped from it: a folder that can't be read to
-// its end is told rather than passed over, and so are files beside the clips.
+// its end is listed rather than passed over, and so are files beside the clips.
 struct CardListing
 {
     std::vector<FileUrl> clips;

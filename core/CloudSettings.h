@@ -6,7 +6,7 @@ namespace larkspan {
 
 class SettingsStore;
 
-// Where and how a cloud model is asked. Read once, when the engine is built; nothing in the program writes them.
+// The address and the terms of a cloud model. Read once, when the engine is built; nothing in the program writes them.
 struct CloudSettings
 {
     QString endpoint = QStringLiteral("https://api.anthropic.com/v1/messages");

@@ -6,7 +6,7 @@
 
 namespace larkspan {
 
-// What a frame looks like, as a point in a space where near means alike. Made by the local classifier, never changed
+// The look of a frame, as a point in a space where near means alike. Made by the local classifier, never changed
 // afterwards, shared by reference between threads. Units are those of the splitting rules: 12 apart or less is one
 // room.
 class FeaturePrint

@@ -9,7 +9,7 @@
 
 namespace larkspan {
 
-// Where a file lies. Holds the path as the bytes that the kernel gave, so that a name that is no valid UTF-8
+// The place of a file. Holds the path as the bytes that the kernel gave, so that a name that is no valid UTF-8
 // still opens; text for people and for the event is made from it on demand. Copies share the path: a shoot has many.
 class FileUrl
 {

@@ -4,7 +4,7 @@
 
 namespace larkspan {
 
-// What a name alone says of a file or folder. Takes the last component, without its folders.
+// Tell files and folders apart by their names alone. They take the last component, without its folders.
 
 // By its extension, in any case: mp4, mov, m4v, mxf, avi, mts, m2ts, braw, insv.
 [[nodiscard]] bool isVideoFile(const std::filesystem::path &name);

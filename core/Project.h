@@ -19,7 +19,7 @@ struct Recent
     friend bool operator==(const Recent &, const Recent &) = default;
 };
 
-// How many of them are kept.
+// Number of them that are kept.
 inline constexpr std::size_t recentsLimit = 5;
 
 // One row of the project switcher.

@@ -71,7 +71,7 @@ void ProjectFiles::renameInIndex(const QString &id, const QString &name) const
 
 void ProjectFiles::remove(const QString &id) const
 {
-    // The list goes first: should the power go in between, a project that is still listed can still be opened.
+    // The list is written first: if the power fails in between, a project that is still listed can still be opened.
     auto projects = loadIndex();
     dropFrom(projects, id);
     writeIndex(projects);

@@ -22,25 +22,25 @@ struct RoomLabel
     // The table, in the order in which bins are listed.
     static const std::vector<RoomLabel> &all();
     static const std::map<QString, RoomLabel> &byName();
-    // Which bins an identifier feeds, in the table's order.
+    // Returns the bins that each identifier feeds, in the table's order.
     static const std::map<QString, std::vector<QString>> &binsByIdentifier();
     // Bins judged by evidence of their own (a drone's name, people in the frame), never ranked among rooms.
     static const std::set<QString> &exclusiveBins();
 
-    // Labels under their names. A name that stands twice stops the program: the table is wrong.
+    // Returns labels by their names. A name that occurs twice stops the program: the table is wrong.
     static std::map<QString, RoomLabel> keyedByName(std::span<const RoomLabel> labels);
 
     friend bool operator==(const RoomLabel &, const RoomLabel &) = default;
 };
 
-// Over all fields, in their order.
+// Hashes all fields, in their order.
 std::size_t qHash(const RoomLabel &label, std::size_t seed = 0) noexcept;
 
-// Where a clip goes that nothing could be said about. No row of the table.
+// Returns the bin of a clip that nothing is known about. It is no row of the table.
 QString unsortedBin();
 // The selection that shows the clips under review. Its first character keeps it from ever being a bin's name.
 QString reviewKey();
-// What people read where reviewKey() is chosen.
+// Returns the text for people where reviewKey() is chosen.
 QString reviewTitle();
 
 } // namespace larkspan

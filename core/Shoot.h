@@ -29,7 +29,7 @@ struct BinCount
 std::size_t qHash(const BinCount &row, std::size_t seed = 0) noexcept;
 
 // The clips of a shoot, the bins that they are in, and the editor's decisions about them. A plain value without threads
-// or signals; a copy shares the clips. The filing of a clip that a shoot has changes by the shoot's edits only.
+// or signals; a copy shares the clips. Only the shoot's edits change the filing of its clips.
 class Shoot
 {
 public:
@@ -51,7 +51,7 @@ public:
 
     // The bins in use with their clips' number, the fullest first; the bin list's order.
     std::vector<BinCount> binCounts() const;
-    // How many bins are in use, split ones each for themselves.
+    // Returns the number of bins in use, each room of a split bin counted by itself.
     int binCount() const { return static_cast<int>(m_binCounts.size()); }
     // The bins in use, ascending.
     std::vector<QString> usedBins() const;

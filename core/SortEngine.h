@@ -69,7 +69,7 @@ public:
     enum class StageKind { empty, working, results, organizing, done, emptyFolder, failed };
     Q_ENUM(StageKind)
 
-    // Which screen the tool shows.
+    // The screen that the tool shows.
     struct Stage
     {
         StageKind kind = StageKind::empty;
@@ -125,7 +125,7 @@ public:
     Q_INVOKABLE void sortAgain();
 
     // The editor's edits: see Shoot. Each that is one is saved. Undoing and redoing select a bin that shows the change,
-    // and work in the results only: a running copy goes by the bins as they are.
+    // and work in the results only: a running copy uses the bins as they are.
     Q_INVOKABLE void reassign(const QUuid &id, const QString &bin);
     Q_INVOKABLE void toggleExtraBin(const QUuid &id, const QString &bin);
     Q_INVOKABLE void setSecondBin(const QUuid &id, const QString &bin);
@@ -182,7 +182,7 @@ public:
     bool canExport() const { return target() != NLE::premiere && clipCount() > 0; }
     // "House.fcpxml · 12 bins · 74 clips".
     QString exportSummary() const;
-    // Where the event was written, for people; "" before.
+    // Returns the path of the written event, for people; "" before.
     QString eventPath() const { return m_stage.event ? m_stage.event->displayPath() : QString(); }
     QString targetName() const { return nleLabel(target()); }
 
@@ -210,12 +210,12 @@ public:
     const QString &projectName() const { return m_projectName; }
     const std::optional<FileUrl> &importRoot() const { return m_settings.importRoot(); }
     void setImportRoot(std::optional<FileUrl> root);
-    // Where the Shoots folder is, for people; "" without one.
+    // Returns the path of the Shoots folder, for people; "" without one.
     QString importRootPath() const { return importRoot() ? importRoot()->displayPath() : QString(); }
     bool isRemovableImport() const { return m_isRemovableImport; }
     const std::optional<QString> &importVolumeName() const { return m_importVolumeName; }
 
-    // How many clips are in work at once.
+    // Returns the number of clips that are processed at once.
     int width() const { return m_width; }
 
 Q_SIGNALS:

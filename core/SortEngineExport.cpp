@@ -121,7 +121,7 @@ tl::expected<FileUrl, std::error_code> SortEngine::Exporting::writeEventFile(
     const Work &work, const std::optional<FileUrl> &directory) const
 {
     const FileUrl folder = directory ? *directory : folderOfEvent(work.folder);
-    // The name goes by its bytes: a folder whose name is no UTF-8 has its event under the same one.
+    // The name is taken as bytes: a folder whose name is no UTF-8 has its event under the same one.
     FileUrl event(folder.path() / (work.folder.lastPathBytes() + ".fcpxml"));
     const QString text = m_parts.seams.eventText(work.clips, work.folder.lastPathComponent());
     return writeFileAtomically(event.path(), text.toStdString()).map([&event] { return std::move(event); });

@@ -9,15 +9,15 @@ namespace larkspan {
 
 Q_NAMESPACE
 
-// What export does to the footage.
+// The treatment of the footage at an export.
 enum class FileHandling { inPlace, copy, move };
 Q_ENUM_NS(FileHandling)
 
-// How a copy is checked against its source.
+// The check of a copy against its source.
 enum class VerifyLevel { sizeOnly, checksum };
 Q_ENUM_NS(VerifyLevel)
 
-// Which classifier looks at the frames.
+// The classifier that looks at the frames.
 enum class ModelTier { local, cloud };
 Q_ENUM_NS(ModelTier)
 
@@ -25,7 +25,7 @@ inline constexpr std::array allFileHandlings{FileHandling::inPlace, FileHandling
 inline constexpr std::array allVerifyLevels{VerifyLevel::sizeOnly, VerifyLevel::checksum};
 inline constexpr std::array allModelTiers{ModelTier::local, ModelTier::cloud};
 
-// What people read: "Leave in place", "Copy into folders", "Move into folders".
+// Returns the text for people: "Leave in place", "Copy into folders", "Move into folders".
 QString fileHandlingLabel(FileHandling handling);
 // "On This Mac", "Cloud AI".
 QString modelTierLabel(ModelTier tier);
@@ -38,7 +38,7 @@ VerifyLevel verifyLevelFromRawValue(const QString &rawValue);
 QString modelTierRawValue(ModelTier tier);
 ModelTier modelTierFromRawValue(const QString &rawValue);
 
-// How the sort and the export behave. A run takes a copy and keeps it.
+// The options of the sort and the export. A run takes a copy and keeps it.
 struct SortOptions
 {
     Q_GADGET

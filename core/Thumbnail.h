@@ -11,12 +11,12 @@ namespace larkspan {
 class Thumbnail
 {
 public:
-    // What one takes at most, whatever it shows.
+    // The size of the largest one, whatever it shows.
     static constexpr qsizetype mostBytes = qsizetype(64) * 1024;
 
     // None.
     Thumbnail() = default;
-    // Of a frame; none of a null one.
+    // Makes the thumbnail of a frame; an empty one of a null frame.
     explicit Thumbnail(const QImage &frame);
 
     [[nodiscard]] bool isNull() const { return m_jpeg.isEmpty(); }

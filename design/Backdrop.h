@@ -9,8 +9,8 @@
 
 namespace larkspan {
 
-// What a moving background needs besides its picture: one step for each frame of the display while anything moves and
-// anyone can see it, one still picture in boringMode, and then nothing at all. Main thread, but for updatePaintNode.
+// The base of moving backgrounds. It takes one step for each frame of the display while anything moves and anyone can
+// see it; in boringMode it draws one still picture and nothing after it. Main thread, but for updatePaintNode.
 class Backdrop : public QQuickItem
 {
     Q_OBJECT
@@ -39,7 +39,7 @@ protected:
     [[nodiscard]] double now() const { return m_clock() - m_start; }
     // The length of a device pixel.
     [[nodiscard]] double pixel() const;
-    // Whether there is anything to draw, and something to draw it with.
+    // Returns whether there is anything to draw, and something to draw it with.
     [[nodiscard]] bool canDraw() const;
 
     void itemChange(ItemChange change, const ItemChangeData &value) override;

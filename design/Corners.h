@@ -11,7 +11,7 @@
 // curve for the shaders. Lengths in points.
 namespace larkspan::corners {
 
-// How much of an edge a corner takes where there is room, in radii. With less room it comes closer to an arc, and with
+// A corner's share of an edge that has room for it, in radii. With less room it comes closer to an arc, and with
 // no more than its radius, as in a pill or a circle, it is one.
 inline constexpr double reach = 1.528665;
 

@@ -5,7 +5,7 @@
 
 namespace larkspan {
 
-// How everything in the intro is drawn at one moment. Lengths in points, angles in degrees.
+// The look of the intro at one moment. Lengths in points, angles in degrees.
 struct IntroLook
 {
     Q_GADGET

@@ -25,7 +25,7 @@ struct RGBA
     friend bool operator==(const RGBA &, const RGBA &) = default;
 };
 
-// What the kinetic grid is painted with in one theme, but for its background, which is the window's.
+// The colours of the kinetic grid in one theme, without its background, which is the window's.
 struct GridColors
 {
     RGBA lineBase;
@@ -67,7 +67,7 @@ struct GridMesh
     friend bool operator==(const GridMesh &, const GridMesh &) = default;
 };
 
-// Where a point of the mesh is drawn, and how brightly: intensity from 0 to 1.
+// The place of a point of the mesh, and its brightness: intensity from 0 to 1.
 struct GridPoint
 {
     double x = 0.0;
@@ -77,7 +77,7 @@ struct GridPoint
     friend bool operator==(const GridPoint &, const GridPoint &) = default;
 };
 
-// How the line between two neighbouring points looks.
+// The look of the line between two neighbouring points.
 struct SegmentLook
 {
     RGBA color;
@@ -86,7 +86,7 @@ struct SegmentLook
     static SegmentLook between(double intensityA, double intensityB, const GridColors &colors);
 };
 
-// How a point of the mesh looks.
+// The look of a point of the mesh.
 struct NodeLook
 {
     RGBA color;
@@ -133,7 +133,7 @@ public:
     [[nodiscard]] QPointF mouse() const { return m_mouse; }
     [[nodiscard]] std::span<const Ripple> ripples() const { return m_ripples; }
 
-    // Where the point of this column and row is now.
+    // Returns the present place of the point of this column and row.
     [[nodiscard]] GridPoint warp(const GridMesh &mesh, int column, int row, double now) const;
 
 private:

@@ -15,7 +15,7 @@ class QQmlEngine;
 
 namespace larkspan {
 
-// How long things take to move, in milliseconds, by what they are for. It runs on the house curve where nothing
+// The durations of motions, in milliseconds, by their purpose. Motions follow the house curve where nothing
 // else is said.
 struct LKMotionScale
 {
@@ -43,19 +43,19 @@ public:
     int press = 100;        // the fill of a pressed button
     int hover = 120;        // hover and selection of controls
     int reveal = 140;       // small things that come and go, a tile that lands
-    int overlay = 180;      // what lies above the screens
+    int overlay = 180;      // overlays above the screens
     int step = 260;         // one step of a list or a carousel
     int toolIn = 380;       // a tool's screen comes
     int toolOut = 280;      // and goes
     int afterIntro = 650;   // the program comes out from behind the intro
-    int toolTipDelay = 600; // from resting on a thing to being told about it
+    int toolTipDelay = 600; // from resting on an item to its tool tip
     int breath = 2600;      // a halo's way up, and its way down
     int cellPulse = 325;    // a waiting cell's way up, and its way down
     // When each cell of the waiting mark starts, row by row: the pulse runs from the middle of the left edge outward.
     QVariantList chevron{90, 180, 270, 0, 90, 180, 90, 180, 270};
     int shimmer = 1400;     // a gleam's way across a text
     int message = 350;      // one waiting message gives way to the next
-    int messageStay = 2400; // how long each of them stays
+    int messageStay = 2400; // each of them stays this long
     // As Easing.bezierCurve takes it: the two control points, then the end.
     QVariantList curve{0.2, 0.8, 0.2, 1.0, 1.0, 1.0};
     // For what swings to and fro by itself: breath, cellPulse, message. The house curve would jerk at each turn.
@@ -82,7 +82,7 @@ public:
     // QML reaches only names in upper case.
     enum class Theme { Light, Dark };
     Q_ENUM(Theme)
-    // What the user asks for. Not named as the themes are: QML sees the cases of both under LK.
+    // The user's choice. Its cases aren't named as the themes are: QML sees the cases of both under LK.
     enum class Appearance { AlwaysDark, AlwaysLight, FollowSystem };
     Q_ENUM(Appearance)
 
@@ -102,7 +102,7 @@ public:
     [[nodiscard]] bool isChangingTheme() const { return m_isChangingTheme; }
     [[nodiscard]] bool boringMode() const { return m_boringMode; }
     void setBoringMode(bool boring);
-    // Whether the desktop asks for less motion; whoever runs the program tells it, from SystemMotion.
+    // True if the desktop asks for less motion. The program sets it, from SystemMotion.
     [[nodiscard]] bool reducedMotion() const { return m_reducedMotion; }
     void setReducedMotion(bool reduced);
     [[nodiscard]] LKMotionScale motion() const { return {}; }
@@ -114,14 +114,14 @@ public:
     // The text for a template's own text property, in which an ampersand would mark a shortcut.
     Q_INVOKABLE QString literal(QString text) const;
 
-    // What is seen where one colour lies over another, either of which may be seen through.
+    // Returns the colour that is seen where one is over another; both may be translucent.
     Q_INVOKABLE QColor over(const QColor &top, const QColor &below) const;
 
     // Writes a control's property as the user's doing. Unlike an assignment in QML it leaves a binding of the property
     // in place, so that what is bound both ways stays bound.
     Q_INVOKABLE void put(QObject *control, const QString &property, const QVariant &value) const;
 
-    // Where a popup that belongs to an item stands in the stack: the z of the popup that the item lies in, 0 outside.
+    // Returns the z for a popup that belongs to an item: that of the popup which contains the item, 0 outside of one.
     Q_INVOKABLE double layerOf(const QQuickItem *item) const;
 
 Q_SIGNALS:

@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] const LKShadow &shadow() const { return m_shadow; }
     void setShadow(const LKShadow &shadow);
-    // Of what casts the shadow, in points.
+    // The radius of what casts the shadow, in points.
     [[nodiscard]] double cornerRadius() const { return m_cornerRadius; }
     void setCornerRadius(double radius);
 

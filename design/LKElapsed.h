@@ -8,7 +8,7 @@
 
 namespace larkspan {
 
-// How long it has been since the object was made, as text. The text follows the clock, ten times a second, only while
+// The time since the object was made, as text. The text follows the clock, ten times a second, only while
 // it is running; the time passes all the same.
 class LKElapsed : public QObject
 {

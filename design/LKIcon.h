@@ -19,7 +19,7 @@ class LKIcon : public QQuickPaintedItem
 public:
     explicit LKIcon(QQuickItem *parent = nullptr);
 
-    // Of a symbol; empty for none. An unknown name draws nothing and is warned of.
+    // The name of a symbol; empty for none. An unknown name draws nothing and logs a warning.
     [[nodiscard]] QString name() const { return m_name; }
     void setName(const QString &name);
     [[nodiscard]] QColor color() const { return m_color; }

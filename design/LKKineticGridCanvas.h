@@ -9,7 +9,7 @@ namespace larkspan {
 
 class SoftShapeNode;
 
-// Draws the kinetic grid, over whatever lies behind it: the lattice of dots in one call, mesh and rings in another.
+// Draws the kinetic grid, over the items behind it: the lattice of dots in one call, mesh and rings in another.
 class LKKineticGridCanvas : public larkspan::Backdrop // qmllint finds it only by its whole name
 {
     Q_OBJECT

@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Larkspan.Design
 
 // The base of every button, and of every row that is pressed. The mouse, Space, Return, Enter and assistive technology
-// press it; a held key presses it once. What is made of it only paints.
+// press it; a held key presses it once. Controls made of it only paint.
 T.AbstractButton {
     id: pressable
 

@@ -7,8 +7,8 @@
 
 namespace larkspan {
 
-// Attached to an item: whether it can be seen at all, that is, it and all it lies in are visible, and its window is on
-// the screen and neither hidden nor minimized. What moves by itself runs only then:
+// Attached to an item: true while it can be seen. It and all its parents are visible then, and its window is on the
+// screen and neither hidden nor minimized. Items that move by themselves do so only then:
 //   running: LKShown.now
 class LKShown : public QObject
 {

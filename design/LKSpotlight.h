@@ -10,7 +10,7 @@
 
 namespace larkspan {
 
-// Where the light of a card lies, how far it reaches and what colour it has, from where the pointer is. Lengths in
+// The light of a card: its centre, its reach and its colour, by the place of the pointer. Lengths in
 // points, in the card's coordinates.
 class LKSpotlight : public QObject
 {

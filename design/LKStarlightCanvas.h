@@ -5,7 +5,7 @@
 
 namespace larkspan {
 
-// Draws the starlight, over whatever lies behind it, in one call.
+// Draws the starlight, over the items behind it, in one call.
 class LKStarlightCanvas : public larkspan::Backdrop // qmllint finds it only by its whole name
 {
     Q_OBJECT

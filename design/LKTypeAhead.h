@@ -7,7 +7,7 @@
 namespace larkspan {
 
 // Finds an entry of a list by what is typed: letters in a row look for what begins with them all, one letter again and
-// again goes through what begins with it. A second without a letter begins a new search. Main thread.
+// again goes through the labels that begin with it. A second without a letter begins a new search. Main thread.
 class LKTypeAhead : public QObject
 {
     Q_OBJECT

@@ -7,7 +7,7 @@
 
 namespace larkspan {
 
-// Sees the pointer within its area and takes nothing from what lies above or below it: the window's events are watched
+// Sees the pointer within its area and takes nothing from the items above or below it: the window's events are watched
 // on their way, not received. Only while it is visible and enabled.
 class MouseTracker : public QQuickItem
 {

@@ -77,7 +77,7 @@ private:
     double m_squareRadius = 0.0;
 };
 
-// Whether shapes can be drawn in this window; not where Qt Quick paints without a graphics interface.
+// Returns whether shapes can be drawn in this window. Qt Quick without a graphics interface can't.
 [[nodiscard]] bool canDrawSoftShapes(const QQuickWindow &window);
 
 } // namespace larkspan

@@ -34,7 +34,7 @@ struct Lattice
     [[nodiscard]] int cellCount() const { return columns * rows; }
     // When the cell begins to fade in, in seconds: the further from the centre, the later.
     [[nodiscard]] double arrival(int column, int row) const;
-    // How opaque the cell is drawn; 0 for one that isn't drawn.
+    // Returns the opacity of a cell; 0 for one that isn't drawn.
     [[nodiscard]] double opacity(double seconds, int column, int row) const;
 
     friend bool operator==(const Lattice &, const Lattice &) = default;

@@ -12,11 +12,11 @@ namespace larkspan {
 
 // The arithmetic of the surfaces that move. Lengths in points.
 
-// Where the light of a card lies, in parts of its width and height, 0 to 1 each: under the pointer, which is in the
+// Returns the centre of a card's light, in parts of its width and height, 0 to 1 each: under the pointer, given in the
 // card's coordinates, or in the middle without one.
 [[nodiscard]] QPointF spotlightCentre(std::optional<QPointF> pointer, QSizeF card);
 
-// How far the light of a card reaches.
+// Returns the reach of a card's light.
 [[nodiscard]] double spotlightRadius(QSizeF card);
 
 // From one colour (share 0) to another (share 1), component by component, without transparency.

@@ -7,7 +7,7 @@
 
 namespace larkspan {
 
-// Whether the desktop asks for less motion, as its portal says, and when that changes. Full motion until the portal has
+// Follows the desktop's wish for less motion, as its portal has it. Full motion until the portal has
 // answered, and where there is none: asking never waits. Main thread.
 class SystemMotion : public QObject
 {

@@ -12,7 +12,7 @@ class QQmlEngine;
 
 namespace larkspan {
 
-// What the gallery shows and how; its switches change the look of the whole program. Main thread.
+// The gallery's page and look; its switches change the look of the whole program. Main thread.
 class Gallery : public QObject
 {
     Q_OBJECT

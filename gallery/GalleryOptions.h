@@ -10,7 +10,7 @@
 
 namespace larkspan {
 
-// What the gallery's command line asks for.
+// The options of the gallery's command line.
 struct GalleryOptions
 {
     QString page; // empty for the first

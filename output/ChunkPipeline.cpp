@@ -14,8 +14,8 @@ namespace {
 // Direct reading and writing wants whole pages.
 constexpr std::size_t alignment = 4096;
 
-// Who has got how far. Station 0 is the reading, the others are the steps in their order; each follows the one before,
-// and the reading may be no more than the buffers ahead of the last.
+// Counts the chunks that each station has done. Station 0 is the reading, the others are the steps in their order. Each
+// follows the one before; the reading is ahead of the last step by no more than the buffers.
 class Progress
 {
 public:

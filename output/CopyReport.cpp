@@ -19,7 +19,7 @@ namespace {
 
 using Values = std::vector<std::pair<QString, QString>>;
 
-// The template: what stands between <!--name--> and <!--/name--> is a part that is repeated.
+// The template: the text between <!--name--> and <!--/name--> is a part that is repeated.
 QString pageTemplate()
 {
     QFile file(u":/larkspan/copy_report.html"_s);
@@ -100,7 +100,7 @@ QString headingOf(const CopyRecord &copy)
     Q_UNREACHABLE();
 }
 
-// Places are named from the folder that the run was about, where they lie in it.
+// Returns a file's path, relative to the folder that the run was about if the file is in there.
 QString placeBeneath(const FileUrl &folder, const FileUrl &file)
 {
     const FileUrl place(file.path().lexically_relative(folder.path()));

@@ -100,7 +100,7 @@ std::vector<std::filesystem::path> clearInterruptedRun(const std::filesystem::pa
             continue;
         }
         const FileDescriptor file(::openat(fd.get(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-        // Whoever still writes it holds the lock. Where there are no locks, it stays rather than going wrongly.
+        // A process that still writes it holds the lock. On a file system without locks it is kept, to be safe.
         if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
             files.remove(fd.get(), name.c_str());
         }
@@ -221,7 +221,7 @@ std::error_code DestinationFolder::replace(TemporaryFile &file, const char *name
     return {};
 }
 
-// A folder above may be as new as this one, made by another program that synced nothing: its name goes with the power,
+// A folder above may be as new as this one, made by another program that synced nothing: a power cut loses its name,
 // and all beneath it. So all are synced up to the root of the file system, or to one that may not be opened.
 std::error_code DestinationFolder::sync() const
 {

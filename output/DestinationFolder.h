@@ -12,8 +12,8 @@
 
 namespace larkspan {
 
-// A file on its way into a folder, under a name of its own that says so. Whoever holds it holds a lock on it, so that
-// what a dead process left behind can be told from what a living one is writing. Gone with the object unless it was
+// A file that is being written into a folder, under a temporary name. The object holds a lock on it, so that a file
+// which a dead process left behind can be told from one that is being written. Deleted with the object unless it was
 // given its final name.
 class TemporaryFile
 {
@@ -56,11 +56,11 @@ public:
     // A new empty file in this folder, which must outlive it.
     tl::expected<TemporaryFile, std::error_code> makeTemporary() const;
 
-    // Gives a finished file its final name: the wanted one, or the first numbered one that is free. What stands under a
+    // Gives a finished file its final name: the wanted one, or the first numbered one that is free. A file that has a
     // name is never replaced; only the file system knows which names it takes for the same.
     tl::expected<std::filesystem::path, std::error_code> place(TemporaryFile &file, const std::string &wanted);
 
-    // Gives a finished file this very name; what stands under it is replaced in one step. Never for footage.
+    // Gives a finished file this very name, and replaces the file that has it in one step. Never for footage.
     std::error_code replace(TemporaryFile &file, const char *name) const;
 
     // Makes all names in the folder last, and the folder itself with those above it.
@@ -79,7 +79,7 @@ private:
     FileDescriptor m_fd;
     const FileOperations *m_files;
     std::size_t m_longestName = 255;        // bytes
-    std::map<std::string, int> m_nextToTry; // where the numbers of a name that came before go on
+    std::map<std::string, int> m_nextToTry; // the next number of a name that came before
 };
 
 // Removes what interrupted runs have left in a folder and in those directly beneath it. A run's copies arrive in

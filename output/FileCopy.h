@@ -30,7 +30,7 @@ struct FinishedCopy
     std::int64_t size = 0;
     std::optional<Sha256::Digest> digest; // of the bytes, if they were read back and found equal
 
-    // Whether the path still leads to the copy: the destination may have been unmounted under our hands.
+    // Returns whether the path still leads to the copy: the destination may have been unmounted meanwhile.
     bool isInPlace(const FileOperations &files) const;
 };
 
@@ -60,7 +60,7 @@ public:
         return copy(source, destination, comparison, source.filename().native());
     }
 
-    // Whether the file at the path has the bytes of a copy, as both media give them now. An error counts as no.
+    // Returns whether the file at the path has the bytes of a copy, as both media give them now. False after an error.
     [[nodiscard]] bool isStillEqual(const std::filesystem::path &source, const FinishedCopy &copy);
 
 private:

@@ -19,7 +19,7 @@ std::string_view shortened(std::string_view text, std::size_t longest)
         return text;
     }
     std::size_t end = longest;
-    // A byte of the form 10xxxxxx goes on with a character that began before it.
+    // A byte of the form 10xxxxxx continues a character that began before it.
     while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
         --end;
     }

@@ -6,7 +6,7 @@
 
 namespace larkspan {
 
-// Whether a volume looks like a camera's card, and how many of its entries had to be read to tell.
+// The answer to whether a volume looks like a camera's card, and the number of entries that were read for it.
 struct FootageCheck
 {
     bool looksLikeFootage = false;
@@ -17,7 +17,7 @@ struct FootageCheck
 
 // A folder "DCIM" at the root tells at once; otherwise a video file within three levels does, if it is among the first
 // 400 entries, so that a huge disk is soon done with. Hidden files, the inside of packages and links are left alone.
-// What can't be read shows nothing. Stopped, it says no. Any thread but the main one: the volume may be slow.
+// An unreadable folder counts as empty. Says no when stopped. Any thread but the main one: the volume may be slow.
 [[nodiscard]] FootageCheck looksLikeFootage(const FileUrl &volume, const std::stop_token &stop = {});
 
 } // namespace larkspan

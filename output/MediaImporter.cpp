@@ -196,7 +196,7 @@ MediaImporter::Copied copyInto(const RunFiles &run, const FileUrl &destination, 
             order.progress(static_cast<int>(results.size()), static_cast<int>(run.clipCount()));
         }
     }
-    // What was copied before a failure stays, so its names are to last as well.
+    // Files that were copied before a failure stay, so their names are to last as well.
     if (const std::error_code error = folder->sync(); error && !failure) {
         failure = ImportError{SystemFailure{destination, error}};
     }

@@ -14,7 +14,7 @@
 
 namespace larkspan {
 
-// Brings camera files to where they are wanted. No file is lost whatever fails: a source goes only once every copy of
+// Brings camera files to their places. No file is lost whatever fails: a source is deleted only once every copy of
 // the run was read back and found equal, and nothing under a final name is ever partial or replaced. Both operations
 // work one file at a time and block their thread; progress is called on it, (done, total); stop is asked before each
 // file, never inside one. However a run ends, the folder of its copies gets a proof of those that were read back, and

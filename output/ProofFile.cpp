@@ -32,7 +32,7 @@ struct Escape
 };
 constexpr Escape escapes[] = {{'\\', '\\'}, {'\n', 'n'}, {'\r', 'r'}};
 
-// The name as it stands in a line. A lone dash would be the standard input.
+// Returns the name for a line. A lone dash would be the standard input.
 std::string writtenName(const std::filesystem::path &file)
 {
     return file == "-" ? "./-" : file.native();

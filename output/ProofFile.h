@@ -24,11 +24,11 @@ struct ProofEntry
 // A line of the proof, with its end. A name with a backslash or a line break is escaped.
 [[nodiscard]] std::string proofLine(const ProofEntry &entry);
 
-// The proof brought up to date: lines for these files are replaced, or go where there is no digest, and all others stay
-// as they are, byte for byte.
+// Returns the proof brought up to date: lines for these files are replaced, or removed if there is no digest, and all
+// others stay as they are, byte for byte.
 [[nodiscard]] std::string updatedProof(const std::string &proof, std::span<const ProofEntry> entries);
 
-// The proof without the lines that say of a file just what one of these entries does.
+// Returns the proof without the lines that give a file the digest that one of these entries gives it.
 [[nodiscard]] std::string withdrawnProof(const std::string &proof, std::span<const ProofEntry> entries);
 
 // Brings the proof of a folder up to date in one step: a reader finds the old file or the new one, whole. A file of

@@ -14,7 +14,7 @@
 
 namespace larkspan {
 
-// Which file a path led to, and in what state. The change time, which no program can set back, gives away a file that
+// The file that a path led to, and its state. The change time, which no program can set back, gives away a file that
 // was rewritten under its old size and date.
 struct FileIdentity
 {
@@ -25,7 +25,7 @@ struct FileIdentity
     std::pair<std::int64_t, std::int64_t> changed;
 
     static FileIdentity of(const struct stat &status);
-    // Of what stands at the path itself, a link if it is one.
+    // Returns the identity of the path's own entry: of the link, if it is one.
     static tl::expected<FileIdentity, std::error_code> at(const std::filesystem::path &path,
                                                           const FileOperations &files);
 
@@ -44,12 +44,12 @@ public:
     int fd() const { return m_fd.get(); }
     std::int64_t size() const { return m_status.st_size; }
     const struct stat &status() const { return m_status; }
-    // What stands at the path, the link itself if it is one.
+    // Returns the identity of the path's own entry: of the link, if it is one.
     const FileIdentity &entry() const { return m_entry; }
     // Holds ranges that take no room on the disk.
     bool isSparse() const { return m_status.st_blocks * 512 < m_status.st_size; }
 
-    // Whether the path still leads to the file that was opened, and the file is as it was.
+    // Returns whether the path still leads to the file that was opened, and the file is as it was.
     bool isUnchanged() const;
 
     // As many bytes as there are, at most a buffer full, and never past the size at opening.

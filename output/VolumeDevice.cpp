@@ -23,7 +23,7 @@ std::string firstLine(const fs::path &file)
     return line;
 }
 
-// What a link in the tree leads to; empty when it leads nowhere.
+// Returns the target of a link in the tree; empty for a link that leads nowhere.
 fs::path followed(const fs::path &link)
 {
     std::error_code error;
@@ -56,7 +56,7 @@ std::string subsystemOf(const fs::path &device)
     return fs::read_symlink(device / "subsystem", error).filename();
 }
 
-// The device and those that lie between it and the machine.
+// The device and those between it and the machine.
 std::vector<fs::path> wayFrom(const fs::path &device, const fs::path &deviceTree)
 {
     std::vector<fs::path> way;
@@ -73,7 +73,7 @@ bool isPluggedIn(const fs::path &step)
            firstLine(step / "removable") == "removable"; // of PCI behind an outer port
 }
 
-// Whether the way from the machine to a disk leads over something that is plugged in from the outside.
+// Returns whether a disk is connected through anything that is plugged in from the outside.
 bool comesFromOutside(const fs::path &disk, const fs::path &deviceTree)
 {
     std::vector<fs::path> way = wayFrom(disk, deviceTree);
@@ -88,7 +88,7 @@ bool comesFromOutside(const fs::path &disk, const fs::path &deviceTree)
     return std::ranges::any_of(way, isPluggedIn);
 }
 
-// What a device is made of in the end; nothing if there is no end to it.
+// Returns the disks that a device is made of in the end; none if there is no end to it.
 std::vector<fs::path> disksOf(const fs::path &device)
 {
     std::vector<fs::path> disks;

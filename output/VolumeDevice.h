@@ -19,9 +19,9 @@ public:
     // The kernel's name for it: "sdb1", "dm-0".
     [[nodiscard]] std::string name() const { return m_folder.filename(); }
 
-    // Whether it can be taken out of the machine: the medium out of its drive (the disk says so, or is an SD card), or
-    // the disk from the outside (USB, FireWire, a hot-plugged PCI slot). One that is made of other devices can be if
-    // all of those can. False when nothing says so: an internal disk, a file in a loop device, a disk over a network.
+    // Returns whether it can be taken out: the medium out of its drive (the disk says so, or is an SD card), or the
+    // disk out of the machine (USB, FireWire, a hot-plugged PCI slot). A device made of others can be if all of those
+    // can. False when nothing says so: an internal disk, a file in a loop device, a disk over a network.
     [[nodiscard]] bool isRemovable() const;
 
     // The label of its file system; none without one. byLabel: the folder of links that are named after the labels.

@@ -45,7 +45,7 @@ public:
         friend bool operator==(const Candidate &, const Candidate &) = default;
     };
 
-    // Where the system tells of its volumes.
+    // The files in which the system lists its volumes.
     struct System
     {
         std::filesystem::path mountTable = "/proc/self/mountinfo";

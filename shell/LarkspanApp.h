@@ -34,7 +34,7 @@ class LarkspanApp : public QObject
 
 public:
     // models: where the networks of the local tier lie; where the program keeps them, if not said.
-    // volumes: where the system tells of its volumes.
+    // volumes: the files in which the system lists its volumes.
     explicit LarkspanApp(std::optional<std::filesystem::path> models = std::nullopt,
                          VolumeWatcher::System volumes = {});
     ~LarkspanApp() override;
@@ -88,7 +88,7 @@ private:
     CoverageCheck m_coverage;
     HandoffExport m_handoff;
     WorkNotice m_notice;
-    WindowEngine m_qml; // last: what it shows goes before what is shown
+    WindowEngine m_qml; // last: its views are destroyed before what they show
 };
 
 } // namespace larkspan

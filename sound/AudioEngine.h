@@ -24,15 +24,15 @@ public:
     AudioEngine(const AudioEngine &) = delete;
     AudioEngine &operator=(const AudioEngine &) = delete;
 
-    // What the mixer runs at; a device at another rate gets it converted.
+    // The mixer's rate; the sound is converted for a device with another one.
     static constexpr int sampleRate = 44100;
 
     // Opens the desktop's device and connects the nodes attached so far. False if there is none.
     bool start();
 
-    // Whether the device that it has is gone. No longer so once start() found none either.
+    // Returns whether the device that it has is gone. False again once start() found none either.
     [[nodiscard]] bool isDisconnected() const;
-    // Whether it had a device once and has none now.
+    // Returns whether it had a device once and has none now.
     [[nodiscard]] bool hasLostDevice() const;
 
     // For the nodes' constructor and destructor.

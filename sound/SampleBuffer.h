@@ -6,7 +6,7 @@
 
 namespace larkspan {
 
-// How samples are to be read: 32-bit floats from -1 to 1, the channels of a frame side by side.
+// The format of samples: 32-bit floats from -1 to 1, the channels of a frame side by side.
 struct AudioFormat
 {
     int sampleRate = 44100; // hertz

@@ -12,7 +12,7 @@ namespace larkspan {
 // Whole frames in so many seconds; none for what isn't positive, and never more than ten minutes.
 [[nodiscard]] std::size_t frameCount(double seconds, int sampleRate);
 
-// How loud a note is t seconds after its start, 0 to 1; 0 once it has ended. t is not negative.
+// Returns the loudness of a note t seconds after its start, 0 to 1; 0 once it has ended. t is not negative.
 [[nodiscard]] double envelope(const SynthSpec::Note &note, double t);
 
 // The bare wave at t, -1 to 1. A sine starts at 0, a triangle at -1.

@@ -20,7 +20,7 @@ public:
     CloudClassifier(Settings settings, std::shared_ptr<const FrameClassifier> local,
                     std::shared_ptr<const HttpClient> client);
 
-    // Waits for the model, at most as long as the client does. Whatever fails there is told in modelNote alone.
+    // Waits for the model, at most as long as the client does. A failure there is told in modelNote alone.
     [[nodiscard]] FrameAnalysis analyze(std::span<const QImage> frames) const override;
     // The same; a stop ends the wait at once.
     [[nodiscard]] FrameAnalysis analyzeUntilStopped(std::span<const QImage> frames,

@@ -18,7 +18,7 @@ struct CloudError
     int status = 0; // of http
     QString text;   // of http: the start of the body; of platform: the description
 
-    // What people read.
+    // Returns the text for people.
     [[nodiscard]] QString errorDescription() const;
 
     friend bool operator==(const CloudError &, const CloudError &) = default;

@@ -13,7 +13,7 @@ namespace larkspan {
 
 class HttpClient;
 
-// What the model is asked: to choose from the names of all bins, in the table's order.
+// Returns the question to the model: to choose from the names of all bins, in the table's order.
 [[nodiscard]] QString buildPrompt();
 
 // Asks the model about the stills of one clip (JPEGs as base64, in time order) and waits for the verdict. The endpoint

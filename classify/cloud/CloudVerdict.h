@@ -10,7 +10,7 @@
 
 namespace larkspan {
 
-// What a cloud model says about one clip. Nothing in it is checked: the names need not be bins.
+// A cloud model's answer about one clip. Nothing in it is checked: the names need not be bins.
 struct CloudVerdict
 {
     QString primary;

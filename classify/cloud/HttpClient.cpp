@@ -65,14 +65,14 @@ private:
     bool m_isOnFreshConnection = false;
 };
 
-// A status that says "no" counts as an error with Qt, though the reply is all there.
+// Qt counts a status of refusal as an error, though the reply is all there.
 bool cameThrough(QNetworkReply::NetworkError error, std::optional<int> status)
 {
     const bool isOfTheStatus = error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure;
     return error == QNetworkReply::NoError || (status && *status >= 300 && isOfTheStatus);
 }
 
-// One request on its way. Lives on the network's thread, and goes once it has answered.
+// One request on its way. Lives on the network's thread, and deletes itself once it has answered.
 class Exchange : public QObject
 {
 public:

@@ -51,7 +51,7 @@ private:
     QNetworkAccessManager *m_manager; // lives on the thread, and goes with it
 };
 
-// Whether a host is this very machine: nothing that is sent there can be read on a wire.
+// Returns whether a host is this very machine: nothing that is sent there can be read on a wire.
 [[nodiscard]] bool isLoopback(const QString &host);
 
 } // namespace larkspan

@@ -1,6 +1,6 @@
 #pragma once
 
-// What FFmpeg 5 of Debian 12 and FFmpeg 7 of Debian 13 call by different names.
+// Names that differ between FFmpeg 5 of Debian 12 and FFmpeg 7 of Debian 13.
 
 #include <cstdint>
 #include <span>

@@ -39,7 +39,7 @@ std::int64_t held(std::int64_t ticks)
     return std::clamp(ticks, -mostTicks, mostTicks);
 }
 
-// Whether what begins at a time, and lasts as long as it says, is over before another time.
+// Returns whether a frame that begins at a time, and lasts as long as it says, is over before another time.
 bool endsBefore(std::int64_t begin, std::int64_t duration, std::int64_t time)
 {
     return held(begin) + held(duration) < time;
@@ -159,7 +159,7 @@ bool FrameFinder::decodeOn(const Window &window)
     return stillShown;
 }
 
-// What the decoder has ready; none if more packets are needed.
+// Takes the frames that the decoder has ready; none if it needs more packets.
 std::optional<bool> FrameFinder::takeFrames(const Window &window)
 {
     while (avcodec_receive_frame(m_decoder.get(), m_frame.get()) >= 0) {

@@ -32,7 +32,7 @@ public:
     const AVFrame *frameAt(double seconds);
 
 private:
-    // Where a frame may come from, in ticks of the stream.
+    // The times that a frame may have, in ticks of the stream.
     struct Window
     {
         std::int64_t from;
@@ -58,7 +58,7 @@ private:
     FramePtr m_frame;
     FramePtr m_shown; // the last frame before the window; without data if none
     bool m_shrinksMuch;
-    bool m_untouched = true; // nothing read yet: the file stands at its first packet
+    bool m_untouched = true; // nothing was read yet: the next packet is the file's first
 };
 
 } // namespace larkspan

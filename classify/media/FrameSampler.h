@@ -16,7 +16,7 @@ namespace larkspan {
 [[nodiscard]] Frames sampleFramesWithin(const MediaClip &clip, int count, double maxDimension,
                                         const MediaLimits &limits, std::int64_t *bytesRead = nullptr);
 
-// Where the samples of a clip lie, in seconds.
+// Returns the times of a clip's samples, in seconds.
 [[nodiscard]] std::vector<double> sampleTimes(double duration, int count);
 
 } // namespace larkspan

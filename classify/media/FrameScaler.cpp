@@ -131,7 +131,7 @@ bool FrameScaler::prepare(const AVFrame &frame, bool highDynamicRange)
 
 QImage FrameScaler::image(const AVFrame &frame)
 {
-    // A stream may change its size on the way, and lie about it again.
+    // A stream may change its size on the way, and give a wrong one again.
     if (frame.width < 1 || frame.height < 1 || frame.data[0] == nullptr ||
         static_cast<std::int64_t>(frame.width) * frame.height > mostPixels) {
         return {};

@@ -13,7 +13,7 @@ struct AVStream;
 
 namespace larkspan {
 
-// What one operation on a media file may cost before it gives up with what it has.
+// The cost at which one operation on a media file gives up with what it has.
 struct MediaLimits
 {
     // A sort goes on after this long, however broken the file or slow the disk.
@@ -46,7 +46,7 @@ public:
     AVFormatContext *format() const { return m_format; }
     // The first video track; pictures attached to sound don't count. Null if there is none.
     AVStream *video() const;
-    // Whether the container goes by this name at FFmpeg; "mov" is the whole family of movie files.
+    // Returns whether FFmpeg calls the container so; "mov" is the whole family of movie files.
     bool isFormat(const char *name) const;
     // Seconds of the file's own clock at which it starts to play.
     double startSeconds() const;

@@ -201,7 +201,7 @@ void MovieReader::readHeader(const Box &header)
     }
     const bool isLong = content[0] == 1;
     const std::uint64_t time = bigEndian(std::string_view(content).substr(4, isLong ? 8 : 4));
-    // Seconds since 1904; what lies before 1970 was meant to count from there.
+    // Seconds since 1904. A date before 1970 was meant to count from 1970.
     constexpr std::uint64_t from1904To1970 = 2'082'844'800;
     constexpr std::uint64_t farFuture = 253'402'300'800 + from1904To1970; // the year 10000
     if (time == 0 || time == from1904To1970 || time >= farFuture) {

@@ -12,7 +12,7 @@ namespace larkspan {
 
 class MediaFile;
 
-// What a clip's container says of its making.
+// The making of a clip, as its container gives it.
 struct ClipMetadata
 {
     std::optional<Date> creationDate;
@@ -21,8 +21,8 @@ struct ClipMetadata
     friend bool operator==(const ClipMetadata &, const ClipMetadata &) = default;
 };
 
-// From a movie file's own boxes, since FFmpeg's dictionary loses the order of what stands there twice.
-// Nothing is believed about sizes; a broken box ends its list.
+// Reads it from a movie file's own boxes, since FFmpeg's dictionary loses the order of entries that occur twice.
+// No size in the file is trusted; a broken box ends its list.
 ClipMetadata movieMetadata(MediaFile &file);
 
 // The length of a track's last sample, in the track's ticks, from its table of sample times; none where the table lists

@@ -28,7 +28,7 @@ struct Transform
     double c = 0.0;
     double d = 1.0;
 
-    // How much wider a pixel gets than tall.
+    // Returns how much wider than tall a pixel becomes.
     double stretch() const { return std::hypot(a, b) / std::hypot(c, d); }
 };
 
@@ -49,7 +49,7 @@ double ratioOf(AVRational ratio)
     return ratio.num > 0 && ratio.den > 0 ? av_q2d(ratio) : 0.0;
 }
 
-// What only the codec's own headers tell; 0 if they don't.
+// Returns the pixel aspect that only the codec's own headers have; 0 if they lack it.
 double codecPixelAspect(const AVCodecParameters &parameters)
 {
     if (const double aspect = ratioOf(parameters.sample_aspect_ratio); aspect > 0.0) {
@@ -68,7 +68,7 @@ double codecPixelAspect(const AVCodecParameters &parameters)
     return 0.0;
 }
 
-// How wide a pixel is for its height; 1 where the file doesn't say.
+// Returns the width of a pixel for its height; 1 if the file doesn't say.
 double pixelAspect(const AVStream &stream, const Transform &transform)
 {
     double aspect = ratioOf(stream.sample_aspect_ratio);

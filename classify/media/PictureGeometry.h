@@ -8,7 +8,7 @@ namespace larkspan {
 
 class MediaFile;
 
-// How a turn by quarters, mirroring included, maps the axes: x' = a x + c y, y' = b x + d y, y pointing down.
+// A turn by quarters, mirroring included, as a map of the axes: x' = a x + c y, y' = b x + d y, y pointing down.
 struct QuarterTurn
 {
     int a = 1;

@@ -5,7 +5,7 @@
 
 namespace larkspan {
 
-// How a high-dynamic-range picture codes its light.
+// The code in which a high-dynamic-range picture holds its light.
 enum class LightCurve { Pq, Hlg };
 
 // Brings pictures of BT.2020 in PQ or HLG into sRGB. White of ordinary pictures (203 cd/m²) keeps its place up to the

@@ -7,7 +7,7 @@
 
 namespace larkspan {
 
-// What a network means by the number it yields for yes or no.
+// Returns the probability that a network means by its number for yes or no.
 [[nodiscard]] inline float probabilityOf(float logit)
 {
     return 1.0f / (1.0f + std::exp(-logit));

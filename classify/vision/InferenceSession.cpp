@@ -36,7 +36,7 @@ Ort::SessionOptions sessionOptions()
     return options;
 }
 
-// What is wrong with the session's inputs and outputs, or an empty text.
+// Returns the fault in the session's inputs and outputs, or an empty text.
 std::string mismatch(const Ort::Session &session, std::span<const InferenceSession::Expected> outputs)
 {
     const Ort::AllocatorWithDefaultOptions allocator;

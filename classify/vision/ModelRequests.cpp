@@ -19,7 +19,7 @@ constexpr float possiblePerson = 0.2f;
 constexpr float confirmedPerson = 0.5f;
 // The surest of a crowd are enough to confirm that there are people.
 constexpr std::size_t mostPosesRead = 2;
-// How much further than the person's box the pose detector looks, as it was trained to see the whole body with room
+// The pose detector looks this much further than the person's box: it was trained to see the whole body with room
 // around it.
 constexpr double poseMargin = 0.1;
 constexpr float minFaceConfidence = 0.75f;

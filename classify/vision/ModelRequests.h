@@ -8,7 +8,7 @@
 
 namespace larkspan {
 
-// Where the time of the local tier goes, summed over all threads. For benches.
+// The time that each part of the local tier takes, summed over all threads. For benches.
 struct VisionTimings
 {
     struct Sum

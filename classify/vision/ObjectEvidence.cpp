@@ -48,7 +48,7 @@ constexpr std::array dominantOnly{
     Dominant{kindOf("vase"), 0.12},
 };
 
-// How much less the first says beside the second, per unit of the second's confidence.
+// The first object counts less beside the second, by this loss per unit of the second's confidence.
 struct Companion
 {
     std::size_t kind;

@@ -5,7 +5,7 @@
 #include "classify/vision/ObjectDetector.h"
 #include "classify/vision/VisionRequests.h"
 
-// What the detector's kinds of objects are called in the taxonomy of the bin table, and what each is evidence of.
+// The names of the detector's objects in the taxonomy of the bin table, and the rooms that each is evidence of.
 namespace larkspan::ObjectEvidence {
 
 // The detector's number for a person.

@@ -10,7 +10,7 @@ namespace {
 constexpr double leastArea = 0.03;
 constexpr double leastHeight = 0.2;
 constexpr float sureJoint = 0.4f;
-// Of nose, eyes and ears. Hands and legs have none.
+// Number of nose, eyes and ears that have to be sure. Hands and legs have none.
 constexpr std::ptrdiff_t headJoints = 3;
 
 // The number of joints from first on that are sure.

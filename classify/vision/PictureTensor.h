@@ -13,7 +13,7 @@ namespace larkspan {
 class PictureTensor
 {
 public:
-    // What the numbers of a picture range over.
+    // The range of a picture's numbers.
     enum class Range {
         Bytes,     // 0...255
         PlusMinus, // -1...1

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int pictureSide = 192;
 constexpr int cellPixels = 4;
-// How fast far cells lose against near ones: a value counts for its share of (distance + NearCells).
+// Sets how fast far cells lose against near ones: a value is divided by its distance plus this, in cells.
 constexpr float nearCells = 1.8f;
 
 constexpr std::array outputNames{

@@ -10,7 +10,7 @@
 
 namespace larkspan {
 
-// Where the joints of one body are, and how sure that is.
+// The places of one body's joints, and how sure they are.
 struct BodyPose
 {
     // Nose, eyes, ears, shoulders, elbows, wrists, hips, knees, ankles; left before right.

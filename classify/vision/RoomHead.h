@@ -28,7 +28,7 @@ public:
         // The evidence for each scene, in the order of identifiers(). A clip that the head is unsure of has a little of
         // it for every place, so that the rules send it to review.
         std::vector<ClassificationObservation> scenes;
-        // How far objects may speak for the bin of each scene, 0...1: an object of a room that this isn't is no
+        // The weight of objects for the bin of each scene, 0...1: an object of a room that this isn't is no
         // evidence of it.
         std::vector<float> trust;
     };

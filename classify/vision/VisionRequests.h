@@ -26,7 +26,7 @@ struct HumanObservation
     float confidence = 0.0f; // 0...1
 };
 
-// What the five requests found in one frame.
+// The findings of the five requests in one frame.
 struct FrameObservations
 {
     std::vector<ClassificationObservation> classifications;
@@ -36,7 +36,7 @@ struct FrameObservations
     int faces = 0;
 };
 
-// Where the evidence of the local tier comes from. Called from several threads at once.
+// The source of the local tier's evidence. Called from several threads at once.
 class VisionRequests
 {
 public:

@@ -13,7 +13,7 @@ class BinChoices : public larkspan::EngineObject
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QList<QString> names READ names NOTIFY namesChanged)
-    // Where a clip lies of which nothing was read.
+    // The bin of a clip that couldn't be read.
     Q_PROPERTY(QString unsorted READ unsorted CONSTANT)
 
 public:

@@ -14,7 +14,7 @@ class BinListModel : public larkspan::SyncedListModel
     QML_ELEMENT
     // The row that is on show, -1 if none is.
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
-    // Whether the clips under review are on show.
+    // True while the clips under review are on show.
     Q_PROPERTY(bool reviewShown READ reviewShown NOTIFY reviewShownChanged)
     Q_PROPERTY(bool showsCounts READ showsCounts NOTIFY showsCountsChanged)
 

@@ -45,7 +45,7 @@ GridView {
         clipMenu.popup(grid, card.mapToItem(grid, at));
     }
 
-    // A menu goes with the card that it is for.
+    // A menu closes with the card that it is for.
     function dismissMenusOf(card: ClipCard) {
         for (const menu of [moveMenu, clipMenu]) {
             if (menu && menu.card === card)
@@ -53,7 +53,7 @@ GridView {
         }
     }
 
-    // A menu that is done with gives the keyboard back, unless it has opened the preview.
+    // A menu that closes gives focus back, unless it has opened the preview.
     function takeFocusBack() {
         if (!engine.hasPreview)
             grid.forceActiveFocus(Qt.PopupFocusReason);

@@ -39,7 +39,7 @@ public:
     Source source() const { return m_source; }
     void setSource(Source source);
 
-    // What is done to the clip of a row; a row that isn't there changes nothing.
+    // Act on the clip of a row. A row that isn't there changes nothing.
     Q_INVOKABLE void open(int row);
     Q_INVOKABLE void reassign(int row, const QString &bin);
     Q_INVOKABLE void toggleExtraBin(int row, const QString &bin);

@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// What can be done with one clip of a list.
+// The actions on one clip of a list.
 LKMenu {
     id: menu
 

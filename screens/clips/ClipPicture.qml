@@ -9,7 +9,7 @@ Image {
     property bool roundsBottom: true
     // Rather than stretching what has another shape.
     property bool crops: false
-    // Where this is glass before a part of the picture: the size of the whole, and the place in it.
+    // For glass before a part of the picture: the size of the whole picture, and the part's place in it.
     property size whole: Qt.size(width, height)
     property bool isFrosted: false
     property point place

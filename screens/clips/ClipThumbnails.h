@@ -24,7 +24,7 @@ class ClipThumbnails : public QQuickImageProvider
 public:
     // Under which name the provider is to be added to the QML engine.
     static QString providerName();
-    // Where QML finds a clip's picture; changes when the picture does.
+    // Returns the URL of a clip's picture for QML; changes when the picture does.
     static QUrl urlOf(const MediaClip &clip);
 
     // engine: must outlive this.

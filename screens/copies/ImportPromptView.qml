@@ -56,7 +56,7 @@ FocusScope {
         anchors.fill: parent
         cornerRadius: 14
 
-        // What lies below is not to be reached through the card.
+        // Keeps the pointer from the items below the card.
         MouseArea {
             anchors.fill: parent
             acceptedButtons: Qt.AllButtons

@@ -6,7 +6,7 @@
 
 namespace larkspan {
 
-// The switch for comparing copies byte for byte, and the text that says how it stands.
+// The switch for comparing copies byte for byte, and the text about its state.
 class Verification : public larkspan::EngineObject
 {
     Q_OBJECT

@@ -14,7 +14,7 @@ public:
     SortEngine *operator->() const { return m_engine; }
     explicit operator bool() const { return !m_engine.isNull(); }
 
-    // Whether that is another engine than before. The owner hears nothing more of the one before.
+    // Returns whether that is another engine than before. The owner is disconnected from the one before.
     bool set(QObject &owner, SortEngine *engine)
     {
         if (m_engine == engine) {

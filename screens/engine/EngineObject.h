@@ -6,8 +6,8 @@
 
 namespace larkspan {
 
-// What a screen knows or does beside its QML, on the engine that it is given. Main thread.
-// Classes made of it name it with its namespace: the tools of QML know it by that name alone.
+// State and logic of a screen beside its QML, on the engine that it is given. Main thread.
+// Subclasses spell the base as larkspan::EngineObject: qmltyperegistrar compares the text.
 class EngineObject : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     void setEngine(SortEngine *engine);
 
 Q_SIGNALS:
-    // Anything that the object tells is to be read again.
+    // Any property of the object may have changed.
     void changed();
 
 protected:

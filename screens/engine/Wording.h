@@ -19,9 +19,9 @@ public:
 
     // Fills the parts, texts or numbers, in for the pattern's markers: the first for "%1", up to nine.
     Q_INVOKABLE static QString of(const QString &pattern, const QVariantList &parts);
-    // A sentence that may begin with a name, running from left to right all the same.
+    // Returns a sentence that may begin with a name, made to run from left to right all the same.
     Q_INVOKABLE static QString leftToRight(const QString &sentence);
-    // A name as it stands in a sentence: in isolating marks, which aren't seen, if anything in it runs from right to
+    // Returns a name for use in a sentence: in isolating marks, which aren't seen, if anything in it runs from right to
     // left.
     Q_INVOKABLE static QString isolated(const QString &name);
 };

@@ -32,7 +32,7 @@ constexpr Option options[] = {
     {"input-default-bindings", "no"},
     {"input-vo-keyboard", "no"},
     {"terminal", "no"},
-    // The file alone: nothing that it refers to, nothing that lies beside it.
+    // Opens the file alone: no file that it refers to, and none beside it.
     {"access-references", "no"},
     {"autoload-files", "no"},
     {"demuxer", "lavf"},

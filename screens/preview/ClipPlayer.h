@@ -19,7 +19,7 @@ class ClipPlayer : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    // Whether it plays; false as well at the clip's end.
+    // True while it plays; false at the clip's end too.
     Q_PROPERTY(bool playing READ isPlaying NOTIFY playingChanged)
     Q_PROPERTY(double position READ position NOTIFY positionChanged)          // seconds
     Q_PROPERTY(double duration READ duration NOTIFY durationChanged)          // seconds, 0 while it isn't known
@@ -27,7 +27,7 @@ class ClipPlayer : public QObject
     Q_PROPERTY(QString durationText READ durationText NOTIFY durationChanged)
     Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY volumeChanged) // 0 to 1, as it is heard
     Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY volumeChanged)
-    // Whether the picture keeps its shape, with black beside it, or fills its place. To be said before open().
+    // True if the picture keeps its shape, with black beside it; false if it fills its place. Set before open().
     Q_PROPERTY(bool keepsAspect MEMBER m_keepsAspect NOTIFY keepsAspectChanged)
     // Why the clip can't be played, for people; "" while it can, or while nobody has tried.
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
@@ -42,7 +42,7 @@ public:
 
     // Plays the file from its beginning once there is a place for its pictures: see pictureReady.
     void open(const FileUrl &file);
-    // Whoever draws says so once, as soon as pictures can be drawn, or that they can't: then only the sound plays.
+    // The renderer calls this once, when it knows whether it can draw. If it can't, only the sound plays.
     void pictureReady(bool canDraw);
     // Null before open().
     [[nodiscard]] const Handle &handle() const { return m_mpv; }

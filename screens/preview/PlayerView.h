@@ -18,7 +18,7 @@ class PlayerView : public QQuickFramebufferObject
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(larkspan::ClipPlayer *player READ player WRITE setPlayer NOTIFY playerChanged REQUIRED)
-    // Whether there is a picture to be seen yet.
+    // True once there is a picture to be seen.
     Q_PROPERTY(bool drawn READ isDrawn NOTIFY drawnChanged)
 
 public:

@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQml
 
-// How loud clips are played: as it was left at the clip before, for as long as the program runs.
+// The volume of all clips: it stays as it was left at the clip before, for as long as the program runs.
 QtObject {
     property real level: 1 // 0 to 1
     property bool muted: false

@@ -8,7 +8,7 @@
 
 namespace larkspan {
 
-// The clip in the preview. When the preview is closed it still tells of the last one, which may be fading out.
+// The clip in the preview. After the preview is closed it is still the last one, which may be fading out.
 class PreviewClip : public larkspan::EngineObject
 {
     Q_OBJECT

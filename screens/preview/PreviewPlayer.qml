@@ -7,7 +7,7 @@ FocusScope {
     id: view
 
     required property PreviewClip clip
-    // Whether the clip's shape is nearly that of its place.
+    // True if the clip's shape is nearly that of its place.
     property bool fillsPlace: false
 
     readonly property alias player: player

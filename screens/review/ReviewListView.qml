@@ -21,7 +21,7 @@ FocusScope {
         engine: view.engine
     }
 
-    // The row that is settled goes, and what in it had the keyboard; the list keeps it.
+    // Settling removes the row, and focus with it; the list takes focus back.
     function settle(step: var) {
         list.forceActiveFocus(Qt.OtherFocusReason);
         step();

@@ -130,7 +130,7 @@ Item {
                     if (!bins.isAsked)
                         return;
                     bins.isAsked = false;
-                    bins.focus = false; // or the list would hand the keyboard on to it again
+                    bins.focus = false; // or the list would hand focus on to it again
                     row.choiceOver();
                 }
             }

@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// Something went wrong; what the engine says of it tells the cases apart.
+// The screen after a failure; the engine's message tells the cases apart.
 FocusScope {
     id: view
 

@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// Where a shoot comes in: dropped, or chosen.
+// The screen before a shoot: a folder is dropped here, or chosen.
 FocusScope {
     id: landing
 

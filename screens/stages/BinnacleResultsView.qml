@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// What the editor sees of a finished sort: the bins down the side, and beside them the clips of the chosen one, or
+// The results of a sort: the bins down the side, and beside them the clips of the chosen one, or
 // those to look at.
 FocusScope {
     id: view
@@ -42,7 +42,7 @@ FocusScope {
         color: LK.palette.borderSubtle
     }
 
-    // Whichever of the two is shown keeps the keyboard where it was when the other takes its place.
+    // Focus stays in here when one of the two views replaces the other.
     Loader {
         id: detail
 

@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// What is on the screen, in a line or two.
+// The title of the screen, in a line or two.
 Column {
     id: title
 

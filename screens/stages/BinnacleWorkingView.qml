@@ -57,7 +57,7 @@ FocusScope {
 
                 objectName: "peek"
                 anchors.horizontalCenter: parent.horizontalCenter
-                // The last column's gap lies outside what is shown.
+                // The last column's gap is outside the visible part.
                 width: 3 * view.tile.width + 2 * view.gap
                 height: 300
 

@@ -7,7 +7,7 @@
 
 namespace larkspan {
 
-// What the screens say of the footage while an export organizes it and afterwards, by what the options do with it.
+// The sentences about the footage during an export and after it, by what the options do with it.
 class ExportTexts : public larkspan::EngineObject
 {
     Q_OBJECT

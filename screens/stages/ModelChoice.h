@@ -7,7 +7,7 @@
 
 namespace larkspan {
 
-// Which model looks at the frames from the next sort on, and what is to be said of it.
+// The choice of the model that looks at the frames from the next sort on, and its texts.
 class ModelChoice : public larkspan::EngineObject
 {
     Q_OBJECT

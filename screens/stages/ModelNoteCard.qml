@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// What the chosen model does, where, and how well.
+// A note on the chosen model: what it does, where, and how well.
 Column {
     id: card
 

@@ -10,7 +10,7 @@
 namespace larkspan {
 
 // Ticks while a sort runs, the faster the further it is. Pure feedback: it counts no clips and keeps its own pace.
-// Main thread; ends with itself.
+// Main thread.
 class ScanTickScheduler : public QObject
 {
     Q_OBJECT
@@ -22,10 +22,10 @@ public:
     // Calls the function at every tick.
     explicit ScanTickScheduler(std::function<void()> tick);
 
-    // Seconds from one tick to the next, by the progress that is read between them, which is held within 0 to 1.
+    // Returns the seconds from one tick to the next at this progress, which is held within 0 to 1.
     [[nodiscard]] static double delayAfter(double progress);
 
-    // Ticks at once and goes on until it is stopped; starting anew replaces what is pending.
+    // Ticks at once and then until it is stopped. Starting anew replaces the pending tick.
     void start(std::function<double()> progress);
     // The same with the engine's progress.
     Q_INVOKABLE void start(larkspan::SortEngine *engine);

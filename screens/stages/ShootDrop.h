@@ -9,11 +9,11 @@
 
 namespace larkspan {
 
-// The folder that a dropped item stands for: itself if it is one, otherwise the folder it lies in, so that dropping one
-// clip sorts its shoot. None for what is no local file.
+// Returns the folder that a dropped item stands for: itself if it is one, otherwise the folder that it is in, so that
+// dropping one clip sorts its shoot. None for an item that is no local file.
 std::optional<FileUrl> shootFolder(const QUrl &dropped);
 
-// What the landing does with a drop.
+// Takes the drop of a shoot on the landing.
 class ShootDrop : public larkspan::EngineObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ class ShootDrop : public larkspan::EngineObject
 public:
     using EngineObject::EngineObject;
 
-    // Whether there is anything to take.
+    // Returns whether there is anything to take.
     Q_INVOKABLE bool accepts(const QList<QUrl> &urls) const { return !urls.isEmpty(); }
     // Sorts the first item's folder; the other items are ignored, and so is one that is no local file.
     Q_INVOKABLE void take(const QList<QUrl> &urls);

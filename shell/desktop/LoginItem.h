@@ -5,7 +5,7 @@
 
 namespace larkspan {
 
-// Whether the desktop starts the program with the user's session: a desktop file in the autostart folder. The file is
+// The program's start with the user's session: a desktop file in the autostart folder. The file is
 // the truth and is read each time, since the desktop's own settings change it too. Main thread; local files only.
 class LoginItem
 {

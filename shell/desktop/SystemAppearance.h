@@ -7,7 +7,7 @@
 
 namespace larkspan {
 
-// Whether the desktop is dark, as its portal says, and when that changes. Light until the portal has answered, and
+// Follows whether the desktop is dark, as its portal has it. Light until the portal has answered, and
 // where there is none: asking never waits. Main thread.
 class SystemAppearance : public QObject
 {

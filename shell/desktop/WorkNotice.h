@@ -11,15 +11,15 @@
 
 namespace larkspan {
 
-// Has the desktop tell when a long sort or copy ends behind another window. A desktop that can't is not told. Main
-// thread.
+// Shows a notice of the desktop when a long sort or copy ends behind another window; nothing where the desktop has no
+// notices. Main thread.
 class WorkNotice : public QObject
 {
     Q_OBJECT
 
 public:
-    // engine outlives it. isInFront: whether the editor sees the window anyway. Work that took less than longWork isn't
-    // told about.
+    // engine outlives it. isInFront: returns whether the editor sees the window anyway. Work that took less than
+    // longWork gets no notice.
     WorkNotice(SortEngine &engine, std::function<bool()> isInFront,
                std::chrono::milliseconds longWork = std::chrono::seconds(10),
                QDBusConnection bus = QDBusConnection::sessionBus());

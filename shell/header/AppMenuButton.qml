@@ -3,7 +3,7 @@ import Larkspan.Design
 import Larkspan.Screens
 import Larkspan.Shell
 
-// What a menu bar would hold. F10 opens it.
+// The menu of the window, in place of a menu bar. F10 opens it.
 IconButton {
     id: control
 

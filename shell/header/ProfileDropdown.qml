@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Shell
 
-// Whose program it is, and the way to its settings.
+// The name of the account, and the way to the settings.
 HeaderButton {
     id: control
 

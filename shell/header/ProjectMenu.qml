@@ -155,7 +155,7 @@ LKPopover {
                 }
                 onRemove: menu.removed.remove(projectId, index)
 
-                // The field goes, and the keyboard with it; the row takes it.
+                // The field disappears, and focus with it; the row takes focus.
                 function endEdit() {
                     menu.editingID = "";
                     project.forceActiveFocus(Qt.PopupFocusReason);

@@ -6,13 +6,13 @@
 
 namespace larkspan {
 
-// Where the launcher's carousel stands and how it moves; the position itself is AppState's. Main thread.
+// Places and moves the launcher's carousel; the position itself is AppState's. Main thread.
 class Carousel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(larkspan::AppState *app MEMBER m_app REQUIRED)
-    // Whether the move that is under way is to be animated; what follows a hand isn't.
+    // True if the present move is to be animated; a move that follows the hand isn't.
     Q_PROPERTY(bool isAnimated READ isAnimated NOTIFY isAnimatedChanged)
     Q_PROPERTY(double cardStep READ cardStepOf CONSTANT)
 

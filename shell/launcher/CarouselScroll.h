@@ -6,8 +6,8 @@
 namespace larkspan {
 
 // Makes single deliberate flicks of scroll events: a swipe drifts a little and then commits to one step at most,
-// however far the fingers go; what comes in after they lift is swallowed; a wheel steps at most once in notchGap.
-// Vertical scrolling is let through. No clock, no events of a toolkit; every event says when it happened.
+// however far the fingers go; events after they lift are swallowed; a wheel steps at most once in notchGap.
+// Vertical scrolling is let through. It has no clock and knows no toolkit: each event has its time.
 class CarouselScroll
 {
 public:
@@ -28,7 +28,7 @@ public:
         double seconds = 0.0;
     };
 
-    // Where one is missing, events that would need it are passed on.
+    // Events that need a missing one are passed on.
     struct Callbacks
     {
         std::function<void(double offset)> onDrift;
@@ -38,7 +38,7 @@ public:
 
     explicit CarouselScroll(Callbacks callbacks) : m_callbacks(std::move(callbacks)) {}
 
-    // True when the event is swallowed; what is passed on is for whoever else scrolls.
+    // Returns true for an event that is swallowed. The others are for other scrolling items.
     [[nodiscard]] bool handle(const Event &event);
 
 private:

@@ -52,7 +52,7 @@ bool CarouselScrollCatcher::isCaught(const QWheelEvent &event)
     }
     const Phase phase = phaseOf(event);
     QPointF delta = QPointF(event.angleDelta()) / (phase == Phase::None ? anglesPerNotch : anglesPerPoint);
-    // What X11 calls points depends on the driver.
+    // X11's unit of points depends on the driver.
     if (phase != Phase::None && event.phase() != Qt::NoScrollPhase && !event.pixelDelta().isNull()) {
         delta = event.pixelDelta();
     }

@@ -9,7 +9,7 @@ FocusScope {
 
     required property AppState app
 
-    // While something lies above, scrolling belongs to that.
+    // An overlay is above the launcher and takes the scrolling.
     property bool isCovered: false
 
     readonly property real cardWidth: 660
@@ -66,7 +66,7 @@ FocusScope {
             Item {
                 id: cards
 
-                // Where the row of cards stands, in points to the left.
+                // The shift of the row of cards to the left, in points.
                 property real shift: home.app.toolIndex * carousel.cardStep - home.app.dragX
 
                 objectName: "cards"

@@ -15,7 +15,7 @@ T.AbstractButton {
     width: 660
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     enabled: isActive
-    focusPolicy: Qt.NoFocus // its button has the keyboard
+    focusPolicy: Qt.NoFocus // its button takes focus
 
     onClicked: card.activated()
 
@@ -28,7 +28,7 @@ T.AbstractButton {
         cornerRadius: 14
     }
 
-    // The light's surface holds the content: hover reaches the topmost item and those that it lies in.
+    // The light's surface contains the card's content, as hover reaches only the topmost item and its parents.
     contentItem: LKSpotlightCard {
         cornerRadius: 14
         active: card.isActive

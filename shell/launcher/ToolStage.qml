@@ -3,7 +3,7 @@ import Larkspan.Design
 import Larkspan.Screens
 import Larkspan.Shell
 
-// The launcher, and the tool that comes out of it and goes back into it.
+// The launcher, and the tool that grows out of it and shrinks back into it.
 FocusScope {
     id: stage
 

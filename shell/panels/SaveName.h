@@ -9,7 +9,7 @@
 namespace larkspan {
 
 // Returns the name of the file that a typed name stands for: without blanks at its ends, and with the suffix if it has
-// none. Returns none for what no file can be called.
+// none. Returns none for a name that no file can have.
 std::optional<QString> saveName(const QString &typed, const QString &suffix);
 
 // The place that a file is to be written to.

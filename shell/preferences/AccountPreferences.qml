@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Shell
 
-// Whose program it is.
+// The tab for the account.
 Column {
     id: tab
 

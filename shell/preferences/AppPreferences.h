@@ -26,7 +26,7 @@ public:
     [[nodiscard]] bool boringMode() const { return m_boringMode; }
     void setBoringMode(bool boring);
     [[nodiscard]] bool launchAtLogin() const { return m_launchAtLogin; }
-    // Goes back to the truth when the desktop refuses.
+    // Goes back to the desktop's real state if the desktop refuses.
     void setLaunchAtLogin(bool launch);
     [[nodiscard]] bool checkForUpdatesAutomatically() const { return m_checkForUpdatesAutomatically; }
     void setCheckForUpdatesAutomatically(bool check);

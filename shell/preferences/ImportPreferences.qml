@@ -3,7 +3,7 @@ import Larkspan.Design
 import Larkspan.Screens
 import Larkspan.Shell
 
-// Where footage comes in and where it goes.
+// The tab for imports and exports: the Shoots folder, the editor, the handling of the files.
 Column {
     id: tab
 

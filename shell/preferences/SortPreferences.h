@@ -7,7 +7,7 @@
 
 namespace larkspan {
 
-// How the engine sorts and exports, as the rows of the preferences: switches, and choices by the values of their
+// The engine's options for sorts and exports, as rows of the preferences: switches, and choices by the values of their
 // options.
 class SortPreferences : public larkspan::EngineObject
 {

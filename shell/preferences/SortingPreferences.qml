@@ -3,7 +3,7 @@ import Larkspan.Design
 import Larkspan.Screens
 import Larkspan.Shell
 
-// What a sort does with the clips.
+// The tab for the options of a sort.
 Column {
     id: tab
 

@@ -16,7 +16,7 @@ class DisplayRoom : public QObject
 public:
     using QObject::QObject;
 
-    // Of the primary display, in points, without what the desktop keeps for itself. Not a property: a window that is
+    // Returns the room on the primary display, in points, without the desktop's own. Not a property: a window that is
     // open keeps its size.
     Q_INVOKABLE static QSizeF now();
 };

@@ -13,7 +13,7 @@ T.Popup {
     required property bool shown
     property bool wanted: shown // asked for, even if it isn't to be shown yet
     required property real scrimOpacity
-    // What stands in the middle of the scrim.
+    // The item in the middle of the scrim.
     default property alias content: card.data
 
     // The scrim was pressed.

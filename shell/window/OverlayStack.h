@@ -53,7 +53,7 @@ public:
     // Returns an overlay's place, which is its z. Those with one place are never open together.
     [[nodiscard]] Q_INVOKABLE static int placeOf(larkspan::OverlayStack::Overlay overlay);
     Q_INVOKABLE void put(larkspan::OverlayStack::Overlay overlay, bool isWanted, bool isShown, bool isInSight);
-    // Has one wanted overlay dismissed: the preview goes before Preferences, and both before what is below them.
+    // Has one wanted overlay dismissed: the preview before Preferences, and both before the overlays below them.
     Q_INVOKABLE void closeTopmost();
 
     [[nodiscard]] int coveredUpTo() const;

@@ -1,7 +1,7 @@
 import QtQuick
 import Larkspan.Design
 
-// What a title bar would hold: close, minimize, maximize.
+// The buttons of a title bar: close, minimize, maximize.
 Row {
     id: controls
 

@@ -1,7 +1,7 @@
 import QtQuick
 
-// Where the window is taken hold of, as at a title bar: dragged to move it, pressed twice to fill the screen or to go
-// back. Lies behind what can be pressed.
+// Acts as a title bar: dragged to move the window, pressed twice to fill the screen or to go back. It is behind the
+// controls.
 MouseArea {
     id: area
 

@@ -81,7 +81,7 @@ protected:
         return folder / (project.summary.id.toStdString() + ".json");
     }
 
-    // What another start of the program finds.
+    // Returns the projects that another start of the program finds.
     std::vector<ProjectSummary> stored() const { return ProjectFiles(folder.path()).loadIndex(); }
 
     const TempFolder folder;

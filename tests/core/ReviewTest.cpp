@@ -1,4 +1,4 @@
-// What the editor settles after a sort.
+// The editor's review after a sort.
 #include "core/RoomLabel.h"
 #include "tests/core/SortEngineFixture.h"
 

@@ -1,4 +1,4 @@
-// How many clips are in work at once, and in which order they land.
+// The number of clips that are processed at once, and the order in which they land.
 #include <thread>
 
 #include "tests/core/SortEngineFixture.h"

@@ -157,7 +157,7 @@ private:
         return waitUntil([&] { return m_program.engine().stage().kind == stage; }, std::chrono::seconds(180));
     }
 
-    // What the window shows, in both themes and two sizes, once what moves has come to rest.
+    // Keeps pictures of the window, in both themes and two sizes, once everything has come to rest.
     // begin: what is begun anew for each picture, and taken on its way.
     void picture(const char *step, const std::function<void()> &begin = {})
     {

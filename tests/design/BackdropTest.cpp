@@ -32,7 +32,7 @@ QImage emptyPicture(QSize size, double scale = 1.0)
     return picture;
 }
 
-// What a painting of the grid leaves out.
+// The parts that a painting of the grid leaves out.
 struct Without
 {
     bool dots = false;
@@ -164,7 +164,7 @@ public:
     QQuickWindow &window() { return m_scene.window(); }
     Scene &scene() { return m_scene; }
 
-    // What the window shows; left for people to look at where LARKSPAN_PICTURES names a folder.
+    // Returns a picture of the window, and keeps it for people where LARKSPAN_PICTURES names a folder.
     QImage picture(const QString &name)
     {
         m_backdrop->update();
@@ -190,7 +190,7 @@ void expectAlike(const QImage &shown, const QImage &painted)
     EXPECT_LT(apart.greatest, 40);
 }
 
-// How far the pixels of an area are from the background, all channels together.
+// Returns the distance of an area's pixels from the background, all channels together.
 double lightOf(const QImage &picture, const QRect &area)
 {
     const QColor background = LK::instance().palette().surfaceWindow;

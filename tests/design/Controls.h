@@ -10,7 +10,7 @@
 #include "tests/support/Scene.h"
 #include "tests/support/WaitUntil.h"
 
-// What the tests of the controls share.
+// Helpers that the tests of the controls share.
 namespace larkspan::test {
 
 // A document of one opaque area with the body in it.
@@ -46,7 +46,7 @@ inline QColor fillOf(const QQuickItem *control)
     return becomes(partOf(control, "background"), color);
 }
 
-// What assistive technology is told of an item.
+// Returns an item as assistive technology sees it.
 inline QAccessibleInterface *accessible(QQuickItem *item)
 {
     return QAccessible::queryAccessibleInterface(item);

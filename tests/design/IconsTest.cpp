@@ -7,7 +7,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// How many of the picture's dots are of the colour.
+// Returns the number of a picture's pixels that have the colour.
 qsizetype countOf(const QImage &picture, const QColor &color)
 {
     qsizetype count = 0;

@@ -35,7 +35,7 @@ protected:
         return shown;
     }
 
-    // How far a pixel is from the background, 0 to 765.
+    // Returns the distance of a pixel from the background, 0 to 765.
     static int lit(const QImage &picture, QPoint at)
     {
         const QColor color = picture.pixelColor(at);

@@ -18,7 +18,7 @@ namespace {
 
 // The curves are solved to about this.
 constexpr double tolerance = 1e-3;
-// What the house curve has covered half-way through its time.
+// The part of the house curve's way that is covered after half of its time.
 constexpr double houseHalf = 0.946079;
 
 } // namespace

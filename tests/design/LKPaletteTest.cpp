@@ -160,6 +160,6 @@ TEST(LK, LaysOneColourOverAnotherAsAPainterDoes)
     const QColor half = QColor::fromRgbF(1, 1, 1, 0.5);
     EXPECT_EQ(lk.over(half, Qt::black).rgba(), qRgba(128, 128, 128, 255));
     EXPECT_EQ(lk.over(half, Qt::transparent).rgba(), half.rgba());
-    // What is nearly nothing below changes nearly nothing.
+    // A colour that is nearly transparent changes nearly nothing.
     EXPECT_EQ(lk.over(half, QColor::fromRgbF(0, 0, 0, 0.001F)).red(), 255);
 }

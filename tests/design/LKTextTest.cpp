@@ -19,7 +19,7 @@ public:
     // Null unless the text is cut.
     const QQuickItem *toolTip() const { return item.property("toolTip").value<QQuickItem *>(); }
     bool isTold() const { return toolTip() != nullptr && toolTip()->property("told").toBool(); }
-    // What assistive technology finds in the window.
+    // Returns the number of items that assistive technology finds in the window.
     int readItems() const { return QAccessible::queryAccessibleInterface(&scene.window())->childCount(); }
 
     Scene scene;

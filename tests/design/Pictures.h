@@ -7,7 +7,7 @@
 
 namespace larkspan::test {
 
-// How two pictures differ. A pixel differs when one of its channels is off by more than channelTolerance, which lets
+// The difference of two pictures. A pixel differs when a channel is off by more than channelTolerance, which lets
 // roundings pass; pictures are alike with up to pixelTolerance of such pixels, which is less than the edge of the
 // smallest thing that moves by two pixels.
 struct PictureDifference

@@ -62,8 +62,8 @@ bool hasItsToolTips(const Scene &scene)
     return late.isEmpty();
 }
 
-// What is drawn once nothing moves any more. The window draws a few frames before: what the pointer is over is told
-// between frames, and what that moves is moved with them.
+// Returns the picture once nothing moves any more. The window draws a few frames before: the item under the pointer is
+// told between frames, and its motion takes some too.
 QImage settled(const Scene &scene)
 {
     constexpr int few = 4;
@@ -117,7 +117,7 @@ void hideClocks(const Scene &scene)
     }
 }
 
-// Where the last thing is that is shown, so that a short page makes a small picture.
+// Returns the lower end of the last item that is shown, so that a short page makes a small picture.
 int bottomOf(const QImage &page)
 {
     const QRgb ground = page.pixel(0, 0);
@@ -212,7 +212,7 @@ std::vector<QString> pages()
     return {all.begin(), all.end()};
 }
 
-// What the two tests of the tolerance below start from.
+// The picture that the two tests of the tolerance below start from.
 const QString button = u"LKButton-dark"_s;
 constexpr QRect firstButton(18, 82, 92, 28); // about: some ground around it
 

@@ -84,7 +84,7 @@ QImage litCard(Scene &scene, QPointF pointer)
     return scene.window().grabWindow();
 }
 
-// How strong the light is there, as drawn: at the middle of a pixel.
+// Returns the strength of the light there, as drawn: at the middle of a pixel.
 double falloff(QPoint pixel, QPointF pointer)
 {
     const QPointF place = QPointF(pixel) + QPointF(0.5, 0.5) - cardCorner;

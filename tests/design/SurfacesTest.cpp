@@ -27,7 +27,7 @@ double number(const QObject *object, const char *property)
     return object->property(property).toDouble();
 }
 
-// What every test finds, whatever the one before it left.
+// The same surroundings for every test, whatever the one before it left.
 class Surfaces : public testing::Test
 {
 protected:
@@ -139,7 +139,7 @@ TEST(HaloImage, IsABlurOfTheRectangle)
     // Half as strong where the edge was.
     EXPECT_NEAR(qAlpha(image.pixel(39, 8)) + qAlpha(image.pixel(39, 9)), 255, 2);
     EXPECT_LE(qAlpha(image.pixel(0, 0)), 1);
-    // What is blurred is only spread: the whole of it stays.
+    // Blurring only spreads the light: the sum stays.
     double sum = 0;
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {

@@ -1,4 +1,4 @@
-// What the program does while nobody does anything: nothing.
+// The program does nothing while nobody uses it.
 #include <QtCore/QFile>
 
 #include "tests/support/ProcessThreads.h"

@@ -1,4 +1,4 @@
-// What cmake --install leaves in a prefix, and the program that is started from there.
+// The files that cmake --install leaves in a prefix, and the program that is started from there.
 #include <sys/inotify.h>
 #include <unistd.h>
 

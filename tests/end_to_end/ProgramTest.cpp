@@ -53,6 +53,6 @@ TEST_F(Program, OpensItsWindowAndEndsWithItWithoutAWord)
     EXPECT_EQ(program.exitCode(), 0);
     EXPECT_EQ(program.readAllStandardError().toStdString(), "");
     EXPECT_EQ(program.readAllStandardOutput().toStdString(), "");
-    // Where the inference engine would keep what it reports of this machine.
+    // The folder in which the inference engine would keep its reports of this machine.
     EXPECT_FALSE(std::filesystem::exists(home.path() / ".cache" / "Microsoft"));
 }

@@ -31,7 +31,7 @@ std::map<std::string, std::string> filesIn(const fs::path &folder)
 class WholeShootTest : public ProgramWindow
 {
 protected:
-    // What is known of a clip once it is settled.
+    // The facts of a clip once it is settled.
     struct Clip
     {
         std::string file;

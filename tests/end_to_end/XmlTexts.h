@@ -6,7 +6,7 @@
 
 namespace larkspan::test {
 
-// What an XPath finds in a well-formed file, each as its text. Fails the test when it isn't well-formed.
+// Returns the text of each node that an XPath finds in a file. Fails the test if the file isn't well-formed.
 std::vector<std::string> inXml(const std::filesystem::path &file, const char *path);
 
 } // namespace larkspan::test

@@ -15,7 +15,7 @@
 using namespace larkspan;
 using namespace Qt::Literals::StringLiterals;
 
-// What a counterexample looks like, unit by unit.
+// Prints a counterexample, unit by unit.
 void showValue(const QString &text, std::ostream &out)
 {
     for (const QChar unit : text) {
@@ -141,7 +141,7 @@ std::vector<std::string> badTimes(const QString &text)
     return bad;
 }
 
-// What a reader must see of a text: U+FFFD for what XML can't hold, and a blank for each line break or tab,
+// Returns a text as a reader must see it: U+FFFD for what XML can't hold, and a blank for each line break or tab,
 // since readers fold white space in attributes (a return with its line feed counts as one break).
 QString expected(const QString &text)
 {

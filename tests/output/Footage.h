@@ -20,7 +20,7 @@ void writeContent(const std::filesystem::path &file, std::string_view content);
 std::map<std::string, std::string> filesBeneath(const std::filesystem::path &folder);
 std::vector<std::string> namesBeneath(const std::filesystem::path &folder);
 
-// Where files are in memory if the system has such a place, for tests in which the number of files matters and not the
+// Returns a folder in memory if the system has one, for tests in which the number of files matters and not the
 // disk, which takes its time to sync each.
 std::filesystem::path memoryFolder();
 

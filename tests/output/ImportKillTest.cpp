@@ -102,7 +102,7 @@ private:
     mutable std::atomic<int> m_left;
 };
 
-// Whether a child has come to its end, without taking note of it.
+// Returns whether a child has ended, and leaves it to be waited for.
 bool isOver(pid_t process)
 {
     siginfo_t info{};

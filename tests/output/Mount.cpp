@@ -13,7 +13,7 @@ namespace larkspan::test {
 
 namespace {
 
-// Whether a shell command worked, and the last line that it printed.
+// Returns whether a shell command worked, and the last line that it printed.
 std::pair<bool, std::string> resultOf(const std::string &command)
 {
     FILE *const pipe = ::popen((command + " 2>&1").c_str(), "r");

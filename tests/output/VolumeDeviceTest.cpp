@@ -1,4 +1,4 @@
-// Which volumes count as cards, over the device trees of real machines.
+// The volumes that count as cards, over the device trees of real machines.
 #include <gmock/gmock.h>
 
 #include "output/VolumeDevice.h"
@@ -27,7 +27,7 @@ protected:
         return device && device->isRemovable();
     }
 
-    // What hangs on a port of the machine's own USB controller.
+    // Adds a disk on a port of the machine's own USB controller.
     void addUsbDisk(const std::string &place, const std::string &number, bool removable) const
     {
         tree.setSubsystem("pci0000:00", "pci");

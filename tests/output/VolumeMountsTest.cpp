@@ -87,7 +87,7 @@ protected:
         ASSERT_TRUE(other.unmount());
     }
 
-    // Of a card that is put in, and can be taken out as soon as it is counted.
+    // Expects the offer of a card that is put in, and that it can be taken out as soon as it is counted.
     void expectOfferOf(Mount &card)
     {
         makeCardForLater(card);

@@ -92,7 +92,7 @@ protected:
         return waitUntil([&] { return watcher.pendingCandidate() && watcher.pendingCandidate()->clipCount; });
     }
 
-    // What has been mounted so far has been looked at when this returns, whatever came of it.
+    // Returns once everything that was mounted so far has been looked at, whatever came of it.
     void settle()
     {
         const FileUrl last(folder / ("settled-" + std::to_string(m_settled++)));

@@ -19,7 +19,7 @@ protected:
     SortEngine engine{seams(), 4}; // two clips at a time, whatever the machine
 };
 
-// What a role of a model's rows reads, from the first row on.
+// Returns the texts of a role of a model's rows, from the first row on.
 inline std::vector<QString> column(const QAbstractItemModel &model, int role)
 {
     std::vector<QString> texts;

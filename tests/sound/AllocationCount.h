@@ -4,7 +4,7 @@
 
 namespace larkspan::test {
 
-// What this thread has asked operator new for so far, in the program that links AllocationCount.cpp.
+// Returns how often this thread has called operator new, in the program that links AllocationCount.cpp.
 [[nodiscard]] std::size_t allocationCount();
 
 } // namespace larkspan::test

@@ -51,7 +51,7 @@ public:
         return m_process.readLine().trimmed().toInt();
     }
 
-    // What the program has said on standard error, and how it ended when it did so badly.
+    // Returns the program's standard error, and how it ended if that was badly.
     std::string finish()
     {
         m_process.closeWriteChannel();

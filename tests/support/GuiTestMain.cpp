@@ -10,7 +10,7 @@ void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &me
     if (type == QtDebugMsg || type == QtInfoMsg) {
         return;
     }
-    // What the display lacks is no fault of ours, nor that Qt's render loop stops its clock twice when a window goes
+    // The display's lacks are no fault of ours, nor that Qt's render loop stops its clock twice when a window goes
     // while something in it still moves.
     static const QStringList ofTheDisplay{QStringLiteral("propagateSizeHints"), QStringLiteral("XDG_RUNTIME_DIR"),
                                           QStringLiteral("qt.qpa."),

@@ -17,7 +17,7 @@ QQuickItem *findNamed(QQuickItem *root, const QString &objectName);
 // Waits until what is looked for is there and stays where it is from one frame of the window to the next: what has just
 // come up, or moved up, is laid out with a frame. Throws, with the name, if it never does.
 QQuickItem &awaitAtRest(QQuickWindow &window, const std::function<QQuickItem *()> &find, const QString &name);
-// Where the middle of an item is, in the window.
+// Returns the middle of an item, in the window.
 QPoint middleOf(const QQuickItem *item);
 
 } // namespace larkspan::test

@@ -25,7 +25,7 @@ public:
         QDBusConnection::disconnectFromBus(m_bus.name());
     }
 
-    // Whether so many settings have been asked for.
+    // Returns whether so many settings have been asked for.
     [[nodiscard]] bool isAsked(qsizetype times)
     {
         return waitUntil([this, times] { return m_questions.size() >= times; });

@@ -111,7 +111,7 @@ std::vector<std::string> layoutFaults(QQuickWindow &window, const std::set<QStri
     const std::vector<Shown> all = shownIn(window);
     std::vector<std::string> faults;
     for (const Shown &shown : all) {
-        // What is clipped away can be scrolled to, or is meant to run out.
+        // A part that is clipped away can be scrolled to, or is meant to run out.
         if (!area.contains(shown.seen)) {
             faults.push_back(describe(shown) + " reaches out of the window");
         }

@@ -3,7 +3,7 @@
 #include <atomic>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-// Of the sanitizers' allocator, whose header the compiler doesn't install.
+// From the sanitizers' allocator, whose header the compiler doesn't install.
 extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*malloc)(const volatile void *, std::size_t), // NOLINT
                                                          void (*free)(const volatile void *));
 #else

@@ -7,9 +7,9 @@ namespace larkspan::test {
 
 // From now on what this thread asks malloc for counts.
 void countMallocsOfThisThread();
-// Of all threads that count, since the start.
+// Returns the count of all threads that count, since the start.
 [[nodiscard]] std::size_t mallocCount();
-// Of this thread since it began, whether it counts or not.
+// Returns the count of this thread since it began, whether it is counted or not.
 [[nodiscard]] std::size_t mallocCountOfThisThread();
 
 } // namespace larkspan::test

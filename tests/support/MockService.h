@@ -17,7 +17,7 @@ public:
     // code: Python, with arg1, arg2, … for the arguments and ret for the answer.
     void addMethod(const QString &method, const QString &in, const QString &out, const QString &code);
     void emitSignal(const QString &signal, const QString &signature, const QVariantList &arguments);
-    // What was called since, as "Method argument argument"; only text and numbers among the arguments.
+    // Returns the calls since, as "Method argument argument"; only text and numbers among the arguments.
     QStringList calls() const;
 
 private:

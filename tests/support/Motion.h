@@ -6,7 +6,7 @@
 
 namespace larkspan::test {
 
-// How many animations run on this thread: QML's, its timers among them, and ours. Where there is none, no frame is
+// Returns the number of animations on this thread: QML's, its timers among them, and ours. Without one, no frame is
 // drawn unless something asks for it.
 [[nodiscard]] int runningAnimations();
 // The same without the timers of QML below an object, which run and move nothing.

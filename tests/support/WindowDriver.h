@@ -33,7 +33,7 @@ protected:
     [[nodiscard]] bool shows(const QString &text) const;
     [[nodiscard]] bool goes(const QString &text) const;
 
-    // What reads so in the item that has focus: the title of a control, the text of a field. "" without one.
+    // Returns the text of the item that has focus: the title of a control, the content of a field. "" without one.
     [[nodiscard]] QString focusedText() const;
     // Waits until that is this text.
     [[nodiscard]] bool hasKeyboard(const QString &text) const;

@@ -53,7 +53,7 @@ protected:
         return CloudClassifier(settings, std::make_shared<Settled>(analysis), client).analyze(stills);
     }
 
-    // What becomes of the local analysis when the model's text is this.
+    // Returns the merged analysis when the model's text is this.
     [[nodiscard]] FrameAnalysis merged(const QString &text, const FrameAnalysis &analysis = local) const
     {
         const HttpServer server(verdict(text));

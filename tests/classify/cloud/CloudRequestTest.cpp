@@ -39,7 +39,7 @@ bool failsInThePlatformsWords(const Verdict &verdict)
     return !verdict && verdict.error().kind == CloudError::Kind::platform && !verdict.error().text.isEmpty();
 }
 
-// What is made of this answer to a request.
+// Returns the verdict on this answer to a request.
 Verdict verdictOn(const HttpServer::Response &response, const HttpClient &client = HttpClient())
 {
     const HttpServer server([&](const HttpServer::Request &) { return response; });

@@ -10,7 +10,7 @@ using namespace larkspan::test;
 
 namespace {
 
-// What the probe writes of the picture, to be compared whole.
+// The probe's findings on the picture, to be compared whole.
 struct Probed
 {
     double duration = 0.0;

@@ -128,7 +128,7 @@ TEST(MovieMetadata, ADateThatIsNoneLeavesTheHeaders)
     }
 }
 
-// What a camera writes into an AVI: the date in the words of C, padded to an even length.
+// A camera writes the date into an AVI in the words of C, padded to an even length.
 TEST(OtherContainers, AnAvisOwnDateIsTheClips)
 {
     const auto &plain = sharedMedia("dated.avi", picture("64x48", "25", "0.4") + "-c:v mpeg4");

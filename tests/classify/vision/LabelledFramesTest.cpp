@@ -45,7 +45,7 @@ protected:
 
     std::filesystem::path list(const std::string &text) const { return folder.write("list.tsv", text); }
 
-    // What the program prints, parsed.
+    // Returns the program's output, parsed.
     static QJsonObject printed(const std::vector<std::string> &arguments, const ListColumns &columns, const char *key)
     {
         testing::internal::CaptureStdout();

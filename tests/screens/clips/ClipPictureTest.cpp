@@ -1,4 +1,4 @@
-// What a picture asks its provider for, at any scale of the display.
+// The size that a picture asks its provider for, at any scale of the display.
 #include <mutex>
 
 #include <gmock/gmock.h>

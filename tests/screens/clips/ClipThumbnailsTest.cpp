@@ -105,7 +105,7 @@ TEST_F(ClipThumbnailsTest, FrostsAPartBlurredDarkerAndNothingBeyondThePicture)
     for (int x = 2; x < 38; ++x) { // no stripe is left
         EXPECT_NEAR(part.pixelColor(x, 8).lightnessF(), grey, 0.05) << x;
     }
-    // What reaches beyond is left out of account.
+    // The part that reaches beyond isn't counted.
     for (const QString &odd :
          {u"?frosted=90,20,40,16"_s, u"?frosted=-1,0,4,4"_s, u"?frosted=1,2,3"_s, u"?frosted=a,b,c,d"_s}) {
         EXPECT_EQ(pictures.requestImage(path + odd, nullptr, {100, 50}).size(), QSize(100, 50)) << odd.toStdString();

@@ -1,4 +1,4 @@
-// What is dropped on the landing.
+// Drops on the landing.
 #include <QtCore/QMimeData>
 
 #include "design/LKPalette.h"
@@ -18,7 +18,7 @@ protected:
     {
         return QUrl::fromLocalFile(QString::fromStdString(path.string()));
     }
-    // Whether it was taken.
+    // Returns whether it was taken.
     bool drop(const QMimeData &mime)
     {
         const QPoint at = middleOf(scene->root());
@@ -80,7 +80,7 @@ TEST_F(DropTest, HoveringFramesTheLanding)
         const QPoint corner = frame->mapToScene(QPointF()).toPoint();
         const QColor color = scene->window().grabWindow().pixelColor(corner + QPoint(inside, inside));
         const QColor accent = LKPalette::dark().accent;
-        // What fades in by software may stay a step away.
+        // A colour that fades in by software may stay a step away.
         return std::abs(color.red() - accent.red()) <= 2 && std::abs(color.green() - accent.green()) <= 2 &&
                std::abs(color.blue() - accent.blue()) <= 2;
     };

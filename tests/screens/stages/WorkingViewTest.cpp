@@ -50,11 +50,11 @@ TEST_F(GatedViewTest, ThePeekShowsATileForEveryClipThreeBesideEachOtherAndFollow
 
 namespace {
 
-// What stands in the peek when the last clip has landed, just before the results take its place.
+// The peek when the last clip has landed, just before the results replace it.
 class LastPeekTest : public GatedViewTest
 {
 protected:
-    // Where each tile stands, after a sort of so many clips.
+    // Returns the place of each tile, after a sort of so many clips.
     std::vector<QPointF> tilesOfASortOf(int clips)
     {
         for (int i = 0; i < clips; ++i) {

@@ -1,4 +1,4 @@
-// What a menu bar would hold, and the diagnostics that it writes.
+// The menu of the window, and the diagnostics that it writes.
 #include <QtCore/QScopeGuard>
 
 #include "tests/shell/ShellWindow.h"
@@ -109,7 +109,7 @@ TEST_F(MenuTest, ExportForWritesTheShootInTheChosenFormatByKeyboardAndReveals)
     Desktop::click(shown(u"A Mac"_s));
     ASSERT_TRUE(waitUntil([this] { return handoff.place() == u"mac"_s; }));
     (void)shown(u"Writes "_s + handoff.file());
-    // Of the sheet: the footer below has one too.
+    // The sheet's: the footer below has one too.
     Desktop::click(*findShown(shown(u"Export For…"_s).parentItem(), u"Export"_s));
     (void)shown(u"Written: "_s + handoff.file());
     EXPECT_THAT(bytesOf(handoff.file().toStdString()), testing::StartsWith("File Name,Clip Directory,"));

@@ -5,7 +5,7 @@
 
 namespace larkspan::test {
 
-// What the shell shows, with settings of its own.
+// The shell's state, with settings of its own.
 struct LauncherState
 {
     const TempFolder folder;

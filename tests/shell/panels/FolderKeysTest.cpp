@@ -1,4 +1,4 @@
-// What keys do in the list of a file panel, without a window.
+// Keys in the list of a file panel, without a window.
 #include "shell/panels/FolderKeys.h"
 
 #include <gmock/gmock.h>

@@ -50,7 +50,7 @@ protected:
     // there is done anew at each size.
     void picture(const QString &name, const std::function<void()> &hand = {});
 
-    // What people call things may be too long for its place.
+    // Names by people that may be too long for their places.
     std::set<QString> mayBeElided;
 
 private:

@@ -26,7 +26,7 @@ protected:
                                           [this](bool enabled) { sound.push_back(enabled); });
     }
 
-    // What another start of the program would find.
+    // Returns the settings that another start of the program would find.
     SettingsStore reread() const { return SettingsStore(settingsFile()); }
     QString settingsFile() const { return QString::fromStdString((folder / "settings.ini").string()); }
 
