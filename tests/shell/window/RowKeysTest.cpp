@@ -2,6 +2,7 @@
 #include "shell/window/RowKeys.h"
 
 #include <gmock/gmock.h>
+#include <QtCore/QVariant>
 
 using namespace larkspan;
 using testing::ElementsAre;
