@@ -9,7 +9,7 @@
 
 #include <QtCore/QRegularExpression>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 using namespace Qt::Literals::StringLiterals;
 

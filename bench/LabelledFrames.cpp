@@ -11,7 +11,7 @@
 
 #include "classify/vision/ModelRequests.h"
 #include "classify/vision/VisionClassifier.h"
-#include "core/BinRules.h"
+#include "core/bins/BinRules.h"
 
 namespace larkspan::bench {
 

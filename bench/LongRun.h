@@ -6,8 +6,8 @@
 
 #include <QtCore/QTemporaryDir>
 
-#include "core/SortEngine.h"
-#include "core/SortSeams.h"
+#include "core/engine/SortEngine.h"
+#include "core/engine/SortSeams.h"
 
 namespace larkspan::bench {
 

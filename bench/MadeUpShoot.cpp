@@ -4,7 +4,7 @@
 
 #include <QtGui/QPainter>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 using namespace Qt::Literals::StringLiterals;
 

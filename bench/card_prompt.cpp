@@ -15,7 +15,7 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
-#include "core/FileDescriptor.h"
+#include "core/files/FileDescriptor.h"
 #include "output/FootageCheck.h"
 #include "output/VolumeWatcher.h"
 #include "tests/output/DeviceTree.h"

@@ -18,7 +18,7 @@
 #include "classify/media/FrameSampler.h"
 #include "classify/vision/ModelRequests.h"
 #include "classify/vision/VisionClassifier.h"
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
 #include "tests/support/HttpServer.h"
 
 using namespace larkspan;

@@ -22,7 +22,7 @@
 #include <unistd.h>
 
 #include "bench/Memory.h"
-#include "core/FileDescriptor.h"
+#include "core/files/FileDescriptor.h"
 #include "output/MediaImporter.h"
 #include "output/ProofFile.h"
 #include "output/Sha256.h"

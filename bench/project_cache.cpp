@@ -11,9 +11,9 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTemporaryDir>
 
-#include "core/RoomLabel.h"
-#include "core/SortEngine.h"
-#include "core/SortSeams.h"
+#include "core/bins/RoomLabel.h"
+#include "core/engine/SortEngine.h"
+#include "core/engine/SortSeams.h"
 
 using namespace larkspan;
 

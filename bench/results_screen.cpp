@@ -19,7 +19,7 @@
 
 #include "bench/MadeUpShoot.h"
 #include "bench/Memory.h"
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "screens/clips/ClipThumbnails.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)

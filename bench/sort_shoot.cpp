@@ -18,8 +18,8 @@
 #include "classify/media/FrameSampler.h"
 #include "classify/vision/ModelRequests.h"
 #include "classify/vision/VisionClassifier.h"
-#include "core/AtomicFile.h"
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
+#include "core/files/AtomicFile.h"
 #include "output/FCPXMLWriter.h"
 #include "output/Handoff.h"
 

@@ -7,7 +7,7 @@
 #include <iostream>
 #include <vector>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "output/FCPXMLWriter.h"
 #include "output/Handoff.h"
 

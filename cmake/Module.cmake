@@ -26,7 +26,7 @@ larkspan_precompiled(larkspan_test_precompiled
 target_compile_options(larkspan_test_precompiled PRIVATE ${larkspan_test_options})
 
 # larkspan_module(NAME [QOBJECTS] SOURCES … LINKS …): the static library of one folder.
-# Headers are included by their folder ("core/MediaClip.h"), so that a line says where it reaches.
+# Headers are included by their folder ("core/clips/MediaClip.h"), so that a line says where it reaches.
 function(larkspan_module name)
   cmake_parse_arguments(arg "QOBJECTS" "" "SOURCES;LINKS" ${ARGN})
   add_library(larkspan_${name} STATIC ${arg_SOURCES})

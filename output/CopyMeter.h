@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "core/CopyRecord.h"
+#include "core/copies/CopyRecord.h"
 
 namespace larkspan {
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <system_error>
 
-#include "core/CopyRecord.h"
+#include "core/copies/CopyRecord.h"
 #include "output/CopyMeter.h"
 #include "output/FileCopy.h"
 

@@ -9,7 +9,7 @@
 #include <QtCore/QLocale>
 #include <QtCore/QRegularExpression>
 
-#include "core/ByteCount.h"
+#include "core/base/ByteCount.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -4,7 +4,7 @@
 
 #include <QtCore/QString>
 
-#include "core/CopyRecord.h"
+#include "core/copies/CopyRecord.h"
 
 namespace larkspan {
 

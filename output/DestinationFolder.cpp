@@ -13,7 +13,7 @@
 
 #include <QtCore/QRandomGenerator>
 
-#include "core/SystemError.h"
+#include "core/files/SystemError.h"
 #include "output/FileNames.h"
 #include "output/SourceFile.h"
 

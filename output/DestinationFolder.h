@@ -7,7 +7,7 @@
 
 #include <tl/expected.hpp>
 
-#include "core/FileDescriptor.h"
+#include "core/files/FileDescriptor.h"
 #include "output/FileOperations.h"
 
 namespace larkspan {

@@ -5,7 +5,7 @@
 
 #include <QtCore/QString>
 
-#include "core/MediaClip.h"
+#include "core/clips/MediaClip.h"
 
 namespace larkspan {
 

@@ -10,7 +10,7 @@
 #include <fcntl.h>
 #include <sys/xattr.h>
 
-#include "core/SystemError.h"
+#include "core/files/SystemError.h"
 
 namespace larkspan {
 

@@ -3,7 +3,7 @@
 #include <system_error>
 #include <vector>
 
-#include "core/FootageNames.h"
+#include "core/clips/FootageNames.h"
 
 namespace larkspan {
 

@@ -2,7 +2,7 @@
 
 #include <stop_token>
 
-#include "core/FileUrl.h"
+#include "core/files/FileUrl.h"
 
 namespace larkspan {
 

@@ -5,7 +5,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
-#include "core/HandoffFormat.h"
+#include "core/settings/HandoffFormat.h"
 #include "output/MediaPaths.h"
 
 namespace larkspan {

@@ -4,7 +4,7 @@
 
 #include <QtCore/QStringList>
 
-#include "core/ByteCount.h"
+#include "core/base/ByteCount.h"
 
 using namespace Qt::Literals::StringLiterals;
 

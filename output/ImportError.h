@@ -7,7 +7,7 @@
 
 #include <QtCore/QString>
 
-#include "core/FileUrl.h"
+#include "core/files/FileUrl.h"
 
 namespace larkspan {
 

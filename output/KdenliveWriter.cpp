@@ -11,7 +11,7 @@
 #include <QtCore/QStringBuilder>
 #include <QtGui/QColor>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "output/EventOrder.h"
 #include "output/StringOut.h"
 #include "output/XmlText.h"

@@ -2,8 +2,8 @@
 
 #include <QtCore/QStringList>
 
-#include "core/ClipOrder.h"
-#include "core/Decimals.h"
+#include "core/base/Decimals.h"
+#include "core/clips/ClipOrder.h"
 
 using namespace Qt::Literals::StringLiterals;
 

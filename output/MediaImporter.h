@@ -7,8 +7,8 @@
 #include <QtCore/QUuid>
 #include <tl/expected.hpp>
 
-#include "core/CopyRecord.h"
-#include "core/SortSeams.h"
+#include "core/copies/CopyRecord.h"
+#include "core/engine/SortSeams.h"
 #include "output/FileOperations.h"
 #include "output/ImportError.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/MediaClip.h"
+#include "core/clips/MediaClip.h"
 #include "output/MountTable.h"
 
 namespace larkspan {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/FileDescriptor.h"
+#include "core/files/FileDescriptor.h"
 
 namespace larkspan {
 

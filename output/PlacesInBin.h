@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "core/FileUrl.h"
+#include "core/files/FileUrl.h"
 
 namespace larkspan {
 

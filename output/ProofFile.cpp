@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 #include <tl/expected.hpp>
 
-#include "core/SystemError.h"
+#include "core/files/SystemError.h"
 #include "output/DestinationFolder.h"
 #include "output/SourceFile.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/Sidecars.h"
+#include "core/clips/Sidecars.h"
 
 namespace larkspan {
 

@@ -5,7 +5,7 @@
 
 #include <fcntl.h>
 
-#include "core/SystemError.h"
+#include "core/files/SystemError.h"
 #include "output/ChunkPipeline.h"
 
 namespace larkspan {

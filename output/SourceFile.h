@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <tl/expected.hpp>
 
-#include "core/FileDescriptor.h"
+#include "core/files/FileDescriptor.h"
 #include "output/FileOperations.h"
 
 namespace larkspan {

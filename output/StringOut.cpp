@@ -6,7 +6,7 @@
 #include <map>
 #include <tuple>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "output/EventOrder.h"
 
 using namespace Qt::Literals::StringLiterals;

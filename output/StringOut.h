@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "core/MediaClip.h"
+#include "core/clips/MediaClip.h"
 
 namespace larkspan {
 

@@ -5,7 +5,7 @@
 
 #include <QtCore/QSocketNotifier>
 
-#include "core/ClipListing.h"
+#include "core/clips/ClipListing.h"
 #include "output/FootageCheck.h"
 #include "output/VolumeDevice.h"
 

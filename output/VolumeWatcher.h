@@ -11,8 +11,8 @@
 #include <QtCore/QString>
 #include <QtCore/QUuid>
 
-#include "core/FileUrl.h"
-#include "core/TaskRunner.h"
+#include "core/base/TaskRunner.h"
+#include "core/files/FileUrl.h"
 #include "output/MountTable.h"
 
 class QSocketNotifier;

@@ -6,6 +6,7 @@
 CMake writes its links into BUILD_FOLDER/arrows.txt, a line for each folder that is a library: "screens: core design
 sound". A source may include its own folder and those that it links directly. The picture is the first block under
 "## Modules": a line for each library with its arrows, which all lead to lines further down, so that there is no circle.
+Below it a sentence lists the folders of core in the order in which they may include each other.
 """
 import pathlib
 import re
@@ -69,10 +70,31 @@ def wrong_lines(linked, drawn):
                 yield f"ARCHITECTURE.md: the arrow from {folder} to {link} leads upwards"
 
 
+def folders_of_core(document):
+    """The folders of core, those that may include first."""
+    sentence = re.search(r"^The folders of core, each of which includes only those after it: ([^.]*)\.$", document,
+                         re.MULTILINE)
+    return [f"core/{name}" for name in re.split(r",\s+", sentence[1])] if sentence else []
+
+
+def wrong_inside_core(order):
+    for source in sources():
+        folder = str(source.parent)
+        if not folder.startswith("core/"):
+            continue
+        if folder not in order:
+            yield f"ARCHITECTURE.md: {folder} isn't among the folders of core"
+            continue
+        for included in OURS.findall(source.read_text()):
+            if included not in order[order.index(folder):]:
+                yield f"{source}: {folder} includes {included}, which comes before it in ARCHITECTURE.md"
+
+
 def main():
     linked = linked_folders(sys.argv[1])
-    drawn = drawn_folders(pathlib.Path("ARCHITECTURE.md").read_text())
-    found = [*wrong_includes(linked), *wrong_lines(linked, drawn)]
+    document = pathlib.Path("ARCHITECTURE.md").read_text()
+    found = [*wrong_includes(linked), *wrong_lines(linked, drawn_folders(document)),
+             *wrong_inside_core(folders_of_core(document))]
     print("\n".join(found), end="\n" if found else "", file=sys.stderr)
     return 1 if found else 0
 

@@ -14,7 +14,7 @@
 #include "classify/media/FrameSampler.h"
 #include "classify/vision/ModelRequests.h"
 #include "classify/vision/VisionClassifier.h"
-#include "core/CopyJournal.h"
+#include "core/copies/CopyJournal.h"
 #include "design/LK.h"
 #include "design/LKAccessible.h"
 #include "output/CopyReport.h"

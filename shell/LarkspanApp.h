@@ -10,8 +10,8 @@
 
 #include "classify/vision/ModelsOnDemand.h"
 #include "classify/vision/VisionClassifier.h"
-#include "core/LateValue.h"
-#include "core/SortEngine.h"
+#include "core/base/LateValue.h"
+#include "core/engine/SortEngine.h"
 #include "design/SystemMotion.h"
 #include "output/VolumeWatcher.h"
 #include "shell/desktop/WorkNotice.h"

@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "core/FileDescriptor.h"
+#include "core/files/FileDescriptor.h"
 
 class QSocketNotifier;
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "core/ShippedFiles.h"
+#include "core/files/ShippedFiles.h"
 #include "sound/SoundFile.h"
 #include "sound/Synthesis.h"
 

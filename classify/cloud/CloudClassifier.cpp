@@ -6,7 +6,7 @@
 
 #include "classify/cloud/CloudRequest.h"
 #include "classify/cloud/HttpClient.h"
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 using namespace Qt::Literals::StringLiterals;
 

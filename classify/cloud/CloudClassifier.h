@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "core/CloudSettings.h"
-#include "core/FrameClassifier.h"
+#include "core/clips/FrameClassifier.h"
+#include "core/settings/CloudSettings.h"
 
 namespace larkspan {
 

@@ -13,7 +13,7 @@
 #include <QtNetwork/QNetworkRequest>
 
 #include "classify/cloud/HttpClient.h"
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -7,7 +7,7 @@
 #include <tl/expected.hpp>
 
 #include "classify/cloud/CloudVerdict.h"
-#include "core/CloudSettings.h"
+#include "core/settings/CloudSettings.h"
 
 namespace larkspan {
 

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "core/Timecode.h"
+#include "core/clips/Timecode.h"
 
 namespace larkspan {
 

@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "classify/media/MediaFile.h"
-#include "core/Date.h"
-#include "core/MediaClip.h"
+#include "core/base/Date.h"
+#include "core/clips/MediaClip.h"
 
 namespace larkspan {
 

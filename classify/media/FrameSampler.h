@@ -1,8 +1,8 @@
 #pragma once
 
 #include "classify/media/MediaFile.h"
-#include "core/MediaClip.h"
-#include "core/SortSeams.h"
+#include "core/clips/MediaClip.h"
+#include "core/engine/SortSeams.h"
 
 namespace larkspan {
 

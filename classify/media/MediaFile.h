@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "core/FileDescriptor.h"
-#include "core/FileUrl.h"
+#include "core/files/FileDescriptor.h"
+#include "core/files/FileUrl.h"
 
 struct AVFormatContext;
 struct AVIOContext;

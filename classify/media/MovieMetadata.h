@@ -6,7 +6,7 @@
 
 #include <QtCore/QString>
 
-#include "core/Date.h"
+#include "core/base/Date.h"
 
 namespace larkspan {
 

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "classify/vision/ObjectEvidence.h"
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 namespace larkspan::RoomEvidence {
 

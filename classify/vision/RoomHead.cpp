@@ -10,7 +10,7 @@
 #include <QtCore/QFloat16>
 
 #include "classify/vision/ModelFile.h"
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 namespace larkspan {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 namespace larkspan {
 

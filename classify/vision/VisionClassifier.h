@@ -1,7 +1,7 @@
 #pragma once
 
 #include "classify/vision/VisionRequests.h"
-#include "core/FrameClassifier.h"
+#include "core/clips/FrameClassifier.h"
 
 namespace larkspan {
 

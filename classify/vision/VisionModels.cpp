@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "core/ShippedFiles.h"
+#include "core/files/ShippedFiles.h"
 
 namespace larkspan {
 

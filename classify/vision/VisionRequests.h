@@ -8,7 +8,7 @@
 #include <QtCore/QString>
 #include <QtGui/QImage>
 
-#include "core/FeaturePrint.h"
+#include "core/clips/FeaturePrint.h"
 
 namespace larkspan {
 

@@ -1,6 +1,6 @@
 #include "screens/bins/BinListModel.h"
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 namespace larkspan {
 

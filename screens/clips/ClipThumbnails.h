@@ -7,7 +7,7 @@
 #include <QtCore/QUuid>
 #include <QtQuick/QQuickImageProvider>
 
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
 
 namespace larkspan {
 

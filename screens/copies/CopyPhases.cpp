@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "core/ByteCount.h"
+#include "core/base/ByteCount.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include <QtQml/qqmlregistration.h>
 
-#include "core/CopyHistory.h"
+#include "core/copies/CopyHistory.h"
 
 namespace larkspan {
 

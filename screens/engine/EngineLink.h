@@ -2,7 +2,7 @@
 
 #include <QtCore/QPointer>
 
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
 
 namespace larkspan {
 

@@ -6,7 +6,7 @@
 #include <QtCore/QString>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/FileUrl.h"
+#include "core/files/FileUrl.h"
 
 struct mpv_handle;
 struct mpv_event;

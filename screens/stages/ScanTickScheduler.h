@@ -5,7 +5,7 @@
 #include <QtCore/QTimer>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
 
 namespace larkspan {
 

@@ -1,6 +1,6 @@
 #include "screens/stages/ShootDrop.h"
 
-#include "core/FileUrls.h"
+#include "core/files/FileUrls.h"
 
 namespace larkspan {
 

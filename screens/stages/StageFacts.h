@@ -2,7 +2,7 @@
 
 #include <QtQml/qqmlregistration.h>
 
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
 
 namespace larkspan {
 

@@ -6,7 +6,7 @@
 #include <QtDBus/QDBusPendingReply>
 #include <QtGui/QDesktopServices>
 
-#include "core/FileUrls.h"
+#include "core/files/FileUrls.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/FileUrl.h"
+#include "core/files/FileUrl.h"
 
 namespace larkspan {
 

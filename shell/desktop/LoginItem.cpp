@@ -8,7 +8,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QStandardPaths>
 
-#include "core/AtomicFile.h"
+#include "core/files/AtomicFile.h"
 
 namespace larkspan {
 

@@ -7,7 +7,7 @@
 #include <QtCore/QObject>
 #include <QtDBus/QDBusConnection>
 
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
 
 namespace larkspan {
 

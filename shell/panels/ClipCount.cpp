@@ -1,6 +1,6 @@
 #include "shell/panels/ClipCount.h"
 
-#include "core/ClipListing.h"
+#include "core/clips/ClipListing.h"
 
 namespace larkspan {
 

@@ -5,7 +5,7 @@
 
 #include <QtCore/QCoreApplication>
 
-#include "core/FileUrl.h"
+#include "core/files/FileUrl.h"
 #include "shell/panels/LatestTask.h"
 
 namespace larkspan {

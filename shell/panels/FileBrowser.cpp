@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/FootageNames.h"
+#include "core/clips/FootageNames.h"
 #include "shell/panels/SaveName.h"
 #include "shell/panels/TypedPath.h"
 

@@ -11,8 +11,8 @@
 #include <QtCore/QThreadPool>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/FileUrl.h"
-#include "core/SortSeams.h"
+#include "core/engine/SortSeams.h"
+#include "core/files/FileUrl.h"
 #include "shell/panels/ClipCount.h"
 #include "shell/panels/FilePanel.h"
 #include "shell/panels/FolderEntries.h"

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "core/FileUrls.h"
+#include "core/files/FileUrls.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -6,7 +6,7 @@
 #include <QtCore/QUrl>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
 #include "shell/panels/FileBrowser.h"
 #include "shell/panels/FilePanel.h"
 

@@ -5,9 +5,9 @@
 
 #include <QtCore/QCoreApplication>
 
-#include "core/FileUrl.h"
-#include "core/FootageNames.h"
-#include "core/NaturalOrder.h"
+#include "core/base/NaturalOrder.h"
+#include "core/clips/FootageNames.h"
+#include "core/files/FileUrl.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -8,8 +8,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QStandardPaths>
 
-#include "core/FileUrl.h"
-#include "core/FootageNames.h"
+#include "core/clips/FootageNames.h"
+#include "core/files/FileUrl.h"
 #include "output/VolumeDevice.h"
 
 using namespace Qt::Literals::StringLiterals;

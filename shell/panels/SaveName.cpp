@@ -1,6 +1,6 @@
 #include "shell/panels/SaveName.h"
 
-#include "core/FileUrl.h"
+#include "core/files/FileUrl.h"
 #include "shell/panels/FolderContents.h"
 
 using namespace Qt::Literals::StringLiterals;

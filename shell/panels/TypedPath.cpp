@@ -1,6 +1,6 @@
 #include "shell/panels/TypedPath.h"
 
-#include "core/FileUrls.h"
+#include "core/files/FileUrls.h"
 
 using namespace Qt::Literals::StringLiterals;
 

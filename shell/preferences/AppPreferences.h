@@ -4,7 +4,7 @@
 
 #include <QtCore/QObject>
 
-#include "core/SettingsStore.h"
+#include "core/settings/SettingsStore.h"
 #include "shell/desktop/LoginItem.h"
 
 namespace larkspan {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "core/RoomLabel.h"
-#include "core/SortSettings.h"
+#include "core/bins/RoomLabel.h"
+#include "core/engine/SortSettings.h"
 #include "screens/engine/Wording.h"
 #include "screens/stages/StageFacts.h"
 

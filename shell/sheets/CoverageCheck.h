@@ -7,8 +7,8 @@
 #include <QtCore/QVariant>
 #include <QtQml/qqmlregistration.h>
 
-#include "core/Coverage.h"
-#include "core/SortEngine.h"
+#include "core/bins/Coverage.h"
+#include "core/engine/SortEngine.h"
 
 namespace larkspan {
 

@@ -6,8 +6,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QStandardPaths>
 
-#include "core/AtomicFile.h"
-#include "core/Diagnostics.h"
+#include "core/bins/Diagnostics.h"
+#include "core/files/AtomicFile.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -8,7 +8,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <tl/expected.hpp>
 
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
 #include "shell/panels/FileRequest.h"
 
 namespace larkspan {

@@ -7,7 +7,7 @@
 #include <QtConcurrent/QtConcurrentRun>
 #include <QtCore/QPromise>
 
-#include "core/AtomicFile.h"
+#include "core/files/AtomicFile.h"
 #include "output/Handoff.h"
 #include "output/MountTable.h"
 #include "screens/stages/StageFacts.h"

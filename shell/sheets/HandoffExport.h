@@ -12,8 +12,8 @@
 #include <QtQml/qqmlregistration.h>
 
 #include "classify/media/ClipProbe.h"
-#include "core/HandoffFormat.h"
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
+#include "core/settings/HandoffFormat.h"
 #include "output/MediaPaths.h"
 
 namespace larkspan {

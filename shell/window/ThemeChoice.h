@@ -2,7 +2,7 @@
 
 #include <QtCore/QObject>
 
-#include "core/SettingsStore.h"
+#include "core/settings/SettingsStore.h"
 #include "design/LK.h"
 #include "shell/desktop/SystemAppearance.h"
 

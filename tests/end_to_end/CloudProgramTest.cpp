@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <QtCore/QLoggingCategory>
 
-#include "core/SettingsStore.h"
+#include "core/settings/SettingsStore.h"
 #include "shell/LarkspanApp.h"
 #include "tests/support/FfmpegMedia.h"
 #include "tests/support/HttpServer.h"

@@ -21,7 +21,7 @@
 #include "classify/media/FrameSampler.h"
 #include "classify/vision/PictureTensor.h"
 #include "classify/vision/RoomHead.h"
-#include "core/ProjectJson.h"
+#include "core/projects/ProjectJson.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Breaks a source file in one small way at a time and reports which breaks the tests of its folder miss.
 
-    tests/mutation/mutate.py output/FileCopy.cpp core/BinRules.cpp
+    tests/mutation/mutate.py output/FileCopy.cpp core/bins/BinRules.cpp
 
 A mutant that fails a test, crashes it or hangs it is caught; one that passes all tests survives, and its diff is
 printed: either a test is missing or the change makes no difference. Nothing of the checkout is changed. All mutants of

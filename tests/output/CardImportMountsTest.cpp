@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "output/MediaImporter.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 #include "tests/output/Footage.h"
 #include "tests/output/Mount.h"
 

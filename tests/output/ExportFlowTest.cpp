@@ -4,7 +4,7 @@
 #include "output/FCPXMLWriter.h"
 #include "output/MediaImporter.h"
 #include "output/PlacesInBin.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 #include "tests/output/Footage.h"
 
 using namespace larkspan;

@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <sys/uio.h>
 
-#include "core/FileDescriptor.h"
+#include "core/files/FileDescriptor.h"
 #include "tests/output/FileCopyFixture.h"
 #include "tests/output/Footage.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/ClipListing.h"
+#include "core/clips/ClipListing.h"
 #include "output/FootageCheck.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Unprivileged.h"

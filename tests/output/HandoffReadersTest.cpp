@@ -9,7 +9,7 @@
 #include <QtCore/QStandardPaths>
 #include <QtGui/QImage>
 
-#include "core/AtomicFile.h"
+#include "core/files/AtomicFile.h"
 #include "output/Handoff.h"
 #include "tests/output/KdenliveProject.h"
 #include "tests/support/FfmpegMedia.h"

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "output/FCPXMLWriter.h"
 #include "output/Handoff.h"
 #include "output/KeywordTable.h"

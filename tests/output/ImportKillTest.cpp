@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "core/UnfinishedCopies.h"
+#include "core/copies/UnfinishedCopies.h"
 #include "output/PlacesInBin.h"
 #include "tests/output/Footage.h"
 

@@ -6,7 +6,7 @@
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "tests/output/KdenliveProject.h"
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>

@@ -8,7 +8,7 @@
 #include <rapidcheck/gtest.h>
 #include <sys/stat.h>
 
-#include "core/ClipListing.h"
+#include "core/clips/ClipListing.h"
 #include "tests/output/Footage.h"
 #include "tests/support/Unprivileged.h"
 

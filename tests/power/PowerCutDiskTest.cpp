@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
-#include "core/FileDescriptor.h"
+#include "core/files/FileDescriptor.h"
 #include "tests/power/PowerCuts.h"
 
 using namespace larkspan;

@@ -2,9 +2,9 @@
 // state or the new one must then be there, whole; what was said to be on the medium is there for good.
 #include <gmock/gmock.h>
 
-#include "core/CardFolder.h"
-#include "core/ProjectCache.h"
-#include "core/SettingsStore.h"
+#include "core/copies/CardFolder.h"
+#include "core/projects/ProjectCache.h"
+#include "core/settings/SettingsStore.h"
 #include "tests/power/PowerCuts.h"
 
 using namespace larkspan;

@@ -3,7 +3,7 @@
 #include <QtTest/QTest>
 
 #include "screens/clips/ClipThumbnails.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 #include "tests/support/Scene.h"
 #include "tests/support/WindowDriver.h"
 

@@ -2,7 +2,7 @@
 
 #include <QtCore/QAbstractItemModel>
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 namespace larkspan::test {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "tests/screens/BinnacleViewFixture.h"
 
 namespace larkspan::test {

@@ -13,7 +13,7 @@
 #include "shell/sheets/VolumeWatcherForeign.h"
 #include "shell/window/AppState.h"
 #include "shell/window/WindowEngine.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Items.h"
 #include "tests/support/WindowDriver.h"

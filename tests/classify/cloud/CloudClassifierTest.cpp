@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "classify/cloud/HttpClient.h"
-#include "core/BinRules.h"
-#include "core/SortSeams.h"
+#include "core/bins/BinRules.h"
+#include "core/engine/SortSeams.h"
 #include "tests/classify/cloud/CloudSamples.h"
 
 using namespace larkspan;

@@ -8,7 +8,7 @@
 #include <QtNetwork/QTcpSocket>
 
 #include "classify/cloud/HttpClient.h"
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "tests/classify/cloud/CloudSamples.h"
 #include "tests/support/TempFolder.h"
 

@@ -5,7 +5,7 @@
 #include <QtCore/QJsonObject>
 
 #include "classify/cloud/CloudVerdict.h"
-#include "core/CloudSettings.h"
+#include "core/settings/CloudSettings.h"
 #include "tests/support/HttpServer.h"
 
 namespace larkspan::test {

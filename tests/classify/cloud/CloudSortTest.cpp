@@ -3,7 +3,7 @@
 #include "classify/cloud/CloudClassifier.h"
 #include "classify/cloud/HttpClient.h"
 #include "tests/classify/cloud/CloudSamples.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;

@@ -4,9 +4,9 @@
 
 #include "classify/vision/ModelRequests.h"
 #include "classify/vision/VisionClassifier.h"
-#include "core/BinRules.h"
-#include "core/MediaClip.h"
-#include "core/RoomLabel.h"
+#include "core/bins/BinRules.h"
+#include "core/bins/RoomLabel.h"
+#include "core/clips/MediaClip.h"
 
 using namespace larkspan;
 

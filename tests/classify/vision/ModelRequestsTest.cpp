@@ -6,7 +6,7 @@
 #include <QtGui/QPainter>
 
 #include "classify/vision/VisionClassifier.h"
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 using namespace larkspan;
 using testing::IsEmpty;

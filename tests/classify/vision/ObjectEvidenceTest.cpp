@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 using namespace larkspan;
 using namespace Qt::Literals::StringLiterals;

@@ -7,8 +7,8 @@
 
 #include "classify/vision/ModelRequests.h"
 #include "classify/vision/VisionClassifier.h"
-#include "core/BinRules.h"
-#include "core/MediaClip.h"
+#include "core/bins/BinRules.h"
+#include "core/clips/MediaClip.h"
 
 using namespace larkspan;
 

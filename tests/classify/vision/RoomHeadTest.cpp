@@ -7,7 +7,7 @@
 
 #include "classify/vision/ObjectDetector.h"
 #include "classify/vision/SceneNetwork.h"
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "tests/support/TempFolder.h"
 
 using namespace larkspan;

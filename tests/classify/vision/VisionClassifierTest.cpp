@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <rapidcheck/gtest.h>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 
 using namespace larkspan;
 using namespace Qt::Literals::StringLiterals;

@@ -3,7 +3,7 @@
 #include <QtTest/QAbstractItemModelTester>
 #include <QtTest/QSignalSpy>
 
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "tests/screens/ModelFixture.h"
 
 using namespace larkspan;

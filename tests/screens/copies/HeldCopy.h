@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 namespace larkspan::test {
 

@@ -1,9 +1,9 @@
 // On a display: what a clip shows while it plays.
 #include <QtTest/QTest>
 
-#include "core/SortEngine.h"
+#include "core/engine/SortEngine.h"
 #include "screens/clips/ClipThumbnails.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 #include "tests/support/FfmpegMedia.h"
 #include "tests/support/Scene.h"
 

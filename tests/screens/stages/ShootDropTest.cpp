@@ -1,6 +1,6 @@
 #include "screens/stages/ShootDrop.h"
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;

@@ -1,7 +1,7 @@
 #include "screens/stages/ScanTickScheduler.h"
 #include "screens/stages/SortSounds.h"
 #include "sound/SoundEngine.h"
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;

@@ -1,7 +1,7 @@
 #include "screens/stages/StageTexts.h"
 
-#include "core/RoomLabel.h"
-#include "tests/core/SortEngineFixture.h"
+#include "core/bins/RoomLabel.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;

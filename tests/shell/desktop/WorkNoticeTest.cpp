@@ -1,6 +1,6 @@
 #include "shell/desktop/WorkNotice.h"
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 #include "tests/support/MockService.h"
 #include "tests/support/Unprivileged.h"
 

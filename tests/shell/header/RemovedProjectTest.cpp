@@ -1,7 +1,7 @@
 // The switcher's offer to put back a removed project, without a window.
 #include "shell/header/RemovedProject.h"
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;

@@ -5,7 +5,7 @@
 #include <QtTest/QAbstractItemModelTester>
 #include <QtTest/QSignalSpy>
 
-#include "core/FootageNames.h"
+#include "core/clips/FootageNames.h"
 #include "shell/panels/FolderEntries.h"
 #include "shell/panels/QuickPlaces.h"
 #include "shell/panels/TypedPath.h"

@@ -1,5 +1,5 @@
 // A sorted shoot: its bins, its clips, and those to look at.
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "tests/shell/pictures/ScreenPictures.h"
 
 using namespace larkspan;

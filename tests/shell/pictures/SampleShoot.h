@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/SortSeams.h"
+#include "core/engine/SortSeams.h"
 
 namespace larkspan::test {
 

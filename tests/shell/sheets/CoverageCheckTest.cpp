@@ -1,7 +1,7 @@
 // The state of the sheet "Check Coverage…", without a window.
 #include "shell/sheets/CoverageCheck.h"
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;

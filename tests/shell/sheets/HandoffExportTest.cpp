@@ -6,7 +6,7 @@
 
 #include <QtCore/QScopeGuard>
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 #include "tests/support/FfmpegMedia.h"
 #include "tests/support/Unprivileged.h"
 

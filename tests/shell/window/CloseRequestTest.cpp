@@ -1,7 +1,7 @@
 // The question about a running copy when the window is closed, without a window.
 #include "shell/window/CloseRequest.h"
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;

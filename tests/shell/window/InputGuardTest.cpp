@@ -1,5 +1,5 @@
 // Keys that are held and presses that come twice, by a real display's own repeating.
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "tests/shell/ShellWindow.h"
 
 using namespace larkspan;

@@ -1,5 +1,5 @@
 // A sorted shoot in the window: its bins, the clips to look at, and one clip large.
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "tests/shell/ShellWindow.h"
 
 using namespace larkspan;

@@ -1,5 +1,5 @@
 // Undoing and redoing in the window, by keys and by the menu.
-#include "core/RoomLabel.h"
+#include "core/bins/RoomLabel.h"
 #include "tests/shell/ShellWindow.h"
 
 using namespace larkspan;

@@ -1,7 +1,7 @@
 // The window's title, without a window.
 #include "shell/window/WindowTitle.h"
 
-#include "tests/core/SortEngineFixture.h"
+#include "tests/core/engine/SortEngineFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
