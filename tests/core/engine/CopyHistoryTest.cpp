@@ -254,13 +254,14 @@ TEST_F(CopyHistoryTest, AStartKeepsTheRecordsOf500ShootsAndOfAllWhileACopyIsUnfi
         (void)cacheFolder.write("Copies/" + std::to_string(i) + ".json");
     }
     auto parts = copyingSeams();
-    parts.copyJournal = cacheFolder / "Unfinished";
     const auto recordsAfterAStart = [&] {
         {
             const SortEngine engine(parts); // waits for its tasks as it goes
         }
         return std::distance(fs::directory_iterator(cacheFolder / "Copies"), fs::directory_iterator());
     };
+    EXPECT_EQ(recordsAfterAStart(), 502) << "without a journal nobody knows which copies are unfinished";
+    parts.copyJournal = cacheFolder / "Unfinished";
     auto underWay = CopyJournal(parts.copyJournal).begin({.name = u"CARD"_s, .folder = FileUrl(dated())});
     EXPECT_EQ(recordsAfterAStart(), 502);
     underWay.close();

@@ -72,6 +72,19 @@ TEST_F(ProjectsOnShowTest, TheNameOfAProjectIsAnnouncedWhenItsFolderIsSortedAgai
     ASSERT_TRUE(reaches(engine, StageKind::results));
 }
 
+TEST_F(ProjectsOnShowTest, ItsNameIsAnnouncedWhenItIsOpened)
+{
+    makeClips({"pool 1"});
+    SortEngine engine(seams());
+    sortIn(engine);
+    engine.renameProject(id, u"House"_s);
+    engine.reset();
+    std::vector<QString> names;
+    QObject::connect(&engine, &SortEngine::folderChanged, [&] { names.push_back(engine.displayName()); });
+    engine.openProject(id);
+    EXPECT_THAT(names, ElementsAre(u"House"_s));
+}
+
 TEST_F(ProjectsOnShowTest, PuttingBackAProjectThatNobodyDeletedAnnouncesNothing)
 {
     makeClips({"pool 1"});
