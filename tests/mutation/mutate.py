@@ -243,7 +243,7 @@ class Finder:
 
     def is_expression(self, i, end):
         """Whether tokens are a call or an assignment and no declaration, in which two names follow each other."""
-        if self.text(i) in ("++", "--", "throw", "delete", "co_await", "co_yield", "co_return"):
+        if self.text(i) in ("++", "--", "throw", "delete", "co_await", "co_yield", "co_return", "Q_EMIT"):
             return True
         called = False
         j = i
