@@ -272,7 +272,7 @@ def test_programs(build, file):
     folders = "|".join(map(re.escape, file.parent.parts))
     tests = json.loads(output_of(["ctest", "--test-dir", str(build), "-L", f"^({folders})$", "--show-only=json-v1"]))
     targets = output_of(["ninja", "-C", str(build), "-t", "targets", "all"])
-    names = [test["name"] for test in tests["tests"]]
+    names = sorted({re.sub(r"_\d+$", "", test["name"]) for test in tests["tests"]})  # of parted ones the whole
     return [name for name in names if re.search(rf"^{re.escape(name)}: ", targets, re.M)]
 
 
@@ -281,7 +281,7 @@ class TestProgram:
 
     def __init__(self, build, name, filter):
         self.build = build
-        tests = json.loads(output_of(["ctest", "--test-dir", str(build), "-R", f"^{name}$", "--show-only=json-v1"]))
+        tests = json.loads(output_of(["ctest", "--test-dir", str(build), "-R", f"^{name}(_1)?$", "--show-only=json-v1"]))
         [test] = tests["tests"]
         properties = {entry["name"]: entry["value"] for entry in test["properties"]}
         [self.path] = [part for part in test["command"] if part.endswith("/" + name)]
@@ -289,7 +289,8 @@ class TestProgram:
         self.command = test["command"]
         self.folder = properties["WORKING_DIRECTORY"]
         self.environment = dict(os.environ, GTEST_FAIL_FAST="1")
-        self.environment.update(variable.split("=", 1) for variable in properties.get("ENVIRONMENT", []))
+        self.environment.update(variable.split("=", 1) for variable in properties.get("ENVIRONMENT", [])
+                                if not variable.startswith(("GTEST_TOTAL_SHARDS=", "GTEST_SHARD_INDEX=")))
         options = self.environment.get("ASAN_OPTIONS", "")
         self.environment["ASAN_OPTIONS"] = f"{options}:hard_rss_limit_mb=4000"  # for what never stops growing
         self.filter = filter
