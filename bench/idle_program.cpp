@@ -1,7 +1,7 @@
-// idle_program PROGRAM [SECONDS]: what the started program costs while nobody touches it: its launcher, in boringMode
-// and out of it, past the intro and once it sleeps. "wakeUps" are the times that any of its threads was put on a
-// processor within so many seconds (60 if not said), and
-// "residentMegabytes" is the memory that it has at their end.
+// idle_program PROGRAM [SECONDS]: what the started program costs while nobody touches it: its launcher, past the intro
+// and once it sleeps; in boringMode, out of it, and out of it without OpenGL, whose driver has more or less memory by
+// the machine. "wakeUps" are the times that any of its threads was put on a processor within so many seconds (60 if not
+// said), and "residentMegabytes" is the memory that it has at their end.
 //
 // Without a display of its own: script/with-display build/release/bench/idle_program build/release/shell/larkspan
 #include <algorithm>
@@ -58,11 +58,12 @@ double residentMemory(qint64 process)
     return file.readAll().split(' ')[1].toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-QJsonObject measured(const QString &path, bool boring, std::chrono::seconds time)
+QJsonObject measured(const QString &path, std::string_view settings, const QMap<QString, QString> &variables,
+                     std::chrono::seconds time)
 {
     // Qt keeps some things for half a minute after their last use; they are gone by then.
     constexpr std::chrono::seconds settling(40);
-    StartedProgram program(path, boring ? "[General]\nlkBoringMode=true\n" : "");
+    StartedProgram program(path, settings, variables);
     if (!program.showsItsWindow() || !program.leavesItsIntro()) {
         giveUp("the program doesn't come up");
     }
@@ -98,7 +99,8 @@ int main(int argc, char **argv)
     }
     const QString path = QString::fromLocal8Bit(argv[1]);
     const QJsonObject report{{u"seconds"_s, static_cast<qint64>(time.count())},
-                             {u"boringMode"_s, measured(path, true, time)},
-                             {u"otherwise"_s, measured(path, false, time)}};
+                             {u"boringMode"_s, measured(path, "[General]\nlkBoringMode=true\n", {}, time)},
+                             {u"otherwise"_s, measured(path, "", {}, time)},
+                             {u"withoutOpenGL"_s, measured(path, "", {{u"QT_QUICK_BACKEND"_s, u"software"_s}}, time)}};
     std::cout << QJsonDocument(report).toJson().toStdString();
 }
