@@ -113,6 +113,7 @@ def wrongs(parent):
 
 class Program:
     def __init__(self, path, home, folder):
+        self.home = pathlib.Path(home)
         self.desktop = pyatspi.Registry.getDesktop(0)  # before the program, which joins the bus that it finds
         environment = dict(os.environ, HOME=str(home), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         for variable in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"):
@@ -259,7 +260,7 @@ def choose_folder(program, *folders):
     panel = program.find("dialog", "Choose the folder holding this shoot's raw clips.")
     program.inspect("the panel for a folder")
     program.press("list item", "Home", program.find("list", "Places", panel))
-    opened = "home"
+    opened = program.home.name
     for folder in folders:
         program.press("list item", folder, program.find("list", opened, panel))
         opened = folder
