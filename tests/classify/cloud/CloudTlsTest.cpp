@@ -52,16 +52,35 @@ protected:
         ASSERT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
     }
 
-    // names: what the certificate is for. days: how long it holds, from yesterday if negative.
-    HttpServer::Identity certified(const QString &names, int days = 2) const
+    // names: what the certificate is for.
+    HttpServer::Identity certified(const QString &names) const
+    {
+        askForCertificate(names);
+        openssl(u"x509 -req -in server.csr -CA ca.pem -CAkey ca.key -CAcreateserial -extfile names -out server.pem "
+                u"-days 2"_s);
+        return {folder / "server.pem", folder / "server.key"};
+    }
+
+    // Returns one that held for a day, years ago.
+    HttpServer::Identity expired(const QString &names) const
+    {
+        askForCertificate(names);
+        (void)folder.write("issued", "");
+        (void)folder.write("authority", "[ca]\ndefault_ca=it\n"
+                                        "[it]\ndatabase=issued\nnew_certs_dir=.\nrand_serial=yes\ndefault_md=sha256\n"
+                                        "policy=any\n"
+                                        "[any]\ncommonName=supplied\n");
+        openssl(u"ca -batch -notext -config authority -cert ca.pem -keyfile ca.key -in server.csr -extfile names "
+                u"-out server.pem -startdate 20200101000000Z -enddate 20200102000000Z"_s);
+        return {folder / "server.pem", folder / "server.key"};
+    }
+
+    // Leaves a key, and what an authority needs to certify it.
+    void askForCertificate(const QString &names) const
     {
         openssl(u"req -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -subj /CN=Server -keyout server.key "
                 u"-out server.csr"_s);
         (void)folder.write("names", "subjectAltName=" + names.toStdString());
-        openssl(
-            u"x509 -req -in server.csr -CA ca.pem -CAkey ca.key -CAcreateserial -extfile names -out server.pem -days "_s +
-            QString::number(days));
-        return {folder / "server.pem", folder / "server.key"};
     }
 
     HttpServer::Identity selfSigned() const
@@ -164,7 +183,7 @@ TEST_F(CloudTls, ACertificateForAnotherHostIsRefusedAndTheKeyIsNotSent)
 
 TEST_F(CloudTls, ACertificateThatHasRunOutIsRefusedAndTheKeyIsNotSent)
 {
-    const HttpServer server(pool, certified(u"IP:127.0.0.1"_s, -1));
+    const HttpServer server(pool, expired(u"IP:127.0.0.1"_s));
     EXPECT_THAT(failure(server, HttpClient({}, trusting())), testing::Optional(Not(u""_s)));
     EXPECT_THAT(server.requests(), IsEmpty());
 }
