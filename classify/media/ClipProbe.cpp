@@ -29,12 +29,14 @@ double durationOf(const AVFormatContext &format)
 {
     double seconds = static_cast<double>(format.duration) / AV_TIME_BASE;
     if (format.duration == AV_NOPTS_VALUE || format.duration <= 0) {
-        // A movie written in fragments has its lengths in its tracks.
+        // A movie written in fragments has its lengths in its tracks; newer FFmpeg leaves it at these for every movie.
         seconds = 0.0;
         for (unsigned i = 0; i < format.nb_streams; ++i) {
             const AVStream &stream = *format.streams[i];
             if (stream.duration != AV_NOPTS_VALUE) {
-                seconds = std::max(seconds, static_cast<double>(stream.duration) * av_q2d(stream.time_base));
+                // Not times a rounded tick: 60060 of 1/30000 would be 2.0020000000000002.
+                const AVRational tick = stream.time_base;
+                seconds = std::max(seconds, static_cast<double>(stream.duration) * tick.num / tick.den);
             }
         }
     }

@@ -108,6 +108,13 @@ TEST(ClipProbe, AMovieInFragmentsTellsTheSameAsAWholeOne)
     EXPECT_EQ(probed(file), (Probed{2.0, {160, 90}, {160, 90}, 512, 12800}));
 }
 
+TEST(ClipProbe, AMovieInFragmentsHasTheLengthOfItsTicksExactly)
+{
+    const auto &file = sharedMedia("ntsc.mp4", picture("160x90", "30000/1001", "2.002") + h264 +
+                                                   "-bf 0 -g 10 -movflags frag_keyframe+empty_moov");
+    EXPECT_EQ(probed(file), (Probed{2.002, {160, 90}, {160, 90}, 1001, 30000}));
+}
+
 TEST(ClipProbe, AContainerWithoutAnIndexGivesItsAverageRateInSixHundredths)
 {
     const auto &file = sharedMedia("stream.mts", picture("160x90", "30000/1001", "2") + h264 + "-f mpegts");
