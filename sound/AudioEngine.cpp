@@ -29,11 +29,14 @@ void dropMessage(const char * /*file*/, int /*line*/, const char * /*function*/,
                  ...)
 {}
 
-// A machine without sound is no error to report, but OpenAL and ALSA under it would fill the terminal with them.
+// A machine without sound is no error to report, but OpenAL, and PipeWire and ALSA under it, would fill the terminal
+// with them.
 void silenceLibraries()
 {
-    if (!qEnvironmentVariableIsSet("ALSOFT_LOGLEVEL")) {
-        qputenv("ALSOFT_LOGLEVEL", "0");
+    for (const char *level : {"ALSOFT_LOGLEVEL", "PIPEWIRE_DEBUG"}) {
+        if (!qEnvironmentVariableIsSet(level)) {
+            qputenv(level, "0");
+        }
     }
     using SetHandler = int (*)(decltype(&dropMessage));
     if (const auto setHandler =

@@ -23,6 +23,7 @@ QProcessEnvironment environmentWith(const Settings &settings)
 {
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("ALSOFT_LOGLEVEL"));
+    environment.remove(QStringLiteral("PIPEWIRE_DEBUG"));
     for (const auto &[name, value] : settings) {
         environment.insert(QString::fromLatin1(name), QString::fromStdString(value));
     }
@@ -178,11 +179,16 @@ TEST(AudioDevice, PlaysTheChimeAsItIsStored)
 
 TEST(AudioDevice, NoneLeavesAllCuesSilentWithoutAMessage)
 {
-    CuePlayer player({{"ALSOFT_DRIVERS", "alsa"}, {"ALSA_CONFIG_PATH", "/nonexistent"}});
-    for (const auto *command : {"chord", "tick", "chime", "chord", "chord", "tick"}) {
-        EXPECT_EQ(player.tell(command), 0) << command;
+    // Older OpenAL has no driver for PipeWire.
+    for (const Settings &settings :
+         {Settings{{"ALSOFT_DRIVERS", "alsa"}, {"ALSA_CONFIG_PATH", "/nonexistent"}},
+          Settings{{"ALSOFT_DRIVERS", "pipewire"}, {"PIPEWIRE_CONFIG_DIR", "/nonexistent"}}}) {
+        CuePlayer player(settings);
+        for (const auto *command : {"chord", "tick", "chime", "chord", "chord", "tick"}) {
+            EXPECT_EQ(player.tell(command), 0) << settings.front().second << ": " << command;
+        }
+        EXPECT_EQ(player.finish(), "");
     }
-    EXPECT_EQ(player.finish(), "");
 }
 
 TEST(AudioDevice, GoingAwaySilencesCuesUntilThereIsOneAgain)
