@@ -41,6 +41,16 @@ constexpr Option options[] = {
     {"force-window", "no"},
     {"osd-level", "0"},
     {"hwdec", "vaapi-copy"}, // others say on standard error that they are missing
+    // Drawn in one pass, as by the library's older versions: newer ones filter in seven by themselves, which takes
+    // longer than a frame lasts where there is no GPU.
+    {"scale", "bilinear"},
+    {"cscale", "bilinear"},
+    {"dscale", "bilinear"},
+    {"correct-downscaling", "no"},
+    {"linear-downscaling", "no"},
+    {"sigmoid-upscaling", "no"},
+    {"dither-depth", "no"},
+    {"hdr-compute-peak", "no"},
     {"ao", "pulse,alsa,null"},
     {"audio-client-name", "Larkspan"},
     {"keep-open", "yes"},
