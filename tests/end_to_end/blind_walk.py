@@ -41,7 +41,7 @@ def until(condition, what):
         if result:
             return result
         if time.monotonic() > deadline:
-            raise NotFound(what)
+            raise NotFound(what() if callable(what) else what)
         time.sleep(0.1)
 
 
@@ -194,7 +194,8 @@ def record(shoot):
     shoot.mkdir(parents=True)
     for minute, clip in enumerate(["clip 2.mp4", "clip 10.mov", "clip 11.mp4", "DJI_0001.MP4"]):
         subprocess.run(["ffmpeg", "-nostdin", "-loglevel", "error", "-f", "lavfi",
-                        "-i", "color=c=gray:s=320x180:r=25:d=2", "-c:v", "libx264", "-preset", "ultrafast",
+                        # so long that one still plays when it is looked at
+                        "-i", "color=c=gray:s=320x180:r=25:d=60", "-c:v", "libx264", "-preset", "ultrafast",
                         "-pix_fmt", "yuv420p", "-metadata", f"creation_time=2026-11-20T09:0{minute}:00Z",
                         str(shoot / clip)], check=True)
 

@@ -14,18 +14,28 @@ import pyatspi
 from blind_walk import PATIENCE, NotFound, Program, below, expect, outline, record, role_of, states, until
 
 PORTAL = "/usr/libexec/xdg-desktop-portal"
+DOCUMENTS = "org.freedesktop.portal.Documents"
 
 
 def xdotool(*arguments):
     subprocess.run(["xdotool", *arguments], check=True, timeout=60)
 
 
+def start_service(name, command, **settings):
+    process = subprocess.Popen(command, **settings)
+    subprocess.run(["gdbus", "wait", "--session", "--timeout", str(PATIENCE), name], check=True)
+    return process
+
+
 def start_portal():
+    """Its processes, to be ended in that order."""
+    # A stand-in for the file system that programs in a sandbox get their files by: newer portals ask for it first.
+    documents = start_service(DOCUMENTS, [sys.executable, "-m", "dbusmock", "--session", DOCUMENTS,
+                                          "/org/freedesktop/portal/documents", DOCUMENTS], stdout=subprocess.DEVNULL)
     # The portal picks its back end by the desktop's name.
-    portal = subprocess.Popen([PORTAL], env=dict(os.environ, XDG_CURRENT_DESKTOP="GNOME"))
-    subprocess.run(["gdbus", "wait", "--session", "--timeout", str(PATIENCE), "org.freedesktop.portal.Desktop"],
-                   check=True)
-    return portal
+    portal = start_service("org.freedesktop.portal.Desktop", [PORTAL],
+                           env=dict(os.environ, XDG_CURRENT_DESKTOP="GNOME"))
+    return portal, documents
 
 
 def find_panel(title):
@@ -121,8 +131,9 @@ def walk(path):
         finally:
             if program:
                 program.end()
-            portal.terminate()
-            portal.wait(PATIENCE)
+            for process in portal:
+                process.terminate()
+                process.wait(PATIENCE)
     return 0
 
 
