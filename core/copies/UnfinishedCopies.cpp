@@ -1,13 +1,11 @@
 #include "core/copies/UnfinishedCopies.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <utility>
 
-#include <QtCore/QStringList>
-
 #include "core/copies/CardFolder.h"
-#include "core/copies/CardNote.h"
 
 namespace larkspan {
 
@@ -129,13 +127,11 @@ std::vector<CopyJournal::Kept> UnfinishedCopies::leftBehind() const
     return all;
 }
 
-QString UnfinishedCopies::note() const
+std::vector<UnfinishedCopy> UnfinishedCopies::copies() const
 {
-    QStringList lines;
-    for (const CopyJournal::Kept &kept : m_copies) {
-        lines << unfinishedNote(kept.copy);
-    }
-    return lines.join(u'\n');
+    std::vector<UnfinishedCopy> all;
+    std::ranges::transform(m_copies, std::back_inserter(all), &CopyJournal::Kept::copy);
+    return all;
 }
 
 void UnfinishedCopies::dismiss()

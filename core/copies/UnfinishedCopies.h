@@ -9,7 +9,7 @@
 namespace larkspan {
 
 // The copies that ended before their last file. Finds out what each left out, marks the folder of a card's copy as
-// unfinished, and holds the note about them, over the end of the program, until the editor dismisses it.
+// unfinished, and keeps them, over the end of the program, until the editor dismisses them.
 class UnfinishedCopies
 {
 public:
@@ -35,8 +35,8 @@ public:
 
     // On the main thread.
     void add(const CopyJournal::Kept &copy) { m_copies.push_back(copy); }
-    // A copy a line; "" for none.
-    [[nodiscard]] QString note() const;
+    // In the order in which they were added.
+    [[nodiscard]] std::vector<UnfinishedCopy> copies() const;
     void dismiss();
 
 private:

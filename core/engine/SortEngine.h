@@ -26,6 +26,8 @@ namespace larkspan {
 
 class CopyHistory;
 struct SortSeams;
+struct UnfinishedCopy;
+struct UnreadableCard;
 
 // The current shoot: takes a folder, lists its video files, runs each through probing, sampling, classifying and the
 // bin rules a handful at a time, and holds the clips for the screens.
@@ -44,8 +46,6 @@ class SortEngine : public QObject
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(bool isCopying READ isCopying NOTIFY isCopyingChanged)
     Q_PROPERTY(larkspan::CopyHistory *copyHistory READ copyHistory CONSTANT)
-    Q_PROPERTY(QString cardNote READ cardNote NOTIFY cardNoteChanged)
-    Q_PROPERTY(QString unfinishedNote READ unfinishedNote NOTIFY unfinishedNoteChanged)
     Q_PROPERTY(bool hasFolder READ hasFolder NOTIFY folderChanged)
     Q_PROPERTY(QString folderName READ folderName NOTIFY folderChanged)
     Q_PROPERTY(QString displayName READ displayName NOTIFY folderChanged)
@@ -155,13 +155,13 @@ public:
     bool isCopying() const { return m_copies > 0; }
     // The copies of the shoot on show. Lives as long as the engine.
     CopyHistory *copyHistory();
-    // The folders of imported cards that couldn't be read, a card a line; "" for none. Stays until it is dismissed.
-    QString cardNote() const;
-    Q_INVOKABLE void dismissCardNote();
-    // The copies that ended before their last file and what each left out, a copy a line; "" for none. A card's folder
-    // is then "… (unfinished)". Stays, over the end of the program too, until it is dismissed.
-    QString unfinishedNote() const;
-    Q_INVOKABLE void dismissUnfinishedNote();
+    // The imported cards of which folders couldn't be read, in the order of the imports. Stay until they are dismissed.
+    const std::vector<UnreadableCard> &unreadableCards() const;
+    Q_INVOKABLE void dismissUnreadableCards();
+    // The copies that ended before their last file, in the order in which they became known. A card's folder is
+    // then "… (unfinished)". Stay, over the end of the program too, until they are dismissed.
+    std::vector<UnfinishedCopy> unfinishedCopies() const;
+    Q_INVOKABLE void dismissUnfinishedCopies();
     const std::optional<FileUrl> &folder() const { return m_folder; }
     bool hasFolder() const { return m_folder.has_value(); }
     QString folderName() const;
@@ -225,8 +225,8 @@ Q_SIGNALS:
     void editsChanged(); // editToUndo(), editToRedo()
     void progressChanged();
     void isCopyingChanged();
-    void cardNoteChanged();
-    void unfinishedNoteChanged();
+    void unreadableCardsChanged();
+    void unfinishedCopiesChanged();
     void folderChanged();
     void selectedBinChanged();
     void previewClipChanged();

@@ -71,25 +71,25 @@ void SortEngine::Copies::showReport(const FileUrl &shoot)
     });
 }
 
-void SortEngine::Copies::dismissUnfinishedNote()
+void SortEngine::Copies::addUnreadable(const UnreadableCard &card)
 {
-    if (!unfinishedNote().isEmpty()) {
-        m_unfinished.dismiss();
-        Q_EMIT m_engine.unfinishedNoteChanged();
+    m_unreadable.push_back(card);
+    Q_EMIT m_engine.unreadableCardsChanged();
+}
+
+void SortEngine::Copies::dismissUnreadable()
+{
+    if (!m_unreadable.empty()) {
+        m_unreadable.clear();
+        Q_EMIT m_engine.unreadableCardsChanged();
     }
 }
 
-void SortEngine::Copies::addCardNote(const QString &note)
+void SortEngine::Copies::dismissUnfinished()
 {
-    m_cardNote += m_cardNote.isEmpty() ? note : u'\n' + note;
-    Q_EMIT m_engine.cardNoteChanged();
-}
-
-void SortEngine::Copies::dismissCardNote()
-{
-    if (!m_cardNote.isEmpty()) {
-        m_cardNote.clear();
-        Q_EMIT m_engine.cardNoteChanged();
+    if (!unfinished().empty()) {
+        m_unfinished.dismiss();
+        Q_EMIT m_engine.unfinishedCopiesChanged();
     }
 }
 
@@ -191,7 +191,7 @@ void SortEngine::Copies::post(CopyJournal::Kept copy)
 void SortEngine::Copies::add(const CopyJournal::Kept &copy)
 {
     m_unfinished.add(copy);
-    Q_EMIT m_engine.unfinishedNoteChanged();
+    Q_EMIT m_engine.unfinishedCopiesChanged();
 }
 
 } // namespace larkspan

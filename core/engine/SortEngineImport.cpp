@@ -3,7 +3,6 @@
 #include <iterator>
 #include <set>
 
-#include "core/copies/CardNote.h"
 #include "core/engine/SortEngineParts.h"
 
 namespace larkspan {
@@ -54,8 +53,8 @@ bool SortEngine::CardImport::copy(const TaskRunner::Run &run, const Card &card, 
 void SortEngine::CardImport::tellOfUnreadable(const TaskRunner::Run &run, const Card &card, const CardListing &listing)
 {
     if (!listing.unreadable.empty()) {
-        m_parts.tasks.land(run, [this, note = unreadableNote(card.source, card.volumeName, listing.unreadable)] {
-            m_parts.copies.addCardNote(note);
+        m_parts.tasks.land(run, [this, unreadable = UnreadableCard{card.source, card.volumeName, listing.unreadable}] {
+            m_parts.copies.addUnreadable(unreadable);
         });
     }
 }

@@ -14,6 +14,7 @@
 #include "core/copies/CopyHistory.h"
 #include "core/copies/CopyJournal.h"
 #include "core/copies/UnfinishedCopies.h"
+#include "core/copies/UnreadableCard.h"
 #include "core/engine/SortEngine.h"
 #include "core/engine/SortSeams.h"
 
@@ -48,7 +49,7 @@ private:
     Parts &m_parts;
 };
 
-// Counts the copies under way, shows their progress, keeps their records, and holds the notes about what they lack.
+// Counts the copies under way, shows their progress, keeps their records, and holds those that lack something.
 class SortEngine::Copies
 {
 public:
@@ -78,12 +79,12 @@ public:
     // On a thread, writes the report, named after the shoot's folder, beside the copies of the last run, or into
     // Documents where that can't be; then opens it. Nothing without records, or while one is being written.
     void showReport(const FileUrl &shoot);
-    const QString &cardNote() const { return m_cardNote; }
-    void addCardNote(const QString &note);
-    void dismissCardNote();
-    QString unfinishedNote() const { return m_unfinished.note(); }
-    void dismissUnfinishedNote();
-    // On a thread, adds the copies that earlier runs of the program left behind to the note, and prunes their log.
+    const std::vector<UnreadableCard> &unreadable() const { return m_unreadable; }
+    void addUnreadable(const UnreadableCard &card);
+    void dismissUnreadable();
+    std::vector<UnfinishedCopy> unfinished() const { return m_unfinished.copies(); }
+    void dismissUnfinished();
+    // On a thread, adds the copies that earlier runs of the program left unfinished, and prunes their log.
     void lookAtEarlierRuns();
 
     // On the task's thread.
@@ -112,7 +113,7 @@ private:
     CopyHistory m_history;
     bool m_isReporting = false;
     int m_shownShoots = 0; // so far; records read for an earlier one are dropped
-    QString m_cardNote;
+    std::vector<UnreadableCard> m_unreadable;
     UnfinishedCopies m_unfinished;
 };
 

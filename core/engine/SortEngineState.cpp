@@ -30,24 +30,24 @@ CopyHistory *SortEngine::copyHistory()
     return &m_parts->copies.history();
 }
 
-QString SortEngine::cardNote() const
+const std::vector<UnreadableCard> &SortEngine::unreadableCards() const
 {
-    return m_parts->copies.cardNote();
+    return m_parts->copies.unreadable();
 }
 
-void SortEngine::dismissCardNote()
+void SortEngine::dismissUnreadableCards()
 {
-    m_parts->copies.dismissCardNote();
+    m_parts->copies.dismissUnreadable();
 }
 
-QString SortEngine::unfinishedNote() const
+std::vector<UnfinishedCopy> SortEngine::unfinishedCopies() const
 {
-    return m_parts->copies.unfinishedNote();
+    return m_parts->copies.unfinished();
 }
 
-void SortEngine::dismissUnfinishedNote()
+void SortEngine::dismissUnfinishedCopies()
 {
-    m_parts->copies.dismissUnfinishedNote();
+    m_parts->copies.dismissUnfinished();
 }
 
 void SortEngine::setStage(Stage stage)

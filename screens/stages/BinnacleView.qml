@@ -39,6 +39,12 @@ FocusScope {
         engine: view.engine
     }
 
+    CopyNotes {
+        id: notes
+
+        engine: view.engine
+    }
+
     Loader {
         id: headerRow
 
@@ -68,40 +74,40 @@ FocusScope {
     }
 
     ProblemBanner {
-        id: cardNote
+        id: unreadable
 
         anchors.top: problem.bottom
         anchors.topMargin: visible && problem.visible ? 6 : 0
         anchors.left: parent.left
         anchors.right: parent.right
-        message: view.engine.cardNote
+        message: notes.unreadable
         dismissible: true
         onDismissed: {
             // The button goes, and focus with it.
             middle.forceActiveFocus(Qt.OtherFocusReason);
-            view.engine.dismissCardNote();
+            view.engine.dismissUnreadableCards();
         }
     }
 
     ProblemBanner {
-        id: unfinishedNote
+        id: unfinished
 
-        anchors.top: cardNote.bottom
-        anchors.topMargin: visible && (problem.visible || cardNote.visible) ? 6 : 0
+        anchors.top: unreadable.bottom
+        anchors.topMargin: visible && (problem.visible || unreadable.visible) ? 6 : 0
         anchors.left: parent.left
         anchors.right: parent.right
-        message: view.engine.unfinishedNote
+        message: notes.unfinished
         dismissible: true
         onDismissed: {
             middle.forceActiveFocus(Qt.OtherFocusReason);
-            view.engine.dismissUnfinishedNote();
+            view.engine.dismissUnfinishedCopies();
         }
     }
 
     Loader {
         id: middle
 
-        anchors.top: unfinishedNote.bottom
+        anchors.top: unfinished.bottom
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: footer.top

@@ -28,6 +28,7 @@ WorkNotice::WorkNotice(SortEngine &engine, std::function<bool()> isInFront, std:
     , m_longWork(longWork)
     , m_bus(std::move(bus))
 {
+    m_notes.setEngine(&m_engine);
     connect(&m_engine, &SortEngine::stageChanged, this, &WorkNotice::followStage);
     m_bus.connect(service, path, service, u"ActionInvoked"_s, this, SLOT(actionInvoked(uint, QString)));
 }
@@ -54,16 +55,16 @@ void WorkNotice::followStage()
     }
     switch (stage.kind) {
     case Kind::results:
-        tell(tr("%1 is sorted").arg(m_engine.displayName()), withCardNote(tr("%1 clips · %2 bins · %3 to review")
-                                                                              .arg(m_engine.clipCount())
-                                                                              .arg(m_engine.binCount())
-                                                                              .arg(m_engine.reviewCount())));
+        tell(tr("%1 is sorted").arg(m_engine.displayName()), withNote(tr("%1 clips · %2 bins · %3 to review")
+                                                                          .arg(m_engine.clipCount())
+                                                                          .arg(m_engine.binCount())
+                                                                          .arg(m_engine.reviewCount())));
         break;
     case Kind::done:
         tell(tr("%1 · event created").arg(m_engine.displayName()), m_engine.eventPath());
         break;
     case Kind::emptyFolder:
-        tell(tr("No video files found in %1").arg(stage.text), withCardNote(QString()));
+        tell(tr("No video files found in %1").arg(stage.text), withNote(QString()));
         break;
     case Kind::failed:
         tell(tr("Couldn't write the event"), stage.text);
@@ -73,9 +74,9 @@ void WorkNotice::followStage()
     }
 }
 
-QString WorkNotice::withCardNote(const QString &text) const
+QString WorkNotice::withNote(const QString &text) const
 {
-    const QString note = m_engine.cardNote();
+    const QString note = m_notes.unreadable();
     return text.isEmpty() || note.isEmpty() ? text + note : text + u'\n' + note;
 }
 

@@ -8,6 +8,7 @@
 #include <QtDBus/QDBusConnection>
 
 #include "core/engine/SortEngine.h"
+#include "screens/copies/CopyNotes.h"
 
 namespace larkspan {
 
@@ -33,9 +34,10 @@ private:
     void followStage();
     void tell(const QString &summary, const QString &body);
     // Adds the warning about the card, if there is one, to what is told.
-    QString withCardNote(const QString &text) const;
+    QString withNote(const QString &text) const;
 
     SortEngine &m_engine;
+    CopyNotes m_notes;
     const std::function<bool()> m_isInFront;
     const std::chrono::milliseconds m_longWork;
     QDBusConnection m_bus;

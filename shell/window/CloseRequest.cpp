@@ -1,5 +1,7 @@
 #include "shell/window/CloseRequest.h"
 
+#include "core/copies/UnreadableCard.h"
+
 namespace larkspan {
 
 void CloseRequest::follow(SortEngine &engine)
@@ -91,7 +93,7 @@ void CloseRequest::followCopy()
     const bool wasAnswered = m_state != State::Asking;
     enter(State::Idle);
     // A copy that failed, or that lacks clips, is first read about.
-    if (wasAnswered && m_engine->stage().kind != SortEngine::StageKind::failed && m_engine->cardNote().isEmpty()) {
+    if (wasAnswered && m_engine->stage().kind != SortEngine::StageKind::failed && m_engine->unreadableCards().empty()) {
         Q_EMIT closeDue();
     }
 }

@@ -5,6 +5,7 @@
 #include <QtCore/QDate>
 #include <unistd.h>
 
+#include "core/copies/UnreadableCard.h"
 #include "output/MediaImporter.h"
 #include "tests/core/engine/SortEngineFixture.h"
 #include "tests/output/Footage.h"
@@ -170,8 +171,9 @@ TEST_F(CardImportMountsTest, OfACardThatDeliversOnlySomeOfItsFoldersTheseAreImpo
     ASSERT_TRUE(reaches(engine, StageKind::results)) << engine.stage().text.toStdString();
     EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"kitchen 1"_s));
     EXPECT_THAT(namesBeneath(dated("CARD")), ElementsAre("kitchen 1.mov"));
-    EXPECT_EQ(engine.cardNote(),
-              u"Clips may be missing: “DCIM/101MEDIA” on CARD couldn't be read. Don't erase the card."_s);
+    const UnreadableCard unreadable{
+        .place = FileUrl(card.path()), .name = u"CARD"_s, .folders = {FileUrl(card.path() / "DCIM/101MEDIA")}};
+    EXPECT_THAT(engine.unreadableCards(), ElementsAre(unreadable));
 }
 
 TEST_F(CardImportMountsTest, AFullShootsFolderIsSaidBeforeAnythingIsCopied)

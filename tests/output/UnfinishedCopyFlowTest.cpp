@@ -1,7 +1,9 @@
-// Copies that something else ends early, with the real importer: what becomes of the folder, and what is said.
+// Copies that something else ends early, with the real importer: what becomes of the folder, and what is told.
 #include <gmock/gmock.h>
 #include <QtCore/QDate>
 
+#include "core/copies/UnfinishedCopy.h"
+#include "core/copies/UnreadableCard.h"
 #include "output/MediaImporter.h"
 #include "output/PlacesInBin.h"
 #include "tests/core/engine/SortEngineFixture.h"
@@ -112,20 +114,34 @@ protected:
         return name + " — " + QDate::currentDate().toString(Qt::ISODate).toStdString();
     }
 
-    QString cardNoteOf(const fs::path &name) const
+    using Told = std::vector<UnfinishedCopy>;
+
+    // A stopped copy of the first card's files into this folder, as it is told; it left these out.
+    Told stopped(CopyKind kind, const QString &name, const fs::path &into, const std::vector<std::string> &files) const
     {
-        return u"The copy of FIRST was stopped: “pool 3.mov” isn't in “%1”. Don't erase the card."_s.arg(
-            QString::fromStdString(name.native()));
+        UnfinishedCopy copy{.kind = kind, .name = name, .folder = FileUrl(into), .end = UnfinishedCopy::End::stopped};
+        for (const std::string &file : files) {
+            copy.files.push_back({FileUrl(folder / "FIRST/DCIM" / file), {}});
+        }
+        return {copy};
+    }
+    Told stoppedCard(const fs::path &name, const std::vector<std::string> &files = {"pool 3.mov"}) const
+    {
+        return stopped(CopyKind::card, u"FIRST"_s, shoots / name, files);
+    }
+    Told stoppedExport(CopyKind kind, const std::vector<std::string> &files = {"pool 3.mov"}) const
+    {
+        return stopped(kind, u"DCIM"_s, folder / "FIRST/DCIM", files);
     }
 
     std::vector<std::string> namesInShoots(const fs::path &name) const { return namesBeneath(shoots / name); }
 
-    // The note of a program that is started now.
-    QString nextNote()
+    // Returns the copies of which a program tells that is started now.
+    Told toldNext()
     {
         SortEngine next(copyingSeams());
-        EXPECT_TRUE(waitUntil([&] { return !next.unfinishedNote().isEmpty(); }));
-        return next.unfinishedNote();
+        EXPECT_TRUE(waitUntil([&] { return !next.unfinishedCopies().empty(); }));
+        return next.unfinishedCopies();
     }
 
     // Lets the file in work go on once its copy is told to stop, and not before.
@@ -153,15 +169,15 @@ TEST_F(UnfinishedCopyFlowTest, ASecondCardMarksTheFirstsFolderAfterTheFileInWork
     const auto engine = importingEngine();
     engine->importCard(FileUrl(folder / "SECOND"), u"SECOND"_s);
     EXPECT_TRUE(fs::exists(shoots / whole)) << "a file is still on its way into it";
-    EXPECT_EQ(engine->unfinishedNote(), QString());
+    EXPECT_THAT(engine->unfinishedCopies(), IsEmpty());
     ASSERT_TRUE(ends(*engine));
     EXPECT_FALSE(fs::exists(shoots / whole));
     EXPECT_THAT(namesInShoots(marked), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
-    EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(marked));
+    EXPECT_EQ(engine->unfinishedCopies(), stoppedCard(marked));
     ASSERT_TRUE(reaches(*engine, StageKind::results)) << "of the second";
     EXPECT_THAT(namesInShoots(dated("SECOND")), ElementsAre("kitchen 1.mov", "kitchen 2.mov", "pool 3.mov"));
-    EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(marked));
-    EXPECT_EQ(engine->cardNote(), QString());
+    EXPECT_EQ(engine->unfinishedCopies(), stoppedCard(marked));
+    EXPECT_TRUE(engine->unreadableCards().empty());
 }
 
 TEST_F(UnfinishedCopyFlowTest, TheRecordOfAStoppedCopyIsTheMarkedFolders)
@@ -202,12 +218,12 @@ TEST_F(UnfinishedCopyFlowTest, AnotherSortAnOpenedProjectAndQuittingMarkItToo)
         next(*engine);
         ASSERT_TRUE(ends(*engine));
         const fs::path name = made == 0 ? marked : fs::path(marked.native() + " (" + std::to_string(made + 1) + ")");
-        EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(name));
+        EXPECT_EQ(engine->unfinishedCopies(), stoppedCard(name));
         EXPECT_THAT(namesInShoots(name), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
         EXPECT_FALSE(fs::exists(shoots / whole));
         ++made;
         EXPECT_TRUE(waitUntil([&] { return engine->stage().kind != StageKind::working; }));
-        engine->dismissUnfinishedNote();
+        engine->dismissUnfinishedCopies();
     }
 }
 
@@ -217,7 +233,7 @@ TEST_F(UnfinishedCopyFlowTest, CancellingKeepsTheFoldersNameAndSaysWhatIsNotInIt
     engine->reset();
     ASSERT_TRUE(ends(*engine));
     EXPECT_THAT(namesInShoots(whole), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
-    EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(whole));
+    EXPECT_EQ(engine->unfinishedCopies(), stoppedCard(whole));
     EXPECT_EQ(engine->stage(), SortEngine::Stage{});
 }
 
@@ -229,10 +245,10 @@ TEST_F(UnfinishedCopyFlowTest, AFolderThatIsSortedBeforeItsCopyHasEndedKeepsItsN
         const auto engine = importingEngine(again);
         engine->sortFolder(FileUrl(sorted));
         ASSERT_TRUE(ends(*engine));
-        EXPECT_EQ(engine->unfinishedNote(), cardNoteOf(whole)) << sorted;
+        EXPECT_EQ(engine->unfinishedCopies(), stoppedCard(whole)) << sorted;
         EXPECT_TRUE(fs::exists(shoots / whole));
         ASSERT_TRUE(reaches(*engine, StageKind::results));
-        engine->dismissUnfinishedNote();
+        engine->dismissUnfinishedCopies();
     }
 }
 
@@ -243,7 +259,7 @@ TEST_F(UnfinishedCopyFlowTest, ACopyThatHadItsLastFileIsCompleteAlthoughItWasSto
     engine->sortFolder(FileUrl(folder / "plain"));
     ASSERT_TRUE(ends(*engine));
     EXPECT_THAT(namesInShoots(whole), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
-    EXPECT_EQ(engine->unfinishedNote(), QString());
+    EXPECT_THAT(engine->unfinishedCopies(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(journal));
 }
 
@@ -254,10 +270,7 @@ TEST_F(UnfinishedCopyFlowTest, AFailureAfterTheStopIsNoReasonToSayNothing)
     engine->importCard(FileUrl(folder / "SECOND"), u"SECOND"_s);
     ASSERT_TRUE(ends(*engine));
     EXPECT_THAT(namesInShoots(marked), ElementsAre("kitchen 1.mov"));
-    EXPECT_EQ(
-        engine->unfinishedNote(),
-        u"The copy of FIRST was stopped: “kitchen 2.mov” and “pool 3.mov” aren't in “%1”. Don't erase the card."_s.arg(
-            QString::fromStdString(marked.native())));
+    EXPECT_EQ(engine->unfinishedCopies(), stoppedCard(marked, {"kitchen 2.mov", "pool 3.mov"}));
     ASSERT_TRUE(reaches(*engine, StageKind::results));
 }
 
@@ -268,15 +281,15 @@ TEST_F(UnfinishedCopyFlowTest, AnEngineThatGoesMarksTheFolderAndTheNextOneSaysWh
         const auto engine = importingEngine(); // waits, as it goes, for the file in work
     }
     EXPECT_THAT(namesInShoots(marked), ElementsAre("kitchen 1.mov", "kitchen 2.mov"));
-    EXPECT_EQ(nextNote(), cardNoteOf(marked));
+    EXPECT_EQ(toldNext(), stoppedCard(marked));
     SortEngine engine(copyingSeams());
-    ASSERT_TRUE(waitUntil([&] { return !engine.unfinishedNote().isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !engine.unfinishedCopies().empty(); }));
     EXPECT_EQ(engine.stage(), SortEngine::Stage{});
     int changes = 0;
-    QObject::connect(&engine, &SortEngine::unfinishedNoteChanged, &engine, [&] { ++changes; });
-    engine.dismissUnfinishedNote();
-    engine.dismissUnfinishedNote();
-    EXPECT_EQ(engine.unfinishedNote(), QString());
+    QObject::connect(&engine, &SortEngine::unfinishedCopiesChanged, &engine, [&] { ++changes; });
+    engine.dismissUnfinishedCopies();
+    engine.dismissUnfinishedCopies();
+    EXPECT_THAT(engine.unfinishedCopies(), IsEmpty());
     EXPECT_EQ(changes, 1);
     EXPECT_TRUE(fs::is_empty(journal));
 }
@@ -290,7 +303,7 @@ TEST_F(UnfinishedCopyFlowTest, ACompleteImportAndACompleteExportLeaveNothingToSa
     engine->exportEvent();
     ASSERT_TRUE(reaches(*engine, StageKind::done)) << engine->stage().text.toStdString();
     EXPECT_TRUE(waitUntil([&] { return fs::is_empty(journal); }));
-    EXPECT_EQ(engine->unfinishedNote(), QString());
+    EXPECT_THAT(engine->unfinishedCopies(), IsEmpty());
 }
 
 TEST_F(UnfinishedCopyFlowTest, AFailedImportIsShownAndNotToldAgain)
@@ -300,7 +313,7 @@ TEST_F(UnfinishedCopyFlowTest, AFailedImportIsShownAndNotToldAgain)
     gate.open();
     ASSERT_TRUE(reaches(*engine, StageKind::failed));
     EXPECT_TRUE(fs::exists(shoots / whole));
-    EXPECT_EQ(engine->unfinishedNote(), QString());
+    EXPECT_THAT(engine->unfinishedCopies(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(journal));
 }
 
@@ -311,10 +324,9 @@ TEST_F(UnfinishedCopyFlowTest, AnExportThatIsEndedEarlySaysWhatItLeftOut)
     EXPECT_EQ(engine->stage().kind, StageKind::organizing);
     engine->sortFolder(FileUrl(folder / "plain"));
     ASSERT_TRUE(ends(*engine));
-    EXPECT_EQ(engine->unfinishedNote(), u"The copy of DCIM into folders was stopped: “pool 3.mov” wasn't copied. Your "
-                                        u"originals are untouched."_s);
+    EXPECT_EQ(engine->unfinishedCopies(), stoppedExport(CopyKind::copy));
     ASSERT_TRUE(reaches(*engine, StageKind::results));
-    EXPECT_EQ(nextNote(), engine->unfinishedNote());
+    EXPECT_EQ(toldNext(), engine->unfinishedCopies());
 }
 
 TEST_F(UnfinishedCopyFlowTest, AMoveThatIsEndedEarlySaysWhatIsStillWhereItWas)
@@ -322,8 +334,7 @@ TEST_F(UnfinishedCopyFlowTest, AMoveThatIsEndedEarlySaysWhatIsStillWhereItWas)
     const auto engine = exportingEngine(FileHandling::move);
     engine->reset();
     ASSERT_TRUE(ends(*engine));
-    EXPECT_EQ(engine->unfinishedNote(),
-              u"The move of DCIM into folders was stopped: “pool 3.mov” wasn't moved and is still where it was."_s);
+    EXPECT_EQ(engine->unfinishedCopies(), stoppedExport(CopyKind::move));
     EXPECT_TRUE(fs::exists(folder / "FIRST/DCIM/pool 3.mov"));
     EXPECT_FALSE(fs::exists(folder / "FIRST/DCIM/kitchen 1.mov"));
 }
@@ -334,9 +345,9 @@ TEST_F(UnfinishedCopyFlowTest, AMoveThatFailedAfterItsStopSaysThatNothingWasDele
     held.fails = true;
     engine->reset();
     ASSERT_TRUE(ends(*engine));
-    EXPECT_EQ(engine->unfinishedNote(),
-              u"The move of DCIM into folders was stopped: 1 file didn't copy cleanly (kitchen "
-              u"2.mov) — nothing was deleted from the source."_s);
+    Told told = stoppedExport(CopyKind::move, {"kitchen 1.mov", "kitchen 2.mov", "pool 3.mov"});
+    told[0].failure = u"1 file didn't copy cleanly (kitchen 2.mov) — nothing was deleted from the source."_s;
+    EXPECT_EQ(engine->unfinishedCopies(), told);
     EXPECT_TRUE(fs::exists(folder / "FIRST/DCIM/kitchen 1.mov"));
 }
 
@@ -346,7 +357,7 @@ TEST_F(UnfinishedCopyFlowTest, AnExportThatIsStoppedBehindItsLastClipIsComplete)
     const auto engine = exportingEngine(FileHandling::copy);
     engine->reset();
     ASSERT_TRUE(ends(*engine));
-    EXPECT_EQ(engine->unfinishedNote(), QString());
+    EXPECT_THAT(engine->unfinishedCopies(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(journal));
 }
 
@@ -356,6 +367,5 @@ TEST_F(UnfinishedCopyFlowTest, AnEngineThatGoesDuringAnExportLeavesItToTheNextOn
         isReleasedOnStop = true;
         const auto engine = exportingEngine(FileHandling::copy);
     }
-    EXPECT_EQ(nextNote(), u"The copy of DCIM into folders was stopped: “pool 3.mov” wasn't copied. Your originals are "
-                          u"untouched."_s);
+    EXPECT_EQ(toldNext(), stoppedExport(CopyKind::copy));
 }

@@ -1,8 +1,7 @@
-// Copies that ended before their last file: what is kept of them, and what is said.
+// Copies that ended before their last file, and what is kept of them.
 #include <gmock/gmock.h>
 
 #include "core/copies/CardFolder.h"
-#include "core/copies/CardNote.h"
 #include "core/copies/UnfinishedCopies.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Unprivileged.h"
@@ -19,18 +18,6 @@ namespace fs = std::filesystem;
 using LeftEnd = UnfinishedCopy::End;
 
 namespace {
-
-UnfinishedCopy stoppedCopy(CopyKind kind, std::initializer_list<const char *> files)
-{
-    UnfinishedCopy copy{.kind = kind,
-                        .name = u"CARD"_s,
-                        .folder = FileUrl("/Shoots/CARD — 2026-05-04 (unfinished)"),
-                        .end = LeftEnd::stopped};
-    for (const char *const file : files) {
-        copy.files.push_back({FileUrl(file), {}});
-    }
-    return copy;
-}
 
 std::vector<fs::path> entriesOf(const fs::path &folder)
 {
@@ -65,6 +52,7 @@ protected:
 
     UnfinishedCopies copies() const { return {CopyJournal(journal), placesOf}; }
 
+    // A copy of the card, of which these files count.
     UnfinishedCopy cardOf(const std::vector<std::string> &names) const
     {
         UnfinishedCopy copy{.name = u"CARD"_s, .folder = FileUrl(dated)};
@@ -74,19 +62,28 @@ protected:
         return copy;
     }
 
+    // The card's copy as it is told.
+    UnfinishedCopy leftOut(const std::vector<std::string> &names, LeftEnd end, const fs::path &place) const
+    {
+        UnfinishedCopy copy = cardOf(names);
+        copy.end = end;
+        copy.folder = FileUrl(place);
+        return copy;
+    }
+
     ClipFiles alone(const fs::path &name) const { return {FileUrl(card / name), {}}; }
 
     // Begins a copy of which nothing more is heard, as of a killed program.
     void dieDuring(const UnfinishedCopy &copy) const { (void)CopyJournal(journal).begin(copy); }
 
-    // The note of the next start, dismissed or not.
-    QString nextNote() const
+    // Returns the copies of which the next start tells.
+    std::vector<UnfinishedCopy> toldNext() const
     {
         auto next = copies();
         for (const auto &kept : next.leftBehind()) {
             next.add(kept);
         }
-        return next.note();
+        return next.copies();
     }
 
     const TempFolder folder;
@@ -98,67 +95,18 @@ protected:
 
 } // namespace
 
-TEST(UnfinishedNote, NamesUpToFiveFilesOfACardAndSaysNotToEraseIt)
-{
-    const auto note = [](std::initializer_list<const char *> files) {
-        return unfinishedNote(stoppedCopy(CopyKind::card, files));
-    };
-    EXPECT_EQ(note({"/card/a.mov"}),
-              u"The copy of CARD was stopped: “a.mov” isn't in “CARD — 2026-05-04 (unfinished)”. "
-              u"Don't erase the card."_s);
-    EXPECT_EQ(note({"/card/a.mov", "/card/DCIM/b.mov"}),
-              u"The copy of CARD was stopped: “a.mov” and “b.mov” aren't in “CARD — 2026-05-04 (unfinished)”. "
-              u"Don't erase the card."_s);
-    EXPECT_EQ(note({"1", "2", "3", "4", "5"}),
-              u"The copy of CARD was stopped: “1”, “2”, “3”, “4” and “5” aren't in “CARD — 2026-05-04 (unfinished)”. "
-              u"Don't erase the card."_s);
-    EXPECT_EQ(note({"1", "2", "3", "4", "5", "6"}),
-              u"The copy of CARD was stopped: “1”, “2”, “3”, “4”, “5” and 1 more aren't in “CARD — 2026-05-04 "
-              u"(unfinished)”. Don't erase the card."_s);
-    EXPECT_EQ(note({"1", "2", "3", "4", "5", "6", "7"}),
-              u"The copy of CARD was stopped: “1”, “2”, “3”, “4”, “5” and 2 more aren't in “CARD — 2026-05-04 "
-              u"(unfinished)”. Don't erase the card."_s);
-}
-
-TEST(UnfinishedNote, OfAnExportSaysWhereTheOriginalsAre)
-{
-    EXPECT_EQ(unfinishedNote(stoppedCopy(CopyKind::copy, {"/a.mov", "/b.mov"})),
-              u"The copy of CARD into folders was stopped: “a.mov” and “b.mov” weren't copied. Your originals are "
-              u"untouched."_s);
-    EXPECT_EQ(unfinishedNote(stoppedCopy(CopyKind::copy, {"/a.mov"})),
-              u"The copy of CARD into folders was stopped: “a.mov” wasn't copied. Your originals are untouched."_s);
-    EXPECT_EQ(unfinishedNote(stoppedCopy(CopyKind::move, {"/a.mov", "/b.mov"})),
-              u"The move of CARD into folders was stopped: “a.mov” and “b.mov” weren't moved and are still where they "
-              u"were."_s);
-    EXPECT_EQ(unfinishedNote(stoppedCopy(CopyKind::move, {"/a.mov"})),
-              u"The move of CARD into folders was stopped: “a.mov” wasn't moved and is still where it was."_s);
-}
-
-TEST(UnfinishedNote, AFailureInTheLastMomentIsGivenInItsOwnWords)
-{
-    UnfinishedCopy copy = stoppedCopy(CopyKind::move, {"/a.mov", "/b.mov"});
-    copy.failure = u"1 file didn't copy cleanly (a.mov) — nothing was deleted from the source."_s;
-    EXPECT_EQ(unfinishedNote(copy), u"The move of CARD into folders was stopped: 1 file didn't copy cleanly (a.mov) — "
-                                    u"nothing was deleted from the source."_s);
-}
-
-TEST(UnfinishedNote, AKilledCopyWasCutOff)
-{
-    UnfinishedCopy copy = stoppedCopy(CopyKind::card, {"/a.mov"});
-    copy.end = LeftEnd::cutOff;
-    EXPECT_EQ(unfinishedNote(copy), u"The copy of CARD was cut off: “a.mov” isn't in “CARD — 2026-05-04 (unfinished)”. "
-                                    u"Don't erase the card."_s);
-    copy.kind = CopyKind::move;
-    EXPECT_EQ(unfinishedNote(copy), u"The move of CARD into folders was cut off, and its event wasn't written. Open it "
-                                    u"from Projects and export it again."_s);
-}
-
 TEST(UnfinishedCopy, ComesBackFromItsTextAsItWas)
 {
-    UnfinishedCopy copy = stoppedCopy(CopyKind::move, {"/card/a.mov", "/card/K\xFC"
-                                                                      "che.mov"});
-    copy.failure = u"“no”"_s;
-    copy.files[0].sidecars = {{FileUrl("/card/GL01.LRV"), "GL", ".LRV"}, {FileUrl("/card/aM01.XML"), "", "M01.XML"}};
+    const std::vector<Sidecar> sidecars{{FileUrl("/card/GL01.LRV"), "GL", ".LRV"},
+                                        {FileUrl("/card/aM01.XML"), "", "M01.XML"}};
+    const FileUrl inLatin1("/card/K\xFC"
+                           "che.mov");
+    UnfinishedCopy copy{.kind = CopyKind::move,
+                        .name = u"CARD"_s,
+                        .folder = FileUrl("/Shoots/CARD — 2026-05-04 (unfinished)"),
+                        .files = {{FileUrl("/card/a.mov"), sidecars}, {inLatin1, {}}},
+                        .end = LeftEnd::stopped,
+                        .failure = u"“no”"_s};
     EXPECT_EQ(unfinishedCopyOf(jsonOf(copy)), copy);
     copy = {.folder = FileUrl("/Shoots")};
     EXPECT_EQ(unfinishedCopyOf(jsonOf(copy)), copy);
@@ -169,7 +117,7 @@ TEST(UnfinishedCopy, ComesBackFromItsTextAsItWas)
     }
 }
 
-TEST_F(UnfinishedCopiesTest, AStoppedCardIsMarkedAndTheFilesThatAreNotInItAreNamedUntilTheNoteIsDismissed)
+TEST_F(UnfinishedCopiesTest, AStoppedCardIsMarkedAndTheFilesThatAreNotInItAreToldUntilItIsDismissed)
 {
     (void)folder.write(dated / "a.mov", "a");
     const auto copy = cardOf({"a.mov", "b.mov", "c.mov"});
@@ -177,21 +125,19 @@ TEST_F(UnfinishedCopiesTest, AStoppedCardIsMarkedAndTheFilesThatAreNotInItAreNam
     auto entry = kept.journal().begin(copy);
     const auto stopped = kept.stopCard(entry, copy, UnfinishedCopies::FolderName::marked);
     ASSERT_TRUE(stopped);
-    EXPECT_EQ(stopped->copy.folder, FileUrl(marked));
-    EXPECT_THAT(stopped->copy.files, ElementsAre(alone("b.mov"), alone("c.mov")));
     EXPECT_THAT(entriesOf(marked), ElementsAre("a.mov"));
     EXPECT_FALSE(fs::exists(dated));
 
-    const QString note = u"The copy of CARD was stopped: “b.mov” and “c.mov” aren't in “CARD — 2026-05-04 "
-                         u"(unfinished)”. Don't erase the card."_s;
+    const UnfinishedCopy left = leftOut({"b.mov", "c.mov"}, LeftEnd::stopped, marked);
+    EXPECT_EQ(stopped->copy, left);
     kept.add(*stopped);
-    EXPECT_EQ(kept.note(), note);
-    EXPECT_EQ(nextNote(), note);
-    EXPECT_EQ(nextNote(), note) << "at every start";
+    EXPECT_THAT(kept.copies(), ElementsAre(left));
+    EXPECT_THAT(toldNext(), ElementsAre(left));
+    EXPECT_THAT(toldNext(), ElementsAre(left)) << "at every start";
     EXPECT_THAT(entriesOf(folder / "Shoots"), ElementsAre(marked.filename())) << "which rename nothing more";
     kept.dismiss();
-    EXPECT_EQ(kept.note(), QString());
-    EXPECT_EQ(nextNote(), QString());
+    EXPECT_THAT(kept.copies(), IsEmpty());
+    EXPECT_THAT(toldNext(), IsEmpty());
     EXPECT_THAT(entriesOf(journal), IsEmpty());
 }
 
@@ -206,7 +152,7 @@ TEST_F(UnfinishedCopiesTest, AStoppedCardOfWhichNothingIsMissingIsLeftAlone)
     EXPECT_THAT(entriesOf(journal), IsEmpty());
 }
 
-TEST_F(UnfinishedCopiesTest, AFolderWhoseNameIsToStayIsOnlyNamedInTheNote)
+TEST_F(UnfinishedCopiesTest, AFolderWhoseNameIsToStayIsOnlyTold)
 {
     const auto copy = cardOf({"a.mov"});
     const auto kept = copies();
@@ -252,11 +198,10 @@ TEST_F(UnfinishedCopiesTest, TheNextStartMarksTheFolderOfAKilledCopyAndTellsOfIt
     (void)folder.write(dated / "a.mov", "a");
     (void)folder.write(dated / ".larkspan-0123456789abcdef.partial", "half");
     dieDuring(cardOf({"a.mov", "b.mov"}));
-    const QString note = u"The copy of CARD was cut off: “b.mov” isn't in “CARD — 2026-05-04 (unfinished)”. Don't "
-                         u"erase the card."_s;
-    EXPECT_EQ(nextNote(), note);
+    const UnfinishedCopy left = leftOut({"b.mov"}, LeftEnd::cutOff, marked);
+    EXPECT_THAT(toldNext(), ElementsAre(left));
     EXPECT_TRUE(fs::exists(marked));
-    EXPECT_EQ(nextNote(), note);
+    EXPECT_THAT(toldNext(), ElementsAre(left));
     EXPECT_THAT(entriesOf(folder / "Shoots"), ElementsAre(marked.filename()));
 }
 
@@ -264,7 +209,7 @@ TEST_F(UnfinishedCopiesTest, AKilledCopyThatHadItsLastFileIsComplete)
 {
     (void)folder.write(dated / "a.mov", "a");
     dieDuring(cardOf({"a.mov"}));
-    EXPECT_EQ(nextNote(), QString());
+    EXPECT_THAT(toldNext(), IsEmpty());
     EXPECT_TRUE(fs::exists(dated));
     EXPECT_THAT(entriesOf(journal), IsEmpty());
 }
@@ -273,11 +218,11 @@ TEST_F(UnfinishedCopiesTest, AKilledCopyIsForgottenWithItsFolderAndWaitsForADisk
 {
     dieDuring(cardOf({"a.mov"}));
     fs::rename(folder / "Shoots", folder / "out");
-    EXPECT_EQ(nextNote(), QString());
+    EXPECT_THAT(toldNext(), IsEmpty());
     EXPECT_THAT(entriesOf(journal), SizeIs(1));
     fs::rename(folder / "out", folder / "Shoots");
     fs::remove(dated);
-    EXPECT_EQ(nextNote(), QString());
+    EXPECT_THAT(toldNext(), IsEmpty());
     EXPECT_THAT(entriesOf(journal), IsEmpty());
 }
 
@@ -286,10 +231,9 @@ TEST_F(UnfinishedCopiesTest, AKilledExportIsTold)
     UnfinishedCopy copy = cardOf({"a.mov"});
     copy.kind = CopyKind::copy;
     dieDuring(copy);
-    const QString note = u"The copy of CARD into folders was cut off, and its event wasn't written. Open it from "
-                         u"Projects and export it again."_s;
-    EXPECT_EQ(nextNote(), note);
-    EXPECT_EQ(nextNote(), note);
+    copy.end = LeftEnd::cutOff;
+    EXPECT_THAT(toldNext(), ElementsAre(copy));
+    EXPECT_THAT(toldNext(), ElementsAre(copy));
     EXPECT_TRUE(fs::exists(dated));
 }
 
@@ -299,7 +243,9 @@ TEST_F(UnfinishedCopiesTest, AStoppedExportIsToldWithWhatItLeftOut)
     copy.kind = CopyKind::move;
     auto entry = CopyJournal(journal).begin(copy);
     ASSERT_TRUE(UnfinishedCopies::stopExport(entry, copy));
-    EXPECT_EQ(nextNote(), unfinishedNote(stoppedCopy(CopyKind::move, {"a.mov"})));
+    UnfinishedCopy left = copy;
+    left.end = LeftEnd::stopped;
+    EXPECT_THAT(toldNext(), ElementsAre(left));
     copy.files.clear();
     entry = CopyJournal(journal).begin(copy);
     EXPECT_FALSE(UnfinishedCopies::stopExport(entry, copy));
@@ -314,14 +260,14 @@ TEST_F(UnfinishedCopiesTest, CopiesAreToldInTheOrderInWhichTheyBegan)
         auto entry = CopyJournal(journal).begin(copy);
         ASSERT_TRUE(copies().stopCard(entry, copy, UnfinishedCopies::FolderName::kept));
     }
-    const QStringList lines = nextNote().split(u'\n');
-    ASSERT_THAT(lines, SizeIs(3));
-    EXPECT_TRUE(lines[0].startsWith(u"The copy of A "_s));
-    EXPECT_TRUE(lines[1].startsWith(u"The copy of B "_s));
-    EXPECT_TRUE(lines[2].startsWith(u"The copy of C "_s));
+    QStringList names;
+    for (const UnfinishedCopy &copy : toldNext()) {
+        names << copy.name;
+    }
+    EXPECT_EQ(names, QStringList({u"A"_s, u"B"_s, u"C"_s}));
 }
 
-TEST_F(UnfinishedCopiesTest, WithoutAJournalTheNoteLastsAsLongAsTheProgram)
+TEST_F(UnfinishedCopiesTest, WithoutAJournalACopyIsToldAsLongAsTheProgramRuns)
 {
     fs::permissions(folder.path(), fs::perms::all);
     fs::permissions(folder / "Shoots", fs::perms::all);
@@ -337,14 +283,14 @@ TEST_F(UnfinishedCopiesTest, WithoutAJournalTheNoteLastsAsLongAsTheProgram)
         const auto stopped = kept.stopCard(entry, copy, UnfinishedCopies::FolderName::marked);
         ASSERT_TRUE(stopped);
         kept.add(*stopped);
-        EXPECT_FALSE(kept.note().isEmpty());
+        EXPECT_THAT(kept.copies(), SizeIs(1));
         kept.dismiss();
         EXPECT_THAT(kept.leftBehind(), IsEmpty());
     }
     fs::permissions(folder / "locked", fs::perms::all);
 }
 
-TEST_F(UnfinishedCopiesTest, DismissingTheNoteForgetsEveryCopyInIt)
+TEST_F(UnfinishedCopiesTest, DismissingForgetsEveryCopy)
 {
     auto kept = copies();
     const auto copy = cardOf({"a.mov"});
@@ -365,8 +311,7 @@ TEST_F(UnfinishedCopiesTest, ADiskThatIsOutHidesNoOtherCopy)
     onDiskThatIsOut.folder = FileUrl(folder / "unplugged/Shoots/CARD");
     dieDuring(onDiskThatIsOut);
     dieDuring(cardOf({"b.mov"}));
-    EXPECT_EQ(nextNote(), u"The copy of CARD was cut off: “b.mov” isn't in “CARD — 2026-05-04 (unfinished)”. Don't "
-                          u"erase the card."_s);
+    EXPECT_THAT(toldNext(), ElementsAre(leftOut({"b.mov"}, LeftEnd::cutOff, marked)));
     EXPECT_THAT(entriesOf(journal), SizeIs(2));
 }
 

@@ -181,7 +181,7 @@ TEST_F(CopyHistoryTest, AStoppedImportThatHadItsLastFileIsRecordedUnderItsOwnFol
     engine.resetToQuit();
     copying.open();
     ASSERT_TRUE(waitUntil([&engine] { return !engine.isCopying(); }));
-    EXPECT_EQ(engine.unfinishedNote(), u""_s);
+    EXPECT_THAT(engine.unfinishedCopies(), IsEmpty());
     const auto records = log.load(projectID(FileUrl(dated())));
     ASSERT_THAT(records, SizeIs(1));
     EXPECT_EQ(records[0].destination, FileUrl(dated()));

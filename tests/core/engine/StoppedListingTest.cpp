@@ -1,22 +1,32 @@
 // A card's import that ends before its first file: something else begins, or the program is killed.
 #include <thread>
 
-#include "core/copies/CardNote.h"
 #include "core/copies/UnfinishedCopies.h"
 #include "tests/core/engine/CardImportFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::Field;
+using testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
 namespace {
 
-const QString nothingCopied =
-    u"The copy of CARD was stopped before its first file: nothing of it was copied. Don't erase the card."_s;
-const QString cutOffAtOnce =
-    u"The copy of CARD was cut off before its first file: nothing of it was copied. Don't erase the card."_s;
+using Told = std::vector<UnfinishedCopy>;
+
+// One card's copy that had no first file.
+testing::Matcher<const Told &> nothingCopied(UnfinishedCopy::End end)
+{
+    return ElementsAre(AllOf(Field(&UnfinishedCopy::kind, CopyKind::card), Field(&UnfinishedCopy::name, u"CARD"_s),
+                             Field(&UnfinishedCopy::end, end)));
+}
+
+const auto stoppedAtOnce = nothingCopied(UnfinishedCopy::End::notBegun);
+const auto cutOffAtOnce = nothingCopied(UnfinishedCopy::End::cutOffBeforeItBegan);
 
 class StoppedListingTest : public CardImportTest
 {
@@ -38,14 +48,14 @@ protected:
         return copy;
     }
 
-    // The note of the next start.
-    QString nextNote() const { return noteOf(copies()); }
-    static QString noteOf(UnfinishedCopies next)
+    // Returns the copies of which the next start tells.
+    Told toldNext() const { return toldBy(copies()); }
+    static Told toldBy(UnfinishedCopies next)
     {
         for (const auto &kept : next.leftBehind()) {
             next.add(kept);
         }
-        return next.note();
+        return next.copies();
     }
 
     // The journal as it would be left if the program were killed now: nobody holds the locks of a copied file.
@@ -94,10 +104,10 @@ protected:
             if (!waitUntil([&] { return !engine.isCopying(); })) {
                 return false;
             }
-            if (!isCopied && !engine.unfinishedNote().isEmpty()) {
+            if (!isCopied && !engine.unfinishedCopies().empty()) {
                 return true;
             }
-            engine.dismissUnfinishedNote();
+            engine.dismissUnfinishedCopies();
         }
         return false;
     }
@@ -140,20 +150,22 @@ protected:
 
 } // namespace
 
-TEST_F(StoppedListingTest, OfWhichClipsAreKnownIsToldAtEveryStartUntilTheNoteIsDismissed)
+TEST_F(StoppedListingTest, OfWhichClipsAreKnownIsToldAtEveryStartUntilItIsDismissed)
 {
     auto kept = copies();
     auto entry = CopyJournal(journal).begin(listedCard({}));
     const auto stopped = UnfinishedCopies::stopListing(entry, listedCard({"a.mov", "b.mov"}));
     ASSERT_TRUE(stopped);
-    EXPECT_EQ(unfinishedNote(stopped->copy), nothingCopied);
-    EXPECT_EQ(unfinishedCopyOf(jsonOf(stopped->copy)), stopped->copy);
-    EXPECT_EQ(nextNote(), nothingCopied);
-    EXPECT_EQ(nextNote(), nothingCopied);
+    UnfinishedCopy left = listedCard({"a.mov", "b.mov"});
+    left.end = UnfinishedCopy::End::notBegun;
+    EXPECT_EQ(stopped->copy, left);
+    EXPECT_EQ(unfinishedCopyOf(jsonOf(left)), left);
+    EXPECT_THAT(toldNext(), ElementsAre(left));
+    EXPECT_THAT(toldNext(), ElementsAre(left));
     kept.add(*stopped);
-    EXPECT_EQ(kept.note(), nothingCopied);
+    EXPECT_THAT(kept.copies(), ElementsAre(left));
     kept.dismiss();
-    EXPECT_EQ(nextNote(), QString());
+    EXPECT_THAT(toldNext(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(journal));
 }
 
@@ -161,18 +173,18 @@ TEST_F(StoppedListingTest, OfWhichNoClipIsKnownIsNotTold)
 {
     auto entry = CopyJournal(journal).begin(listedCard({}));
     EXPECT_FALSE(UnfinishedCopies::stopListing(entry, listedCard({})));
-    EXPECT_EQ(nextNote(), QString());
+    EXPECT_THAT(toldNext(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(journal));
 }
 
-TEST_F(StoppedListingTest, ThatWasCutOffIsToldAtEveryStartUntilTheNoteIsDismissedAlsoWhileTheDiskIsOut)
+TEST_F(StoppedListingTest, ThatWasCutOffIsToldAtEveryStartUntilItIsDismissedAlsoWhileTheDiskIsOut)
 {
     fs::create_directory(shoots().path());
     (void)CopyJournal(journal).begin(listedCard({})); // and nothing more is heard of it
-    EXPECT_EQ(nextNote(), cutOffAtOnce);
-    EXPECT_EQ(nextNote(), cutOffAtOnce);
+    EXPECT_THAT(toldNext(), cutOffAtOnce);
+    EXPECT_THAT(toldNext(), cutOffAtOnce);
     fs::create_directory(listedCard({}).folder.path()); // by the next import of the day
-    EXPECT_EQ(nextNote(), cutOffAtOnce);
+    EXPECT_THAT(toldNext(), cutOffAtOnce);
     auto kept = copies();
     const auto left = kept.leftBehind();
     ASSERT_EQ(left.size(), 1U);
@@ -182,14 +194,14 @@ TEST_F(StoppedListingTest, ThatWasCutOffIsToldAtEveryStartUntilTheNoteIsDismisse
 
     fs::remove_all(shoots().path());
     (void)CopyJournal(journal).begin(listedCard({}));
-    EXPECT_EQ(nextNote(), cutOffAtOnce);
+    EXPECT_THAT(toldNext(), cutOffAtOnce);
 }
 
 TEST_F(StoppedListingTest, OfWhichTheFolderIsMadeIsLeftToTheCopysOwnEntry)
 {
     (void)CopyJournal(journal).begin(listedCard({}));
     fs::create_directories(listedCard({}).folder.path());
-    EXPECT_EQ(nextNote(), QString());
+    EXPECT_THAT(toldNext(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(journal));
 }
 
@@ -216,7 +228,7 @@ TEST_F(StoppedListingTest, AProgramThatIsKilledWhileItListsACardTellsOfItAtTheNe
     auto parts = journalingSeams();
     parts.copyJournal = left;
     SortEngine next(parts);
-    EXPECT_TRUE(waitUntil([&] { return next.unfinishedNote() == cutOffAtOnce; }));
+    EXPECT_TRUE(waitUntil([&] { return testing::Value(next.unfinishedCopies(), cutOffAtOnce); }));
 }
 
 TEST_F(StoppedListingTest, OfACardWithoutClipsThereIsNothingToTellAtTheNextStart)
@@ -246,10 +258,10 @@ TEST_F(StoppedListingTest, AProgramThatIsKilledBeforeTheCardsFolderIsMadeTellsTh
     engine.setImportRoot(shoots());
     engine.importCard(card(), u"CARD"_s);
     listed.awaitArrival();
-    EXPECT_EQ(noteOf(copiesOf(journalIfKilledNow())), cutOffAtOnce);
+    EXPECT_THAT(toldBy(copiesOf(journalIfKilledNow())), cutOffAtOnce);
     listed.open();
     begun.awaitArrival();
-    EXPECT_EQ(noteOf(copiesOf(journalIfKilledNow())), QString()) << "the folder was made, and thrown away since";
+    EXPECT_THAT(toldBy(copiesOf(journalIfKilledNow())), IsEmpty()) << "the folder was made, and thrown away since";
     begun.open();
     ASSERT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
     EXPECT_TRUE(fs::is_empty(journal));
@@ -262,7 +274,7 @@ TEST_F(StoppedListingTest, IsToldByTheEngineAndByTheNextOneAndNoFolderIsMade)
         SortEngine engine(journalingSeams());
         engine.setImportRoot(shoots());
         ASSERT_TRUE(resetsDuringTheListing(engine));
-        EXPECT_EQ(engine.unfinishedNote(), nothingCopied);
+        EXPECT_THAT(engine.unfinishedCopies(), stoppedAtOnce);
         EXPECT_EQ(engine.stage(), SortEngine::Stage{});
         EXPECT_TRUE(fs::is_empty(shoots().path()));
     }
@@ -273,7 +285,7 @@ TEST_F(StoppedListingTest, IsToldByTheEngineAndByTheNextOneAndNoFolderIsMade)
     }
     SortEngine next(journalingSeams());
     int changes = 0;
-    QObject::connect(&next, &SortEngine::unfinishedNoteChanged, [&] { ++changes; });
-    EXPECT_TRUE(waitUntil([&] { return next.unfinishedNote() == nothingCopied; }));
+    QObject::connect(&next, &SortEngine::unfinishedCopiesChanged, [&] { ++changes; });
+    EXPECT_TRUE(waitUntil([&] { return testing::Value(next.unfinishedCopies(), stoppedAtOnce); }));
     EXPECT_EQ(changes, 1);
 }

@@ -1,6 +1,6 @@
-// A card of which a part can't be read, and what is said of it.
+// A card of which a part can't be read.
+#include "core/copies/UnreadableCard.h"
 #include "core/clips/ClipListing.h"
-#include "core/copies/CardNote.h"
 #include "tests/core/engine/CardImportFixture.h"
 #include "tests/support/Unprivileged.h"
 
@@ -8,6 +8,7 @@ using namespace larkspan;
 using namespace larkspan::test;
 using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
@@ -34,6 +35,12 @@ protected:
         m_closed.push_back(path);
     }
 
+    // The card, of which this one of its folders is closed.
+    UnreadableCard closedAt(const fs::path &place, const QString &name = u"CARD"_s) const
+    {
+        return {.place = card(), .name = name, .folders = {FileUrl(card().path() / place)}};
+    }
+
     [[nodiscard]] bool importEnds(SortEngine &engine, StageKind stage) const
     {
         const Unprivileged user;
@@ -45,7 +52,7 @@ private:
     std::vector<fs::path> m_closed;
 };
 
-TEST_F(ClosedCardTest, WhatCanBeReadIsImportedAndANoteNamesWhatCannotUntilItIsDismissed)
+TEST_F(ClosedCardTest, WhatCanBeReadIsImportedAndWhatCannotIsKnownUntilItIsDismissed)
 {
     (void)folder.write("card/DCIM/100MEDIA/kitchen 1.mov", "film");
     (void)folder.write("card/DCIM/101MEDIA/pool 2.mov", "film");
@@ -53,19 +60,18 @@ TEST_F(ClosedCardTest, WhatCanBeReadIsImportedAndANoteNamesWhatCannotUntilItIsDi
     SortEngine engine(importingSeams());
     engine.setImportRoot(shoots());
     int changes = 0;
-    QObject::connect(&engine, &SortEngine::cardNoteChanged, [&] { ++changes; });
+    QObject::connect(&engine, &SortEngine::unreadableCardsChanged, [&] { ++changes; });
     ASSERT_TRUE(importEnds(engine, StageKind::results));
     EXPECT_THAT(namesOf(engine.clips()), ElementsAre(u"kitchen 1"_s));
-    const QString note = u"Clips may be missing: “DCIM/101MEDIA” on CARD couldn't be read. Don't erase the card."_s;
-    EXPECT_EQ(engine.cardNote(), note);
+    EXPECT_THAT(engine.unreadableCards(), ElementsAre(closedAt("DCIM/101MEDIA")));
 
     engine.sortAgain();
     ASSERT_TRUE(reaches(engine, StageKind::results));
     engine.reset();
-    EXPECT_EQ(engine.cardNote(), note) << "whatever is done next";
-    engine.dismissCardNote();
-    EXPECT_EQ(engine.cardNote(), QString());
-    engine.dismissCardNote();
+    EXPECT_THAT(engine.unreadableCards(), ElementsAre(closedAt("DCIM/101MEDIA"))) << "whatever is done next";
+    engine.dismissUnreadableCards();
+    EXPECT_THAT(engine.unreadableCards(), IsEmpty());
+    engine.dismissUnreadableCards();
     EXPECT_EQ(changes, 2);
 }
 
@@ -77,25 +83,23 @@ TEST_F(ClosedCardTest, ACardOfWhichNothingCanBeReadHoldsNoClipsButSaysWhy)
     engine.setImportRoot(shoots());
     ASSERT_TRUE(importEnds(engine, StageKind::emptyFolder));
     EXPECT_EQ(engine.stage().text, u"card"_s);
-    EXPECT_EQ(engine.cardNote(), u"Clips may be missing: “DCIM” on CARD couldn't be read. Don't erase the card."_s);
+    EXPECT_THAT(engine.unreadableCards(), ElementsAre(closedAt("DCIM")));
 }
 
-TEST_F(ClosedCardTest, ASecondCardsNoteStandsBelowTheFirsts)
+TEST_F(ClosedCardTest, ASecondCardComesAfterTheFirst)
 {
     (void)folder.write("card/DCIM/pool 2.mov", "film");
     close(folder / "card/DCIM");
     SortEngine engine(importingSeams());
     engine.setImportRoot(shoots());
     ASSERT_TRUE(importEnds(engine, StageKind::emptyFolder));
-    const QString first = engine.cardNote();
     {
         const Unprivileged user;
         engine.importCard(card(), u"OTHER"_s);
-        ASSERT_TRUE(waitUntil([&] { return engine.cardNote() != first; }));
+        ASSERT_TRUE(waitUntil([&] { return engine.unreadableCards().size() == 2; }));
         ASSERT_TRUE(waitUntil([&] { return !engine.isCopying(); }));
     }
-    EXPECT_EQ(engine.cardNote(),
-              first + u"\nClips may be missing: “DCIM” on OTHER couldn't be read. Don't erase the card."_s);
+    EXPECT_THAT(engine.unreadableCards(), ElementsAre(closedAt("DCIM"), closedAt("DCIM", u"OTHER"_s)));
 }
 
 TEST_F(ClosedCardTest, TheFolderThatAFileSystemKeepsForItselfHoldsNoClips)
@@ -125,25 +129,4 @@ TEST_F(ClosedCardTest, UnreadableFoldersComeByTheirPlacesAndACardThatIsGoneIsOne
     const Unprivileged user;
     EXPECT_EQ(listCard(card(), {}).unreadable, closed);
     EXPECT_THAT(listCard(FileUrl(folder / "gone"), {}).unreadable, ElementsAre(FileUrl(folder / "gone")));
-}
-
-TEST(UnreadableNote, NamesUpToThreeFoldersByTheirPlacesOnTheCard)
-{
-    const FileUrl card("/media/card");
-    const auto note = [&](std::initializer_list<const char *> folders) {
-        return unreadableNote(card, u"CARD"_s, std::vector<FileUrl>(folders.begin(), folders.end()));
-    };
-    EXPECT_EQ(note({"/media/card/DCIM/101"}),
-              u"Clips may be missing: “DCIM/101” on CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card/a", "/media/card/b"}),
-              u"Clips may be missing: “a” and “b” on CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card/a", "/media/card/b", "/media/card/c"}),
-              u"Clips may be missing: “a”, “b” and “c” on CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card/a", "/media/card/b", "/media/card/c", "/media/card/d"}),
-              u"Clips may be missing: “a”, “b”, “c” and 1 more on CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card/a", "/media/card/b", "/media/card/c", "/media/card/d", "/media/card/e"}),
-              u"Clips may be missing: “a”, “b”, “c” and 2 more on CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card"}), u"Clips may be missing: CARD couldn't be read. Don't erase the card."_s);
-    EXPECT_EQ(note({"/media/card/50% %1 %2"}),
-              u"Clips may be missing: “50% %1 %2” on CARD couldn't be read. Don't erase the card."_s);
 }

@@ -2,6 +2,7 @@
 #include <QtGui/QAccessible>
 #include <QtGui/QTextLayout>
 
+#include "core/copies/UnfinishedCopy.h"
 #include "design/LK.h"
 #include "screens/engine/Wording.h"
 #include "tests/screens/BinnacleViewFixture.h"
@@ -262,7 +263,7 @@ TEST_F(StoppedCopyViewTest, WhatAStoppedCopyLeftOutIsSaidOnEveryScreenUntilItIsD
     EXPECT_TRUE(shows(note));
     scene->click(u"Dismiss"_s);
     EXPECT_TRUE(goes(note));
-    EXPECT_EQ(engine.unfinishedNote(), QString());
+    EXPECT_TRUE(engine.unfinishedCopies().empty());
     EXPECT_TRUE(waitUntil([this] {
         const QQuickItem *item = scene->window().activeFocusItem();
         return item != nullptr && item->isVisible();

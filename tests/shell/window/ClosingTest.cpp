@@ -1,4 +1,5 @@
 // The window closed while footage is copied.
+#include "core/copies/UnfinishedCopy.h"
 #include "tests/shell/ShellWindow.h"
 #include "tests/support/Unprivileged.h"
 
@@ -182,8 +183,8 @@ TEST_F(ClosingTest, StoppingACardsCopyClosesAndLeavesItsFolderMarkedAndTheNextSt
     SortSeams next = seams();
     next.copyJournal = desk / "Copies";
     const SortEngine later(next);
-    EXPECT_TRUE(waitUntil([&] { return !later.unfinishedNote().isEmpty(); }));
-    EXPECT_EQ(later.unfinishedNote(), engine.unfinishedNote());
+    EXPECT_TRUE(waitUntil([&] { return !later.unfinishedCopies().empty(); }));
+    EXPECT_EQ(later.unfinishedCopies(), engine.unfinishedCopies());
 }
 
 TEST_F(ClosingTest, FinishingStaysOpenOverACardsCopyThatFailed)
