@@ -5,6 +5,8 @@
 
 #include <QtCore/QStringList>
 
+#include "screens/engine/Wording.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace larkspan {
@@ -16,7 +18,7 @@ constexpr std::size_t mostFiles = 5;
 
 QString quoted(const QString &name)
 {
-    return u"“%1”"_s.arg(name);
+    return u"“%1”"_s.arg(Wording::isolated(name));
 }
 
 // "a", "a and b", "a, b and 7 more". names: at least one.
@@ -35,7 +37,7 @@ QString foldersInOneLine(const UnreadableCard &card)
     QStringList places;
     for (const FileUrl &folder : named) {
         const FileUrl onCard(folder.path().lexically_relative(card.place.path()));
-        places << (onCard.path() == "." ? card.name : quoted(onCard.displayPath()));
+        places << (onCard.path() == "." ? Wording::isolated(card.name) : quoted(onCard.displayPath()));
     }
     return inOneLine(std::move(places), card.folders.size() - named.size());
 }
@@ -53,13 +55,14 @@ QString filesInOneLine(const UnfinishedCopy &copy)
 QString noteOfExport(const UnfinishedCopy &copy, const QString &how)
 {
     const bool isMove = copy.kind == CopyKind::move;
-    const QString start = isMove ? CopyNotes::tr("The move of %1 into folders was %2").arg(copy.name, how)
-                                 : CopyNotes::tr("The copy of %1 into folders was %2").arg(copy.name, how);
+    const QString name = Wording::isolated(copy.name);
+    const QString start = isMove ? CopyNotes::tr("The move of %1 into folders was %2").arg(name, how)
+                                 : CopyNotes::tr("The copy of %1 into folders was %2").arg(name, how);
     if (copy.end == UnfinishedCopy::End::cutOff) {
         return CopyNotes::tr("%1, and its event wasn't written. Open it from Projects and export it again.").arg(start);
     }
     if (!copy.failure.isEmpty()) {
-        return CopyNotes::tr("%1: %2").arg(start, copy.failure);
+        return CopyNotes::tr("%1: %2").arg(start, Wording::isolated(copy.failure));
     }
     const bool isOne = copy.files.size() == 1;
     QString pattern;
@@ -106,17 +109,18 @@ QString CopyNotes::of(const UnreadableCard &card)
     const QString folders = foldersInOneLine(card);
     const bool isWholeCard = card.folders.front() == card.place;
     return tr("Clips may be missing: %1 couldn't be read. Don't erase the card.")
-        .arg(isWholeCard ? folders : tr("%1 on %2").arg(folders, card.name));
+        .arg(isWholeCard ? folders : tr("%1 on %2").arg(folders, Wording::isolated(card.name)));
 }
 
 QString CopyNotes::of(const UnfinishedCopy &copy)
 {
     using End = UnfinishedCopy::End;
     const bool wasCutOff = copy.end == End::cutOff || copy.end == End::cutOffBeforeItBegan;
+    const QString name = Wording::isolated(copy.name);
     const QString how = wasCutOff ? tr("cut off") : tr("stopped");
     if (copy.end == End::notBegun || copy.end == End::cutOffBeforeItBegan) {
         return tr("The copy of %1 was %2 before its first file: nothing of it was copied. Don't erase the card.")
-            .arg(copy.name, how);
+            .arg(name, how);
     }
     if (copy.kind != CopyKind::card) {
         return noteOfExport(copy, how);
@@ -124,7 +128,7 @@ QString CopyNotes::of(const UnfinishedCopy &copy)
     const QString pattern = copy.files.size() == 1
                                 ? tr("The copy of %1 was %2: %3 isn't in %4. Don't erase the card.")
                                 : tr("The copy of %1 was %2: %3 aren't in %4. Don't erase the card.");
-    return pattern.arg(copy.name, how, filesInOneLine(copy), quoted(copy.folder.lastPathComponent()));
+    return pattern.arg(name, how, filesInOneLine(copy), quoted(copy.folder.lastPathComponent()));
 }
 
 } // namespace larkspan

@@ -130,6 +130,30 @@ TEST(UnfinishedNote, AMarkerInANameIsShownAsItIs)
                                    u"and are still where they were."_s);
 }
 
+TEST(UnfinishedNote, ANameFromRightToLeftTurnsNothingAroundIt)
+{
+    const QString house = u"בית"_s;
+    const QString isolated = u'\u2068' + house + u'\u2069';
+    UnfinishedCopy copy = stoppedCopy(CopyKind::card, {"/בית"});
+    copy.name = house;
+    copy.folder = FileUrl("/Shoots/בית");
+    EXPECT_EQ(CopyNotes::of(copy),
+              u"The copy of %1 was stopped: “%1” isn't in “%1”. Don't erase the card."_s.arg(isolated));
+    copy.kind = CopyKind::move;
+    EXPECT_EQ(CopyNotes::of(copy),
+              u"The move of %1 into folders was stopped: “%1” wasn't moved and is still where it was."_s.arg(isolated));
+    copy.failure = house;
+    EXPECT_EQ(CopyNotes::of(copy), u"The move of %1 into folders was stopped: %1"_s.arg(isolated));
+    copy.end = CopyEnd::notBegun;
+    EXPECT_EQ(CopyNotes::of(copy), u"The copy of %1 was stopped before its first file: nothing of it was copied. Don't "
+                                   u"erase the card."_s.arg(isolated));
+    UnreadableCard card{.place = FileUrl("/media/card"), .name = house, .folders = {FileUrl("/media/card/בית")}};
+    EXPECT_EQ(CopyNotes::of(card),
+              u"Clips may be missing: “%1” on %1 couldn't be read. Don't erase the card."_s.arg(isolated));
+    card.folders = {card.place};
+    EXPECT_EQ(CopyNotes::of(card), u"Clips may be missing: %1 couldn't be read. Don't erase the card."_s.arg(isolated));
+}
+
 TEST_F(CopyNotesTest, EachUnreadableCardHasALineUntilTheyAreDismissed)
 {
     CopyNotes notes;
