@@ -1,33 +1,19 @@
-#include <cstdlib>
+// The cues, which the engine plays on its nodes.
 #include <filesystem>
-#include <limits>
 
 #include <gmock/gmock.h>
-#include <QtCore/QEventLoop>
 
 #include "sound/SoundEngine.h"
 #include "tests/sound/AllocationCount.h"
+#include "tests/sound/SilentDevice.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/WaitUntil.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
 using testing::ElementsAre;
-using testing::FloatNear;
-using testing::Pointwise;
 
 namespace {
-
-// OpenAL's device that plays in real time to nobody. OpenAL reads this once, when the first device is opened.
-const bool nullDevice = ::setenv("ALSOFT_DRIVERS", "null", 1) == 0;
-
-const std::filesystem::path Resources = LARKSPAN_RESOURCES;
-
-// Longer than any test waits, so that it still sounds when the test looks.
-SoundCue longCue(double frequency = 440)
-{
-    return SoundCue::synthesized({.notes = {{.frequency = frequency, .release = 1}}, .duration = 120});
-}
 
 std::vector<int> pending(const SoundEngine &engine)
 {
@@ -36,28 +22,6 @@ std::vector<int> pending(const SoundEngine &engine)
         counts.push_back(node.pendingBuffers());
     }
     return counts;
-}
-
-// The volumes that the loop goes through from now on until it reaches the given one.
-std::vector<float> volumesUntil(SoundEngine &engine, float last)
-{
-    std::vector<float> volumes{engine.loopNode().volume()};
-    EXPECT_TRUE(waitUntil([&] {
-        if (engine.loopNode().volume() != volumes.back()) {
-            volumes.push_back(engine.loopNode().volume());
-        }
-        return volumes.back() == last;
-    }));
-    return volumes;
-}
-
-std::vector<float> twentySteps(float start, float target)
-{
-    std::vector<float> volumes;
-    for (int k = 1; k <= 20; ++k) {
-        volumes.push_back(start + (target - start) * static_cast<float>(k) / 20);
-    }
-    return volumes;
 }
 
 void copyChime(const TempFolder &folder)
@@ -227,176 +191,4 @@ TEST(SoundEngine, SwitchedOffLetsWhatSoundsEnd)
     engine.setEnabled(false);
     EXPECT_THAT(pending(engine), ElementsAre(1, 0, 0));
     EXPECT_EQ(engine.tickNode().pendingBuffers(), 1);
-}
-
-TEST(SoundEngine, FadesTheLoopInTwentyStepsTheFirstAtOnce)
-{
-    SoundEngine engine(Resources);
-    int completions = 0;
-    engine.loopNode().setVolume(0.8F);
-    engine.fadeLoop(0.2F, 0.2, [&] { ++completions; });
-    EXPECT_FLOAT_EQ(engine.loopNode().volume(), 0.77F);
-    EXPECT_EQ(completions, 0);
-    EXPECT_THAT(volumesUntil(engine, 0.2F), Pointwise(FloatNear(1e-6F), twentySteps(0.8F, 0.2F)));
-    EXPECT_EQ(completions, 1);
-}
-
-TEST(SoundEngine, AFadesStepsShareItsTime)
-{
-    SoundEngine engine(Resources);
-    EXPECT_EQ(engine.pendingFadeStep(), std::chrono::milliseconds(0));
-    engine.fadeLoop(0, 2.0);
-    EXPECT_EQ(engine.pendingFadeStep(), std::chrono::milliseconds(100));
-    engine.loopNode().play();
-    engine.setEnabled(false); // in 0.15 seconds
-    EXPECT_EQ(engine.pendingFadeStep(), std::chrono::milliseconds(8));
-}
-
-TEST(SoundEngine, FadeWithoutALengthIsDoneAtOnce)
-{
-    SoundEngine engine(Resources);
-    for (const double duration : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
-        int completions = 0;
-        engine.loopNode().setVolume(1);
-        engine.fadeLoop(0.25F, duration, [&] { ++completions; });
-        EXPECT_EQ(engine.loopNode().volume(), 0.25F);
-        EXPECT_EQ(completions, 1);
-        engine.fadeLoop(0.5F, duration);
-        EXPECT_EQ(engine.loopNode().volume(), 0.5F);
-    }
-}
-
-TEST(SoundEngine, AnotherFadeEndsTheRunningOneWithoutItsCompletion)
-{
-    SoundEngine engine(Resources);
-    std::string completed;
-    engine.loopNode().setVolume(0);
-    engine.fadeLoop(1, 0.1, [&] { completed += "first "; });
-    engine.fadeLoop(0.5F, 0.1, [&] { completed += "second "; });
-    EXPECT_THAT(volumesUntil(engine, 0.5F), Pointwise(FloatNear(1e-6F), twentySteps(0.05F, 0.5F)));
-    engine.fadeLoop(1, 0.1, [&] { completed += "third "; });
-    engine.fadeLoop(0, 0);
-    EXPECT_FALSE(waitUntil([&] { return engine.loopNode().volume() != 0; }, std::chrono::seconds(1)));
-    EXPECT_EQ(completed, "second ");
-}
-
-TEST(SoundEngine, CompletionMayBeginAnotherFade)
-{
-    SoundEngine engine(Resources);
-    engine.fadeLoop(0, 0.02, [&] { engine.fadeLoop(0.5F, 0.02); });
-    EXPECT_TRUE(waitUntil([&] { return engine.loopNode().volume() == 0.5F; }));
-}
-
-TEST(SoundEngine, SwitchedOffFadesAPlayingLoopOutAndStopsIt)
-{
-    SoundEngine engine(Resources);
-    engine.loopNode().play();
-    engine.loopNode().schedule(engine.buffer(longCue()));
-    EXPECT_EQ(engine.loopNode().pendingBuffers(), 1);
-    engine.setEnabled(false);
-    EXPECT_TRUE(engine.loopNode().isPlaying());
-    EXPECT_THAT(volumesUntil(engine, 0), Pointwise(FloatNear(1e-6F), twentySteps(1, 0)));
-    EXPECT_FALSE(engine.loopNode().isPlaying());
-    EXPECT_EQ(engine.loopNode().pendingBuffers(), 0);
-}
-
-TEST(SoundEngine, SwitchedOffWhileALoopFadesStartsFromTheVolumeItHas)
-{
-    SoundEngine engine(Resources);
-    bool completed = false;
-    engine.loopNode().setVolume(0);
-    engine.loopNode().play();
-    engine.fadeLoop(1, 3600, [&] { completed = true; });
-    engine.setEnabled(false);
-    EXPECT_THAT(volumesUntil(engine, 0), Pointwise(FloatNear(1e-6F), twentySteps(0.05F, 0)));
-    EXPECT_FALSE(engine.loopNode().isPlaying());
-    EXPECT_FALSE(completed);
-}
-
-TEST(SoundEngine, SwitchedOffLeavesALoopAloneThatDoesNotPlay)
-{
-    SoundEngine engine(Resources);
-    engine.setEnabled(false);
-    EXPECT_EQ(engine.loopNode().volume(), 1.0F);
-}
-
-TEST(SoundEngine, GoneDuringAFadeCompletesNothing)
-{
-    bool completed = false;
-    {
-        SoundEngine engine(Resources);
-        engine.fadeLoop(0, 0.02, [&] { completed = true; });
-    }
-    EXPECT_FALSE(waitUntil([&] { return completed; }, std::chrono::seconds(1)));
-}
-
-TEST(PlayerNode, BringsAVolumeOutsideTheRangeIn)
-{
-    AudioEngine engine;
-    PlayerNode node(engine);
-    for (const auto &[asked, got] : std::vector<std::pair<float, float>>{
-             {0.3F, 0.3F}, {2, 1}, {-1, 0}, {std::numeric_limits<float>::quiet_NaN(), 0}}) {
-        node.setVolume(asked);
-        EXPECT_EQ(node.volume(), got);
-    }
-}
-
-TEST(PlayerNode, HoldsWhatIsScheduledUntilItPlaysAndForgetsItWhenStopped)
-{
-    AudioEngine engine;
-    PlayerNode node(engine);
-    ASSERT_TRUE(engine.start());
-    const auto second = std::make_shared<SampleBuffer>(SampleBuffer{.samples = std::vector<float>(44100)});
-    node.schedule(second);
-    node.schedule(second);
-    EXPECT_EQ(node.pendingBuffers(), 2);
-    node.play();
-    EXPECT_TRUE(waitUntil([&] { return node.pendingBuffers() == 1; }));
-    node.stop();
-    EXPECT_FALSE(node.isPlaying());
-    EXPECT_EQ(node.pendingBuffers(), 0);
-}
-
-TEST(AudioEngine, RestsWhenNothingSoundsAndWakesForTheNextBufferWithoutAllocating)
-{
-    AudioEngine engine;
-    PlayerNode node(engine);
-    ASSERT_TRUE(engine.start());
-    node.play();
-    const auto second = std::make_shared<SampleBuffer>(SampleBuffer{.samples = std::vector<float>(44100)});
-    node.schedule(second);
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_FALSE(engine.isResting());
-        EXPECT_TRUE(waitUntil([&] { return engine.isResting(); }));
-        EXPECT_EQ(node.pendingBuffers(), 0) << "it never rests before the end";
-        const auto before = allocationCount();
-        node.schedule(second);
-        EXPECT_EQ(allocationCount(), before);
-        EXPECT_EQ(node.pendingBuffers(), 1);
-    }
-    EXPECT_TRUE(waitUntil([&] { return node.pendingBuffers() == 0; })) << "a woken device plays";
-}
-
-TEST(AudioEngine, DoesNotRestWhileSomethingSounds)
-{
-    AudioEngine engine;
-    PlayerNode node(engine);
-    ASSERT_TRUE(engine.start());
-    node.play();
-    node.schedule(std::make_shared<SampleBuffer>(SampleBuffer{.samples = std::vector<float>(60 * 44100)}));
-    EXPECT_FALSE(waitUntil([&] { return engine.isResting(); }, std::chrono::seconds(4)));
-}
-
-TEST(PlayerNode, WithoutADeviceKeepsItsStateAndDropsWhatIsScheduled)
-{
-    AudioEngine engine; // never started
-    PlayerNode node(engine);
-    node.setVolume(0.5F);
-    node.play();
-    node.schedule(std::make_shared<SampleBuffer>(SampleBuffer{.samples = std::vector<float>(44100)}));
-    EXPECT_EQ(node.pendingBuffers(), 0);
-    EXPECT_TRUE(node.isPlaying());
-    EXPECT_EQ(node.volume(), 0.5F);
-    node.stop();
-    EXPECT_FALSE(node.isPlaying());
 }

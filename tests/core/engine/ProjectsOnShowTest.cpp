@@ -1,5 +1,5 @@
 // The screens' view of sorted shoots that are opened, renamed and put back.
-#include "tests/core/engine/SortEngineFixture.h"
+#include "tests/core/engine/ProjectsFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -7,28 +7,14 @@ using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-namespace {
-
-class ProjectsOnShowTest : public SortEngineTest
-{
-protected:
-    void sortIn(SortEngine &sorter) const
-    {
-        sorter.sortFolder(shoot);
-        ASSERT_TRUE(reaches(sorter, StageKind::results));
-    }
-
-    const QString id = projectID(shoot);
-};
-
-} // namespace
+using ProjectsOnShowTest = ProjectsTest;
 
 TEST_F(ProjectsOnShowTest, TheNameOnShowStaysWhenAnotherProjectIsRenamedOrTheNewNameIsBlank)
 {
     makeClips({"pool 1"});
     cache.save({.summary = {.id = u"abc"_s, .name = u"Other"_s, .folderPath = FileUrl("/other")}});
     SortEngine engine(seams());
-    sortIn(engine);
+    sortShoot(engine);
     engine.renameProject(id, u"House"_s);
     int announced = 0;
     QObject::connect(&engine, &SortEngine::folderChanged, [&] { ++announced; });
@@ -42,7 +28,7 @@ TEST_F(ProjectsOnShowTest, EachChangeOfTheListIsAnnouncedOnce)
 {
     makeClips({"pool 1"});
     SortEngine engine(seams());
-    sortIn(engine);
+    sortShoot(engine);
     std::vector<std::vector<QString>> lists;
     std::vector<QString> names;
     QObject::connect(&engine, &SortEngine::projectsChanged, [&] {
@@ -76,7 +62,7 @@ TEST_F(ProjectsOnShowTest, ItsNameIsAnnouncedWhenItIsOpened)
 {
     makeClips({"pool 1"});
     SortEngine engine(seams());
-    sortIn(engine);
+    sortShoot(engine);
     engine.renameProject(id, u"House"_s);
     engine.reset();
     std::vector<QString> names;
@@ -89,7 +75,7 @@ TEST_F(ProjectsOnShowTest, PuttingBackAProjectThatNobodyDeletedAnnouncesNothing)
 {
     makeClips({"pool 1"});
     SortEngine engine(seams());
-    sortIn(engine);
+    sortShoot(engine);
     int announced = 0;
     QObject::connect(&engine, &SortEngine::projectsChanged, [&] { ++announced; });
     engine.restoreProject();
@@ -112,7 +98,7 @@ TEST_F(ProjectsOnShowTest, ItsClipsAreAnnouncedWhenItIsOpenedAndTheirEndByAReset
     makeClips({"pool 1"});
     {
         SortEngine engine(seams());
-        sortIn(engine);
+        sortShoot(engine);
     }
     SortEngine engine(seams());
     std::vector<int> counts;
@@ -132,7 +118,7 @@ TEST_F(ProjectsOnShowTest, EachReopenedClipGetsItsOwnPictureAndEachGroupIsAnnoun
     makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6"});
     {
         SortEngine engine(seams());
-        sortIn(engine);
+        sortShoot(engine);
     }
     const auto shadeOf = [](const MediaClip &clip) { return 40 * clip.url.baseName().last(1).toInt(); };
     auto parts = seams();

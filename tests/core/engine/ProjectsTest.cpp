@@ -1,6 +1,6 @@
-// Sorted shoots that are opened again, renamed and deleted.
+// Sorted shoots that are opened again.
 #include "core/bins/RoomLabel.h"
-#include "tests/core/engine/SortEngineFixture.h"
+#include "tests/core/engine/ProjectsFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -10,23 +10,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 namespace fs = std::filesystem;
-
-class ProjectsTest : public SortEngineTest
-{
-protected:
-    void sortShoot(SortEngine &engine) const
-    {
-        engine.sortFolder(shoot);
-        ASSERT_TRUE(reaches(engine, StageKind::results));
-    }
-
-    static bool hasAllThumbnails(const SortEngine &engine)
-    {
-        return std::ranges::none_of(engine.clips(), [](const ClipPtr &clip) { return clip->thumbnail.isNull(); });
-    }
-
-    const QString id = projectID(shoot);
-};
 
 TEST_F(ProjectsTest, AProjectIsOpenedAsItWasSavedWithoutSorting)
 {
@@ -155,174 +138,6 @@ TEST_F(ProjectsTest, OpeningAProjectDuringASortLetsNothingOfTheSortLand)
     EXPECT_EQ(engine.stage().kind, StageKind::results);
 }
 
-TEST_F(ProjectsTest, ThumbnailsComeInGroupsOfFourAndAResetStopsThemBetweenGroups)
-{
-    makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6"});
-    {
-        SortEngine engine(seams());
-        sortShoot(engine);
-    }
-    Gate gate;
-    std::atomic<int> sampled = 0;
-    auto parts = seams();
-    parts.sampleFrames = [&](const MediaClip &clip, int, double) {
-        ++sampled;
-        gate.pass();
-        return sample(clip);
-    };
-    {
-        SortEngine engine(parts, 8);
-        engine.openProject(id);
-        for (int i = 0; i < 4; ++i) {
-            gate.awaitArrival();
-        }
-        EXPECT_EQ(sampled, 4);
-        engine.reset();
-        gate.open(6);
-    }
-    EXPECT_EQ(sampled, 4);
-}
-
-TEST_F(ProjectsTest, AnEditWhileThumbnailsLoadStays)
-{
-    makeClips({"pool 1"});
-    {
-        SortEngine engine(seams());
-        sortShoot(engine);
-    }
-    Gate gate;
-    auto parts = seams();
-    parts.sampleFrames = [&](const MediaClip &clip, int, double) {
-        gate.pass();
-        return sample(clip);
-    };
-    SortEngine engine(parts);
-    engine.openProject(id);
-    gate.awaitArrival();
-    engine.reassign(engine.clips().front()->id, u"Garage"_s);
-    gate.open();
-    EXPECT_TRUE(waitUntil([&] { return hasAllThumbnails(engine); }));
-    EXPECT_EQ(engine.clips().front()->primaryBin, u"Garage"_s);
-    EXPECT_EQ(saved()->clips.front().primaryBin, u"Garage"_s);
-}
-
-TEST_F(ProjectsTest, ARenameIsTrimmedAndNamesTheOpenProjectToo)
-{
-    makeClips({"pool 1"});
-    SortEngine engine(seams());
-    sortShoot(engine);
-    const Date savedAt = engine.projects().front().savedAt;
-    engine.renameProject(id, u" \n The Glass House\t"_s);
-    EXPECT_EQ(engine.displayName(), u"The Glass House"_s);
-    EXPECT_EQ(engine.projects().front().name, u"The Glass House"_s);
-    EXPECT_EQ(engine.projects().front().savedAt, savedAt);
-    engine.confirmAll();
-    EXPECT_EQ(saved()->summary.name, u"The Glass House"_s) << "and the next save keeps it";
-}
-
-TEST_F(ProjectsTest, AProjectIsOpenedUnderTheNameThatTheEditorGaveIt)
-{
-    makeClips({"pool 1"});
-    SortEngine engine(seams());
-    sortShoot(engine);
-    engine.renameProject(id, u"The Glass House"_s);
-    SortEngine later(seams());
-    later.openProject(id);
-    EXPECT_EQ(later.displayName(), u"The Glass House"_s);
-}
-
-TEST_F(ProjectsTest, ARenameToBlanksDoesNothing)
-{
-    makeClips({"pool 1"});
-    SortEngine engine(seams());
-    sortShoot(engine);
-    const auto before = engine.projects();
-    engine.renameProject(id, u" \n\t "_s);
-    EXPECT_EQ(engine.projects(), before);
-    EXPECT_EQ(engine.projectName(), QString());
-}
-
-TEST_F(ProjectsTest, DeletingTheOpenProjectLeavesTheResultsAndTheNextSaveAddsItBack)
-{
-    makeClips({"pool 1"});
-    SortEngine engine(seams());
-    sortShoot(engine);
-    engine.deleteProject(id);
-    EXPECT_EQ(engine.stage().kind, StageKind::results);
-    EXPECT_THAT(engine.clips(), SizeIs(1));
-    EXPECT_EQ(engine.currentProjectID(), std::nullopt);
-    EXPECT_THAT(engine.projects(), IsEmpty());
-    EXPECT_EQ(saved(), std::nullopt);
-    engine.reassign(engine.clips().front()->id, u"Garage"_s);
-    EXPECT_EQ(engine.currentProjectID(), id);
-    EXPECT_THAT(engine.projects(), SizeIs(1));
-    EXPECT_TRUE(saved());
-}
-
-TEST_F(ProjectsTest, ADeletedProjectIsPutBackWhereItWas)
-{
-    for (const char *name : {"first", "second", "third"}) {
-        (void)folder.write(std::filesystem::path(name) / "pool 1.mov");
-    }
-    SortEngine engine(seams());
-    for (const char *name : {"first", "second", "third"}) {
-        engine.sortFolder(FileUrl(folder / name));
-        ASSERT_TRUE(reaches(engine, StageKind::working));
-        ASSERT_TRUE(reaches(engine, StageKind::results));
-    }
-    const auto before = engine.projects();
-    EXPECT_EQ(engine.deletedProject(), QString());
-    engine.deleteProject(before[0].id); // the one on show
-    engine.deleteProject(before[1].id);
-    EXPECT_EQ(engine.deletedProject(), u"second"_s);
-    engine.restoreProject();
-    EXPECT_THAT(engine.projects(), ElementsAre(before[1], before[2]));
-    EXPECT_EQ(engine.deletedProject(), QString());
-    EXPECT_EQ(engine.currentProjectID(), std::nullopt);
-    engine.restoreProject(); // nothing is left to
-    EXPECT_THAT(engine.projects(), SizeIs(2));
-    engine.openProject(before[1].id);
-    EXPECT_THAT(engine.clips(), SizeIs(1));
-}
-
-TEST_F(ProjectsTest, TheProjectOnShowIsAgainTheOneOnShowWhenItIsPutBack)
-{
-    makeClips({"pool 1"});
-    SortEngine engine(seams());
-    sortShoot(engine);
-    const auto before = engine.projects();
-    engine.deleteProject(id);
-    engine.restoreProject();
-    EXPECT_EQ(engine.projects(), before);
-    EXPECT_EQ(engine.currentProjectID(), id);
-    EXPECT_TRUE(saved());
-}
-
-TEST_F(ProjectsTest, ADeletedProjectWhoseFolderIsSortedAgainStaysAsItWasSorted)
-{
-    makeClips({"pool 1"});
-    SortEngine engine(seams());
-    sortShoot(engine);
-    engine.deleteProject(id);
-    engine.reassign(engine.clips().front()->id, u"Garage"_s); // saves it anew
-    EXPECT_EQ(engine.deletedProject(), QString());
-    engine.restoreProject();
-    EXPECT_EQ(saved()->clips.front().primaryBin, u"Garage"_s);
-}
-
-TEST_F(ProjectsTest, SortingAFolderTwiceGivesOneProjectAtTheTop)
-{
-    makeClips({"pool 1"});
-    cache.save({.summary = {.id = u"abc"_s, .name = u"Other"_s, .folderPath = FileUrl("/other")}});
-    SortEngine engine(seams());
-    sortShoot(engine);
-    const Date first = engine.projects().front().savedAt;
-    sortShoot(engine);
-    ASSERT_THAT(engine.projects(), SizeIs(2));
-    EXPECT_EQ(engine.projects().front().id, id);
-    EXPECT_GT(engine.projects().front().savedAt, first);
-}
-
 TEST_F(ProjectsTest, AnEngineWithoutACacheOpensRenamesAndDeletesNothing)
 {
     auto parts = seams();
@@ -376,36 +191,4 @@ TEST_F(ProjectsTest, AResetForgetsThePreviewAndTheName)
     EXPECT_FALSE(engine.hasPreview());
     EXPECT_EQ(engine.projectName(), QString());
     EXPECT_EQ(engine.displayName(), QString());
-}
-
-TEST_F(ProjectsTest, ACopyThatInterruptsTheThumbnailsLetsThemGoOnAtItsEnd)
-{
-    makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6", "g 7", "h 8", "i 9"});
-    {
-        SortEngine engine(seams());
-        sortShoot(engine);
-    }
-    for (const bool fails : {false, true}) {
-        Gate gate;
-        std::atomic<bool> isHeld = true;
-        auto parts = seams();
-        parts.sampleFrames = [&](const MediaClip &clip, int, double) {
-            if (isHeld) {
-                gate.pass();
-            }
-            return sample(clip);
-        };
-        parts.organizeByBin = [&](const auto &...) -> OrganizeAnswer {
-            isHeld = false;
-            gate.open(9);
-            return fails ? OrganizeAnswer(tl::make_unexpected(CopyFailure{u"no"_s})) : OrganizeAnswer();
-        };
-        SortEngine engine(parts);
-        engine.setOptions({.fileHandling = FileHandling::copy});
-        engine.openProject(id);
-        gate.awaitArrival();
-        engine.exportEvent();
-        ASSERT_TRUE(reaches(engine, fails ? StageKind::failed : StageKind::done));
-        EXPECT_TRUE(waitUntil([&] { return hasAllThumbnails(engine); })) << fails;
-    }
 }

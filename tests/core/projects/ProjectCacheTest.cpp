@@ -1,7 +1,5 @@
 // The files that sorted shoots are kept in.
 #include <atomic>
-#include <cmath>
-#include <fstream>
 #include <limits>
 #include <thread>
 
@@ -16,6 +14,7 @@
 #include "core/projects/ProjectCache.h"
 #include "core/projects/ProjectJson.h"
 #include "core/settings/SettingsStore.h"
+#include "tests/core/projects/SomeProject.h"
 #include "tests/support/FfmpegMedia.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Unprivileged.h"
@@ -30,37 +29,6 @@ using testing::SizeIs;
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr Date someDay = std::chrono::sys_days{std::chrono::year{2026} / std::chrono::May / 4} + std::chrono::hours(10);
-
-CachedProject projectOf(const FileUrl &folder, Date savedAt = someDay)
-{
-    return {.summary = {.id = projectID(folder),
-                        .name = folder.lastPathComponent(),
-                        .folderPath = folder,
-                        .clipCount = 1,
-                        .binCount = 2,
-                        .reviewCount = 1,
-                        .savedAt = savedAt},
-            .clips = {{.path = folder.appending(u"a 1.mov"_s),
-                       .duration = 12.345,
-                       .naturalW = 3840,
-                       .naturalH = 2160,
-                       .displayW = 2160,
-                       .displayH = 3840,
-                       .frameDurationValue = std::numeric_limits<std::int64_t>::max(),
-                       .frameDurationScale = 60000,
-                       .creationDate = someDay + std::chrono::microseconds(123456),
-                       .cameraModel = u"Kamera \"Ü\""_s,
-                       .primaryBin = u"Kitchen 2"_s,
-                       .extraBins = {u"Dining Room"_s, u"Hallway / Stairs"_s},
-                       .confidence = 0.1,
-                       .runnerUp = u"Pool"_s,
-                       .runnerUpScore = 1.0 / 3.0,
-                       .needsReview = true,
-                       .reviewReason = u"torn between Kitchen and Pool — 0.10 vs 0.33"_s,
-                       .humanFraction = 0.02}}};
-}
 
 std::vector<QString> namesOf(const std::vector<ProjectSummary> &projects)
 {
@@ -198,92 +166,6 @@ TEST_F(ProjectCacheTest, ACorruptIndexYieldsAnEmptyListAndTheNextSaveANewOne)
     EXPECT_THAT(cache.save(house), ElementsAre(house.summary));
     cache.flush();
     EXPECT_THAT(stored(), ElementsAre(house.summary));
-}
-
-TEST_F(ProjectCacheTest, AFileWithAnyOneKeyMissingOrOfAnotherTypeFailsAsAWhole)
-{
-    const QJsonObject whole = QJsonDocument::fromJson(encodeProject(house)).object();
-    const auto decodes = [](const QJsonObject &object) {
-        return decodeProject(QJsonDocument(object).toJson()).has_value();
-    };
-    ASSERT_TRUE(decodes(whole));
-    for (const QString &key : whole.keys()) {
-        QJsonObject damaged = whole;
-        damaged.remove(key);
-        EXPECT_FALSE(decodes(damaged)) << key.toStdString();
-        damaged[key] = QJsonValue();
-        EXPECT_FALSE(decodes(damaged)) << key.toStdString();
-    }
-    const QJsonObject clip = whole[u"clips"_s][0].toObject();
-    for (const QString &key : clip.keys()) {
-        QJsonObject damagedClip = clip;
-        damagedClip.remove(key);
-        QJsonObject damaged = whole;
-        damaged[u"clips"_s] = QJsonArray{clip, damagedClip};
-        EXPECT_FALSE(decodes(damaged)) << key.toStdString();
-        damagedClip[key] = QJsonObject();
-        damaged[u"clips"_s] = QJsonArray{damagedClip};
-        EXPECT_FALSE(decodes(damaged)) << key.toStdString();
-    }
-}
-
-TEST_F(ProjectCacheTest, AnEmptyPathOrABinThatIsNoTextMakesAProjectUnreadable)
-{
-    const QByteArray whole = encodeProject(house);
-    for (const auto &[old, damaged] :
-         {std::pair(R"("folderPath":"\/Shoots\/House")", R"("folderPath":"")"), std::pair(R"("Dining Room")", "1")}) {
-        ASSERT_TRUE(whole.contains(old)) << old;
-        EXPECT_EQ(decodeProject(QByteArray(whole).replace(old, damaged)), std::nullopt) << damaged;
-    }
-}
-
-TEST_F(ProjectCacheTest, AFileCutAnywhereIsNoProject)
-{
-    const QByteArray whole = encodeProject(house);
-    for (qsizetype length = 0; length < whole.size(); ++length) {
-        EXPECT_EQ(decodeProject(whole.left(length)), std::nullopt) << length;
-    }
-}
-
-TEST_F(ProjectCacheTest, NumbersThatDoNotFitMakeAProjectUnreadableAndHugeOnesThatFitAreTaken)
-{
-    const QByteArray whole = encodeProject(house);
-    const auto with = [&whole](const char *old, const char *number) {
-        EXPECT_TRUE(whole.contains(old)) << old;
-        return decodeProject(QByteArray(whole).replace(old, number));
-    };
-    for (const char *number : {"1e300", "-1e300", "99999999999999999999", "2147483648", "60000.5"}) {
-        EXPECT_FALSE(with("\"frameDurationScale\":60000", (std::string("\"frameDurationScale\":") + number).c_str()))
-            << number;
-    }
-    for (const std::int32_t fits :
-         {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {
-        EXPECT_EQ(with("\"frameDurationScale\":60000", ("\"frameDurationScale\":" + std::to_string(fits)).c_str())
-                      ->clips[0]
-                      .frameDurationScale,
-                  fits);
-    }
-    EXPECT_FALSE(with("\"clipCount\":1", "\"clipCount\":1e20"));
-    EXPECT_FALSE(with("\"frameDurationValue\":9223372036854775807", "\"frameDurationValue\":9223372036854775808"));
-    EXPECT_FALSE(with("\"savedAt\":799581600", "\"savedAt\":1e300"));
-    EXPECT_FALSE(with("\"savedAt\":799581600", "\"savedAt\":NaN"));
-    EXPECT_EQ(with("\"duration\":12.345", "\"duration\":1e300")->clips[0].duration, 1e300);
-    EXPECT_EQ(with("\"duration\":12.345", "\"duration\":-0.5")->clips[0].duration, -0.5);
-}
-
-TEST_F(ProjectCacheTest, NumbersThatJsonHasNoFormForAreKeptAsZeroAndFarDatesAtTheLimit)
-{
-    CachedProject odd = house;
-    odd.clips[0].duration = std::numeric_limits<double>::infinity();
-    odd.clips[0].confidence = std::numeric_limits<double>::quiet_NaN();
-    odd.clips[0].creationDate = Date::max();
-    const auto decoded = decodeProject(encodeProject(odd));
-    ASSERT_TRUE(decoded);
-    EXPECT_EQ(decoded->clips[0].duration, 0.0);
-    EXPECT_EQ(decoded->clips[0].confidence, 0.0);
-    EXPECT_GT(decoded->clips[0].creationDate, someDay);
-    odd.clips[0].creationDate = distantPast;
-    EXPECT_EQ(decodeProject(encodeProject(odd))->clips[0].creationDate, distantPast);
 }
 
 TEST_F(ProjectCacheTest, FoldersOfAnyNameComeBackTheSame)

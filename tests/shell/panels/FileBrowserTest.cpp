@@ -1,12 +1,7 @@
 // The state of our own file panel, on real folders.
-#include "shell/panels/FileBrowser.h"
-
-#include <QtCore/QTimer>
 #include <QtTest/QSignalSpy>
 
-#include "tests/shell/HomeFolder.h"
-#include "tests/support/Unprivileged.h"
-#include "tests/support/WaitUntil.h"
+#include "tests/shell/panels/FileBrowserFixture.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -15,68 +10,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace fs = std::filesystem;
-
-namespace {
-
-QString shownPath(const fs::path &path)
-{
-    return QString::fromStdString(path.string());
-}
-
-class FileBrowserTest : public testing::Test
-{
-protected:
-    // Opens the panel and waits until it shows the folder.
-    void openAt(const fs::path &start)
-    {
-        browser.openForFolder({.prompt = u"Sort"_s, .message = u"Choose."_s}, FileUrl(start), remember());
-        ASSERT_TRUE(shows(start));
-    }
-
-    void openToSave(const fs::path &file)
-    {
-        browser.openForFile(
-            {.title = u"Export"_s, .suggestion = FileUrl(file), .typeName = u"CSV files"_s, .suffix = u"csv"_s},
-            remember());
-        ASSERT_TRUE(shows(file.parent_path()));
-    }
-
-    [[nodiscard]] bool shows(const fs::path &opened)
-    {
-        return waitUntil([&] { return browser.folderPath() == shownPath(opened) && browser.canAccept(); });
-    }
-    [[nodiscard]] bool says(const QString &problem)
-    {
-        return waitUntil([&] { return browser.problem() == problem; });
-    }
-    [[nodiscard]] bool tells(const QString &status)
-    {
-        return waitUntil([&] { return browser.status() == status; });
-    }
-    [[nodiscard]] bool closes()
-    {
-        return waitUntil([this] { return !browser.isOpen(); });
-    }
-
-    std::function<void(FileUrl)> remember()
-    {
-        return [this](const FileUrl &url) { chosen.push_back(url.path()); };
-    }
-
-    const std::vector<std::string> &folders() { return browser.entries()->contents().folders; }
-    const std::vector<std::string> &files() { return browser.entries()->contents().files; }
-    int rowOf(const std::string &name)
-    {
-        return static_cast<int>(std::ranges::find(folders(), name) - folders().begin());
-    }
-
-    const HomeFolder home;
-    const TempFolder folder;
-    FileBrowser browser;
-    std::vector<fs::path> chosen;
-};
-
-} // namespace
 
 TEST_F(FileBrowserTest, OpensInTheGivenFolderWithTheWordsOfTheRequest)
 {
@@ -222,103 +155,12 @@ TEST_F(FileBrowserTest, ThePathOfTheOpenFolderAcceptsIt)
     EXPECT_THAT(chosen, ElementsAre(folder.path()));
 }
 
-TEST_F(FileBrowserTest, AMissingFolderIsReportedAndTheOpenOneStays)
-{
-    openAt(folder.path());
-    browser.goTo(u"no such"_s);
-    EXPECT_TRUE(says(u"“no such” isn't there."_s));
-    EXPECT_EQ(browser.folderPath(), shownPath(folder.path()));
-    EXPECT_TRUE(browser.canAccept());
-    browser.goTo(u" "_s);
-    browser.select(-1);
-    EXPECT_EQ(browser.problem(), QString()) << "said until something else is done";
-}
-
-TEST_F(FileBrowserTest, AFolderWithoutPermissionIsReportedAndTheOpenOneStays)
-{
-    fs::create_directory(folder / "locked");
-    fs::permissions(folder / "locked", fs::perms::none);
-    openAt(folder.path());
-    fs::permissions(folder.path(), fs::perms::all);
-    const Unprivileged user;
-    browser.enter(0);
-    EXPECT_TRUE(says(u"You don't have permission to open “locked”."_s));
-    EXPECT_EQ(browser.folderPath(), shownPath(folder.path()));
-    browser.select(0);
-    browser.accept();
-    EXPECT_TRUE(says(u"You don't have permission to open “locked”."_s));
-    EXPECT_TRUE(browser.isOpen());
-    EXPECT_THAT(chosen, IsEmpty());
-}
-
-TEST_F(FileBrowserTest, AVanishedSelectedFolderIsNotChosen)
-{
-    fs::create_directory(folder / "a");
-    openAt(folder.path());
-    browser.select(0);
-    fs::remove(folder / "a");
-    browser.accept();
-    EXPECT_TRUE(says(u"“a” isn't there."_s));
-    EXPECT_TRUE(waitUntil([this] { return folders().empty(); }));
-    EXPECT_THAT(chosen, IsEmpty());
-}
-
-TEST_F(FileBrowserTest, TheListFollowsChangesOfTheOpenFolder)
-{
-    fs::create_directory(folder / "b");
-    openAt(folder.path());
-    browser.select(0);
-    ASSERT_TRUE(tells(u"“b” · no clips"_s));
-    fs::create_directory(folder / "a");
-    (void)folder.write("c.mov");
-    EXPECT_TRUE(waitUntil([this] { return folders().size() == 2 && files().size() == 1; }));
-    EXPECT_EQ(browser.selectedRow(), 1) << "the same folder is selected";
-    fs::remove(folder / "b");
-    EXPECT_TRUE(waitUntil([this] { return folders().size() == 1; }));
-    EXPECT_EQ(browser.selectedRow(), -1);
-    EXPECT_TRUE(tells(u"“"_s + shownPath(folder.path().filename()) + u"” · 1 clip"_s));
-}
-
-TEST_F(FileBrowserTest, UpFromAVanishedFolderOpensItsNearestExistingAncestor)
-{
-    fs::create_directories(folder / "a/b/c");
-    openAt(folder / "a/b/c");
-    fs::remove_all(folder / "a");
-    EXPECT_TRUE(says(u"“c” isn't there."_s));
-    EXPECT_FALSE(browser.canAccept());
-    EXPECT_EQ(browser.status(), QString());
-    EXPECT_EQ(browser.note(), QString());
-    browser.goUp();
-    EXPECT_TRUE(shows(folder.path()));
-    EXPECT_EQ(browser.problem(), QString());
-}
-
 TEST_F(FileBrowserTest, AnEmptyFolderHasANote)
 {
     openAt(folder.path());
     EXPECT_EQ(browser.note(), u"There are no folders and no clips here."_s);
     openToSave(folder / "a.csv");
     EXPECT_EQ(browser.note(), u"There are no folders here."_s);
-}
-
-TEST_F(FileBrowserTest, TheMainThreadGoesOnWhileTenThousandEntriesAreListed)
-{
-    for (int i = 0; i < 5000; ++i) {
-        fs::create_directory(folder / ("day " + std::to_string(i)));
-        (void)folder.write("clip " + std::to_string(i) + ".mov");
-    }
-    int ticks = 0;
-    QTimer clock;
-    QObject::connect(&clock, &QTimer::timeout, [&ticks] { ++ticks; });
-    clock.start(0);
-    QSignalSpy visited(&browser, &FileBrowser::visited);
-    browser.openForFolder({}, FileUrl(folder.path()), remember());
-    EXPECT_TRUE(visited.isEmpty());
-    ASSERT_TRUE(waitUntil([&] { return !visited.isEmpty(); }));
-    EXPECT_GT(ticks, 0);
-    EXPECT_EQ(browser.entries()->rowCount(), 10000);
-    EXPECT_EQ(folders()[9], "day 9");
-    EXPECT_EQ(folders()[4999], "day 4999");
 }
 
 TEST_F(FileBrowserTest, APlaceIsOpenedAndMarkedAsCurrent)
@@ -346,76 +188,4 @@ TEST_F(FileBrowserTest, CancellingChoosesNothingAndSoDoesAnotherRequest)
     EXPECT_TRUE(closes());
     EXPECT_THAT(chosen, IsEmpty());
     EXPECT_EQ(others, 1);
-}
-
-TEST_F(FileBrowserTest, AFileIsNamedInTheOpenFolderWithItsSuffixAdded)
-{
-    fs::create_directory(folder / "texts");
-    (void)folder.write("old.CSV");
-    (void)folder.write("clip.mov");
-    openToSave(folder / "binnacle.csv");
-    EXPECT_TRUE(browser.isSaving());
-    EXPECT_EQ(browser.prompt(), u"Save"_s);
-    EXPECT_EQ(browser.fileName(), u"binnacle.csv"_s);
-    EXPECT_EQ(browser.status(), QString());
-    EXPECT_THAT(files(), ElementsAre("old.CSV"));
-    browser.enter(0);
-    ASSERT_TRUE(shows(folder / "texts"));
-    browser.setFileName(u" report "_s);
-    browser.accept();
-    EXPECT_TRUE(closes());
-    EXPECT_THAT(chosen, ElementsAre(folder / "texts/report.csv"));
-
-    openToSave(folder / "binnacle.csv");
-    EXPECT_EQ(browser.fileName(), u"binnacle.csv"_s) << "the suggestion, not what was written last";
-    browser.setFileName(u"report.txt"_s);
-    browser.accept();
-    EXPECT_TRUE(closes());
-    EXPECT_EQ(chosen.back(), folder / "report.txt") << "a suffix of one's own is kept";
-}
-
-TEST_F(FileBrowserTest, AFileThatIsThereIsReplacedOnlyWhenTheEditorSaysSo)
-{
-    (void)folder.write("report.csv");
-    openToSave(folder / "report.csv");
-    browser.accept();
-    ASSERT_TRUE(waitUntil([this] { return browser.fileToReplace() == u"report.csv"_s; }));
-    browser.keepFile();
-    EXPECT_EQ(browser.fileToReplace(), QString());
-    EXPECT_TRUE(browser.isOpen());
-    EXPECT_THAT(chosen, IsEmpty());
-    browser.accept();
-    ASSERT_TRUE(waitUntil([this] { return browser.fileToReplace() == u"report.csv"_s; }));
-    browser.replaceFile();
-    EXPECT_FALSE(browser.isOpen());
-    EXPECT_THAT(chosen, ElementsAre(folder / "report.csv"));
-}
-
-TEST_F(FileBrowserTest, ANameThatNoFileCanHaveIsReported)
-{
-    fs::create_directory(folder / "texts.csv");
-    openToSave(folder / "a.csv");
-    browser.setFileName(u"texts"_s);
-    browser.accept();
-    EXPECT_TRUE(says(u"There is a folder named “texts.csv” already."_s));
-    for (const QString &name : {u"a/b"_s, u".."_s, u"."_s}) {
-        browser.setFileName(name);
-        browser.accept();
-        EXPECT_TRUE(says(u"“%1” can't be the name of a file."_s.arg(name)));
-    }
-    browser.setFileName(u"  "_s);
-    EXPECT_FALSE(browser.canAccept());
-    EXPECT_TRUE(browser.isOpen());
-    EXPECT_THAT(chosen, IsEmpty());
-}
-
-TEST_F(FileBrowserTest, CanBeDestroyedWhileItReads)
-{
-    for (int i = 0; i < 500; ++i) {
-        (void)folder.write("deep/clip " + std::to_string(i) + ".mov");
-    }
-    auto leaving = std::make_unique<FileBrowser>();
-    leaving->openForFolder({}, FileUrl(folder.path()), remember());
-    leaving.reset();
-    EXPECT_THAT(chosen, IsEmpty());
 }

@@ -1,6 +1,7 @@
 #include "shell/window/OverlayStack.h"
 
 #include <gmock/gmock.h>
+#include <QtCore/QVariant>
 
 using namespace larkspan;
 using testing::ElementsAre;
