@@ -4,8 +4,8 @@ import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Screens
 
-// The bins of the shoot, those to look at first. Up and Down walk it, and what they reach is shown at once; Right goes
-// into it.
+// The bins of the shoot, with the review list on top. Up, Down, Home and End choose one, whose clips are shown at once.
+// Right, Return and Enter move focus to these clips.
 T.Control {
     id: control
 
@@ -25,13 +25,14 @@ T.Control {
     Keys.onRightPressed: control.entered()
     Keys.onReturnPressed: control.entered()
     Keys.onEnterPressed: control.entered()
-    Keys.onUpPressed: bins.select(Math.max(0, bins.selectedRow - 1))
-    Keys.onDownPressed: bins.select(bins.selectedRow + 1)
-    Keys.onPressed: event => {
-        if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
-            bins.select(event.key === Qt.Key_Home ? 0 : bins.rowCount() - 1);
-            event.accepted = true;
-        }
+    Keys.onPressed: event => event.accepted = keys.take(event.key, bins.selectedRow)
+
+    LKRowKeys {
+        id: keys
+
+        rowCount: control.bins.count
+        takesEnds: true
+        onWalked: row => control.bins.select(row)
     }
 
     ListView {

@@ -3,8 +3,8 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// The clips of the chosen bin, as many beside each other as fit. Arrows walk it, Return and Space open the preview, M
-// moves a clip to another bin, and the menu key asks for anything else.
+// A grid of the clips of the chosen bin. Arrows, Home, End and the page keys move to another clip; ClipKeys says what
+// other keys do.
 GridView {
     id: grid
 
@@ -18,7 +18,7 @@ GridView {
     readonly property ClipListModel clips: ClipListModel {
         engine: grid.engine
         source: ClipListModel.SelectedBin
-        // Another bin is looked at from its beginning.
+        // Shows another bin from its first clip on.
         onModelReset: {
             grid.currentIndex = count > 0 ? 0 : -1;
             grid.positionViewAtBeginning();
@@ -27,7 +27,7 @@ GridView {
     readonly property StageTexts texts: StageTexts {
         engine: grid.engine
     }
-    // The menus are made when they are first asked for.
+    // The menus are created at their first use.
     property BinMenu moveMenu
     property ClipMenu clipMenu
 
@@ -59,10 +59,6 @@ GridView {
             grid.forceActiveFocus(Qt.PopupFocusReason);
     }
 
-    function goTo(index: int) {
-        grid.currentIndex = Math.max(0, Math.min(index, grid.count - 1));
-    }
-
     objectName: "clips"
     topMargin: padding
     bottomMargin: padding - gap
@@ -78,27 +74,25 @@ GridView {
 
     Keys.onPressed: event => {
         grid.forceLayout(); // a clip may just have gone
-        const card = grid.currentItem as ClipCard;
-        const page = Math.max(1, Math.floor(grid.height / grid.cellHeight)) * grid.columns;
-        event.accepted = true;
-        if (event.key === Qt.Key_Home)
-            goTo(0);
-        else if (event.key === Qt.Key_End)
-            goTo(count - 1);
-        else if (event.key === Qt.Key_PageUp)
-            goTo(currentIndex - page);
-        else if (event.key === Qt.Key_PageDown)
-            goTo(currentIndex + page);
-        else if (!card || event.modifiers & (Qt.ControlModifier | Qt.AltModifier))
-            event.accepted = false;
-        else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter || event.key === Qt.Key_Space)
-            clips.open(currentIndex);
-        else if (event.key === Qt.Key_M)
-            openMoveMenu(card, Qt.point(8, 24));
-        else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)
-            openClipMenu(card, Qt.point(8, 24));
-        else
-            event.accepted = false;
+        event.accepted = rowKeys.take(event.key, currentIndex) || clipKeys.take(event.key, event.modifiers, currentItem ? currentIndex : -1);
+    }
+
+    LKRowKeys {
+        id: rowKeys
+
+        rowCount: grid.clips.count
+        rowsInPage: Math.max(1, Math.floor(grid.height / grid.cellHeight)) * grid.columns
+        takesArrows: false
+        takesEnds: true
+        onWalked: row => grid.currentIndex = row
+    }
+
+    ClipKeys {
+        id: clipKeys
+
+        onOpenDue: grid.clips.open(grid.currentIndex)
+        onMoveDue: grid.openMoveMenu(grid.currentItem as ClipCard, Qt.point(8, 24))
+        onMenuDue: grid.openClipMenu(grid.currentItem as ClipCard, Qt.point(8, 24))
     }
 
     Accessible.role: Accessible.List
@@ -109,7 +103,7 @@ GridView {
 
     model: clips
 
-    // The last clip has left the bin, or there never was one.
+    // Shown while the bin is empty.
     LKText {
         parent: grid
         anchors.centerIn: parent

@@ -4,8 +4,8 @@ import QtQuick.Layouts
 import Larkspan.Design
 import Larkspan.Screens
 
-// The clips that the tool wasn't sure of, each with why, to settle one by one or all at once. Arrows walk the list, C
-// confirms, M chooses another bin, Return and Space open the preview.
+// The clips under review, each with its reason, to settle one by one or all at once. Arrows, Home and End move to
+// another clip; ClipKeys says what other keys do.
 FocusScope {
     id: view
 
@@ -76,22 +76,25 @@ FocusScope {
 
         Keys.onPressed: event => {
             list.forceLayout(); // a row may just have gone
-            const row = list.currentItem as ReviewRow;
-            event.accepted = true;
-            if (event.key === Qt.Key_Home)
-                list.currentIndex = 0;
-            else if (event.key === Qt.Key_End)
-                list.currentIndex = list.count - 1;
-            else if (!row || event.modifiers & (Qt.ControlModifier | Qt.AltModifier))
-                event.accepted = false;
-            else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter || event.key === Qt.Key_Space)
-                row.previewAsked();
-            else if (event.key === Qt.Key_C)
-                row.confirmed();
-            else if (event.key === Qt.Key_M)
-                row.chooseBin();
-            else
-                event.accepted = false;
+            event.accepted = rowKeys.take(event.key, list.currentIndex) || clipKeys.take(event.key, event.modifiers, list.currentItem ? list.currentIndex : -1);
+        }
+
+        LKRowKeys {
+            id: rowKeys
+
+            rowCount: view.clips.count
+            takesArrows: false
+            takesEnds: true
+            onWalked: row => list.currentIndex = row
+        }
+
+        ClipKeys {
+            id: clipKeys
+
+            isReview: true
+            onOpenDue: (list.currentItem as ReviewRow).previewAsked()
+            onConfirmDue: (list.currentItem as ReviewRow).confirmed()
+            onMoveDue: (list.currentItem as ReviewRow).chooseBin()
         }
 
         LKScrollBar.vertical: LKScrollBar {

@@ -22,18 +22,35 @@ LKPopover {
         engine: menu.engine
         onRowDue: row => {
             rows.forceLayout();
-            rows.goTo(row);
+            menu.focusRow(row + 1);
         }
     }
 
     // Another project, or a new one, takes the place of the one on show.
     signal projectChosen
 
+    // Moves keyboard focus. Row 0 is the new project, and the sorted ones follow.
+    function focusRow(row: int) {
+        if (row === 0) {
+            newProject.forceActiveFocus(Qt.BacktabFocusReason);
+        } else {
+            rows.positionViewAtIndex(row - 1, ListView.Contain);
+            rows.itemAtIndex(row - 1)?.forceActiveFocus(Qt.TabFocusReason);
+        }
+    }
+
     padding: 8
     LKAccessible.name: qsTr("Projects")
     onClosed: {
         editingID = "";
         removed.forget();
+    }
+
+    LKRowKeys {
+        id: keys
+
+        rowCount: menu.projects.count + 1
+        onWalked: row => menu.focusRow(row)
     }
 
     // Lets the popover close first.
@@ -78,7 +95,7 @@ LKPopover {
 
             width: parent.width
             focus: true
-            Keys.onDownPressed: rows.goTo(0)
+            Keys.onDownPressed: event => keys.take(event.key, 0)
             symbol: "plus"
             title: qsTr("New Project")
             detail: qsTr("Clear the workspace and start fresh")
@@ -103,16 +120,6 @@ LKPopover {
             id: rows
 
             objectName: "projectList"
-
-            // -1 is above them.
-            function goTo(row: int) {
-                if (row < 0) {
-                    newProject.forceActiveFocus(Qt.BacktabFocusReason);
-                } else if (row < count) {
-                    positionViewAtIndex(row, ListView.Contain);
-                    itemAtIndex(row).forceActiveFocus(Qt.TabFocusReason);
-                }
-            }
 
             width: parent.width
             height: Math.min(contentHeight, 244)
@@ -140,8 +147,8 @@ LKPopover {
                     if (activeFocus)
                         rows.positionViewAtIndex(index, ListView.Contain);
                 }
-                Keys.onDownPressed: rows.goTo(index + 1)
-                Keys.onUpPressed: rows.goTo(index - 1)
+                Keys.onDownPressed: event => keys.take(event.key, index + 1)
+                Keys.onUpPressed: event => keys.take(event.key, index + 1)
                 onOpen: {
                     opening.projectID = projectId;
                     menu.close();
@@ -196,7 +203,7 @@ LKPopover {
                 size: LKButton.Sm
                 title: qsTr("Undo")
                 onActivated: menu.removed.restore()
-                Keys.onUpPressed: rows.goTo(rows.count - 1)
+                Keys.onUpPressed: event => keys.take(event.key, keys.rowCount)
             }
         }
 

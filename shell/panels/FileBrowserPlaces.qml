@@ -34,7 +34,7 @@ T.Control {
             row = browser.currentPlace;
     }
 
-    RowKeys {
+    LKRowKeys {
         id: keys
 
         rowCount: list.count

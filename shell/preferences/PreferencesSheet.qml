@@ -5,7 +5,7 @@ import Larkspan.Design
 import Larkspan.Screens
 import Larkspan.Shell
 
-// All settings, in four tabs. What is changed holds at once.
+// All settings, in four tabs. A change takes effect at once.
 FocusScope {
     id: sheet
 
@@ -29,7 +29,7 @@ FocusScope {
         engine: sheet.engine
     }
 
-    RowKeys {
+    LKRowKeys {
         id: keys
 
         rowCount: rows.count
@@ -44,7 +44,7 @@ FocusScope {
         color: LK.palette.surfaceWindow
     }
 
-    // Behind the tabs; as round as the card at its corner, and nowhere else.
+    // The background of the tabs: rounded like the card at the corner that both share, square at the others.
     Item {
         objectName: "sidebar"
         x: 1
@@ -57,7 +57,7 @@ FocusScope {
             y: -20
             width: parent.width + 20
             height: parent.height + 20
-            radius: 9 // of the card within its line
+            radius: 9 // the card's, inside its border
             color: LK.palette.surfaceSidebar
         }
     }

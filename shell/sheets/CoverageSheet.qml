@@ -27,7 +27,7 @@ FocusScope {
     Accessible.role: Accessible.Dialog
     Accessible.name: title.text
 
-    RowKeys {
+    LKRowKeys {
         id: keys
 
         rowCount: rows.count

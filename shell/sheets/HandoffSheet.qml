@@ -25,7 +25,7 @@ FocusScope {
     Accessible.role: Accessible.Dialog
     Accessible.name: title.text
 
-    RowKeys {
+    LKRowKeys {
         id: keys
 
         rowCount: rows.count

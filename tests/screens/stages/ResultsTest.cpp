@@ -177,6 +177,32 @@ TEST_F(ResultsTest, TheGridIsWorkedByKeyboardAndKeepsItAfterAnEdit)
     EXPECT_EQ(grid()->property("currentIndex").toInt(), 0);
 }
 
+TEST_F(ResultsTest, PageKeysMoveByAsManyClipsAsTheGridHasRoomFor)
+{
+    for (int i = 0; i < 60; ++i) {
+        (void)folder.write("kitchen " + std::to_string(i) + ".mov");
+    }
+    sortAndShow();
+    ASSERT_TRUE(waitUntil([&] { return grid() && grid()->property("count").toInt() == 60; }));
+    grid()->forceActiveFocus(Qt::TabFocusReason);
+    const int columns = grid()->property("columns").toInt();
+    const int page = static_cast<int>(grid()->height() / grid()->property("cellHeight").toDouble()) * columns;
+    ASSERT_GT(page, columns);
+    scene->key(Qt::Key_PageDown);
+    EXPECT_EQ(grid()->property("currentIndex").toInt(), page);
+    scene->key(Qt::Key_PageUp);
+    EXPECT_EQ(grid()->property("currentIndex").toInt(), 0);
+}
+
+TEST_F(ResultsTest, EndLeadsToTheLastBinAndHomeToTheClipsUnderReview)
+{
+    sortAndShowAll({"kitchen 1", "pool 2", "dark 3"});
+    scene->key(Qt::Key_End);
+    EXPECT_EQ(engine.selectedBin(), engine.binCounts().back().bin);
+    scene->key(Qt::Key_Home);
+    EXPECT_EQ(engine.selectedBin(), reviewKey());
+}
+
 TEST_F(ResultsTest, TheGridKeepsItsPlaceWhenAClipLeavesIt)
 {
     std::vector<std::string> names;
