@@ -56,4 +56,25 @@ bool LKChoiceKeys::take(int key, int modifiers, const QString &text, int row, bo
     return true;
 }
 
+bool LKChoiceKeys::takeAcross(int key, int row, bool isMirrored)
+{
+    const int toRight = isMirrored ? -1 : 1;
+    switch (key) {
+    case Qt::Key_Left:
+        reach(next(row, -toRight), row, true);
+        return true;
+    case Qt::Key_Right:
+        reach(next(row, toRight), row, true);
+        return true;
+    case Qt::Key_Home:
+        reach(next(-1, 1), row, true);
+        return true;
+    case Qt::Key_End:
+        reach(next(rowCount(), -1), row, true);
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace larkspan

@@ -27,9 +27,12 @@ public:
     // Takes a key, a Qt::Key with its modifiers and text. row: the highlighted one of the open list, or the chosen one
     // of the closed list; -1 for none. Returns false for a key that means nothing here.
     Q_INVOKABLE bool take(int key, int modifiers, const QString &text, int row, bool isOpen);
+    // Takes a key for choices beside each other, all of them visible: Left, Right, Home and End walk them. row: the one
+    // with focus. isMirrored: the first one is on the right.
+    Q_INVOKABLE bool takeAcross(int key, int row, bool isMirrored);
     // Returns the nearest row from there that can be chosen, or -1. step: 1 or -1. from: a row, or the one before the
     // first or after the last.
-    [[nodiscard]] Q_INVOKABLE int next(int from, int step) const;
+    [[nodiscard]] int next(int from, int step) const;
     [[nodiscard]] int first() const { return next(-1, 1); }
 
 Q_SIGNALS:

@@ -3,8 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Larkspan.Design
 
-// A choice of one among two or three, all in sight. The keyboard reaches the chosen one, and arrows choose its
-// neighbours.
+// A choice of one among two or three options, all of them visible. Tab reaches the chosen one. Left, Right, Home and
+// End choose another.
 T.Pane {
     id: control
 
@@ -12,19 +12,24 @@ T.Pane {
     property var options: []
     property var selection
     property int size: LKButton.Md
-    // Those whose choice brings the gradient, and those that can't be chosen.
+    // The values that have the gradient for a border while they are chosen.
     property var aiValues: []
+    // The values that can't be chosen.
     property var disabledValues: []
     // The subject of the choice, for assistive technology.
     property string label
 
-    // The user has chosen; selection says it already.
+    // Emitted after the user has chosen. selection has the new value already.
     signal activated(var value)
 
     readonly property int selectedIndex: options.findIndex(option => option.value === selection)
     readonly property bool isAi: aiValues.includes(selection)
     readonly property LKChoiceKeys keys: LKChoiceKeys {
         labels: control.options.map(option => control.disabledValues.includes(option.value) ? null : option.label)
+        onWalked: index => {
+            segments.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
+            control.choose(index);
+        }
     }
 
     function choose(index: int) {
@@ -32,14 +37,6 @@ T.Pane {
         if (value !== selection) {
             LK.put(control, "selection", value);
             control.activated(value);
-        }
-    }
-
-    function move(from: int, step: int) {
-        const index = keys.next(from, step);
-        if (index >= 0) {
-            segments.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
-            choose(index);
         }
     }
 
@@ -86,20 +83,12 @@ T.Pane {
                 ring.reach: 2
 
                 onActivated: control.choose(index)
-                Keys.onLeftPressed: control.move(index, control.mirrored ? 1 : -1)
-                Keys.onRightPressed: control.move(index, control.mirrored ? -1 : 1)
-                Keys.onPressed: event => {
-                    if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
-                        const first = event.key === Qt.Key_Home;
-                        control.move(first ? -1 : control.options.length, first ? 1 : -1);
-                        event.accepted = true;
-                    }
-                }
+                Keys.onPressed: event => event.accepted = control.keys.takeAcross(event.key, index, control.mirrored)
 
                 Accessible.selectable: true
                 Accessible.selected: isSelected
 
-                // The room of the label when chosen: what is beside it then stays where it is.
+                // Reserves the width of the bold label, so that the others stay in place when this one is chosen.
                 LKText {
                     id: widest
 

@@ -40,6 +40,13 @@ protected:
         return done;
     }
 
+    QStringList across(int key, int row, bool isMirrored = false)
+    {
+        done.clear();
+        isUsed = keys.takeAcross(key, row, isMirrored);
+        return done;
+    }
+
     LKChoiceKeys keys;
     QStringList done;
     bool isUsed = false;
@@ -95,6 +102,31 @@ TEST_F(LKChoiceKeysTest, AListThatWrapsIsWalkedRoundItsEnds)
     offer({{}, {}});
     EXPECT_THAT(open(Qt::Key_Down, -1), IsEmpty());
     EXPECT_THAT(open(Qt::Key_Up, -1), IsEmpty());
+}
+
+TEST_F(LKChoiceKeysTest, ChoicesBesideEachOtherAreWalkedByLeftAndRightHomeAndEnd)
+{
+    EXPECT_THAT(across(Qt::Key_Right, 0), ElementsAre(u"walk 2"_s));
+    EXPECT_THAT(across(Qt::Key_Left, 2), ElementsAre(u"walk 0"_s));
+    EXPECT_THAT(across(Qt::Key_Home, 3), ElementsAre(u"walk 0"_s));
+    EXPECT_THAT(across(Qt::Key_End, 0), ElementsAre(u"walk 3"_s));
+    EXPECT_THAT(across(Qt::Key_Home, 0), ElementsAre(u"walk 0"_s)) << "it has focus, but may not be chosen yet";
+    EXPECT_THAT(across(Qt::Key_Right, 3), IsEmpty());
+    EXPECT_TRUE(isUsed);
+    EXPECT_THAT(across(Qt::Key_Left, 0), IsEmpty());
+    EXPECT_TRUE(isUsed);
+    for (const int key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_P, Qt::Key_Space}) {
+        EXPECT_THAT(across(key, 0), IsEmpty()) << key;
+        EXPECT_FALSE(isUsed) << key;
+    }
+}
+
+TEST_F(LKChoiceKeysTest, InAMirroredLayoutLeftAndRightChangePlaces)
+{
+    EXPECT_THAT(across(Qt::Key_Left, 0, true), ElementsAre(u"walk 2"_s));
+    EXPECT_THAT(across(Qt::Key_Right, 2, true), ElementsAre(u"walk 0"_s));
+    EXPECT_THAT(across(Qt::Key_Home, 3, true), ElementsAre(u"walk 0"_s));
+    EXPECT_THAT(across(Qt::Key_End, 0, true), ElementsAre(u"walk 3"_s));
 }
 
 TEST_F(LKChoiceKeysTest, TheNearestRowIsTheNextOneThatCanBeChosen)
