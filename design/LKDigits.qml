@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Larkspan.Design
 
-// A text that counts: its digits are all as wide, so that it keeps its place while it runs.
+// A text with figures that change, such as a clock. All digits have the same width, so that the text stays in place.
 T.Control {
     id: digits
 
@@ -26,7 +26,8 @@ T.Control {
     LKAccessible.role: Accessible.StaticText
     Accessible.name: text
 
-    // In a face of our kind none is wider than this one. Bare texts: none is ever cut, or read by itself.
+    // Measures a digit: in the fonts that we use, 0 is as wide as any. The texts are bare ones, since none is elided or
+    // read by itself.
     Text {
         id: widest
 
@@ -44,7 +45,8 @@ T.Control {
 
                 readonly property string run: digits.runs[index] ?? ""
 
-                width: run >= "0" && run <= "9" ? widest.implicitWidth : implicitWidth
+                // Undefined for the text's own width. Reading implicitWidth here may change it, which would be a loop.
+                width: run >= "0" && run <= "9" ? widest.implicitWidth : undefined
                 text: run
                 font: digits.font
                 color: digits.color

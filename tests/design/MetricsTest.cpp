@@ -184,6 +184,19 @@ TEST(LKDigits, KeepItsDigitsAsWideAsEachOther)
     EXPECT_EQ(accessibleName(findShown(scene.root(), u"1 of 12"_s)), u"1 of 12"_s);
 }
 
+TEST(LKDigits, AreAsWideAfterAFigureWasAddedAsFromTheStart)
+{
+    Scene scene(document("LKDigits { objectName: 'clock' }"));
+    QQuickItem *clock = findNamed(scene.root(), u"clock"_s);
+    for (const QString &text :
+         {u"9.9s"_s, u"10.0s"_s, u"59.9s"_s, u"1m 0.0s"_s, u"9m 59.9s"_s, u"10m 0.0s"_s, u"9.9s"_s}) {
+        clock->setProperty("text", text);
+        Scene fresh(document("LKDigits { objectName: 'clock'; text: '" + text.toStdString() + "' }"));
+        const QQuickItem *same = findNamed(fresh.root(), u"clock"_s);
+        EXPECT_TRUE(waitUntil([&] { return clock->implicitWidth() == same->implicitWidth(); })) << text.toStdString();
+    }
+}
+
 TEST(LKDigits, RunFromLeftToRightInEveryLayout)
 {
     Scene scene(document("Item { width: 200; LayoutMirroring.enabled: true; LayoutMirroring.childrenInherit: true\n"
