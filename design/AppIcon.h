@@ -9,18 +9,17 @@ class QPainter;
 
 namespace larkspan {
 
-// Paints the program's mark with its shadow around it: a dark rounded square from the origin to
-// (side, side), with one lit and one empty bar on it. accent: of the lit bar. room: around the square; the shadow is
-// narrower where it would be cut off.
+// Paints the program's mark: a dark rounded square from the origin to (side, side) with a lit and an empty bar, and its
+// shadow. accent: the lit bar's colour. room: the space around the square; the shadow is made narrower to fit into it.
 void paintAppIcon(QPainter &painter, double side, const QColor &accent, double room);
-// A whole icon file of so many pixels: the mark with room for its shadow.
+// Returns an icon with so many pixels a side: the mark, and room for its shadow.
 [[nodiscard]] QImage appIconImage(int pixels);
 // The sizes in which desktops ask for an icon, in pixels.
 [[nodiscard]] std::span<const int> appIconSizes();
-// In all of them.
+// Returns the icon in all of these sizes.
 [[nodiscard]] QIcon appIcon();
 
-// The mark within an item that leaves room for its shadow; AppIconMark is the one of the mark's own size.
+// Draws the mark in the middle of an item that has room for its shadow. AppIconMark is an item of the mark's own size.
 class AppIconCanvas : public QQuickPaintedItem
 {
     Q_OBJECT

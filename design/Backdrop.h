@@ -9,8 +9,8 @@
 
 namespace larkspan {
 
-// The base of moving backgrounds. It takes one step for each frame of the display while anything moves and anyone can
-// see it; in boringMode it draws one still picture and nothing after it. Main thread, but for updatePaintNode.
+// The base of moving backgrounds. It takes one step for each frame of the display while something moves and the item is
+// visible. In boringMode it draws one still picture. Main thread, except for updatePaintNode.
 class Backdrop : public QQuickItem
 {
     Q_OBJECT
@@ -18,26 +18,26 @@ class Backdrop : public QQuickItem
     QML_UNCREATABLE("Each background draws its own.")
 
 public:
-    // Seconds; it may run in any manner, or stand.
+    // Returns seconds. It may run at any rate, or not at all.
     using Clock = std::function<double()>;
 
     explicit Backdrop(QQuickItem *parent = nullptr);
 
-    // Another clock than the machine's, for a picture of a chosen moment. now() starts over at 0.
+    // Replaces the machine's clock, for a picture of a chosen moment. now() begins again at 0.
     void setClock(Clock clock);
-    // A frame is asked for whenever the display can show one.
+    // Returns whether it takes a step for each frame of the display.
     [[nodiscard]] bool isMoving() const;
 
 protected:
-    // One frame. False when nothing will change any more until wake().
+    // Takes one step. Returns false when nothing will change until wake().
     virtual bool advance() = 0;
-    // Back to the one picture that is shown where nothing may move.
+    // Goes back to the still picture of boringMode.
     virtual void beStill() = 0;
 
     void wake();
-    // Since the item was made.
+    // Returns the seconds since the item was created or got its clock.
     [[nodiscard]] double now() const { return m_clock() - m_start; }
-    // The length of a device pixel.
+    // Returns the length of a device pixel, in points.
     [[nodiscard]] double pixel() const;
     // Returns whether there is anything to draw, and something to draw it with.
     [[nodiscard]] bool canDraw() const;

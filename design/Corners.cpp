@@ -21,8 +21,8 @@ constexpr Curve continuous{{{reach, 0},
                             {0, 0.86840694},
                             {0, 1.08849296},
                             {0, reach}}};
-// Its direction where one of its curves gives way to the next, in degrees from the edge; a quarter of a circle is
-// divided at the same directions.
+// The direction at which the first of its three curves ends, in degrees from the edge; the last begins at the mirrored
+// one. The quarter circle is divided at the same directions.
 constexpr double turn = 18.77;
 
 Curve quarterCircle()
@@ -44,7 +44,7 @@ Curve quarterCircle()
     return curve;
 }
 
-// The place on one cubic curve, and how it changes there.
+// A point of a cubic curve, and the curve's derivative there.
 struct CurvePoint
 {
     QPointF place;
@@ -63,7 +63,7 @@ double room(QSizeF rectangle)
     return std::max(0.0, std::min(rectangle.width(), rectangle.height()) / 2);
 }
 
-// Turned a quarter, corner by corner, from the upper left one against the clock.
+// Returns a vector of the upper left corner turned for another one, by a quarter anticlockwise for each.
 QPointF turned(QPointF vector, int corner)
 {
     for (; corner > 0; --corner) {

@@ -11,12 +11,12 @@
 // curve for the shaders. Lengths in points.
 namespace larkspan::corners {
 
-// A corner's share of an edge that has room for it, in radii. With less room it comes closer to an arc, and with
-// no more than its radius, as in a pill or a circle, it is one.
+// The length that a corner takes of an edge with enough room, in radii. With less room it is closer to an arc; with no
+// more than its radius, as in a pill or a circle, it is an arc.
 inline constexpr double reach = 1.528665;
 
-// One corner as three cubic curves, from the one edge to the other: a point's distances from the other edge and from
-// this one. room: of each edge, at least radius.
+// Returns one corner as three cubic curves from one edge to the other. x is a point's distance from the other edge, y
+// that from the first one. room: the length of each edge that the corner may take, at least radius.
 using Curve = std::array<QPointF, 10>;
 [[nodiscard]] Curve curve(double radius, double room);
 
@@ -30,9 +30,10 @@ struct OutlinePoint
     QPointF outward; // of length 1; longer at a sharp corner, so that edges moved along it stay parallel
 };
 
-// The outline of a rectangle at the origin as a polygon that looks smooth at so many pixels to a point.
+// Returns the outline of a rectangle at the origin, as a polygon that looks smooth at so many pixels to a point.
 [[nodiscard]] std::vector<OutlinePoint> outline(QSizeF rectangle, double radius, double pixelsPerPoint);
-// That outline moved inwards everywhere by a distance; what would cross itself meets in one point instead.
+// Returns a point of that outline moved inwards by a distance. Where the moved outline would cross itself, its points
+// meet in one.
 [[nodiscard]] QPointF movedIn(const OutlinePoint &point, double distance, QSizeF rectangle, double radius);
 
 } // namespace larkspan::corners

@@ -27,7 +27,7 @@ Item {
     width: 352
     height: frameHeight
 
-    // Turned as one picture with an empty rim: what is clipped while it is turned has jagged edges.
+    // Rotated as one picture with an empty margin, since clipping a rotated item leaves jagged edges.
     Item {
         anchors.fill: parent
         anchors.margins: -1

@@ -7,26 +7,26 @@
 
 namespace larkspan {
 
-// Plays the intro's timeline once, by the clock: a late frame shows what is due then, and nothing shifts. Main thread.
+// Plays the intro's timeline once, by the clock: a late frame shows the look of its own moment. Main thread.
 class IntroSequence : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(larkspan::IntroLook look READ look NOTIFY lookChanged)
-    // Set while it isn't playing, this chooses the moment that is shown.
+    // The moment that is shown. It can be set while the sequence isn't playing.
     Q_PROPERTY(double seconds READ seconds WRITE setSeconds NOTIFY lookChanged)
     Q_PROPERTY(bool hasStarted READ hasStarted NOTIFY hasStartedChanged)
 
 public:
     explicit IntroSequence(QObject *parent = nullptr);
 
-    // From here on the moments count; a second start changes nothing.
+    // Starts the clock. A second call changes nothing.
     Q_INVOKABLE void start();
 
     [[nodiscard]] const IntroLook &look() const { return m_look; }
     [[nodiscard]] double seconds() const { return m_seconds; }
     void setSeconds(double seconds);
-    // Moves to this moment, and emits what is due on the way there and wasn't emitted before.
+    // Moves to this moment, and emits the signals that have become due and weren't emitted before.
     void playTo(double seconds);
     [[nodiscard]] bool hasStarted() const { return m_clock.isValid(); }
 

@@ -7,13 +7,13 @@ namespace larkspan {
 
 namespace {
 
-constexpr double edgeCells = 1.5;    // from the window's edge inward, the effect grows over so many cells
-constexpr double pinchRadius = 60.0; // around the pointer the pull falls away, so that the mesh isn't pinched
+constexpr double edgeCells = 1.5;    // cells from the window's edge inward over which the effect grows
+constexpr double pinchRadius = 60.0; // points around the pointer in which the pull fades, or the mesh would be pinched
 constexpr double noPull = 0.01;      // share of the reach in which there is none at all
 constexpr double glowFrom = 0.3;     // of a node's share of the active look
 constexpr double rippleAmplitude = 18.0;
-constexpr double restDistance = 0.01;     // of the pointer from where it is followed to; no eye sees the rest
-constexpr std::size_t usualRipples = 128; // more than a hundred clicks a second leave alive
+constexpr double restDistance = 0.01;     // distance to the pointer at which following it ends, in points
+constexpr std::size_t usualRipples = 128; // more than are alive at a hundred clicks a second
 
 double smoothstep(double t)
 {

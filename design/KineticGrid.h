@@ -98,15 +98,15 @@ struct NodeLook
     [[nodiscard]] static bool glows(double intensity);
 };
 
-// The moving part of the kinetic grid: a pointer that is followed softly, and the ripples of its clicks. Arithmetic
-// alone; no clock and no drawing. Lengths in points.
+// The moving part of the kinetic grid: a pointer that is followed softly, and the ripples of its clicks. It only
+// calculates, without a clock or drawing. Lengths in points.
 class KineticGrid
 {
 public:
-    static constexpr double cellSize = 55.0;         // a cell is about as long
+    static constexpr double cellSize = 55.0;         // side of a cell, about
     static constexpr double influenceRadius = 260.0; // reach of the pointer's pull
     static constexpr double maxWarp = 24.0;          // greatest pull on a point
-    static constexpr double dotSpacing = 28.0;       // of the lattice behind the mesh
+    static constexpr double dotSpacing = 28.0;       // distance of the dots behind the mesh
     static constexpr double dotDiameter = 1.4;
     static constexpr double lerpSpeed = 0.08;                   // share of the way to the pointer covered in each frame
     static constexpr double waveWidth = 55.0;                   // half of a ripple's band
@@ -120,14 +120,14 @@ public:
     KineticGrid();
 
     void movePointer(QPointF to) { m_target = to; }
-    // The pointer drifts off the window, so that the mesh relaxes instead of snapping back.
+    // Lets the followed pointer drift off the window, so that the mesh relaxes instead of snapping back.
     void pointerLeft() { m_target = {offScreen, offScreen}; }
     void addRipple(QPointF at, double now);
-    // One frame: follows the pointer, and drops the ripples that are over.
+    // Takes one step for a frame: follows the pointer, and drops the ripples that are over.
     void advance(double now);
-    // Flat and unlit, as before any event.
+    // Makes the mesh flat and unlit, as before any event.
     void reset();
-    // Nothing changes any more until the next event.
+    // Returns true if nothing changes until the next event.
     [[nodiscard]] bool isAtRest() const;
 
     [[nodiscard]] QPointF mouse() const { return m_mouse; }

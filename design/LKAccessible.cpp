@@ -70,7 +70,7 @@ public:
         return state;
     }
 
-    // Without the press that a button has by itself where its control answers one, too.
+    // Names each action once: a button's own press and its control's press handler both count as one.
     QStringList actionNames() const override
     {
         QStringList names = QAccessibleQuickItem::actionNames();

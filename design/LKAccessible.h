@@ -11,7 +11,7 @@ namespace larkspan {
 // Tells assistive technology of a control or a popup what QML's Accessible can't:
 // - whether what a control opens is open;
 // - a popup's name and role, since Accessible attaches to items only;
-// - a role that stays: a template puts its own in its place once assistive technology is there.
+// - a role that stays: a template replaces that of Accessible by its own once assistive technology is active.
 // Attached: LKAccessible.role. Main thread.
 class LKAccessible : public QObject
 {
@@ -19,7 +19,7 @@ class LKAccessible : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("It is only attached.")
     QML_ATTACHED(larkspan::LKAccessible)
-    Q_PROPERTY(int role MEMBER m_role NOTIFY changed)     // one of Accessible's; the template's, if not said
+    Q_PROPERTY(int role MEMBER m_role NOTIFY changed)     // one of Accessible's; the template's if it isn't set
     Q_PROPERTY(QString name MEMBER m_name NOTIFY changed) // of a popup
     // True while what the control opens is open. A control that never sets it opens nothing.
     Q_PROPERTY(bool expanded READ expanded WRITE setExpanded NOTIFY changed)
@@ -28,7 +28,7 @@ public:
     explicit LKAccessible(QObject *attachee);
 
     static LKAccessible *qmlAttachedProperties(QObject *attachee) { return new LKAccessible(attachee); }
-    // Has items tell what is attached to them. Those that the engine has made before may not.
+    // Has items report what is attached to them. Items that the engine created before may not do so.
     static void install(QQmlEngine &engine);
 
     [[nodiscard]] int role() const { return m_role; }

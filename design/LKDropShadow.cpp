@@ -23,8 +23,8 @@ struct Stretch
     double points = 0;
 };
 
-// Divides one axis of the shadow, which is length points long with its blur, into stretches: both ends as they are,
-// and two dots of the even middle, stretched to fill what is left. end: points that a corner and the blur take.
+// Divides one axis of the shadow into stretches: both ends at their own size, and two dots of the uniform middle, which
+// are stretched to fill the rest. length: of the axis with its blur, in points. end: of a corner with its blur.
 std::vector<Stretch> stretches(double length, double end, double scale)
 {
     const double endDots = std::ceil(end * scale);

@@ -91,7 +91,7 @@ T.ComboBox {
         keys.labels = options.map((entry, row) => isDisabled(row) ? null : entry.label);
         event.accepted = keys.take(event.key, event.modifiers, event.text, popup.visible ? highlightedIndex : currentIndex, popup.visible);
     }
-    // At the release, for the template takes the release of Return for the choice in an open list.
+    // Opens at the release: in a list that opened at the press, the template would take the release for a choice.
     Keys.onReleased: event => {
         if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !popup.visible) {
             popup.open();
@@ -107,7 +107,7 @@ T.ComboBox {
             popup.open();
     }
 
-    // The template keeps the pointer from its label.
+    // The control has the tool tip, since its label gets no hover events from the template.
     LKToolTip {
         text: control.shownLabel
         wanted: control.hovered && (control.contentItem as Text).truncated && !control.popup.visible

@@ -27,7 +27,7 @@ FocusScope {
     Accessible.name: title
     Accessible.description: description
 
-    // As high as a line of the description by itself.
+    // Measures the height of one line of the description.
     LKText {
         id: oneLine
 
@@ -62,7 +62,7 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             visible: state.description !== ""
             width: Math.min(parent.width, 420)
-            height: about.implicitHeight - about.spacing // which is between lines, and not below the last
+            height: about.implicitHeight - about.spacing // no spacing below the last line
 
             LKText {
                 id: about

@@ -8,14 +8,14 @@
 
 namespace larkspan {
 
-// A blurred rounded rectangle in premultiplied colours that turn around its middle, two or more of them evenly spaced.
-// One pixel for every two points: a blur of some points has nothing finer to show. Reaches haloReach(blur) points
-// beyond the rectangle.
+// Returns a blurred rounded rectangle in a gradient around its middle, of two or more evenly spaced colours. The image
+// has premultiplied colours and one pixel for every two points, as a blur of some points shows no finer detail. It
+// reaches haloReach(blur) points beyond the rectangle.
 [[nodiscard]] QImage haloImage(QSizeF rectangle, double cornerRadius, double blur, const QList<QColor> &gradient);
 [[nodiscard]] double haloReach(double blur);
 
-// That image around the item, in the palette's gradient. It is made anew only when the item's size or the palette
-// changes: what animates a halo is its opacity and its scale, which cost no more than drawing one picture.
+// Draws that image around the item, in the palette's gradient. The image is made anew only when the item's size or the
+// palette changes; animating the item's opacity and scale is cheap.
 class LKHalo : public QQuickItem
 {
     Q_OBJECT

@@ -15,7 +15,7 @@ T.Menu {
     // The item that had keyboard focus, and gets it back when the menu closes.
     property Item keyboardBefore: null
 
-    // Once a row is too long for this it is elided.
+    // The greatest width of a row, in points. A longer text is elided.
     readonly property real widest: 360
 
     function labelAt(row: int): var {

@@ -3,13 +3,13 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Larkspan.Design
 
-// One thing to choose of an LKMenu.
+// An entry of an LKMenu.
 T.MenuItem {
     id: item
 
-    // Shows a mark before the text of a choice that holds already.
+    // True for a choice that is in effect: a mark is shown before its text.
     property bool marked: false
-    // The key that does the same, as the platform writes it.
+    // The shortcut for the same action, in the platform's notation.
     property string keys
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding

@@ -16,7 +16,7 @@ T.AbstractButton {
     // By mouse, by keyboard or by assistive technology.
     signal activated
 
-    // Does what a click does. Of exclusive ones the chosen one stays chosen.
+    // Does what a click does. In an exclusive group, the chosen button stays chosen.
     function press() {
         if (checkable && !(autoExclusive && checked)) {
             toggle();

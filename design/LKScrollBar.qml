@@ -11,7 +11,7 @@ T.ScrollBar {
     padding: 2
     minimumSize: 0.1
     visible: control.size < 1
-    Accessible.ignored: true // what it scrolls is walked by itself
+    Accessible.ignored: true // assistive technology walks the scrolled items instead
 
     contentItem: LKRectangle {
         implicitWidth: 4

@@ -15,7 +15,7 @@ Item {
     readonly property color lightColor: spotlight.colorAt(LK.palette.accent, LK.palette.info, motion.nx)
     readonly property bool hasPointer: spotlight.hasPointer
 
-    // One item may fill the card; the card's size doesn't move what that item asks for.
+    // An only item may fill the card: the card asks for that item's implicit size, which doesn't depend on the card's.
     readonly property Item onlyItem: holder.children.length === 1 ? holder.children[0] : null
 
     implicitWidth: onlyItem && onlyItem.implicitWidth > 0 ? onlyItem.implicitWidth : holder.childrenRect.width

@@ -7,8 +7,8 @@
 
 namespace larkspan {
 
-// Sees the pointer within its area and takes nothing from the items above or below it: the window's events are watched
-// on their way, not received. Only while it is visible and enabled.
+// Follows the pointer within its area while it is visible and enabled. It watches the window's events without taking
+// any from the items above or below it.
 class MouseTracker : public QQuickItem
 {
     Q_OBJECT

@@ -65,7 +65,7 @@ std::uint8_t byte(double value)
 
 SoftShapeMaterial::SoftShapeMaterial()
 {
-    // Corners must reach the shader where the item put them: what is worked out there counts in pixels.
+    // Without RequiresFullMatrix the renderer transforms the vertices, and the shader's lengths are no longer pixels.
     setFlag(Blending | RequiresFullMatrix);
 }
 

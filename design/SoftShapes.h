@@ -25,15 +25,15 @@ public:
     float box = 0.0f; // half the side of the square that shapes are drawn around, in widths of their soft edge
 };
 
-// Discs, lines, rings, glows and rounded squares in one draw call; later ones lie above earlier ones. Render thread.
-// A drawing goes between begin() and end(). Memory is taken when a drawing is larger than any before it, and kept.
+// Draws discs, lines, rings, glows and rounded squares in one draw call, each above the ones before. Shapes are added
+// between begin() and end(). Memory grows with the largest drawing and is kept. Render thread.
 class SoftShapeNode : public QSGGeometryNode
 {
 public:
     SoftShapeNode();
 
     // pixel: the length of a device pixel in the item's coordinates.
-    // shapes: how many there will be at most. A drawing of squares says how large they all are, and holds nothing else.
+    // shapes: the greatest number of them. squareSide: of all squares, in a drawing that has nothing but squares.
     void begin(int shapes, double pixel, double squareSide = 0.0, double squareRadius = 0.0);
     void addDisc(QPointF centre, double radius, const RGBA &color);
     void addSegment(QPointF from, QPointF to, double width, const RGBA &color);

@@ -10,7 +10,7 @@
 
 namespace larkspan {
 
-// The arithmetic of the surfaces that move. Lengths in points.
+// Calculations for the surfaces that move. Lengths in points.
 
 // Returns the centre of a card's light, in parts of its width and height, 0 to 1 each: under the pointer, given in the
 // card's coordinates, or in the middle without one.
@@ -19,10 +19,10 @@ namespace larkspan {
 // Returns the reach of a card's light.
 [[nodiscard]] double spotlightRadius(QSizeF card);
 
-// From one colour (share 0) to another (share 1), component by component, without transparency.
+// Returns a mixture of two opaque colours, component by component. share: 0 for the first, 1 for the second.
 [[nodiscard]] QColor mixed(const QColor &from, const QColor &to, double share);
 
-// "12.3s", from a minute on "2m 3.4s". A time below 0 counts as 0.
+// Returns "12.3s", from a minute on "2m 3.4s". A time below 0 counts as 0.
 [[nodiscard]] QString elapsedText(std::chrono::duration<double> elapsed);
 
 } // namespace larkspan

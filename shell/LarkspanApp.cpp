@@ -43,7 +43,7 @@ constexpr std::chrono::seconds keyringPatience{3};
 // The models are kept this long after a sort, since another often follows.
 constexpr std::chrono::minutes modelPatience{1};
 
-// Made by the first sort that needs one; the next find its connections open.
+// A client that the first sort which needs it creates. Later sorts use its open connections.
 class LazyClient
 {
 public:
@@ -138,7 +138,7 @@ bool LarkspanApp::open()
         {u"handoff"_s, QVariant::fromValue(&m_handoff)},
         {u"buildNumber"_s, LARKSPAN_BUILD_NUMBER},
     });
-    // Opens the device and makes the cues now: in the middle of the intro it would be seen to halt.
+    // Opens the device and synthesises the cues now, since doing so during the intro would make it stutter.
     static_cast<void>(SoundEngine::shared());
     m_qml.load(u"qrc:/qt/qml/Larkspan/Shell/RootView.qml"_s);
     if (!window()) {

@@ -8,9 +8,9 @@
 
 namespace {
 
-// The program's arguments after the platform theme by which Qt shows the desktop's own file panels, through its portal;
-// all else it leaves to the theme of the desktop. An argument, since what is opened with the program's environment has
-// a theme of its own. Whoever asks for another theme gets that.
+// Returns the program's arguments with a platform theme added: Qt then shows the desktop's own file panels, through its
+// portal, and takes all else from the desktop's theme. It is an argument, since programs that are opened from here
+// would inherit an environment variable. A theme that the user sets in the environment is left as it is.
 std::vector<char *> withDesktopPanels(int argc, char **argv)
 {
     static char option[] = "-platformtheme";
@@ -35,7 +35,7 @@ int main(int argc, char **argv)
     QGuiApplication::setApplicationVersion(QStringLiteral(LARKSPAN_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("larkspan"));
 
-    QGuiApplication::setWindowIcon(larkspan::appIcon()); // where there is no desktop file to take it from
+    QGuiApplication::setWindowIcon(larkspan::appIcon()); // for desktops without our desktop file
 
     larkspan::chooseDrawing(QGuiApplication::arguments());
     larkspan::LarkspanApp program;

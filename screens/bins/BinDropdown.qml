@@ -1,7 +1,7 @@
 import Larkspan.Design
 
-// A bin to choose among names, or none where that has a text. Choosing files the clip at once, which may take it away:
-// so only from the open list.
+// A choice among the names of bins, and of no bin if noneText is set. Choosing files the clip at once, which may remove
+// this control, so keys choose only in the open list.
 LKDropdown {
     id: control
 

@@ -4,7 +4,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// The bins to choose from. Those that hold already are marked.
+// A menu of all bins. Those that the clip is in are marked.
 LKMenu {
     id: menu
 
@@ -13,7 +13,7 @@ LKMenu {
 
     signal chosen(string bin)
 
-    // Not a Repeater, which would put them into no menu.
+    // An Instantiator, since a Repeater can't insert its items into a menu.
     property Instantiator entries: Instantiator {
         model: menu.choices.names
 

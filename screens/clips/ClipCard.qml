@@ -18,7 +18,7 @@ LKPressable {
 
     readonly property bool hovering: hover.hovered
 
-    // The choice of another bin, or of anything at all, is asked for; at places in the card's coordinates.
+    // The menu of bins, or the menu of all actions, is to open at this point, in the card's coordinates.
     signal moveAsked(point at)
     signal menuAsked(point at)
 
@@ -77,7 +77,7 @@ LKPressable {
         anchors.margins: 6
         width: Math.min(Math.ceil(implicitWidth), picture.width - 12)
         visible: card.extraBin !== ""
-        hasHelp: false // the card has, and shows what is cut
+        hasHelp: false // the card has a tool tip of its own
         text: card.extraBin
         font: LK.font(9.5)
         color: "white"

@@ -1,20 +1,20 @@
 import QtQuick
 import QtQuick.Window
 
-// A clip's picture, filling its place. The provider draws it to size, corners included, so that nothing is left to
-// clip, scale or blur while it moves.
+// A clip's picture, which fills this item. The image provider draws it at its final size with round corners, so that
+// nothing has to be clipped, scaled or blurred while it moves.
 Image {
     property url picture
     property int cornerRadius: 4
     property bool roundsBottom: true
-    // Rather than stretching what has another shape.
+    // True to crop a picture of another aspect instead of stretching it.
     property bool crops: false
-    // For glass before a part of the picture: the size of the whole picture, and the part's place in it.
+    // For frosted glass over a part of the picture: the size of the whole picture, and the part's place in it.
     property size whole: Qt.size(width, height)
     property bool isFrosted: false
     property point place
 
-    // Neither holds while a delegate is made or let go.
+    // False while a delegate is being created or destroyed, when it has no size or no picture.
     readonly property bool isShown: width >= 1 && height >= 1 && String(picture) !== ""
     readonly property real dots: Screen.devicePixelRatio
 

@@ -20,7 +20,7 @@ constexpr QSize usualSize(160, 90);
 const QString framePath = u"frame/"_s; // then the thumbnail's key
 const QString binPath = u"bin/"_s;     // then the bin
 
-// The outline of a picture. What isn't to be round below reaches beyond its lower edge.
+// Returns the outline of a picture. With topOnly its lower corners are below the picture, which then has square ones.
 QPainterPath outline(const QSizeF &size, double radius, bool topOnly)
 {
     return corners::path(QRectF(QPointF(), topOnly ? size + QSizeF(0, 2 * corners::reach * radius) : size), radius);
@@ -47,7 +47,7 @@ QImage painted(const QSize &size, const QBrush &content, const QPainterPath &sha
     return picture;
 }
 
-// The middle of a picture, in its own aspect, as large as fills the size.
+// Returns the middle of a picture, which keeps its aspect and fills the size.
 QImage filling(const QSize &size, const Thumbnail &thumbnail)
 {
     if (thumbnail.isNull() || size.isEmpty()) {
@@ -57,7 +57,7 @@ QImage filling(const QSize &size, const Thumbnail &thumbnail)
     return whole.copy(QRect(QPoint((whole.width() - size.width()) / 2, (whole.height() - size.height()) / 2), size));
 }
 
-// The part that is to be seen as through frosted glass; empty for none.
+// Returns the part that is to look as through frosted glass; empty for none.
 QRect frostedPart(const QUrlQuery &options)
 {
     const QStringList numbers = options.queryItemValue(u"frosted"_s).split(u',');
@@ -71,7 +71,7 @@ QImage frosted(const QImage &picture, const QRect &part)
     constexpr double veil = 0.35;
     const QSize coarse((part.width() + grain - 1) / grain, (part.height() + grain - 1) / grain);
     QImage glass = picture.copy(part).scaled(coarse, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    for (int finer = grain / 2; finer >= 1; finer /= 2) { // in one step the grain would show
+    for (int finer = grain / 2; finer >= 1; finer /= 2) { // a single step would show the grain
         const QSize size((part.width() + finer - 1) / finer, (part.height() + finer - 1) / finer);
         glass = glass.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }

@@ -77,14 +77,14 @@ QString CopyPhases::timeLeft() const
 
 std::optional<double> CopyPhases::secondsLeft(const CopyProgress &progress)
 {
-    constexpr double leastSeconds = 1.0; // what a speed takes to be told
+    constexpr double leastSeconds = 1.0; // of work before a speed is meaningful
     if (progress.copiedBytes <= 0 || progress.copyingSeconds + progress.verifyingSeconds < leastSeconds) {
         return std::nullopt;
     }
     double seconds =
         secondsFor(progress.totalBytes - progress.copiedBytes, progress.copiedBytes, progress.copyingSeconds);
     if (progress.verifies) {
-        // Until something was read back it is taken to go as fast as copying.
+        // Reading back is assumed to be as fast as copying until the first bytes have been read back.
         const bool isKnown = progress.verifiedBytes > 0;
         seconds += secondsFor(progress.totalBytes - progress.verifiedBytes,
                               isKnown ? progress.verifiedBytes : progress.copiedBytes,

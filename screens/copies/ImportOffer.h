@@ -17,7 +17,7 @@ class ImportOffer : public larkspan::EngineObject
     Q_PROPERTY(QString displayName MEMBER m_displayName WRITE setDisplayName NOTIFY changed) // of the card
     Q_PROPERTY(bool isCounted MEMBER m_isCounted NOTIFY changed)                             // clipCount is known
     Q_PROPERTY(int clipCount MEMBER m_clipCount NOTIFY changed)
-    // Nothing can be brought in before a Shoots folder is chosen.
+    // True while there is no Shoots folder, without which nothing can be brought in.
     Q_PROPERTY(bool needsFolder READ needsFolder NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString body READ body NOTIFY changed)
@@ -25,15 +25,15 @@ class ImportOffer : public larkspan::EngineObject
     Q_PROPERTY(QString answer READ answer NOTIFY changed)           // on the button that answers
     Q_PROPERTY(QString checking READ checking NOTIFY changed)       // says how copies are checked; "" for none
     Q_PROPERTY(QString description READ description NOTIFY changed) // all of it, for assistive technology
-    // Accepting stops a copy that is running, as the warning says. It keeps its room once it has been shown, so that
-    // the buttons stay in place when the copy ends.
+    // True while a copy is running, which accepting would stop, as the warning says. hasWarned stays true when that
+    // copy ends: the warning keeps its space, so that the buttons stay in place.
     Q_PROPERTY(bool warns READ warns NOTIFY changed)
     Q_PROPERTY(bool hasWarned READ hasWarned NOTIFY changed)
     Q_PROPERTY(QString warning READ warning CONSTANT)
-    // The offer is topmost and has keyboard focus.
+    // True while the offer is topmost and has keyboard focus.
     Q_PROPERTY(bool isInReach MEMBER m_isInReach WRITE setInReach NOTIFY changed)
-    // A key that was meant for what the offer has come up over answers nothing: it takes keys once it has been in reach
-    // for `patience`.
+    // True once the offer has been in reach for `patience`. Keys before that may be meant for what was on screen when
+    // it appeared, and are ignored.
     Q_PROPERTY(bool answersKeys READ answersKeys NOTIFY changed)
 
 public:
@@ -61,7 +61,7 @@ public:
 Q_SIGNALS:
     void accepted();
     void preferencesDue();
-    // Keys answer nothing until the offer has been looked at.
+    // Keys are ignored from the first signal until the second one.
     void lookBegan();
     void lookedAt();
 

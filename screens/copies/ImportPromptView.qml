@@ -8,14 +8,14 @@ FocusScope {
     id: prompt
 
     required property SortEngine engine
-    // The card on offer; its clips count once they are counted.
+    // The card on offer. clipCount is valid once isCounted is true.
     required property string displayName
     required property bool isCounted
     required property int clipCount
 
     readonly property alias body: offer.body
 
-    // Nothing lies above the prompt.
+    // True while no other overlay is above the prompt.
     property bool isTopmost: true
     readonly property alias answersKeys: offer.answersKeys
 
@@ -40,7 +40,7 @@ FocusScope {
         onPreferencesDue: prompt.openPreferences()
     }
 
-    // Has keyboard focus until keys may answer, and swallows them.
+    // Has keyboard focus until keys may answer, and ignores all keys.
     Item {
         id: waiting
 
@@ -96,7 +96,7 @@ FocusScope {
         LKText {
             anchors.horizontalCenter: parent.horizontalCenter
             width: 300
-            // Room for the count, so that the buttons stand still when it comes.
+            // Reserves two lines, so that the buttons stay in place when the count comes.
             height: Math.max(implicitHeight, Math.ceil(2 * metrics.lineSpacing))
             text: offer.body
             font: LK.font(12.5)
@@ -134,7 +134,7 @@ FocusScope {
                 anchors.fill: parent
                 visible: offer.warns
                 text: offer.warning
-                elide: Text.ElideNone // as high as it is
+                elide: Text.ElideNone // its height is never limited
                 font: LK.font(12.5, Font.Medium)
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap

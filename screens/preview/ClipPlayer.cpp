@@ -73,7 +73,7 @@ ClipPlayer::Handle makePlayer()
     if (!PlayerLibrary::loaded()) {
         return nullptr;
     }
-    // It refuses to work with any other. Texts for people are made without it.
+    // libmpv refuses to work with another numeric locale. Our texts for people don't depend on it.
     std::setlocale(LC_NUMERIC, "C"); // NOLINT(concurrency-mt-unsafe): nothing here reads it on another thread
     ClipPlayer::Handle mpv(libmpv().create(), [](mpv_handle *handle) {
         if (handle) {

@@ -13,8 +13,8 @@ struct mpv_event;
 
 namespace larkspan {
 
-// Plays one clip, sound included. It opens that file and nothing else, whatever the file refers to, and reads no
-// settings and no scripts of the user's. Nothing is decoded before the first play(). Main thread.
+// Plays one clip with its sound. It opens that file alone, whatever the file refers to, and reads no settings or
+// scripts of the user. Nothing is decoded before the first play(). Main thread.
 class ClipPlayer : public QObject
 {
     Q_OBJECT
@@ -29,18 +29,18 @@ class ClipPlayer : public QObject
     Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY volumeChanged)
     // True if the picture keeps its shape, with black beside it; false if it fills its place. Set before open().
     Q_PROPERTY(bool keepsAspect MEMBER m_keepsAspect NOTIFY keepsAspectChanged)
-    // Why the clip can't be played, for people; "" while it can, or while nobody has tried.
+    // The reason that the clip can't be played, for people; "" if it can, or before it was tried.
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
 
 public:
-    // Shared with what draws the pictures, which may outlive the player by a frame.
+    // Shared with the renderer of the pictures, which may outlive the player by a frame.
     using Handle = std::shared_ptr<mpv_handle>;
 
     explicit ClipPlayer(QObject *parent = nullptr);
-    // Silent at once.
+    // Stops the sound at once.
     ~ClipPlayer() override;
 
-    // Plays the file from its beginning once there is a place for its pictures: see pictureReady.
+    // Plays the file from its beginning after pictureReady has been called.
     void open(const FileUrl &file);
     // The renderer calls this once, when it knows whether it can draw. If it can't, only the sound plays.
     void pictureReady(bool canDraw);
@@ -58,11 +58,11 @@ public:
     void setMuted(bool muted);
     [[nodiscard]] const QString &problem() const { return m_problem; }
 
-    // From the beginning again if it has ended.
+    // Plays on, or from the beginning if the clip has ended.
     Q_INVOKABLE void play();
     Q_INVOKABLE void pause();
     Q_INVOKABLE void toggle();
-    // exact: to the very frame; otherwise to one near by that is found at once, for a hand that is still moving.
+    // exact: to the frame itself; otherwise to one nearby that is found at once, for a knob that is being dragged.
     Q_INVOKABLE void seek(double seconds, bool exact);
 
 Q_SIGNALS:

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Larkspan.Design
 import Larkspan.Screens
 
-// Over a playing clip: play and pause, where it is and how long, and how loud.
+// The controls over a playing clip: play and pause, its position and duration, and the volume.
 FocusScope {
     id: controls
 
@@ -51,7 +51,7 @@ FocusScope {
                     controls.player.seek(value, true);
             }
 
-            // Follows the clip, but not out of a hand that moves it.
+            // Follows the clip, except while the user drags the knob.
             Binding on value  {
                 when: !scrub.pressed
                 value: controls.player.position

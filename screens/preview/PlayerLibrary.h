@@ -5,11 +5,12 @@
 
 namespace larkspan {
 
-// The functions of libmpv. It is loaded with the first clip that is played: some seventy other libraries come with it,
-// which would make every start slower and every launcher larger.
+// The functions of libmpv, which is loaded when the first clip is played: it brings some seventy other libraries, which
+// would slow down every start and take memory even in the launcher.
 struct PlayerLibrary
 {
-    // The first call loads it. Null where it isn't installed, or isn't the version that we know. Any thread.
+    // Returns the functions, and loads the library at the first call. Null if it isn't installed or has another major
+    // version. Any thread.
     static const PlayerLibrary *loaded();
 
     decltype(&mpv_create) create;
@@ -29,7 +30,7 @@ struct PlayerLibrary
     decltype(&mpv_render_context_set_update_callback) renderContextSetUpdateCallback;
 };
 
-// For whoever has a player already, and so the library.
+// Returns the functions once a player exists, and the library is loaded.
 inline const PlayerLibrary &libmpv()
 {
     return *PlayerLibrary::loaded();

@@ -10,7 +10,7 @@
 
 namespace larkspan {
 
-// Carries to the item what other threads have to say. They share it, and may outlive the item.
+// Carries signals from other threads to the item. The threads share it, and may outlive the item.
 class FrameRelay : public QObject
 {
     Q_OBJECT

@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// A clip that is being played: its picture, and controls over it while the pointer is there or it stands still.
+// Plays a clip. The controls over the picture are shown while the pointer is over it or the clip is paused.
 FocusScope {
     id: view
 

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Larkspan.Design
 import Larkspan.Screens
 
-// A clip that the tool wasn't sure of: what it looks like, why it is here, and one control to settle it.
+// A clip under review: its picture, the reason, and the controls that settle it.
 Item {
     id: row
 
@@ -130,7 +130,7 @@ Item {
                     if (!bins.isAsked)
                         return;
                     bins.isAsked = false;
-                    bins.focus = false; // or the list would hand focus on to it again
+                    bins.focus = false; // otherwise the list would pass focus back to it
                     row.choiceOver();
                 }
             }

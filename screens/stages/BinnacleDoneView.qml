@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// The event is written: where, and what can follow.
+// The screen after an export: the place of the event, and the actions that can follow.
 FocusScope {
     id: view
 

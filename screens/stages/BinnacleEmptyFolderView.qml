@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// The folder held nothing to sort.
+// The screen for a folder without clips.
 FocusScope {
     id: view
 

@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// Files being copied or moved into a folder for each bin. There is no way to cancel it half done.
+// The screen while files are copied or moved into a folder for each bin, which can't be cancelled half done.
 FocusScope {
     id: view
 

@@ -2,8 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// The results of a sort: the bins down the side, and beside them the clips of the chosen one, or
-// those to look at.
+// The results of a sort: the list of bins, and beside it the clips of the chosen bin or the review list.
 FocusScope {
     id: view
 

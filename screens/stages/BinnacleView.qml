@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// The tool's one screen: what the shoot is, the view of its stage, and what can be done with it.
+// The screen of the tool: the title of the shoot, the view of its stage, and the footer with its actions.
 FocusScope {
     id: view
 
@@ -83,7 +83,7 @@ FocusScope {
         message: notes.unreadable
         dismissible: true
         onDismissed: {
-            // The button goes, and focus with it.
+            // The button disappears, and focus with it.
             middle.forceActiveFocus(Qt.OtherFocusReason);
             view.engine.dismissUnreadableCards();
         }

@@ -3,7 +3,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Screens
 
-// A sort in progress: how far it is, and the clips as they land.
+// The screen of a running sort: its progress, and the clips that are done.
 FocusScope {
     id: view
 
@@ -15,7 +15,7 @@ FocusScope {
         id: ticks
     }
 
-    // The sort goes on while its screen is away, but is not heard.
+    // A sort goes on while its screen is hidden, but makes no sound then.
     function followVisibility() {
         if (view.visible)
             ticks.start(view.engine);

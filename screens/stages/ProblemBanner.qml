@@ -1,13 +1,13 @@
 import QtQuick
 import Larkspan.Design
 
-// Says what keeps the tool from doing its work, or what the editor must know before going on. Takes no room while there
-// is nothing to say.
+// A note on what keeps the tool from working, or on what the editor must know before going on. It takes no room while
+// it is empty.
 FocusScope {
     id: banner
 
     property string message
-    // It has a button that takes it away.
+    // True if it has a button that dismisses it.
     property bool dismissible: false
 
     signal dismissed
@@ -50,7 +50,7 @@ FocusScope {
         focus: true
         size: LKButton.Sm
         title: qsTr("Dismiss")
-        Accessible.description: banner.message // whoever comes here by keyboard hears what it is about
+        Accessible.description: banner.message // keyboard focus reaches only the button, so it is read with it
         onActivated: banner.dismissed()
     }
 }

@@ -5,20 +5,20 @@
 
 namespace larkspan {
 
-// The program's start with the user's session: a desktop file in the autostart folder. The file is
-// the truth and is read each time, since the desktop's own settings change it too. Main thread; local files only.
+// Starts the program with the user's session, by a desktop file in the autostart folder. The file is read each time,
+// since the desktop's own settings change it too. Main thread; local files only.
 class LoginItem
 {
 public:
-    // folder: where the session looks; program: what it is to start.
+    // folder: the autostart folder. program: the file to start.
     explicit LoginItem(std::filesystem::path folder = defaultFolder(), std::filesystem::path program = ownProgram());
 
     static std::filesystem::path defaultFolder();
     static std::filesystem::path ownProgram();
 
-    // False too for a file that is there but switched off.
+    // Returns false for a missing desktop file, and for one that is switched off.
     [[nodiscard]] bool isEnabled() const;
-    // False if the desktop file can't be written or removed; it then stands as it was.
+    // Returns false if the desktop file can't be written or removed. It is then unchanged.
     [[nodiscard]] bool setEnabled(bool enabled) const;
 
 private:

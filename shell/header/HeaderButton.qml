@@ -9,7 +9,7 @@ LKPressable {
     property string title
     property string help
     property bool isOpen: false
-    property bool isCut: false // the title is, for want of room
+    property bool isCut: false // the title is elided
 
     words: title
     implicitWidth: Math.min(implicitContentWidth + leftPadding + rightPadding, 220)

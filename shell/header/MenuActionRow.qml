@@ -1,7 +1,7 @@
 import QtQuick
 import Larkspan.Design
 
-// One thing to do in a popover: what it is called, and a line about it.
+// An action in a popover: its name, and a line about it.
 LKPressable {
     id: control
 

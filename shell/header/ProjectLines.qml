@@ -11,7 +11,7 @@ Item {
     property string detail
     property real trailing: 0 // room left at the end, in points
     property bool showsTitle: true
-    // Has keyboard focus, or what the lines belong to has.
+    // True while the row that contains the lines has keyboard focus.
     property bool isReached: false
 
     readonly property real textX: icon.width + 10

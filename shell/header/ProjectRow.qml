@@ -80,7 +80,7 @@ LKPressable {
         font: LK.font(12, Font.Medium)
         label: qsTr("Project name")
         placeholderText: qsTr("Project name")
-        // Taken here: a Return that the field leaves goes on to the row, which opens the project.
+        // Handled here, since a Return that reaches the row would open the project.
         Keys.onReturnPressed: row.commitEdit(text)
         Keys.onEnterPressed: row.commitEdit(text)
         Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape

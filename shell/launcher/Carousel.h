@@ -12,7 +12,7 @@ class Carousel : public QObject
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(larkspan::AppState *app MEMBER m_app REQUIRED)
-    // True if the present move is to be animated; a move that follows the hand isn't.
+    // True if the present move is to be animated. A drag isn't.
     Q_PROPERTY(bool isAnimated READ isAnimated NOTIFY isAnimatedChanged)
     Q_PROPERTY(double cardStep READ cardStepOf CONSTANT)
 
@@ -26,14 +26,14 @@ public:
     [[nodiscard]] bool isAnimated() const { return m_isAnimated; }
     [[nodiscard]] static double cardStepOf() { return cardStep; }
 
-    // The card so many further on; past either end nothing happens.
+    // Moves by so many cards. Does nothing past either end.
     Q_INVOKABLE void step(int delta);
     Q_INVOKABLE void show(int index);
-    // By hand, in points from where the move began.
+    // Follow a drag. translation: points from its start.
     Q_INVOKABLE void drag(double translation);
     Q_INVOKABLE void endDrag(double translation);
     Q_INVOKABLE void cancel();
-    // A swipe that has made up its mind: +1 for the next card.
+    // Ends a swipe with a step. direction: +1 for the next card, -1 for the one before.
     Q_INVOKABLE void commit(int direction);
 
 Q_SIGNALS:

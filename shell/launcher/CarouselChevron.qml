@@ -1,7 +1,7 @@
 import QtQuick
 import Larkspan.Design
 
-// Moves the carousel by one card; faint where there is none.
+// Moves the carousel by one card; faint at the last one.
 LKPressable {
     id: chevron
 

@@ -32,7 +32,7 @@ bool CarouselScroll::handle(const Event &event)
 
 void CarouselScroll::begin()
 {
-    // A second device may begin before the first one ends; its drift isn't left standing.
+    // A second device may begin before the first one has ended: the first one's drift is taken back.
     if (hasDrifted()) {
         m_callbacks.onCancel();
     }

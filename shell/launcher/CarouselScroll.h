@@ -5,9 +5,9 @@
 
 namespace larkspan {
 
-// Makes single deliberate flicks of scroll events: a swipe drifts a little and then commits to one step at most,
-// however far the fingers go; events after they lift are swallowed; a wheel steps at most once in notchGap.
-// Vertical scrolling is let through. It has no clock and knows no toolkit: each event has its time.
+// Turns scroll events into single steps of the carousel. A swipe drifts a little and then makes one step at most,
+// however far the fingers go; events after they have lifted are swallowed. A wheel makes at most one step in notchGap.
+// Vertical scrolling is passed on. No clock and no toolkit: each event has its time.
 class CarouselScroll
 {
 public:
@@ -28,7 +28,7 @@ public:
         double seconds = 0.0;
     };
 
-    // Events that need a missing one are passed on.
+    // An event whose callback is missing is passed on.
     struct Callbacks
     {
         std::function<void(double offset)> onDrift;

@@ -9,7 +9,7 @@ FocusScope {
 
     required property AppState app
 
-    // An overlay is above the launcher and takes the scrolling.
+    // True while an overlay is above the launcher, which then ignores scrolling.
     property bool isCovered: false
 
     readonly property real cardWidth: 660
@@ -36,7 +36,7 @@ FocusScope {
     LKKineticGrid {
         anchors.fill: parent
 
-        // Drawn along by hand, but not at the top, by which the window is moved.
+        // Dragging moves the carousel, except at the top, where it moves the window.
         Item {
             anchors.fill: parent
             anchors.topMargin: 44

@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Design
 import Larkspan.Shell
 
-// The page of a tool that isn't there yet: what is coming, and the wish to be told when it comes.
+// The page of a tool in development: its description, and a form that offers to tell when it ships.
 FocusScope {
     id: page
 

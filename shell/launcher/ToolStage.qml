@@ -11,7 +11,7 @@ FocusScope {
     required property SortEngine engine
     required property int buildNumber
     required property string classifierProblem
-    property bool isCovered: false // by what is asked or shown for a moment
+    property bool isCovered: false // by an overlay
 
     readonly property bool hasTool: app.view === AppState.Tool
 
@@ -42,7 +42,7 @@ FocusScope {
         id: tool
 
         objectName: "tool"
-        // Shrunk and blurred until it has faded, so that it is still there when the launcher takes its place.
+        // True until the tool has faded out: it shrinks and blurs, and is still visible when the launcher appears.
         readonly property bool isLeaving: stage.app.closing || visible && !stage.hasTool
         property real blur: isLeaving ? 8 : 0
         readonly property int pace: stage.app.closing ? LK.motion.toolOut : LK.motion.toolIn
@@ -75,7 +75,7 @@ FocusScope {
             }
         }
 
-        // Made when it is first wanted and then kept, so that coming back finds everything where it was.
+        // Created at its first use and then kept, so that the tool is unchanged when the user returns to it.
         Loader {
             id: binnacle
 

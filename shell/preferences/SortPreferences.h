@@ -24,7 +24,7 @@ class SortPreferences : public larkspan::EngineObject
     Q_PROPERTY(QString handling READ handling WRITE setHandling NOTIFY changed)
     Q_PROPERTY(QVariantList targets READ targets CONSTANT) // of {value, label}
     Q_PROPERTY(QString target READ target WRITE setTarget NOTIFY changed)
-    Q_PROPERTY(QString handlingDetail READ handlingDetail NOTIFY changed) // what is to be said of it as it stands
+    Q_PROPERTY(QString handlingDetail READ handlingDetail NOTIFY changed) // says what the chosen handling does
     Q_PROPERTY(QString shootsFolder READ shootsFolder NOTIFY changed)
 
 public:

@@ -2,7 +2,7 @@ import QtQuick
 import Larkspan.Screens
 import Larkspan.Shell
 
-// Asks, over the whole window, about the card that was put in.
+// The overlay that offers to bring in a card that was put in.
 ModalOverlay {
     id: offer
 
@@ -12,7 +12,7 @@ ModalOverlay {
 
     readonly property bool takesKeyboard: stack.cardOfferTakesFocus
 
-    // By itself a popup takes the keyboard at the end of its entering, whatever lies above it.
+    // A popup with focus: true takes keyboard focus at the end of its enter transition, even under other overlays.
     focus: takesKeyboard
     onTakesKeyboardChanged: takingKeyboard.restart()
 
@@ -23,7 +23,7 @@ ModalOverlay {
     onScrimTapped: volumeWatcher.decline()
     onDismissed: volumeWatcher.decline()
 
-    // Later, once whoever had keyboard focus has given it away.
+    // Takes focus after the item that had it has given it up.
     Timer {
         id: takingKeyboard
 

@@ -41,7 +41,7 @@ public:
     bool hasSingleTakes() const { return !m_coverage.singleTakes.empty(); }
     QString singleTakes() const;
 
-    // Nothing while there is nothing to check.
+    // Does nothing while there are no clips to check.
     Q_INVOKABLE void open();
     Q_INVOKABLE void close();
     Q_INVOKABLE void setNeeded(const QString &bin, bool isNeeded);

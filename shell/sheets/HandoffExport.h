@@ -74,9 +74,9 @@ public:
     QString problem() const { return m_problem; }
     QString outcome() const;
 
-    // Nothing while there is nothing to write.
+    // Does nothing while there are no clips to write.
     Q_INVOKABLE void open();
-    // Nothing is written any more once this returns, nor after another choice.
+    // Cancels a file that waits for its timecodes, as another choice does too.
     Q_INVOKABLE void close();
     // Replaces the file in one step, at once or when the timecodes are read; what was there stays if that fails.
     Q_INVOKABLE void write();

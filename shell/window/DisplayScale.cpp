@@ -31,7 +31,7 @@ void DisplayScale::followScreen(QScreen *screen)
 {
     m_scale = QHighDpiScaling::factor(&m_window);
     if (screen) {
-        // Queued: of a screen's properties its resolution changes first, and the room on it is needed too.
+        // Queued, since the screen's resolution changes before its available geometry, which adapt() needs too.
         connect(screen, &QScreen::logicalDotsPerInchChanged, this, &DisplayScale::adapt,
                 Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
     }
@@ -46,7 +46,7 @@ void DisplayScale::adapt()
         return;
     }
     const QRect pixels = native->geometry();
-    // Qt itself only hears of a new size in points when the window system tells of one in pixels.
+    // Qt works out the size in points anew only when the window system reports one in pixels.
     QWindowSystemInterface::handleGeometryChange<QWindowSystemInterface::SynchronousDelivery>(&m_window, pixels);
     native->propagateSizeHints();
     if (m_window.windowState() == Qt::WindowNoState) {

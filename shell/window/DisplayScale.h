@@ -5,15 +5,14 @@
 
 namespace larkspan {
 
-// Keeps a window as large in points when the scale of its display changes under it, so far as the display has room, and
-// its least size what it is in points. Without it a window on X11 keeps its pixels: its contents grow out of it, and
-// the window system goes on letting it be as small as before. Main thread.
+// Keeps a window's size and its minimum size in points when the scale of its display changes, as far as the display has
+// room. Without it a window on X11 keeps both in pixels, and becomes too small for its content. Main thread.
 class DisplayScale : public QObject
 {
     Q_OBJECT
 
 public:
-    // window: one that is shown, which owns what follows it.
+    // window: a shown one. It becomes the owner of this object.
     explicit DisplayScale(QWindow &window);
 
 private:

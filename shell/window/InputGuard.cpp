@@ -58,8 +58,8 @@ bool InputGuard::isHeldOn(const QKeyEvent &event)
         m_lastRelease = {key, event.timestamp()};
         return std::exchange(m_releasedKey, m_releasedKey == key ? 0 : m_releasedKey) == key;
     }
-    // X11 repeats a key by a release and a press of one time. Qt takes both for those of a hand where the press hasn't
-    // arrived yet when it looks at the release.
+    // X11 repeats a key by a release and a press with the same time. Qt doesn't mark them as repeats if the press
+    // arrives after it has handled the release.
     const bool isRepeat = m_lastRelease.key == key && m_lastRelease.time == event.timestamp() && event.timestamp() != 0;
     if (isRepeat) {
         m_releasedKey = key;
@@ -87,7 +87,7 @@ bool InputGuard::mayRepeat(int key) const
     case Qt::Key_Tab:
     case Qt::Key_Backtab:
         return true;
-    default: // is written, where a text is
+    default: // may repeat only in a text field, which it writes into
         const QQuickItem *item = m_window ? m_window->activeFocusItem() : nullptr;
         return item != nullptr && item->flags().testFlag(QQuickItem::ItemAcceptsInputMethod);
     }

@@ -2,16 +2,16 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Larkspan.Design
 
-// A card that says something and waits for an answer, or for what it says to be over.
+// A card with a message and a button for each answer. Without answers it is shown until what it reports has ended.
 FocusScope {
     id: card
 
     required property string title
     required property string message
-    // On the buttons, the one that harms nothing last; the last has the keyboard.
+    // The texts of the buttons. The last one gets keyboard focus, so it is the harmless one.
     property list<string> answers
 
-    // By the answer's place in the list.
+    // index: the answer's place in answers.
     signal answered(int index)
 
     implicitWidth: 430 // three answers beside each other

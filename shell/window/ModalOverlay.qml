@@ -3,8 +3,8 @@ import QtQuick.Templates as T
 import Larkspan.Design
 import Larkspan.Shell
 
-// Lies over the whole window, wherever it is declared, and keeps everything below from the pointer and the keyboard: a
-// scrim, and on it what the editor is asked or shown. The window can still be moved, resized and closed.
+// An overlay over the whole window, wherever it is declared: a scrim with a card in its middle. Nothing below it gets
+// the pointer or keyboard focus, but the window can still be moved, resized and closed.
 T.Popup {
     id: overlay
 
@@ -21,7 +21,7 @@ T.Popup {
     // Escape has closed what this overlay shows.
     signal dismissed
 
-    // At the end of the window the stack goes first.
+    // The stack is gone before this when the window is destroyed.
     function tellStack() {
         if (stack)
             stack.put(kind, wanted, shown, visible);
@@ -43,7 +43,7 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.NoAutoClose
     visible: shown
-    LKAccessible.role: Accessible.LayeredPane // on which the dialog lies
+    LKAccessible.role: Accessible.LayeredPane // the card is the dialog
 
     enter: Transition {
         LKNumberMotion {

@@ -16,12 +16,12 @@ class Navigation : public QObject
     Q_OBJECT
 
 public:
-    // Time that a tool's screen is seen to leave before the launcher takes its place.
+    // The time in which a tool's screen disappears, before the launcher takes its place.
     static constexpr std::chrono::milliseconds closingTime{270};
 
     explicit Navigation(QObject *parent = nullptr);
 
-    // Shows a tool from its start, one that is just closing included.
+    // Shows a tool from its start, even one that is just closing.
     void openTool(const QString &id);
     void closeTool();
     // The intro ends once, for good.
@@ -34,7 +34,7 @@ public:
     // The open tool, or the one that was open last.
     [[nodiscard]] const QString &toolID() const { return m_toolID; }
     [[nodiscard]] bool isSortToolOpen() const;
-    // The tool's screen is on its way out.
+    // Returns true while the tool's screen is disappearing.
     [[nodiscard]] bool isClosing() const { return m_isClosing; }
     [[nodiscard]] int toolIndex() const { return m_toolIndex; }
     void setToolIndex(int index) { changeField(*this, m_toolIndex, index, &Navigation::toolIndexChanged); }

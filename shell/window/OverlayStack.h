@@ -15,14 +15,14 @@ class OverlayStack : public QObject
     QML_ELEMENT
     // The place of the topmost overlay that is shown; 0 without one. What is below is covered.
     Q_PROPERTY(int coveredUpTo READ coveredUpTo NOTIFY changed)
-    // No other overlay is in sight, not even one that fades. A card's offer comes by itself and takes keyboard focus
-    // only then.
+    // True while no other overlay is visible, not even one that fades. Only then does a card's offer, which appears by
+    // itself, take keyboard focus.
     Q_PROPERTY(bool isCardOfferTopmost READ isCardOfferTopmost NOTIFY changed)
-    // The editor writes in a field, which keeps keyboard focus until that is done.
+    // True while the editor writes in a text field, which then keeps keyboard focus.
     Q_PROPERTY(bool isWriting MEMBER m_isWriting NOTIFY changed)
-    // The card's offer may take keyboard focus.
+    // True while the card's offer may take keyboard focus.
     Q_PROPERTY(bool cardOfferTakesFocus READ cardOfferTakesFocus NOTIFY changed)
-    // Counts how often an overlay was asked for or let go: with another count, another thing is on show.
+    // Counts how often an overlay was opened or closed. A different count means that something else is on screen.
     Q_PROPERTY(int turns READ turns NOTIFY changed)
 
 public:

@@ -12,7 +12,7 @@ Item {
     required property real haze
 
     readonly property Item popups: T.Overlay.overlay
-    // Popups below this place are blurred, until the blur is gone after the overlay.
+    // Popups below this place are blurred. It keeps its value until the blur has faded after the overlay.
     property real reach: 0
     property real deviation: 0
 

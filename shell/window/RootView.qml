@@ -3,7 +3,7 @@ import Larkspan.Design
 import Larkspan.Screens
 import Larkspan.Shell
 
-// The program's window: the intro, then the launcher or a tool, and above them what is asked or shown for a moment.
+// The program's window: the intro, then the launcher or a tool, and the overlays above them.
 Window {
     id: root
 
@@ -21,7 +21,7 @@ Window {
 
     readonly property real glassBlur: 12 // of the overlays' glass, in points
 
-    // To be answered with the chime.
+    // The program is to play the intro's chime.
     signal introChimeDue
 
     title: windowTitle.text
@@ -74,7 +74,8 @@ Window {
 
         readonly property bool isCovered: overlays.coveredUpTo > 0
 
-        // A popup or a panel that goes leaves the keyboard to the window itself; what it came over has it where it was.
+        // A popup or a panel that closes leaves focus to the window's content item. The stage still knows the item that
+        // had focus before.
         function takeKeyboardBack() {
             if (!isCovered && root.activeFocusItem === root.contentItem)
                 stage.forceActiveFocus(Qt.PopupFocusReason);
@@ -131,7 +132,7 @@ Window {
             }
         }
 
-        // Leaves by itself: its last moment is an empty window.
+        // Needs no transition when it is unloaded: it ends with an empty window.
         Loader {
             anchors.fill: parent
             active: root.app.phase === AppState.Intro

@@ -7,8 +7,8 @@
 
 namespace larkspan {
 
-// The window's own controller stops in the middle of an item when a frame is due. A list that goes then drops a control
-// whose content is half made, which the engine never counts as ended: it warns of it at its own end.
+// Creates each item of a list in one go. The window's own controller may stop within an item when a frame is due; if
+// the list is destroyed then, the engine warns at exit of an unfinished item.
 class WindowEngine::WholeItems : public QQmlIncubationController
 {
 public:
@@ -30,7 +30,7 @@ protected:
     }
 
 private:
-    QTimer m_idle; // once no event waits
+    QTimer m_idle; // fires when no event is waiting
 };
 
 WindowEngine::WindowEngine() : m_items(std::make_unique<WholeItems>())

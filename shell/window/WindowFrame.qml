@@ -6,7 +6,7 @@ import Larkspan.Shell
 Item {
     id: frame
 
-    readonly property real edge: 4 // how far from the edge it can be taken hold of, in points
+    readonly property real edge: 4 // points from the edge in which dragging resizes the window
     readonly property real corner: 10
 
     Item {

@@ -1,14 +1,13 @@
 import QtQuick
 
-// Acts as a title bar: dragged to move the window, pressed twice to fill the screen or to go back. It is behind the
-// controls.
+// Acts as a title bar below the controls: dragging moves the window, a double click maximizes or restores it.
 MouseArea {
     id: area
 
     property point hold
-    property bool isMoving: false // since it was pressed last
+    property bool isMoving: false // the present press has become a move of the window
 
-    // Pressed and let go again without having moved the window.
+    // A click that didn't move the window.
     signal tapped
 
     onPressed: mouse => {
