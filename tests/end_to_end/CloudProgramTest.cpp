@@ -1,4 +1,3 @@
-#include <fstream>
 #include <mutex>
 
 #include <gmock/gmock.h>
@@ -24,12 +23,6 @@ using testing::SizeIs;
 namespace {
 
 const QByteArray secret = "sk-of-the-program-0123456789";
-
-std::string contentOf(const std::filesystem::path &file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 // Everything that is logged while it lives, whatever the category and level.
 class LogBook
@@ -190,11 +183,11 @@ TEST_F(CloudProgram, TheKeyReachesNeitherLogNorFile)
     ASSERT_THAT(server.requests(), SizeIs(2));
     EXPECT_THAT(log.text(), HasSubstr("qt.")) << "something was logged";
     EXPECT_THAT(log.text(), Not(HasSubstr(secret.toStdString())));
-    EXPECT_THAT(contentOf("/proc/self/cmdline"), Not(HasSubstr(secret.toStdString())));
+    EXPECT_THAT(bytesOf("/proc/self/cmdline"), Not(HasSubstr(secret.toStdString())));
     for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
         for (const auto &entry : std::filesystem::recursive_directory_iterator(qgetenv(variable).toStdString())) {
             if (entry.is_regular_file()) {
-                EXPECT_THAT(contentOf(entry.path()), Not(HasSubstr(secret.toStdString()))) << entry.path();
+                EXPECT_THAT(bytesOf(entry.path()), Not(HasSubstr(secret.toStdString()))) << entry.path();
             }
         }
     }

@@ -1,6 +1,5 @@
 // The program does nothing while nobody uses it.
-#include <QtCore/QFile>
-
+#include "tests/support/FfmpegMedia.h"
 #include "tests/support/ProcessThreads.h"
 #include "tests/support/StartedProgram.h"
 #include "tests/support/WaitUntil.h"
@@ -70,9 +69,7 @@ TEST(Idle, ALauncherHasNotLoadedWhatPlaysClips)
 {
     StartedProgram program(QStringLiteral(LARKSPAN_PROGRAM));
     ASSERT_TRUE(program.showsItsWindow());
-    QFile maps(u"/proc/%1/maps"_s.arg(program.process().processId()));
-    ASSERT_TRUE(maps.open(QIODevice::ReadOnly));
-    const QByteArray mapped = maps.readAll();
-    EXPECT_TRUE(mapped.contains("libQt6Quick.so"));
-    EXPECT_FALSE(mapped.contains("libmpv.so"));
+    const std::string mapped = bytesOf("/proc/" + std::to_string(program.process().processId()) + "/maps");
+    EXPECT_THAT(mapped, testing::HasSubstr("libQt6Quick.so"));
+    EXPECT_THAT(mapped, testing::Not(testing::HasSubstr("libmpv.so")));
 }

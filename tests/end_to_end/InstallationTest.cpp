@@ -2,10 +2,8 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <set>
 
-#include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtGui/QImage>
 
@@ -108,9 +106,7 @@ TEST_F(Installation, ItsDesktopFileIsValidAndStartsTheProgram)
     const Ended validation = run({u"desktop-file-validate"_s, desktopFile()});
     EXPECT_EQ(validation.exitCode, 0);
     EXPECT_EQ(validation.output, "");
-    QFile file(desktopFile());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+    const QStringList lines = QString::fromStdString(bytesOf(desktopFile().toStdString())).split(u'\n');
     EXPECT_TRUE(lines.contains(u"Exec=larkspan"_s));
     EXPECT_TRUE(lines.contains(u"Icon=larkspan"_s));
     EXPECT_EQ(access(program().toUtf8().constData(), X_OK), 0);
@@ -185,8 +181,7 @@ TEST_F(Installation, LooksForItsLibrariesInThePrefixAndOnTheSystemAlone)
 TEST_F(Installation, NamesNoPlaceOfTheBuildOrTheSources)
 {
 #if defined(NDEBUG)
-    std::ifstream file(program().toStdString(), std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string bytes = bytesOf(program().toStdString());
     EXPECT_GT(bytes.size(), 1'000'000U);
     EXPECT_EQ(bytes.find(LARKSPAN_BUILD), std::string::npos);
     EXPECT_EQ(bytes.find(LARKSPAN_SOURCES), std::string::npos);
@@ -205,8 +200,7 @@ TEST_F(Installation, ComesUpFromThereWithItsOwnModelsAndChime)
                                                             "rooms.head", "intro_chime.wav"}));
     }));
     // Everything that it is made of.
-    std::ifstream maps("/proc/" + std::to_string(started.process().processId()) + "/maps");
-    const std::string mapped{std::istreambuf_iterator<char>(maps), {}};
+    const std::string mapped = bytesOf("/proc/" + std::to_string(started.process().processId()) + "/maps");
     EXPECT_THAT(mapped, HasSubstr((*prefix / "lib").string()));
     EXPECT_THAT(mapped, Not(HasSubstr(LARKSPAN_BUILD)));
     EXPECT_THAT(mapped, Not(HasSubstr(LARKSPAN_SOURCES)));

@@ -1,6 +1,4 @@
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 
 #include "tests/end_to_end/ProgramWindow.h"
 #include "tests/end_to_end/XmlTexts.h"
@@ -17,13 +15,6 @@ using testing::UnorderedElementsAre;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string contentOf(const fs::path &file)
-{
-    std::ostringstream content;
-    content << std::ifstream(file).rdbuf();
-    return content.str();
-}
 
 // The whole program, used by mouse and keyboard alone.
 class SortShootTest : public ProgramWindow
@@ -87,8 +78,8 @@ TEST_F(SortShootTest, DropAFolderWaitForTheBinsExportAndFindTheEventByMouse)
     expectTheEvent();
 
     const fs::path opened = desk() / "opened";
-    EXPECT_TRUE(waitUntil([&] { return !contentOf(opened).empty(); }));
-    EXPECT_EQ(QUrl::fromEncoded(QByteArray::fromStdString(contentOf(opened))).toLocalFile(),
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(opened) && !bytesOf(opened).empty(); }));
+    EXPECT_EQ(QUrl::fromEncoded(QByteArray::fromStdString(bytesOf(opened))).toLocalFile(),
               QString::fromStdString(event.string()));
     Desktop::click(shown(u"Sort Another Shoot"_s));
     (void)shown(u"Drop a shoot folder here"_s);
@@ -109,10 +100,10 @@ TEST_F(SortShootTest, AVerifiedCopyLeavesItsProofAndAReportThatCallsItSafe)
 
     Desktop::click(shown(u"Copy Report…"_s));
     const fs::path report = shoot / "Villa & Söhne copy report.html";
-    ASSERT_TRUE(waitUntil([&] { return !contentOf(desk() / "opened").empty(); }));
-    EXPECT_EQ(QUrl::fromEncoded(QByteArray::fromStdString(contentOf(desk() / "opened"))).toLocalFile(),
+    ASSERT_TRUE(waitUntil([&] { return fs::exists(desk() / "opened") && !bytesOf(desk() / "opened").empty(); }));
+    EXPECT_EQ(QUrl::fromEncoded(QByteArray::fromStdString(bytesOf(desk() / "opened"))).toLocalFile(),
               QString::fromStdString(report.string()));
-    EXPECT_THAT(contentOf(report), testing::HasSubstr("All 3 files were read back and match. Safe to erase."));
+    EXPECT_THAT(bytesOf(report), testing::HasSubstr("All 3 files were read back and match. Safe to erase."));
 }
 
 TEST_F(SortShootTest, ADroppedClipSortsTheFolderThatItLiesIn)

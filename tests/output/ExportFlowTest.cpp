@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/output/ExportFlowFixture.h"
+#include "tests/support/FfmpegMedia.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -30,8 +31,8 @@ TEST_F(ExportFlowTest, AFolderNamedWithAnAmpersandNamesTheFileWithItAndOnlyTheTe
     SortEngine engine(exportingSeams());
     sortAndExport(engine, {});
     EXPECT_EQ(engine.stage().event, FileUrl(housePath / "A&B.fcpxml"));
-    EXPECT_THAT(contentOf(housePath / "A&B.fcpxml"), HasSubstr("A&amp;B"));
-    EXPECT_THAT(contentOf(housePath / "A&B.fcpxml"), Not(HasSubstr("A&B")));
+    EXPECT_THAT(bytesOf(housePath / "A&B.fcpxml"), HasSubstr("A&amp;B"));
+    EXPECT_THAT(bytesOf(housePath / "A&B.fcpxml"), Not(HasSubstr("A&B")));
 }
 
 TEST_F(ExportFlowTest, WithoutTheOptionTheEventGoesToTheDocumentsWhichAreMadeIfNeedBe)
@@ -62,7 +63,7 @@ TEST_F(ExportFlowTest, ACopyPutsTheFootageIntoAFolderForEachBinAndTheEventAtThei
                 ElementsAre("A&B.fcpxml", "Kitchen/kitchen 1.mov", "Kitchen/kitchen 2.mov", "Pool/pool 3.mov",
                             "kitchen 1.mov", "kitchen 2.mov", "pool 3.mov"));
     EXPECT_EQ(engine.clips().front()->destinationURL, FileUrl(housePath / "Kitchen/kitchen 1.mov"));
-    EXPECT_THAT(contentOf(housePath / "A&B.fcpxml"), HasSubstr("/Kitchen/kitchen%201.mov"));
+    EXPECT_THAT(bytesOf(housePath / "A&B.fcpxml"), HasSubstr("/Kitchen/kitchen%201.mov"));
     EXPECT_THAT(opened, ElementsAre(FileUrl(housePath / "A&B.fcpxml")));
 }
 
@@ -91,7 +92,7 @@ TEST_F(ExportFlowTest, AMoveLeavesNoSource)
     sortAndExport(engine, {.fileHandling = FileHandling::move});
     EXPECT_THAT(namesBeneath(housePath),
                 ElementsAre("A&B.fcpxml", "Kitchen/kitchen 1.mov", "Kitchen/kitchen 2.mov", "Pool/pool 3.mov"));
-    EXPECT_EQ(contentOf(housePath / "Pool/pool 3.mov"), "pool 3.mov");
+    EXPECT_EQ(bytesOf(housePath / "Pool/pool 3.mov"), "pool 3.mov");
 }
 
 TEST_F(ExportFlowTest, AKitchenThreeAloneIsKitchenInTheKeywordTheFolderAndTheProject)
@@ -104,8 +105,8 @@ TEST_F(ExportFlowTest, AKitchenThreeAloneIsKitchenInTheKeywordTheFolderAndThePro
     }
     engine.exportEvent();
     ASSERT_TRUE(reaches(engine, StageKind::done));
-    EXPECT_THAT(contentOf(housePath / "A&B.fcpxml"), HasSubstr("\"Kitchen\""));
-    EXPECT_THAT(contentOf(housePath / "A&B.fcpxml"), Not(HasSubstr("Kitchen 3")));
+    EXPECT_THAT(bytesOf(housePath / "A&B.fcpxml"), HasSubstr("\"Kitchen\""));
+    EXPECT_THAT(bytesOf(housePath / "A&B.fcpxml"), Not(HasSubstr("Kitchen 3")));
     EXPECT_TRUE(fs::exists(housePath / "Kitchen/kitchen 1.mov"));
     EXPECT_EQ(cache.open(projectID(house))->clips.front().primaryBin, u"Kitchen"_s);
 }
@@ -114,11 +115,11 @@ TEST_F(ExportFlowTest, ASecondExportReplacesTheEventAndCopiesBesideTheFirstCopie
 {
     SortEngine engine(exportingSeams());
     sortAndExport(engine, {.fileHandling = FileHandling::copy});
-    const std::string first = contentOf(housePath / "A&B.fcpxml");
+    const std::string first = bytesOf(housePath / "A&B.fcpxml");
     engine.exportEvent();
     EXPECT_EQ(engine.stage().kind, StageKind::organizing);
     ASSERT_TRUE(reaches(engine, StageKind::done));
-    EXPECT_NE(contentOf(housePath / "A&B.fcpxml"), first);
+    EXPECT_NE(bytesOf(housePath / "A&B.fcpxml"), first);
     EXPECT_TRUE(fs::exists(housePath / "Pool/pool 3 2.mov"));
     EXPECT_EQ(engine.clips().back()->destinationURL, FileUrl(housePath / "Pool/pool 3 2.mov"));
 }
@@ -186,7 +187,7 @@ TEST_F(ExportFlowTest, AMovedShootThatIsReopenedGoesOnFromItsFolders)
         ASSERT_TRUE(reaches(engine, StageKind::done)) << engine.stage().text.toStdString();
         EXPECT_THAT(namesBeneath(root),
                     ElementsAre("A&B.fcpxml", "Garage/kitchen 2.mov", "Kitchen/kitchen 1.mov", "Pool/pool 3.mov"));
-        const std::string event = contentOf(root / "A&B.fcpxml");
+        const std::string event = bytesOf(root / "A&B.fcpxml");
         for (const char *place : {"/Garage/kitchen%202.mov", "/Kitchen/kitchen%201.mov", "/Pool/pool%203.mov"}) {
             EXPECT_THAT(event, HasSubstr(place));
         }
@@ -194,7 +195,7 @@ TEST_F(ExportFlowTest, AMovedShootThatIsReopenedGoesOnFromItsFolders)
         engine.setOptions({.openEditorAfterExport = false});
         engine.setImportRoot(std::nullopt);
         engine.exportEvent();
-        EXPECT_THAT(contentOf(housePath / "A&B.fcpxml"), HasSubstr("/Pool/pool%203.mov")) << "in place as well";
+        EXPECT_THAT(bytesOf(housePath / "A&B.fcpxml"), HasSubstr("/Pool/pool%203.mov")) << "in place as well";
         fs::remove(housePath / "A&B.fcpxml");
     }
 }

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/output/ExportFlowFixture.h"
+#include "tests/support/FfmpegMedia.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -109,7 +110,7 @@ TEST_F(ExportTroubleTest, AMoveThatIsCancelledWritesTheEventOfWhatItHasAndLeaves
         << "the file in hand was finished, the others stayed";
     EXPECT_EQ(clips[0]->destinationURL, FileUrl(housePath / "Kitchen/kitchen 1.mov"));
     EXPECT_EQ(clips[1]->destinationURL, std::nullopt);
-    EXPECT_THAT(contentOf(housePath / "A&B.fcpxml"), HasSubstr("/Kitchen/kitchen%201.mov"));
+    EXPECT_THAT(bytesOf(housePath / "A&B.fcpxml"), HasSubstr("/Kitchen/kitchen%201.mov"));
     EXPECT_EQ(engine.stage(), (SortEngine::Stage{.kind = StageKind::results}));
     EXPECT_EQ(engine.folder(), FileUrl(folder / "Next"));
     EXPECT_EQ(engine.total(), 1);

@@ -7,6 +7,7 @@
 #include "core/files/FileDescriptor.h"
 #include "tests/output/FileCopyFixture.h"
 #include "tests/output/Footage.h"
+#include "tests/support/FfmpegMedia.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -116,7 +117,7 @@ TEST_F(FileCopyBytesTest, AShortWriteThatEndsWithinAPageIsGoneOnWithThroughThePa
     const std::string content = footage(1, 2 * chunkSize);
     const auto answer = copy(folder.write("a.mov", content), Comparison::size, files);
     ASSERT_TRUE(answer);
-    EXPECT_EQ(contentOf(answer->destination), content);
+    EXPECT_EQ(bytesOf(answer->destination), content);
     EXPECT_THAT(files.takeWrites(),
                 ElementsAre(Access{true, 0, chunkSize}, Access{false, chunkSize - 512, 512},
                             Access{false, chunkSize, chunkSize}, Access{false, 2 * chunkSize - 512, 512}));
@@ -174,7 +175,7 @@ TEST_F(FileCopyBytesTest, OnlyBlocksThatAreEmptyThroughoutBecomeHoles)
     Watching files;
     const auto answer = copy(source, Comparison::size, files);
     ASSERT_TRUE(answer);
-    EXPECT_EQ(contentOf(answer->destination), contentOf(source));
+    EXPECT_EQ(bytesOf(answer->destination), bytesOf(source));
     EXPECT_THAT(files.takeWrites(),
                 ElementsAre(Access{false, 1 * blockSize, blockSize}, Access{false, 3 * blockSize, blockSize},
                             Access{false, 5 * blockSize, blockSize}, Access{false, 7 * blockSize, blockSize},
@@ -194,7 +195,7 @@ TEST_F(FileCopyBytesTest, TheEndOfASparseFileIsWrittenUpToItsLastByte)
     Watching files;
     const auto answer = copy(source, Comparison::size, files);
     ASSERT_TRUE(answer);
-    EXPECT_EQ(contentOf(answer->destination), contentOf(source));
+    EXPECT_EQ(bytesOf(answer->destination), bytesOf(source));
     EXPECT_THAT(files.takeWrites(), ElementsAre(Access{false, static_cast<std::int64_t>(size) - 10, 10}));
 }
 
@@ -242,7 +243,7 @@ TEST_F(FileCopyBytesTest, ADiskThatTakesOneByteAtATimeGetsThemAll)
     Watching files(1);
     const auto answer = copy(folder.write("a.mov", "film"), Comparison::size, files);
     ASSERT_TRUE(answer);
-    EXPECT_EQ(contentOf(answer->destination), "film");
+    EXPECT_EQ(bytesOf(answer->destination), "film");
 }
 
 TEST_F(FileCopyBytesTest, AFileWhoseBlocksCanBeSharedIsNotWritten)
@@ -259,7 +260,7 @@ TEST_F(FileCopyBytesTest, AFileWhoseBlocksCanBeSharedIsNotWritten)
     for (const std::string content : {"f", "film"}) {
         const auto answer = copy(folder.write("a.mov", content), Comparison::bytes, files);
         ASSERT_TRUE(answer);
-        EXPECT_EQ(contentOf(answer->destination), content);
+        EXPECT_EQ(bytesOf(answer->destination), content);
     }
     EXPECT_THAT(files.takeWrites(), ElementsAre());
 }

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "output/ProofFile.h"
+#include "tests/support/FfmpegMedia.h"
 
 namespace larkspan::test {
 
@@ -31,15 +32,6 @@ std::string footage(unsigned seed, std::size_t size)
     return {reinterpret_cast<const char *>(words.data()), size};
 }
 
-std::string contentOf(const fs::path &file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    std::string content(fs::file_size(file), '\0');
-    stream.read(content.data(), static_cast<std::streamsize>(content.size()));
-    content.resize(static_cast<std::size_t>(stream.gcount()));
-    return content;
-}
-
 void writeContent(const fs::path &file, std::string_view content)
 {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
@@ -54,7 +46,7 @@ std::map<std::string, std::string> filesBeneath(const fs::path &folder)
     std::map<std::string, std::string> files;
     for (const auto &entry : fs::recursive_directory_iterator(folder)) {
         if (isFootage(entry)) {
-            files[entry.path().lexically_relative(folder)] = contentOf(entry.path());
+            files[entry.path().lexically_relative(folder)] = bytesOf(entry.path());
         }
     }
     return files;

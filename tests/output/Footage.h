@@ -13,7 +13,6 @@ namespace larkspan::test {
 // Bytes that look like no others: the same seed gives the same bytes, and no two seeds share a run of them.
 std::string footage(unsigned seed, std::size_t size);
 
-std::string contentOf(const std::filesystem::path &file);
 void writeContent(const std::filesystem::path &file, std::string_view content);
 
 // All regular files beneath a folder, by their path from there, hidden ones too, but no proof of a copy.

@@ -13,6 +13,7 @@
 #include "core/copies/UnfinishedCopies.h"
 #include "output/PlacesInBin.h"
 #include "tests/output/Footage.h"
+#include "tests/support/FfmpegMedia.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -195,7 +196,7 @@ protected:
         }
         for (std::size_t i = 0; i < contents.size(); ++i) {
             const fs::path source = folder / "card" / (std::to_string(i) + ".mov");
-            const bool isAtSource = fs::exists(source) && contentOf(source) == content(i);
+            const bool isAtSource = fs::exists(source) && bytesOf(source) == content(i);
             EXPECT_TRUE(isAtSource || (GetParam() == Run::move && copies.contains(content(i)))) << i;
         }
     }
@@ -293,7 +294,7 @@ TEST(CardKill, TheNextStartMarksTheFolderAndNamesExactlyWhatIsNotInIt)
     });
     const auto isIn = [](const std::map<std::string, std::string> &files, const FileUrl &source) {
         return std::ranges::any_of(files, [&](const auto &file) {
-            return !file.first.ends_with(".partial") && file.second == contentOf(source.path());
+            return !file.first.ends_with(".partial") && file.second == bytesOf(source.path());
         });
     };
     for (int calls = 0;; ++calls) {

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include "tests/output/ImportFaults.h"
+#include "tests/support/FfmpegMedia.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -129,7 +130,7 @@ TEST_F(ImportFaults, ASourceRewrittenUnderItsOldSizeAndTimeIsNotClean)
     });
     EXPECT_EQ(moveByBin(clips, root, VerifyLevel::sizeOnly, files),
               tl::unexpected(ImportError{VerificationFailed{{urls[0]}}}));
-    EXPECT_EQ(contentOf(source), footage(3, large.size()));
+    EXPECT_EQ(bytesOf(source), footage(3, large.size()));
     EXPECT_THAT(namesBeneath(root), ElementsAre("Pool/small.mov"));
 }
 
@@ -153,7 +154,7 @@ TEST_F(ImportFaults, ASourceExchangedAfterItsCopyIsNotDeleted)
     };
     EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, {VerifyLevel::sizeOnly, exchange}));
     EXPECT_THAT(filesBeneath(folder / "card"), ElementsAre(Pair("large.mov", "another take")));
-    EXPECT_EQ(contentOf(root / "Kitchen/large.mov"), large);
+    EXPECT_EQ(bytesOf(root / "Kitchen/large.mov"), large);
 }
 
 namespace {
@@ -198,7 +199,7 @@ TEST_F(ImportFaults, ARenumberedSourceStaysWhenItsBytesAreNoLongerThoseOfItsCopy
     };
     EXPECT_TRUE(MediaImporter::organizeByBin(clips, FileUrl(root), true, {VerifyLevel::sizeOnly, exchange}, files));
     EXPECT_EQ(filesBeneath(folder / "card"), (std::map<std::string, std::string>{{"large.mov", other}}));
-    EXPECT_EQ(contentOf(root / "Kitchen/large.mov"), large);
+    EXPECT_EQ(bytesOf(root / "Kitchen/large.mov"), large);
 }
 
 TEST_F(ImportFaults, ARenumberedSourceStaysWhenItOrItsCopyCannotBeReadAgain)

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/output/Footage.h"
+#include "tests/support/FfmpegMedia.h"
 #include "tests/support/Unprivileged.h"
 
 using namespace larkspan;
@@ -148,8 +149,8 @@ TEST(MediaImporter, AMoveWhoseSourceCannotBeDeletedIsASuccess)
         ASSERT_TRUE(answer) << answer.error().description().toStdString();
         EXPECT_EQ(*answer, (std::map<QUuid, FileUrl>{{clips[0].id, FileUrl(folder / "root/Kitchen/a.mov")}}));
     }
-    EXPECT_EQ(contentOf(folder / "card/a.mov"), "a");
-    EXPECT_EQ(contentOf(folder / "root/Kitchen/a.mov"), "a");
+    EXPECT_EQ(bytesOf(folder / "card/a.mov"), "a");
+    EXPECT_EQ(bytesOf(folder / "root/Kitchen/a.mov"), "a");
     fs::permissions(folder / "card", fs::perms::all);
 }
 
@@ -263,7 +264,7 @@ TEST(MediaImporter, AReadOnlyDestinationFailsBeforeAnySourceIsTouched)
     EXPECT_EQ(copyFiles({clips[0].url}, folder / "root/new"),
               tl::unexpected(ImportError{
                   SystemFailure{FileUrl(folder / "root/new"), std::make_error_code(std::errc::permission_denied)}}));
-    EXPECT_EQ(contentOf(folder / "card/a.mov"), "a");
+    EXPECT_EQ(bytesOf(folder / "card/a.mov"), "a");
 }
 
 TEST(MediaImporter, ADestinationThatIsAFileFails)
@@ -273,7 +274,7 @@ TEST(MediaImporter, ADestinationThatIsAFileFails)
     EXPECT_EQ(
         copyFiles({FileUrl(folder.write("a.mov"))}, file),
         tl::unexpected(ImportError{SystemFailure{FileUrl(file), std::make_error_code(std::errc::not_a_directory)}}));
-    EXPECT_EQ(contentOf(file), "no folder");
+    EXPECT_EQ(bytesOf(file), "no folder");
 }
 
 TEST(MediaImporter, AnInterruptedRunsTemporaryFilesAreClearedAndOthersFilesStay)
@@ -288,7 +289,7 @@ TEST(MediaImporter, AnInterruptedRunsTemporaryFilesAreClearedAndOthersFilesStay)
     EXPECT_THAT(namesBeneath(folder / "shoot"),
                 ElementsAre(".larkspan-bbbbbbbbbbbbbbbb.partial", ".larkspan-notes.partial", "0123456789abcdef.partial",
                             "a.mov"));
-    EXPECT_EQ(contentOf(folder / "outside.mov"), "o");
+    EXPECT_EQ(bytesOf(folder / "outside.mov"), "o");
 }
 
 TEST(MediaImporter, WhatAnInterruptedRunLeftInAnotherFolderOfTheShootsFolderIsClearedByCopiesAndMovesAlike)

@@ -10,6 +10,7 @@
 
 #include "core/clips/ClipListing.h"
 #include "tests/output/Footage.h"
+#include "tests/support/FfmpegMedia.h"
 #include "tests/support/Unprivileged.h"
 
 using namespace larkspan;
@@ -39,7 +40,7 @@ bool isConfirmed(const fs::path &folder)
 
 std::size_t linesOf(const fs::path &folder)
 {
-    const std::string proof = contentOf(proofIn(folder));
+    const std::string proof = bytesOf(proofIn(folder));
     return static_cast<std::size_t>(std::ranges::count(proof, '\n'));
 }
 
@@ -134,7 +135,7 @@ TEST_F(ProofFile, TheProofOfAnExportNamesEachFileFromTheRoot)
                             clipIn(folder.write("card/c.mov", "c"), u""_s)};
     ASSERT_TRUE(copyByBin(clips, shoot));
     EXPECT_TRUE(isConfirmed(shoot));
-    const std::string proof = contentOf(proofIn(shoot));
+    const std::string proof = bytesOf(proofIn(shoot));
     EXPECT_THAT(proof, HasSubstr("  Kitchen/a.mov\n"));
     EXPECT_THAT(proof, HasSubstr("  Kitchen/a 2.mov\n"));
     EXPECT_THAT(proof, HasSubstr("  Hallway - Stairs/b.mov\n"));
@@ -154,11 +155,11 @@ TEST_F(ProofFile, ALaterRunAddsItsLinesAndLeavesTheOthersAsTheyAre)
 {
     const FileUrl film(folder.write("card/a.mov", "film"));
     ASSERT_TRUE(import({film}));
-    const std::string first = contentOf(proofIn(shoot));
+    const std::string first = bytesOf(proofIn(shoot));
     const std::string foreign = "# by hand\r\n\nSHA256 (photo.jpg) = 00\nnot a line at all";
     writeContent(proofIn(shoot), foreign);
     ASSERT_TRUE(import({film}));
-    EXPECT_EQ(contentOf(proofIn(shoot)), foreign + "\n" + first.substr(0, 66) + "a 2.mov\n");
+    EXPECT_EQ(bytesOf(proofIn(shoot)), foreign + "\n" + first.substr(0, 66) + "a 2.mov\n");
 }
 
 TEST_F(ProofFile, ALineForTheSamePathIsReplaced)
@@ -236,7 +237,7 @@ TEST_F(ProofFile, AMoveTakesItsOriginalsOutOfTheProofThatTheirImportLeft)
     ASSERT_TRUE(
         moveByBin({clipIn(shoot / "a.mov", u"Kitchen"_s), clipIn(shoot / "b.mov", u"Pool"_s)}, folder / "bins"));
     EXPECT_TRUE(isConfirmed(folder / "bins"));
-    const std::string left = contentOf(proofIn(shoot));
+    const std::string left = bytesOf(proofIn(shoot));
     EXPECT_THAT(left, Not(HasSubstr("  a.mov")));
     EXPECT_THAT(left, HasSubstr("  b.mov")); // of other bytes, which nobody has any more
     EXPECT_THAT(left, HasSubstr("  c.mov"));
@@ -278,7 +279,7 @@ TEST_F(ProofFile, WhatHasItsNameAndIsNoProofStays)
     const std::string bytes("no\0text", 7);
     folder.write("shoot/SHA256SUMS", bytes);
     ASSERT_TRUE(import({film}));
-    EXPECT_EQ(contentOf(proofIn(shoot)), bytes);
+    EXPECT_EQ(bytesOf(proofIn(shoot)), bytes);
     EXPECT_NE(record->proofProblem, u""_s);
 
     fs::remove(proofIn(shoot));
@@ -297,7 +298,7 @@ TEST_F(ProofFile, WhatHasItsNameAndIsNoProofStays)
 TEST_F(ProofFile, AFileOfTheShootWithItsNameIsNeverReplaced)
 {
     ASSERT_TRUE(import({FileUrl(folder.write("card/SHA256SUMS", "film")), FileUrl(folder.write("card/a.mov", "a"))}));
-    EXPECT_EQ(contentOf(proofIn(shoot)), "film");
+    EXPECT_EQ(bytesOf(proofIn(shoot)), "film");
     EXPECT_NE(record->proofProblem, u""_s);
 }
 

@@ -5,6 +5,7 @@
 #include "output/CopyReport.h"
 #include "output/ProofFile.h"
 #include "tests/output/Footage.h"
+#include "tests/support/FfmpegMedia.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -99,7 +100,7 @@ TEST_F(SidecarCopyTest, TheyAreCountedInTheProofAndInTheReport)
         urls(), FileUrl(shoot),
         {VerifyLevel::checksum, [](int, int) {}, {}, {.ended = [&](CopyRecord ended) { record = std::move(ended); }}}));
     EXPECT_EQ(countOf(record, CopyState::readBack), 7);
-    const std::string proof = contentOf(shoot / proofFileName);
+    const std::string proof = bytesOf(shoot / proofFileName);
     EXPECT_EQ(std::ranges::count(proof, '\n'), 7);
     const std::string report = copyReport({record}, u"card"_s).toStdString();
     EXPECT_THAT(report, HasSubstr("All 7 files were read back and match. Safe to erase."));
@@ -175,7 +176,7 @@ TEST_F(SidecarCopyTest, OneThatChangedSinceItsCopyStays)
     ASSERT_TRUE(moveByBin(clips(), root, VerifyLevel::checksum, ChangingLater(folder / "card/100/C0001.THM")));
     EXPECT_THAT(filesBeneath(folder / "card"),
                 ElementsAre(Pair("100/C0001.THM", "changed since"), Pair("101/notes.xml", "card/101/notes.xml")));
-    EXPECT_EQ(contentOf(root / "Kitchen/C0001.THM"), "card/100/C0001.THM");
+    EXPECT_EQ(bytesOf(root / "Kitchen/C0001.THM"), "card/100/C0001.THM");
 }
 
 TEST_F(SidecarCopyTest, TheyCountAsNeededSpace)
@@ -247,7 +248,7 @@ TEST_F(SidecarCopyTest, AMoveRefusesOneThatIsALinkOutOfTheShoot)
     fs::create_symlink(folder.write("elsewhere/C.SRT", "x"), folder / "card/100/C0001.SRT");
     EXPECT_EQ(moveByBin(clips(), root), tl::unexpected(ImportError{LinkedSources{{clip("100/C0001.SRT")}}}));
     ASSERT_TRUE(copyByBin(clips(), root));
-    EXPECT_EQ(contentOf(root / "Kitchen/C0001.SRT"), "x");
+    EXPECT_EQ(bytesOf(root / "Kitchen/C0001.SRT"), "x");
 }
 
 TEST_F(SidecarCopyTest, ThumbnailsFromASonysOtherFolderAreNoLinksAndMoveWithTheirClip)

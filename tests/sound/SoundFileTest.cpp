@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <numbers>
 
@@ -11,6 +10,7 @@
 #include <rapidcheck/gtest.h>
 
 #include "sound/SoundFile.h"
+#include "tests/support/FfmpegMedia.h"
 #include "tests/support/TempFolder.h"
 
 using namespace larkspan;
@@ -31,12 +31,6 @@ std::filesystem::path writeWave(const TempFolder &folder, const std::vector<floa
     sf_write_float(file, samples.data(), static_cast<sf_count_t>(samples.size()));
     sf_close(file);
     return path;
-}
-
-std::string contentOf(const std::filesystem::path &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 SampleBufferPtr bufferOf(std::vector<float> samples, AudioFormat format)
@@ -86,7 +80,7 @@ TEST(SoundFile, CutOffAnywhereIsWhatIsLeftOfItOrNothing)
 {
     const TempFolder folder;
     const std::vector<float> samples(50, 0.5F);
-    const auto whole = contentOf(writeWave(folder, samples, {}));
+    const auto whole = bytesOf(writeWave(folder, samples, {}));
     for (std::size_t length = 0; length < whole.size(); ++length) {
         if (const auto sound = readSoundFile(folder.write("cut.wav", whole.substr(0, length)))) {
             EXPECT_LE(sound->frameCount(), samples.size()) << length;
@@ -98,7 +92,7 @@ TEST(SoundFile, CutOffAnywhereIsWhatIsLeftOfItOrNothing)
 RC_GTEST_PROP(SoundFile, BytesThatWereChangedCrashNothing, ())
 {
     static const TempFolder folder;
-    static const auto whole = contentOf(writeWave(folder, std::vector<float>(50, 0.5F), {}));
+    static const auto whole = bytesOf(writeWave(folder, std::vector<float>(50, 0.5F), {}));
     auto content = whole;
     for (int count = *rc::gen::inRange(1, 6); count > 0; --count) {
         content[*rc::gen::inRange<std::size_t>(0, std::min<std::size_t>(whole.size(), 100))] =

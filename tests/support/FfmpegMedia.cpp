@@ -3,7 +3,9 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 #include <QtCore/QProcess>
 
@@ -47,9 +49,12 @@ const std::filesystem::path &sharedMedia(const std::string &name, std::string_vi
 std::string bytesOf(const std::filesystem::path &file)
 {
     std::ifstream stream(file, std::ios::binary);
-    std::string bytes(std::filesystem::file_size(file), '\0');
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    return bytes;
+    if (!stream) {
+        throw std::runtime_error("could not open " + file.native());
+    }
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return std::move(bytes).str();
 }
 
 } // namespace larkspan::test

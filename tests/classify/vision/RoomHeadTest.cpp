@@ -1,13 +1,12 @@
 #include "classify/vision/RoomHead.h"
 
-#include <fstream>
-
 #include <gmock/gmock.h>
 #include <QtCore/QCryptographicHash>
 
 #include "classify/vision/ObjectDetector.h"
 #include "classify/vision/SceneNetwork.h"
 #include "core/bins/RoomLabel.h"
+#include "tests/support/FfmpegMedia.h"
 #include "tests/support/TempFolder.h"
 
 using namespace larkspan;
@@ -21,12 +20,6 @@ const RoomHead &shipped()
 {
     static const auto head = RoomHead::load(Shipped);
     return head ? *head : throw std::runtime_error(head.error().detail);
-}
-
-std::string bytesOf(const std::filesystem::path &file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 std::string summed(const std::string &bytes)
@@ -258,7 +251,7 @@ TEST(RoomHead, AMissingFileIsToldFromABrokenOne)
 
 TEST(RoomHead, ATruncatedFileIsBrokenWhereverItIsCut)
 {
-    const auto whole = bytesOf(Shipped);
+    const auto whole = test::bytesOf(Shipped);
     for (const auto size : {std::size_t(0), std::size_t(4), std::size_t(11), std::size_t(12), std::size_t(43),
                             std::size_t(60), std::size_t(5000), whole.size() / 2, whole.size() - 1}) {
         EXPECT_EQ(reasonFor(whole.substr(0, size)), ModelError::Reason::Broken) << size;
@@ -267,7 +260,7 @@ TEST(RoomHead, ATruncatedFileIsBrokenWhereverItIsCut)
 
 TEST(RoomHead, AFileWithAnyByteChangedOrAddedIsBroken)
 {
-    const auto whole = bytesOf(Shipped);
+    const auto whole = test::bytesOf(Shipped);
     for (const auto at : {std::size_t(0), std::size_t(13), std::size_t(40), whole.size() / 2, whole.size() - 1}) {
         auto spoilt = whole;
         spoilt[at] = static_cast<char>(spoilt[at] ^ 0x10);
@@ -280,7 +273,7 @@ TEST(RoomHead, AFileWithAnyByteChangedOrAddedIsBroken)
 TEST(RoomHead, AHeadOfAnotherVersionIsToldAsSuch)
 {
     for (const char version : {1, 2, 4}) {
-        auto other = bytesOf(Shipped);
+        auto other = test::bytesOf(Shipped);
         other[8] = version;
         EXPECT_EQ(reasonFor(other), ModelError::Reason::OtherModel);
     }

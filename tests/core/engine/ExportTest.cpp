@@ -1,8 +1,6 @@
 // The event of a shoot that stays where it is.
-#include <fstream>
-#include <sstream>
-
 #include "tests/core/engine/SortEngineFixture.h"
+#include "tests/support/FfmpegMedia.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -24,9 +22,7 @@ TEST_F(SortEngineTest, ExportWritesTheEventBesideTheFootageAndOpensTheEditor)
     const FileUrl event(folder.path() / (folder.path().filename().native() + ".fcpxml"));
     EXPECT_EQ(engine.stage(), (SortEngine::Stage{.kind = StageKind::done, .event = event}));
     EXPECT_THAT(opened, ElementsAre(event));
-    std::ostringstream text;
-    text << std::ifstream(event.path()).rdbuf();
-    EXPECT_EQ(text.str(), folder.path().filename().native());
+    EXPECT_EQ(bytesOf(event.path()), folder.path().filename().native());
 
     engine.backToResults();
     EXPECT_EQ(engine.stage().kind, StageKind::results);

@@ -1,8 +1,7 @@
 // Footage that is gone from its place, and found where an export has moved it.
-#include <fstream>
-
 #include "core/engine/FootageSearch.h"
 #include "tests/core/engine/SortEngineFixture.h"
+#include "tests/support/FfmpegMedia.h"
 
 using namespace larkspan;
 using namespace larkspan::test;
@@ -217,9 +216,8 @@ TEST_F(MovedFootageTest, AnExportGoesOnFromThere)
     ASSERT_TRUE(reaches(engine, StageKind::done));
     EXPECT_THAT(organized, ElementsAre(FileUrl(folder / "Pool/pool 2.mov"), FileUrl(folder / "garage 3.mov")))
         << "what lies in the folder of its bin stays there";
-    std::ifstream event(engine.stage().event->path());
-    const std::string text(std::istreambuf_iterator<char>(event), {});
-    EXPECT_THAT(text, testing::StartsWith((folder / "Kitchen/kitchen 1.mov").native()));
+    EXPECT_THAT(bytesOf(engine.stage().event->path()),
+                testing::StartsWith((folder / "Kitchen/kitchen 1.mov").native()));
 }
 
 TEST_F(MovedFootageTest, AnExportThatIsAskedForBeforeItWasFoundWaitsForTheSearch)
@@ -234,9 +232,7 @@ TEST_F(MovedFootageTest, AnExportThatIsAskedForBeforeItWasFoundWaitsForTheSearch
     EXPECT_EQ(engine.stage().kind, StageKind::results);
     gate.open();
     ASSERT_TRUE(reaches(engine, StageKind::done));
-    std::ifstream event(engine.stage().event->path());
-    const std::string text(std::istreambuf_iterator<char>(event), {});
-    EXPECT_EQ(text, (folder / "Kitchen/kitchen 1.mov").native() + "\n");
+    EXPECT_EQ(bytesOf(engine.stage().event->path()), (folder / "Kitchen/kitchen 1.mov").native() + "\n");
 }
 
 TEST_F(MovedFootageTest, AnExportThatWaitsForTheSearchIsForgottenWithItsShoot)

@@ -1,4 +1,3 @@
-#include <fstream>
 #include <random>
 
 #include "core/bins/Coverage.h"
@@ -358,6 +357,5 @@ TEST_F(SettingsTest, TheKeyIsNeverReadFromNorWrittenToTheSettings)
     engine.setOptions(noDefault);
     engine.setImportRoot(shoot);
     EXPECT_EQ(store().string(u"modelTier"_s), u"cloud"_s) << "all was written";
-    std::ifstream stream(file);
-    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(stream), {}), testing::Not(HasSubstr("sk-secret")));
+    EXPECT_THAT(bytesOf(file), testing::Not(HasSubstr("sk-secret")));
 }

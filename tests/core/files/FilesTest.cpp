@@ -1,7 +1,5 @@
 #include <cerrno>
 #include <csignal>
-#include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
@@ -12,6 +10,7 @@
 #include "core/files/AtomicFile.h"
 #include "core/files/FileUrls.h"
 #include "core/projects/Project.h"
+#include "tests/support/FfmpegMedia.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Unprivileged.h"
 
@@ -34,13 +33,6 @@ std::vector<std::string> clipsIn(const fs::path &folder)
         names.push_back(url.path().lexically_relative(folder).native());
     }
     return names;
-}
-
-std::string contentOf(const fs::path &path)
-{
-    std::ostringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    return content.str();
 }
 
 } // namespace
@@ -231,7 +223,7 @@ TEST(AtomicFile, ReplacesTheWholeFileAndLeavesNothingElse)
     const TempFolder folder;
     const auto path = folder.write("event.fcpxml", "old and longer");
     ASSERT_TRUE(writeFileAtomically(path, "new"));
-    EXPECT_EQ(contentOf(path), "new");
+    EXPECT_EQ(bytesOf(path), "new");
     EXPECT_THAT(std::vector<fs::path>(fs::directory_iterator(folder.path()), fs::directory_iterator()), SizeIs(1));
 }
 
@@ -241,7 +233,7 @@ TEST(AtomicFile, NamesOfAnyBytesWork)
     const auto path = folder / "bad\xff" / (std::string(248, 'n') + ".fcpxml");
     fs::create_directory(path.parent_path());
     ASSERT_TRUE(writeFileAtomically(path, "text"));
-    EXPECT_EQ(contentOf(path), "text");
+    EXPECT_EQ(bytesOf(path), "text");
 }
 
 TEST(AtomicFile, AFileThatCannotBeWrittenWholeLeavesTheOldOneAndNothingElse)
@@ -258,7 +250,7 @@ TEST(AtomicFile, AFileThatCannotBeWrittenWholeLeavesTheOldOneAndNothingElse)
     std::signal(SIGXFSZ, handler);
     ASSERT_FALSE(answer);
     EXPECT_EQ(answer.error(), std::errc::file_too_large);
-    EXPECT_EQ(contentOf(path), "old");
+    EXPECT_EQ(bytesOf(path), "old");
     EXPECT_THAT(std::vector<fs::path>(fs::directory_iterator(folder.path()), fs::directory_iterator()), SizeIs(1));
 }
 
@@ -270,7 +262,7 @@ TEST(AtomicFile, ANameAloneIsAFileOfTheWorkingFolder)
     const auto answer = writeFileAtomically("event.fcpxml", "text");
     fs::current_path(before);
     ASSERT_TRUE(answer);
-    EXPECT_EQ(contentOf(folder / "event.fcpxml"), "text");
+    EXPECT_EQ(bytesOf(folder / "event.fcpxml"), "text");
 }
 
 TEST(AtomicFile, ANewFileIsReadAndWrittenByWhomTheUserLets)
@@ -304,7 +296,7 @@ TEST(AtomicFile, AFailureSaysWhyAndLeavesTheOldFile)
     fs::permissions(folder.path(), fs::perms::all);
     const Unprivileged user;
     EXPECT_EQ(writeFileAtomically(path, "new").error(), std::errc::permission_denied);
-    EXPECT_EQ(contentOf(path), "old");
+    EXPECT_EQ(bytesOf(path), "old");
 }
 
 TEST(AtomicFile, AnErrorNumberOfAnEarlierCallIsNoFailure)
@@ -328,9 +320,9 @@ TEST(ContentOf, AFileOfMoreBytesThanAreAskedForCountsAsEmpty)
 {
     const TempFolder folder;
     const auto file = folder.write("index.json", "12345");
-    EXPECT_EQ(larkspan::contentOf(file, 5), "12345");
-    EXPECT_EQ(larkspan::contentOf(file, 4), QByteArray());
-    EXPECT_EQ(larkspan::contentOf(folder / "gone", 5), QByteArray());
+    EXPECT_EQ(contentOf(file, 5), "12345");
+    EXPECT_EQ(contentOf(file, 4), QByteArray());
+    EXPECT_EQ(contentOf(folder / "gone", 5), QByteArray());
 }
 
 TEST(Project, IsNamedAfterItsStandardizedFolderAlone)
