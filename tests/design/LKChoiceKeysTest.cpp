@@ -108,8 +108,11 @@ TEST_F(LKChoiceKeysTest, ChoicesBesideEachOtherAreWalkedByLeftAndRightHomeAndEnd
 {
     EXPECT_THAT(across(Qt::Key_Right, 0), ElementsAre(u"walk 2"_s));
     EXPECT_THAT(across(Qt::Key_Left, 2), ElementsAre(u"walk 0"_s));
+    EXPECT_THAT(across(Qt::Key_Right, 2), ElementsAre(u"walk 3"_s));
     EXPECT_THAT(across(Qt::Key_Home, 3), ElementsAre(u"walk 0"_s));
+    EXPECT_TRUE(isUsed);
     EXPECT_THAT(across(Qt::Key_End, 0), ElementsAre(u"walk 3"_s));
+    EXPECT_TRUE(isUsed);
     EXPECT_THAT(across(Qt::Key_Home, 0), ElementsAre(u"walk 0"_s)) << "it has focus, but may not be chosen yet";
     EXPECT_THAT(across(Qt::Key_Right, 3), IsEmpty());
     EXPECT_TRUE(isUsed);
@@ -124,6 +127,7 @@ TEST_F(LKChoiceKeysTest, ChoicesBesideEachOtherAreWalkedByLeftAndRightHomeAndEnd
 TEST_F(LKChoiceKeysTest, InAMirroredLayoutLeftAndRightChangePlaces)
 {
     EXPECT_THAT(across(Qt::Key_Left, 0, true), ElementsAre(u"walk 2"_s));
+    EXPECT_THAT(across(Qt::Key_Left, 2, true), ElementsAre(u"walk 3"_s));
     EXPECT_THAT(across(Qt::Key_Right, 2, true), ElementsAre(u"walk 0"_s));
     EXPECT_THAT(across(Qt::Key_Home, 3, true), ElementsAre(u"walk 0"_s));
     EXPECT_THAT(across(Qt::Key_End, 0, true), ElementsAre(u"walk 3"_s));

@@ -103,8 +103,10 @@ TEST_F(LKRowKeysTest, HomeAndEndLeadToTheEndsOfAListThatTakesThem)
     EXPECT_THAT(press(Qt::Key_Home, -1), ElementsAre(0));
     EXPECT_THAT(press(Qt::Key_Home, 0), IsEmpty()) << "it is there already";
     EXPECT_TRUE(isTaken);
-    EXPECT_THAT(press(Qt::Key_PageDown, 0), IsEmpty());
-    EXPECT_FALSE(isTaken);
+    for (const int key : {Qt::Key_PageDown, Qt::Key_PageUp}) {
+        EXPECT_THAT(press(key, 2), IsEmpty()) << key;
+        EXPECT_FALSE(isTaken) << key;
+    }
 }
 
 TEST_F(LKRowKeysTest, PageKeysMoveByAPageAndStopAtTheEnds)
@@ -119,6 +121,16 @@ TEST_F(LKRowKeysTest, PageKeysMoveByAPageAndStopAtTheEnds)
     EXPECT_TRUE(isTaken);
     EXPECT_THAT(press(Qt::Key_Home, 5), IsEmpty());
     EXPECT_FALSE(isTaken);
+}
+
+TEST_F(LKRowKeysTest, AColumnAndAPageMayBeOneRowHigh)
+{
+    setRows(5, 1);
+    keys.setProperty("rowsInPage", 1);
+    EXPECT_THAT(press(Qt::Key_Right, 1), ElementsAre(2));
+    EXPECT_THAT(press(Qt::Key_Left, 2), ElementsAre(1));
+    EXPECT_THAT(press(Qt::Key_PageDown, 1), ElementsAre(2));
+    EXPECT_THAT(press(Qt::Key_PageUp, 2), ElementsAre(1));
 }
 
 TEST_F(LKRowKeysTest, ArrowsAreLeftToAViewThatHandlesThemItself)
