@@ -227,6 +227,23 @@ TEST_F(CardImportTest, ACopyCountsAsEndedBeforeTheSortOfItShowsAnything)
     EXPECT_THAT(seen, ElementsAre(Pair(false, StageKind::working), Pair(false, StageKind::emptyFolder)));
 }
 
+TEST_F(CardImportTest, ProgressBeginsAnewWhenTheCopyIsOver)
+{
+    insertCard();
+    auto parts = importingSeams();
+    parts.copyFiles = [](const auto &, const auto &, const CopyOrder &order) {
+        order.progress(2, 2);
+        return std::vector<CopyResult>(); // so that the copy holds no clips, and its sort shows no progress
+    };
+    SortEngine engine(parts);
+    engine.setImportRoot(shoots());
+    std::vector<int> done;
+    QObject::connect(&engine, &SortEngine::progressChanged, [&] { done.push_back(engine.done()); });
+    engine.importCard(card(), u"CARD"_s);
+    ASSERT_TRUE(reaches(engine, StageKind::emptyFolder));
+    EXPECT_THAT(done, ElementsAre(0, 2, 0));
+}
+
 TEST_F(CardImportTest, TheSortOfACopyGoesByWhatTheEditorHasChosenWhenTheCopyHasEnded)
 {
     (void)folder.write("card/unsorted 1.mov", "film");

@@ -48,6 +48,17 @@ TEST_F(SortEngineTest, EachBatchIsAnnouncedAsItLands)
     EXPECT_THAT(counts, ElementsAre(0, 3, 6, 7, 7)) << "and once more at the end";
 }
 
+TEST_F(SortEngineTest, NoEmptyBatchIsAnnouncedAfterAFullOne)
+{
+    makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6"});
+    SortEngine engine(seams(), 5);
+    std::vector<int> counts;
+    QObject::connect(&engine, &SortEngine::clipsChanged, [&] { counts.push_back(engine.clipCount()); });
+    engine.sortFolder(shoot);
+    ASSERT_TRUE(reaches(engine, StageKind::results));
+    EXPECT_THAT(counts, ElementsAre(0, 3, 6, 6));
+}
+
 TEST_F(SortEngineTest, NeverHasMoreClipsInWorkThanTheWidth)
 {
     makeClips({"a 1", "b 2", "c 3", "d 4", "e 5", "f 6", "g 7", "h 8"});
