@@ -39,13 +39,13 @@ Column {
         LKSegmented {
             label: qsTr("Appearance")
             options: [{
-                    "value": LK.AlwaysDark,
+                    "value": LK.Appearance.AlwaysDark,
                     "label": qsTr("Dark")
                 }, {
-                    "value": LK.AlwaysLight,
+                    "value": LK.Appearance.AlwaysLight,
                     "label": qsTr("Light")
                 }, {
-                    "value": LK.FollowSystem,
+                    "value": LK.Appearance.FollowSystem,
                     "label": qsTr("Auto")
                 }]
             selection: tab.app.appearance
