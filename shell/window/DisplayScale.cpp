@@ -1,5 +1,6 @@
 #include "shell/window/DisplayScale.h"
 
+#include <QtCore/QEvent>
 #include <QtGui/private/qhighdpiscaling_p.h>
 #include <QtGui/qpa/qplatformwindow.h>
 #include <QtGui/qpa/qwindowsysteminterface.h>
@@ -25,17 +26,32 @@ DisplayScale::DisplayScale(QWindow &window) : QObject(&window), m_window(window)
 {
     connect(&window, &QWindow::screenChanged, this, &DisplayScale::followScreen);
     followScreen(window.screen());
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    window.installEventFilter(this);
+#endif
 }
 
-void DisplayScale::followScreen(QScreen *screen)
+void DisplayScale::followScreen([[maybe_unused]] QScreen *screen)
 {
     m_scale = QHighDpiScaling::factor(&m_window);
+    // Queued here and below, since the available geometry, which adapt() needs too, changes afterwards.
+#if QT_VERSION < QT_VERSION_CHECK(6, 6, 0)
     if (screen) {
-        // Queued, since the screen's resolution changes before its available geometry, which adapt() needs too.
         connect(screen, &QScreen::logicalDotsPerInchChanged, this, &DisplayScale::adapt,
                 Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
     }
+#endif
 }
+
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+bool DisplayScale::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::DevicePixelRatioChange) {
+        QMetaObject::invokeMethod(this, &DisplayScale::adapt, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+}
+#endif
 
 void DisplayScale::adapt()
 {

@@ -15,6 +15,11 @@ public:
     // window: a shown one. It becomes the owner of this object.
     explicit DisplayScale(QWindow &window);
 
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    // Newer Qt tells the window of its scale, and no longer of the screen's resolution.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+#endif
+
 private:
     void followScreen(QScreen *screen);
     void adapt();
