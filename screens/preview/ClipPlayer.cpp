@@ -41,8 +41,8 @@ constexpr Option options[] = {
     {"force-window", "no"},
     {"osd-level", "0"},
     {"hwdec", "vaapi-copy"}, // others say on standard error that they are missing
-    // Drawn in one pass, as by the library's older versions: newer ones filter in seven by themselves, which takes
-    // longer than a frame lasts where there is no GPU.
+    // Drawn in one pass, as by the library's older versions. Newer ones filter in several by themselves, which Mesa 25
+    // draws black now and then where there is no GPU, and which takes longer there than a frame lasts.
     {"scale", "bilinear"},
     {"cscale", "bilinear"},
     {"dscale", "bilinear"},

@@ -34,7 +34,6 @@ DisplayScale::DisplayScale(QWindow &window) : QObject(&window), m_window(window)
 void DisplayScale::followScreen([[maybe_unused]] QScreen *screen)
 {
     m_scale = QHighDpiScaling::factor(&m_window);
-    // Queued here and below, since the available geometry, which adapt() needs too, changes afterwards.
 #if QT_VERSION < QT_VERSION_CHECK(6, 6, 0)
     if (screen) {
         connect(screen, &QScreen::logicalDotsPerInchChanged, this, &DisplayScale::adapt,

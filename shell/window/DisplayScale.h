@@ -22,7 +22,7 @@ public:
 
 private:
     void followScreen(QScreen *screen);
-    void adapt();
+    void adapt(); // to be called queued: the screen's available geometry changes after its scale
 
     QWindow &m_window;
     qreal m_scale = 1; // pixels of the window system to a point
