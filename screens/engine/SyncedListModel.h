@@ -44,7 +44,9 @@ protected:
     void sync(std::vector<Row> &rows, std::vector<Row> wanted)
     {
         const auto before = rows.size();
-        const auto stays = [keep = keysOf(wanted)](const Row &row) { return keep.contains(row.key()); };
+        // The keys stand outside the predicate: every algorithm copies the predicate that it is given.
+        const auto kept = keysOf(wanted);
+        const auto stays = [&kept](const Row &row) { return kept.contains(row.key()); };
         if (!rows.empty() && std::none_of(rows.begin(), rows.end(), stays)) {
             beginResetModel();
             rows = std::move(wanted);
@@ -97,7 +99,8 @@ private:
     template <typename Row>
     void takeOver(std::vector<Row> &rows, std::vector<Row> wanted)
     {
-        const auto isKnown = [had = keysOf(rows)](const Row &row) { return had.contains(row.key()); };
+        const auto known = keysOf(rows);
+        const auto isKnown = [&known](const Row &row) { return known.contains(row.key()); };
         for (auto want = wanted.begin(); want != wanted.end();) {
             const auto i = want - wanted.begin();
             if (const auto firstKnown = std::find_if(want, wanted.end(), isKnown); firstKnown != want) {
