@@ -8,10 +8,11 @@ using namespace larkspan::test;
 
 TEST(AllocationCount, CountsEveryFormOfNewAndFreesWhatItGave)
 {
-    const auto before = allocationCount();
-    ::operator delete(::operator new(1));
-    ::operator delete[](::operator new[](1));
-    ::operator delete(::operator new(1, std::nothrow));
-    ::operator delete[](::operator new[](1, std::nothrow));
-    EXPECT_EQ(allocationCount(), before + 4);
+    EXPECT_EQ(allocationsDuring([] {
+                  ::operator delete(::operator new(1));
+                  ::operator delete[](::operator new[](1));
+                  ::operator delete(::operator new(1, std::nothrow));
+                  ::operator delete[](::operator new[](1, std::nothrow));
+              }),
+              4U);
 }

@@ -51,9 +51,7 @@ TEST(AudioEngine, RestsWhenNothingSoundsAndWakesForTheNextBufferWithoutAllocatin
         EXPECT_FALSE(engine.isResting());
         EXPECT_TRUE(waitUntil([&] { return engine.isResting(); }));
         EXPECT_EQ(node.pendingBuffers(), 0) << "it never rests before the end";
-        const auto before = allocationCount();
-        node.schedule(second);
-        EXPECT_EQ(allocationCount(), before);
+        EXPECT_EQ(allocationsDuring([&] { node.schedule(second); }), 0U);
         EXPECT_EQ(node.pendingBuffers(), 1);
     }
     EXPECT_TRUE(waitUntil([&] { return node.pendingBuffers() == 0; })) << "a woken device plays";

@@ -51,10 +51,13 @@ TEST(SoundEngine, HasAllCuesReadyOnceItIsMade)
     SoundEngine engine(folder.path());
     std::filesystem::remove(folder / "intro_chime.wav");
     EXPECT_TRUE(engine.buffer(SoundCue::introChime()));
-    const auto before = allocationCount();
-    const auto tick = engine.buffer(SoundCue::tick());
-    const auto chord = engine.buffer(SoundCue::resultsChord());
-    EXPECT_EQ(allocationCount(), before);
+    SampleBufferPtr tick;
+    SampleBufferPtr chord;
+    EXPECT_EQ(allocationsDuring([&] {
+                  tick = engine.buffer(SoundCue::tick());
+                  chord = engine.buffer(SoundCue::resultsChord());
+              }),
+              0U);
     ASSERT_TRUE(tick && chord);
     EXPECT_EQ(tick->frameCount(), 882U);
     EXPECT_EQ(chord->frameCount(), 26460U);
@@ -151,16 +154,13 @@ TEST(SoundEngine, PlaysANodeAgainAfterItHasRunDry)
 TEST(SoundEngine, AllocatesNothingForATick)
 {
     SoundEngine engine(Resources);
-    const auto before = allocationCount();
+    const auto playTick = [&] { engine.playTick(SoundCue::tick()); };
     for (int tick = 0; tick < 50; ++tick) {
-        engine.playTick(SoundCue::tick()); // behind one that sounds
+        EXPECT_EQ(allocationsDuring(playTick), 0U) << "behind one that sounds";
     }
-    EXPECT_EQ(allocationCount(), before);
     for (int tick = 0; tick < 5; ++tick) {
         EXPECT_TRUE(waitUntil([&] { return engine.tickNode().pendingBuffers() == 0; }));
-        const auto quiet = allocationCount();
-        engine.playTick(SoundCue::tick()); // alone
-        EXPECT_EQ(allocationCount(), quiet);
+        EXPECT_EQ(allocationsDuring(playTick), 0U) << "alone";
     }
 }
 
@@ -170,10 +170,11 @@ TEST(SoundEngine, SwitchedOffPlaysNothingAndSynthesisesNothing)
     engine.setEnabled(false);
     EXPECT_FALSE(engine.isEnabled());
     const auto cue = longCue();
-    const auto before = allocationCount();
-    engine.play(cue);
-    engine.playTick(cue);
-    EXPECT_EQ(allocationCount(), before);
+    EXPECT_EQ(allocationsDuring([&] {
+                  engine.play(cue);
+                  engine.playTick(cue);
+              }),
+              0U);
     EXPECT_EQ(engine.oneShotIndex(), 0U);
     EXPECT_EQ(engine.tickNode().pendingBuffers(), 0);
     EXPECT_THAT(pending(engine), ElementsAre(0, 0, 0));
