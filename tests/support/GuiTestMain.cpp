@@ -11,10 +11,12 @@ void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &me
         return;
     }
     // The display's lacks are no fault of ours, nor that Qt's render loop stops its clock twice when a window goes
-    // while something in it still moves.
+    // while something in it still moves, nor that newer Qt looks at a window's scale for its exposure before it tells
+    // the window of a new one.
     static const QStringList ofTheDisplay{QStringLiteral("propagateSizeHints"), QStringLiteral("XDG_RUNTIME_DIR"),
                                           QStringLiteral("qt.qpa."),
-                                          QStringLiteral("QUnifiedTimer::stopAnimationDriver")};
+                                          QStringLiteral("QUnifiedTimer::stopAnimationDriver"),
+                                          QStringLiteral("cached device pixel ratio value was stale")};
     for (const QString &harmless : ofTheDisplay) {
         if (message.contains(harmless)) {
             return;
