@@ -52,9 +52,7 @@ int main(int argc, char **argv)
     constexpr int ticks = 1001;
     double allocations = 0;
     const double playTick = medianMilliseconds(ticks, [&] {
-        const auto quiet = test::allocationCount();
-        engine.playTick(SoundCue::tick());
-        allocations += static_cast<double>(test::allocationCount() - quiet);
+        allocations += static_cast<double>(test::allocationsDuring([&] { engine.playTick(SoundCue::tick()); }));
     });
 
     std::cout << "{\"milliseconds\": " << tick + chord << ", \"cues\": {\"tick\": " << tick
