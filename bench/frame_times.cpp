@@ -37,11 +37,13 @@
 #include "bench/MadeUpShoot.h"
 #include "gallery/Gallery.h"
 #include "screens/clips/ClipThumbnails.h"
+#include "tests/shell/launcher/LauncherState.h"
 #include "tests/support/CountedBackdrop.h"
 
 Q_IMPORT_QML_PLUGIN(Larkspan_DesignPlugin)
 Q_IMPORT_QML_PLUGIN(Larkspan_GalleryPlugin)
 Q_IMPORT_QML_PLUGIN(Larkspan_ScreensPlugin)
+Q_IMPORT_QML_PLUGIN(Larkspan_ShellPlugin)
 
 using namespace larkspan;
 using namespace larkspan::bench;
@@ -141,6 +143,23 @@ View clipGrid()
                 }};
 }
 
+// The launcher while its cards move: a step to and fro, over and over.
+View launcher()
+{
+    auto state = std::make_shared<test::LauncherState>();
+    return {.name = u"launcher"_s,
+            .qml = u"import Larkspan.Shell\nHomeView { focus: true }"_s,
+            .stir =
+                [state](QQuickWindow &, int frame) {
+                    constexpr int framesBetweenSteps = 24; // about as long as a step lasts
+                    state->app.setToolIndex(frame / framesBetweenSteps % 2);
+                },
+            .equip =
+                [state](QQmlEngine &) {
+                    return QVariantMap{{u"app"_s, QVariant::fromValue(&state->app)}};
+                }};
+}
+
 std::vector<View> views()
 {
     std::vector<View> all{
@@ -160,6 +179,7 @@ std::vector<View> views()
                        .prepare = [page] { Gallery::instance().setPage(page); }});
     }
     all.push_back(clipGrid());
+    all.push_back(launcher());
     return all;
 }
 
