@@ -68,13 +68,12 @@ FocusScope {
 
                 // The shift of the row of cards to the left, in points.
                 property real shift: home.app.toolIndex * carousel.cardStep - home.app.dragX
+                // The share of the width in which the cards fade towards each side.
+                readonly property real fade: 0.12
 
                 objectName: "cards"
                 anchors.fill: parent
                 anchors.topMargin: -parent.anchors.topMargin
-                layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
-                layer.effect: EdgeFade {
-                }
 
                 Behavior on shift  {
                     enabled: carousel.isAnimated
@@ -86,7 +85,7 @@ FocusScope {
                 Repeater {
                     model: ToolCatalogue.count
 
-                    // Larger than the card, so that its shadow isn't cut off where the card is blurred.
+                    // Larger than the card, so that its shadow isn't cut off where the card is under glass.
                     Item {
                         id: place
 
@@ -94,6 +93,9 @@ FocusScope {
 
                         readonly property bool isActive: index === home.app.toolIndex
                         readonly property real offset: index * carousel.cardStep - cards.shift
+                        // Its left and right side as it is drawn, as shares of the launcher's width.
+                        readonly property vector2d sides: Qt.vector2d(0.5 + (offset - width * scale / 2) / cards.width, 0.5 + (offset + width * scale / 2) / cards.width)
+                        readonly property bool isInTheFade: sides.x < cards.fade || sides.y > 1 - cards.fade
                         property real blur: isActive ? 0 : 2
 
                         anchors.verticalCenter: parent.verticalCenter
@@ -104,9 +106,11 @@ FocusScope {
                         visible: Math.abs(offset) < (parent.width + home.cardWidth) / 2
                         scale: isActive ? 1 : 0.9
                         opacity: isActive ? 1 : 0.55
-                        layer.enabled: blur > 0 && GraphicsInfo.api !== GraphicsInfo.Software
-                        layer.effect: LKBlur {
+                        layer.enabled: (blur > 0 || isInTheFade) && GraphicsInfo.api !== GraphicsInfo.Software
+                        layer.effect: CardGlass {
                             deviation: place.blur // qmllint disable
+                            sides: place.sides // qmllint disable
+                            fade: cards.fade // qmllint disable
                         }
 
                         Behavior on scale  {

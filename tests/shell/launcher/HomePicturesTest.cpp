@@ -70,6 +70,26 @@ TEST_P(HomePictures, EachToolStandsInTheMiddleOnTheGridWithItsNeighboursFadingOu
     }
 }
 
+TEST_P(HomePictures, OnlyCardsThatAreBlurredOrFadeAreDrawnIntoATexture)
+{
+    const auto hasTexture = [&](const QString &card) {
+        const QQuickItem *place = findNamed(scene.root(), card)->parentItem();
+        return place->property("layer").value<QObject *>()->property("enabled").toBool();
+    };
+    ASSERT_TRUE(rests(0));
+    EXPECT_FALSE(hasTexture(u"card-binnacle"_s));
+    EXPECT_TRUE(hasTexture(u"card-huelock"_s));
+    app.setDragX(-50); // not yet near a side
+    ASSERT_TRUE(rests(50));
+    EXPECT_FALSE(hasTexture(u"card-binnacle"_s));
+    app.setDragX(-150);
+    ASSERT_TRUE(rests(150));
+    EXPECT_TRUE(hasTexture(u"card-binnacle"_s));
+    app.setDragX(0);
+    ASSERT_TRUE(rests(0));
+    EXPECT_FALSE(hasTexture(u"card-binnacle"_s));
+}
+
 TEST_P(HomePictures, TheLargestWindowIsDrawnToItsMiddle)
 {
     // More than the display has; its middle is what the window shows.
@@ -91,5 +111,6 @@ TEST_P(HomePictures, InTheMiddleOfADragTheCardsFollowTheHand)
     EXPECT_LT(app.dragX(), -150);
     const QImage shown = picture(u"drag"_s);
     EXPECT_EQ(shown.pixelColor(150, 395), LK::instance().palette().surfaceCard);
+    EXPECT_NE(shown.pixelColor(100, 395), LK::instance().palette().surfaceCard) << "the active card fades, too";
     QTest::mouseRelease(&scene.window(), Qt::LeftButton, {}, {420, 650});
 }
