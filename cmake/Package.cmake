@@ -35,7 +35,8 @@ install(FILES "${PROJECT_BINARY_DIR}/com.ostrel.larkspan.metainfo.xml" DESTINATI
 install(FILES "${PROJECT_SOURCE_DIR}/resources/lintian-overrides"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides" RENAME larkspan)
 
-# dpkg-shlibdeps finds the libraries. QML modules, plugins and fonts are loaded at run time, so they are named.
+# dpkg-shlibdeps finds the libraries that are linked. QML modules, plugins, fonts and the player are loaded at run time,
+# so they are named.
 file(STRINGS "${PROJECT_SOURCE_DIR}/script/packages.txt" packages)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/script/packages.txt")
 set(running "")
@@ -49,6 +50,14 @@ endforeach()
 if(NOT running)
   message(FATAL_ERROR "script/packages.txt has no section \"running\"")
 endif()
+# So is FFmpeg; the names of its packages change with the release of Debian.
+foreach(library IN LISTS FFmpeg_LINK_LIBRARIES)
+  file(REAL_PATH "${library}" library)
+  execute_process(COMMAND dpkg-query --search "${library}" OUTPUT_VARIABLE owner OUTPUT_STRIP_TRAILING_WHITESPACE
+    COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX REPLACE ":.*" "" owner "${owner}")
+  list(APPEND running "${owner}")
+endforeach()
 list(JOIN running ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "gnome-keyring, xdg-desktop-portal")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libsecret-tools")

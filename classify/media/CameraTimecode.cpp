@@ -5,10 +5,7 @@
 #include <span>
 #include <string_view>
 
-extern "C" {
-#include <libavformat/avformat.h>
-}
-
+#include "classify/media/FFmpegLibraries.h"
 #include "classify/media/MediaFile.h"
 
 namespace larkspan {
@@ -19,7 +16,7 @@ constexpr int mostPackets = 64; // before the first group of pictures must have 
 
 std::optional<Timecode> timecodeIn(const AVDictionary *metadata, AVRational rate)
 {
-    const AVDictionaryEntry *entry = av_dict_get(metadata, "timecode", nullptr, 0);
+    const AVDictionaryEntry *entry = ffmpeg().dictGet(metadata, "timecode", nullptr, 0);
     return entry != nullptr && rate.num > 0 && rate.den > 0
                ? Timecode::parsed(QString::fromUtf8(entry->value), av_q2d(rate))
                : std::nullopt;
@@ -69,14 +66,14 @@ std::optional<Timecode> timecodeOfPictures(const MediaFile &file, const AVStream
     if (video.codecpar->codec_id != AV_CODEC_ID_MPEG2VIDEO && video.codecpar->codec_id != AV_CODEC_ID_MPEG1VIDEO) {
         return std::nullopt;
     }
-    const auto release = [](AVPacket *packet) { av_packet_free(&packet); };
-    const std::unique_ptr<AVPacket, decltype(release)> packet(av_packet_alloc(), release);
-    for (int i = 0; packet && i < mostPackets && av_read_frame(file.format(), packet.get()) >= 0; ++i) {
+    const auto release = [](AVPacket *packet) { ffmpeg().freePacket(&packet); };
+    const std::unique_ptr<AVPacket, decltype(release)> packet(ffmpeg().allocPacket(), release);
+    for (int i = 0; packet && i < mostPackets && ffmpeg().readFrame(file.format(), packet.get()) >= 0; ++i) {
         std::optional<QString> time;
         if (packet->stream_index == video.index) {
             time = timeOfGroup({packet->data, static_cast<std::size_t>(packet->size)});
         }
-        av_packet_unref(packet.get());
+        ffmpeg().unrefPacket(packet.get());
         if (time) {
             return Timecode::parsed(*time, av_q2d(rateOf(video)));
         }

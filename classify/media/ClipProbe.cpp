@@ -6,11 +6,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-extern "C" {
-#include <libavformat/avformat.h>
-}
-
 #include "classify/media/CameraTimecode.h"
+#include "classify/media/FFmpegLibraries.h"
 #include "classify/media/MovieMetadata.h"
 #include "classify/media/PictureGeometry.h"
 
@@ -53,11 +50,11 @@ std::int64_t smallestStep(MediaFile &file, AVStream &stream)
             smallest = step;
         }
     };
-    const int count = avformat_index_get_entries_count(&stream);
+    const int count = ffmpeg().indexEntryCount(&stream);
     std::int64_t first = 0;
     std::int64_t last = 0;
     for (int i = 0; i < count; ++i) {
-        const std::int64_t time = avformat_index_get_entry(&stream, i)->timestamp;
+        const std::int64_t time = ffmpeg().indexEntry(&stream, i)->timestamp;
         if (i == 0) {
             first = time;
         } else {
@@ -103,7 +100,7 @@ std::optional<FrameDuration> nominalFrameDuration(const AVStream &stream)
 
 std::optional<Date> plainDate(const AVFormatContext &format, const char *key)
 {
-    const AVDictionaryEntry *entry = av_dict_get(format.metadata, key, nullptr, 0);
+    const AVDictionaryEntry *entry = ffmpeg().dictGet(format.metadata, key, nullptr, 0);
     return entry != nullptr ? parsedDate(QString::fromUtf8(entry->value)) : std::nullopt;
 }
 
@@ -116,7 +113,7 @@ ClipMetadata plainMetadata(const AVFormatContext &format)
         found.creationDate = found.creationDate ? found.creationDate : plainDate(format, key);
     }
     const AVDictionaryEntry *entry = nullptr;
-    while ((entry = av_dict_get(format.metadata, "", entry, AV_DICT_IGNORE_SUFFIX)) != nullptr) {
+    while ((entry = ffmpeg().dictGet(format.metadata, "", entry, AV_DICT_IGNORE_SUFFIX)) != nullptr) {
         const std::string_view key = entry->key;
         if ((key == "make" || key == "model") && found.cameraModel.isEmpty()) {
             found.cameraModel = QString::fromUtf8(entry->value).trimmed();

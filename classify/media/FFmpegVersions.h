@@ -5,10 +5,7 @@
 #include <cstdint>
 #include <span>
 
-extern "C" {
-#include <libavformat/avformat.h>
-#include <libavutil/frame.h>
-}
+#include "classify/media/FFmpegLibraries.h"
 
 namespace larkspan {
 
@@ -26,12 +23,12 @@ inline std::int64_t durationOf(const AVFrame &frame)
 inline std::span<const std::uint8_t> displayMatrixOf(const AVStream &stream)
 {
 #if LIBAVFORMAT_VERSION_INT >= AV_VERSION_INT(60, 15, 100)
-    const AVPacketSideData *data = av_packet_side_data_get(
-        stream.codecpar->coded_side_data, stream.codecpar->nb_coded_side_data, AV_PKT_DATA_DISPLAYMATRIX);
+    const AVPacketSideData *data = ffmpeg().sideData(stream.codecpar->coded_side_data,
+                                                     stream.codecpar->nb_coded_side_data, AV_PKT_DATA_DISPLAYMATRIX);
     return data ? std::span<const std::uint8_t>(data->data, data->size) : std::span<const std::uint8_t>();
 #else
     size_t size = 0;
-    const std::uint8_t *data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
+    const std::uint8_t *data = ffmpeg().sideData(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
     return {data, data ? size : 0};
 #endif
 }

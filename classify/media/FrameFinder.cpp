@@ -2,11 +2,7 @@
 
 #include <algorithm>
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-}
-
+#include "classify/media/FFmpegLibraries.h"
 #include "classify/media/FFmpegVersions.h"
 #include "classify/media/MediaFile.h"
 
@@ -54,16 +50,16 @@ bool isDamaged(const AVFrame &frame)
 
 void PacketDeleter::operator()(AVPacket *packet) const
 {
-    av_packet_free(&packet);
+    ffmpeg().freePacket(&packet);
 }
 
 FrameFinder::FrameFinder(MediaFile &file, AVStream &stream, CodecPtr decoder, bool shrinksMuch)
     : m_file(file)
     , m_stream(stream)
     , m_decoder(std::move(decoder))
-    , m_packet(av_packet_alloc())
-    , m_frame(av_frame_alloc())
-    , m_shown(av_frame_alloc())
+    , m_packet(ffmpeg().allocPacket())
+    , m_frame(ffmpeg().allocFrame())
+    , m_shown(ffmpeg().allocFrame())
     , m_shrinksMuch(shrinksMuch)
 {
     m_decoder->pkt_timebase = stream.time_base;
@@ -85,11 +81,11 @@ std::int64_t FrameFinder::ticks(double seconds) const
 
 bool FrameFinder::seek(double seconds)
 {
-    avcodec_flush_buffers(m_decoder.get());
+    ffmpeg().flushBuffers(m_decoder.get());
     // The first frames of a stream are decoded before the time at which it starts.
     const double start = m_file.isFormat("mov") ? 0.0 : -1.0;
     const double target = seconds > 0.0 ? seconds : start;
-    const bool sought = av_seek_frame(m_file.format(), m_stream.index, ticks(target), AVSEEK_FLAG_BACKWARD) >= 0;
+    const bool sought = ffmpeg().seekFrame(m_file.format(), m_stream.index, ticks(target), AVSEEK_FLAG_BACKWARD) >= 0;
     return sought || m_untouched;
 }
 
@@ -97,8 +93,8 @@ bool FrameFinder::readPacket()
 {
     m_untouched = false;
     do {
-        av_packet_unref(m_packet.get());
-        if (m_file.limitsReached() || av_read_frame(m_file.format(), m_packet.get()) < 0) {
+        ffmpeg().unrefPacket(m_packet.get());
+        if (m_file.limitsReached() || ffmpeg().readFrame(m_file.format(), m_packet.get()) < 0) {
             return false;
         }
     } while (m_packet->stream_index != m_stream.index);
@@ -125,22 +121,22 @@ bool FrameFinder::decodeAlone()
 {
     m_decoder->skip_frame = AVDISCARD_NONKEY;
     m_decoder->skip_loop_filter = m_shrinksMuch ? AVDISCARD_ALL : AVDISCARD_DEFAULT;
-    return avcodec_send_packet(m_decoder.get(), m_packet.get()) >= 0 &&
-           avcodec_send_packet(m_decoder.get(), nullptr) >= 0 &&
-           avcodec_receive_frame(m_decoder.get(), m_frame.get()) >= 0 && !isDamaged(*m_frame);
+    return ffmpeg().sendPacket(m_decoder.get(), m_packet.get()) >= 0 &&
+           ffmpeg().sendPacket(m_decoder.get(), nullptr) >= 0 &&
+           ffmpeg().receiveFrame(m_decoder.get(), m_frame.get()) >= 0 && !isDamaged(*m_frame);
 }
 
 // From the key packet that was read up to the first frame in the window.
 bool FrameFinder::decodeOn(const Window &window)
 {
-    av_frame_unref(m_shown.get());
+    ffmpeg().unrefFrame(m_shown.get());
     m_decoder->skip_loop_filter = m_shrinksMuch ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
     do {
         const bool over = packetTime() != AV_NOPTS_VALUE && m_packet->duration > 0 &&
                           endsBefore(packetTime(), m_packet->duration, window.from);
         m_decoder->skip_frame = over ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
         // A broken packet costs its frame, not those after it.
-        [[maybe_unused]] const int sent = avcodec_send_packet(m_decoder.get(), m_packet.get());
+        [[maybe_unused]] const int sent = ffmpeg().sendPacket(m_decoder.get(), m_packet.get());
         if (const auto found = takeFrames(window)) {
             return *found;
         }
@@ -148,7 +144,7 @@ bool FrameFinder::decodeOn(const Window &window)
     if (m_file.limitsReached()) {
         return false;
     }
-    avcodec_send_packet(m_decoder.get(), nullptr);
+    ffmpeg().sendPacket(m_decoder.get(), nullptr);
     if (const auto found = takeFrames(window)) {
         return *found;
     }
@@ -162,7 +158,7 @@ bool FrameFinder::decodeOn(const Window &window)
 // Takes the frames that the decoder has ready; none if it needs more packets.
 std::optional<bool> FrameFinder::takeFrames(const Window &window)
 {
-    while (avcodec_receive_frame(m_decoder.get(), m_frame.get()) >= 0) {
+    while (ffmpeg().receiveFrame(m_decoder.get(), m_frame.get()) >= 0) {
         if (isDamaged(*m_frame)) {
             continue;
         }

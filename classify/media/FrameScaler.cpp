@@ -5,13 +5,8 @@
 #include <cstdint>
 #include <optional>
 
-extern "C" {
-#include <libavutil/frame.h>
-#include <libavutil/pixdesc.h>
-#include <libswscale/swscale.h>
-}
-
 #include "classify/media/Decoder.h"
+#include "classify/media/FFmpegLibraries.h"
 #include "classify/media/MediaFile.h"
 #include "classify/media/ToneMap.h"
 
@@ -108,24 +103,24 @@ FrameScaler::FrameScaler(const PictureGeometry &geometry, int maxDimension)
 
 FrameScaler::~FrameScaler()
 {
-    sws_freeContext(m_context);
+    ffmpeg().freeScaler(m_context);
 }
 
 bool FrameScaler::prepare(const AVFrame &frame, bool highDynamicRange)
 {
     const auto source = static_cast<AVPixelFormat>(frame.format);
-    if (sws_isSupportedInput(source) == 0) {
+    if (ffmpeg().isSupportedInput(source) == 0) {
         return false;
     }
-    m_context = sws_getCachedContext(m_context, frame.width, frame.height, source, m_size.width(), m_size.height(),
-                                     highDynamicRange ? AV_PIX_FMT_RGB48 : AV_PIX_FMT_RGB32, SWS_AREA, nullptr, nullptr,
-                                     nullptr);
+    m_context = ffmpeg().getCachedContext(m_context, frame.width, frame.height, source, m_size.width(), m_size.height(),
+                                          highDynamicRange ? AV_PIX_FMT_RGB48 : AV_PIX_FMT_RGB32, SWS_AREA, nullptr,
+                                          nullptr, nullptr);
     if (m_context == nullptr) {
         return false;
     }
     constexpr int one = 1 << 16;
-    sws_setColorspaceDetails(m_context, sws_getCoefficients(matrixOf(frame)), isFullRange(frame) ? 1 : 0,
-                             sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, one, one);
+    ffmpeg().setColorspaceDetails(m_context, ffmpeg().getCoefficients(matrixOf(frame)), isFullRange(frame) ? 1 : 0,
+                                  ffmpeg().getCoefficients(SWS_CS_DEFAULT), 1, 0, one, one);
     return true;
 }
 
@@ -141,15 +136,15 @@ QImage FrameScaler::image(const AVFrame &frame)
         return {};
     }
     // swscale writes whole vectors, past the end of a row: a frame of FFmpeg's own has room for that.
-    const FramePtr small(av_frame_alloc());
+    const FramePtr small(ffmpeg().allocFrame());
     if (!small) {
         return {};
     }
     small->width = m_size.width();
     small->height = m_size.height();
     small->format = curve ? AV_PIX_FMT_RGB48 : AV_PIX_FMT_RGB32;
-    if (av_frame_get_buffer(small.get(), 0) < 0 ||
-        sws_scale(m_context, frame.data, frame.linesize, 0, frame.height, small->data, small->linesize) <= 0) {
+    if (ffmpeg().getFrameBuffer(small.get(), 0) < 0 ||
+        ffmpeg().scale(m_context, frame.data, frame.linesize, 0, frame.height, small->data, small->linesize) <= 0) {
         return {};
     }
     const std::uint8_t *data = small->data[0];

@@ -11,12 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-extern "C" {
-#include <libavformat/avformat.h>
-#include <libavutil/avstring.h>
-#include <libavutil/mem.h>
-#include <libavutil/opt.h>
-}
+#include "classify/media/FFmpegLibraries.h"
 
 namespace larkspan {
 
@@ -45,8 +40,8 @@ void tameFFmpegOnce()
 {
     static std::once_flag once;
     std::call_once(once, [] {
-        av_log_set_level(AV_LOG_QUIET);
-        av_max_alloc(largestBlock);
+        ffmpeg().logSetLevel(AV_LOG_QUIET);
+        ffmpeg().maxAlloc(largestBlock);
     });
 }
 
@@ -59,14 +54,14 @@ int refuseOtherFiles(AVFormatContext *, AVIOContext **, const char *, int, AVDic
 // the caller frees.
 AVDictionary *prepare(AVFormatContext *format, MediaFile::Purpose purpose)
 {
-    av_opt_set(format, "format_whitelist", knownFormats, 0);
+    ffmpeg().optSet(format, "format_whitelist", knownFormats, 0);
     AVDictionary *options = nullptr;
-    av_dict_set(&options, "ignore_chapters", "1", 0);
+    ffmpeg().dictSet(&options, "ignore_chapters", "1", 0);
     if (purpose == MediaFile::Purpose::Probe) {
         // Edit lists rewrite the index; the track's own sample durations are wanted.
-        av_dict_set(&options, "advanced_editlist", "0", 0);
+        ffmpeg().dictSet(&options, "advanced_editlist", "0", 0);
     } else {
-        av_opt_set_int(format, "fpsprobesize", 0, 0); // nobody asks a sampler for the frame rate
+        ffmpeg().optSetInt(format, "fpsprobesize", 0, 0); // nobody asks a sampler for the frame rate
     }
     return options;
 }
@@ -95,15 +90,18 @@ MediaFile::MediaFile(FileDescriptor file, const MediaLimits &limits)
 
 MediaFile::~MediaFile()
 {
-    avformat_close_input(&m_format);
+    ffmpeg().closeInput(&m_format);
     if (m_io != nullptr) {
-        av_freep(&m_io->buffer);
-        avio_context_free(&m_io);
+        ffmpeg().freep(&m_io->buffer);
+        ffmpeg().freeIO(&m_io);
     }
 }
 
 std::unique_ptr<MediaFile> MediaFile::open(const FileUrl &url, Purpose purpose, const MediaLimits &limits)
 {
+    if (!FFmpegLibraries::loaded()) {
+        return nullptr;
+    }
     tameFFmpegOnce();
     FileDescriptor regular = openRegularFile(url.path().c_str());
     if (!regular) {
@@ -115,20 +113,20 @@ std::unique_ptr<MediaFile> MediaFile::open(const FileUrl &url, Purpose purpose, 
 
 bool MediaFile::openFormat(Purpose purpose)
 {
-    auto *buffer = static_cast<unsigned char *>(av_malloc(bufferSize));
-    m_format = avformat_alloc_context();
+    auto *buffer = static_cast<unsigned char *>(ffmpeg().malloc(bufferSize));
+    m_format = ffmpeg().allocFormat();
     if (buffer == nullptr || m_format == nullptr) {
-        av_free(buffer);
+        ffmpeg().free(buffer);
         return false;
     }
-    m_io = avio_alloc_context(
+    m_io = ffmpeg().allocIO(
         buffer, bufferSize, 0, this,
         [](void *self, std::uint8_t *to, int size) { return static_cast<MediaFile *>(self)->read(to, size); }, nullptr,
         [](void *self, std::int64_t offset, int whence) {
             return static_cast<MediaFile *>(self)->seek(offset, whence);
         });
     if (m_io == nullptr) {
-        av_free(buffer);
+        ffmpeg().free(buffer);
         return false;
     }
     m_format->pb = m_io;
@@ -138,14 +136,14 @@ bool MediaFile::openFormat(Purpose purpose)
         [](void *self) { return static_cast<const MediaFile *>(self)->limitsReached() ? 1 : 0; }, this};
 
     AVDictionary *options = prepare(m_format, purpose);
-    const int opened = avformat_open_input(&m_format, nullptr, nullptr, &options);
-    av_dict_free(&options);
+    const int opened = ffmpeg().openInput(&m_format, nullptr, nullptr, &options);
+    ffmpeg().dictFree(&options);
     if (opened < 0) {
         return false;
     }
     if (!headerSuffices(*this)) {
         // A value that it can't find out keeps the header's word, or its default.
-        [[maybe_unused]] const int found = avformat_find_stream_info(m_format, nullptr);
+        [[maybe_unused]] const int found = ffmpeg().findStreamInfo(m_format, nullptr);
     }
     if (purpose == Purpose::Sample) {
         discardAllBut(*m_format, video());
@@ -165,7 +163,7 @@ AVStream *MediaFile::video() const
 
 bool MediaFile::isFormat(const char *name) const
 {
-    return av_match_name(name, m_format->iformat->name) != 0;
+    return ffmpeg().matchName(name, m_format->iformat->name) != 0;
 }
 
 double MediaFile::startSeconds() const
