@@ -20,15 +20,13 @@ foreach(model objects scene pose face)
 endforeach()
 configure_file("${PROJECT_SOURCE_DIR}/resources/rooms.head" "${LARKSPAN_MODELS}/rooms.head" COPYONLY)
 
-add_library(onnxruntime::onnxruntime SHARED IMPORTED)
-set_target_properties(onnxruntime::onnxruntime PROPERTIES
-  IMPORTED_LOCATION "${larkspan_engine}"
-  IMPORTED_SONAME libonnxruntime.so.1
-  INTERFACE_INCLUDE_DIRECTORIES "${LARKSPAN_DEPS}/onnxruntime/include")
-
-# An installed program finds both relative to itself.
+# The engine's path, by which the program loads it, relative to the folder that has share/larkspan: the build folder or
+# an installation's prefix.
 include(GNUInstallDirs)
-list(APPEND CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}/larkspan")
+set(LARKSPAN_ENGINE "${CMAKE_INSTALL_LIBDIR}/larkspan/libonnxruntime.so.1")
+file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR}/larkspan")
+file(CREATE_LINK "${larkspan_engine}" "${PROJECT_BINARY_DIR}/${LARKSPAN_ENGINE}" SYMBOLIC)
+
 install(FILES "${larkspan_engine}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/larkspan")
 install(DIRECTORY "${larkspan_detectors}" DESTINATION "${CMAKE_INSTALL_DATADIR}/larkspan"
   FILES_MATCHING PATTERN "*.onnx")

@@ -2,9 +2,11 @@
 
 #include <array>
 
+// Its functions come from a library that is loaded, not linked.
+#define ORT_API_MANUAL_INIT
 #include <onnxruntime_cxx_api.h>
-#include <QtCore/QtGlobal>
 
+#include "classify/vision/InferenceEngine.h"
 #include "classify/vision/ModelFile.h"
 #include "classify/vision/PictureTensor.h"
 
@@ -14,14 +16,14 @@ namespace {
 
 constexpr const char *inputName = "image";
 
-// The engine would write an identifier of the machine into its user's cache, and report over the network. It asks this
-// variable when it starts; set before main, since other threads may be reading the environment later on.
-[[maybe_unused]] const bool reportsNothing = qputenv("ORT_DISABLE_TELEMETRY", "1");
-
-// The engine wants one environment for the process.
-Ort::Env &environment()
+// Loads the engine at the first call, before which nothing of it may be used. It wants one environment for the process.
+const tl::expected<Ort::Env, ModelError> &environment()
 {
-    static Ort::Env instance(ORT_LOGGING_LEVEL_FATAL, "larkspan");
+    static const tl::expected<Ort::Env, ModelError> instance =
+        loadInferenceEngine(shippedInferenceEngine()).map([](const OrtApi *api) {
+            Ort::InitApi(api);
+            return Ort::Env(ORT_LOGGING_LEVEL_FATAL, "larkspan");
+        });
     return instance;
 }
 
@@ -112,7 +114,11 @@ tl::expected<InferenceSession, ModelError> InferenceSession::load(const std::fil
         return failure(ModelError{ModelError::Reason::Missing, file, "there is no such file, or it can't be read"});
     }
     try {
-        Ort::Session session(environment(), bytes->data(), bytes->size(), sessionOptions());
+        const auto &engineEnvironment = environment();
+        if (!engineEnvironment) {
+            return failure(engineEnvironment.error());
+        }
+        Ort::Session session(*engineEnvironment, bytes->data(), bytes->size(), sessionOptions());
         if (auto problem = mismatch(session, outputs); !problem.empty()) {
             return failure(ModelError{ModelError::Reason::OtherModel, file, std::move(problem)});
         }

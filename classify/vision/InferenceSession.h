@@ -14,7 +14,7 @@ namespace larkspan {
 
 class PictureTensor;
 
-// Why a model could not be loaded.
+// Why a model could not be loaded. If it is for want of the inference engine, the file is the engine's library.
 struct ModelError
 {
     enum class Reason {

@@ -2,6 +2,7 @@
 
 #include <fstream>
 
+#include "classify/vision/InferenceEngine.h"
 #include "core/files/ShippedFiles.h"
 
 namespace larkspan {
@@ -63,8 +64,8 @@ std::filesystem::path VisionModels::shippedFolder()
 
 std::optional<ModelError> VisionModels::findMissing(const std::filesystem::path &folder)
 {
-    for (const char *name : {objectsFile, sceneFile, poseFile, faceFile, roomsFile}) {
-        const auto file = folder / name;
+    for (const auto &file : {folder / objectsFile, folder / sceneFile, folder / poseFile, folder / faceFile,
+                             folder / roomsFile, shippedInferenceEngine()}) {
         std::error_code error;
         if (!std::filesystem::is_regular_file(file, error) || !std::ifstream(file)) {
             return ModelError{.reason = ModelError::Reason::Missing, .file = file, .detail = {}};

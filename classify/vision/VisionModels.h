@@ -20,7 +20,7 @@ public:
     [[nodiscard]] static tl::expected<std::shared_ptr<const VisionModels>, ModelError> load();
     // Returns the folder models in shippedFiles().
     [[nodiscard]] static std::filesystem::path shippedFolder();
-    // The first of the files that can't be opened; none of them is read.
+    // Returns the first of the files, or the inference engine, that can't be opened; none of them is read.
     [[nodiscard]] static std::optional<ModelError> findMissing(const std::filesystem::path &folder);
 
     [[nodiscard]] const ObjectDetector &objects() const { return m_objects; }

@@ -65,11 +65,13 @@ TEST(Idle, ALauncherInBoringModeWaitsForNoTimer)
         << names.join(u'\n').toStdString();
 }
 
-TEST(Idle, ALauncherHasNotLoadedWhatPlaysClips)
+TEST(Idle, ALauncherHasLoadedNeitherWhatPlaysClipsNorWhatRecognisesThem)
 {
     StartedProgram program(QStringLiteral(LARKSPAN_PROGRAM));
     ASSERT_TRUE(program.showsItsWindow());
+    ASSERT_TRUE(program.leavesItsIntro());
     const std::string mapped = bytesOf("/proc/" + std::to_string(program.process().processId()) + "/maps");
     EXPECT_THAT(mapped, testing::HasSubstr("libQt6Quick.so"));
     EXPECT_THAT(mapped, testing::Not(testing::HasSubstr("libmpv.so")));
+    EXPECT_THAT(mapped, testing::Not(testing::HasSubstr("libonnxruntime.so")));
 }

@@ -94,6 +94,15 @@ protected:
     static void TearDownTestSuite() { prefix.reset(); }
 
     static QString program() { return text(*prefix / "bin/larkspan"); }
+    // A program that reads the networks, as if it were installed beside the real one.
+    static Ended loadNetworks()
+    {
+        const fs::path copy = *prefix / "bin/load_networks";
+        fs::copy_file(LARKSPAN_LOAD_NETWORKS, copy);
+        Ended ended = run({text(copy)});
+        fs::remove(copy);
+        return ended;
+    }
     static QString desktopFile() { return text(*prefix / "share/applications/larkspan.desktop"); }
 
     static inline std::unique_ptr<TempFolder> prefix;
@@ -175,6 +184,33 @@ TEST_F(Installation, LooksForItsLibrariesInThePrefixAndOnTheSystemAlone)
     EXPECT_THAT(dynamic.output, HasSubstr("$ORIGIN/../"));
     EXPECT_THAT(dynamic.output, Not(HasSubstr(LARKSPAN_BUILD)));
     EXPECT_THAT(dynamic.output, Not(HasSubstr(LARKSPAN_SOURCES)));
+    EXPECT_THAT(dynamic.output, Not(HasSubstr("onnxruntime")));
+}
+
+TEST_F(Installation, ReadsItsNetworksWithTheEngineInThePrefix)
+{
+    const Ended loaded = loadNetworks();
+    EXPECT_EQ(loaded.exitCode, 0) << loaded.output;
+    EXPECT_THAT(loaded.output, HasSubstr((*prefix / LARKSPAN_ENGINE).string()));
+    EXPECT_THAT(loaded.output, Not(HasSubstr(LARKSPAN_BUILD)));
+    EXPECT_THAT(loaded.output, Not(HasSubstr(LARKSPAN_SOURCES)));
+}
+
+TEST_F(Installation, WithoutItsEngineItComesUpAndNamesTheFile)
+{
+    const fs::path engine = *prefix / LARKSPAN_ENGINE;
+    const fs::path aside = *prefix / "engine";
+    fs::rename(engine, aside);
+    const Ended loaded = loadNetworks();
+    EXPECT_EQ(loaded.exitCode, 1);
+    EXPECT_EQ(loaded.output, engine.string() + '\n' + engine.string() + '\n');
+    StartedProgram started(program());
+    EXPECT_TRUE(started.showsItsWindow());
+    EXPECT_TRUE(started.leavesItsIntro());
+    EXPECT_TRUE(started.isClosed());
+    EXPECT_EQ(started.process().exitCode(), 0);
+    EXPECT_EQ(started.process().readAllStandardError().toStdString(), "");
+    fs::rename(aside, engine);
 }
 
 // The sanitizers, and the symbols for a debugger, name every source file.
@@ -201,7 +237,7 @@ TEST_F(Installation, ComesUpFromThereWithItsOwnModelsAndChime)
     }));
     // Everything that it is made of.
     const std::string mapped = bytesOf("/proc/" + std::to_string(started.process().processId()) + "/maps");
-    EXPECT_THAT(mapped, HasSubstr((*prefix / "lib").string()));
+    EXPECT_THAT(mapped, HasSubstr(program().toStdString()));
     EXPECT_THAT(mapped, Not(HasSubstr(LARKSPAN_BUILD)));
     EXPECT_THAT(mapped, Not(HasSubstr(LARKSPAN_SOURCES)));
     EXPECT_TRUE(started.isClosed());
