@@ -25,6 +25,7 @@ constexpr double shadowRadius = 0.15;
 constexpr double glowRadius = 0.186;
 constexpr double markShare = 0.8; // of an icon file; the rest is for the shadow
 constexpr std::array iconSizes{16, 22, 24, 32, 48, 64, 128, 256, 512};
+constexpr int largestWindowIcon = 128; // pixels: task switchers show no larger one, and the pixmaps stay in memory
 
 QColor white(double opacity)
 {
@@ -98,11 +99,13 @@ std::span<const int> appIconSizes()
     return iconSizes;
 }
 
-QIcon appIcon()
+QIcon windowIcon()
 {
     QIcon icon;
     for (const int size : appIconSizes()) {
-        icon.addPixmap(QPixmap::fromImage(appIconImage(size)));
+        if (size <= largestWindowIcon) {
+            icon.addPixmap(QPixmap::fromImage(appIconImage(size)));
+        }
     }
     return icon;
 }

@@ -16,8 +16,8 @@ void paintAppIcon(QPainter &painter, double side, const QColor &accent, double r
 [[nodiscard]] QImage appIconImage(int pixels);
 // The sizes in which desktops ask for an icon, in pixels.
 [[nodiscard]] std::span<const int> appIconSizes();
-// Returns the icon in all of these sizes.
-[[nodiscard]] QIcon appIcon();
+// Returns the icon in those of these sizes that window managers show for a window.
+[[nodiscard]] QIcon windowIcon();
 
 // Draws the mark in the middle of an item that has room for its shadow. AppIconMark is an item of the mark's own size.
 class AppIconCanvas : public QQuickPaintedItem

@@ -35,7 +35,7 @@ int main(int argc, char **argv)
     QGuiApplication::setApplicationVersion(QStringLiteral(LARKSPAN_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("larkspan"));
 
-    QGuiApplication::setWindowIcon(larkspan::appIcon()); // for desktops without our desktop file
+    QGuiApplication::setWindowIcon(larkspan::windowIcon()); // for desktops without our desktop file
 
     larkspan::chooseDrawing(QGuiApplication::arguments());
     larkspan::LarkspanApp program;

@@ -39,6 +39,19 @@ TEST(AppIcon, ThatShipsIsTheMarkAsItIsDrawn)
     }
 }
 
+// Its pixmaps are in memory for as long as the program runs.
+TEST(AppIcon, OfAWindowIsAsDrawnInTheSizesUpTo128Pixels)
+{
+    const QIcon icon = windowIcon();
+    std::vector<int> sizes;
+    for (const QSize &size : icon.availableSizes()) {
+        EXPECT_EQ(size.width(), size.height());
+        EXPECT_EQ(icon.pixmap(size).toImage(), appIconImage(size.width())) << size.width();
+        sizes.push_back(size.width());
+    }
+    EXPECT_THAT(sizes, testing::UnorderedElementsAre(16, 22, 24, 32, 48, 64, 128));
+}
+
 // With as much room as it asks for: the radius, 0.15 of the side, is the blur's standard deviation.
 TEST(AppIcon, HasAShadowAsWideAsAnyShadowOfItsRadius)
 {
