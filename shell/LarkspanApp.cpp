@@ -14,6 +14,7 @@
 #include "classify/media/FrameSampler.h"
 #include "classify/vision/ModelRequests.h"
 #include "classify/vision/VisionClassifier.h"
+#include "core/base/FreedMemory.h"
 #include "core/copies/CopyJournal.h"
 #include "design/LK.h"
 #include "design/LKAccessible.h"
@@ -42,6 +43,8 @@ namespace {
 constexpr std::chrono::seconds keyringPatience{3};
 // The models are kept this long after a sort, since another often follows.
 constexpr std::chrono::minutes modelPatience{1};
+// The program is at rest this long after its intro.
+constexpr std::chrono::seconds startPatience{10};
 
 // A client that the first sort which needs it creates. Later sorts use its open connections.
 class LazyClient
@@ -108,6 +111,7 @@ LarkspanApp::LarkspanApp(std::optional<std::filesystem::path> models, VolumeWatc
 {
     followState();
     watchForCards();
+    watchForEndOfStart();
     watchForRest();
     connect(&m_notice, &WorkNotice::pressed, this, [this] {
         window()->raise();
@@ -262,6 +266,12 @@ void LarkspanApp::reportModels(const ModelError &error)
     if (window() != nullptr) {
         window()->setProperty("classifierProblem", problemText(error));
     }
+}
+
+void LarkspanApp::watchForEndOfStart()
+{
+    connect(&m_state, &AppState::phaseChanged, this,
+            [this] { QTimer::singleShot(startPatience, this, returnFreedMemory); });
 }
 
 void LarkspanApp::watchForRest()

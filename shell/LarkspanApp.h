@@ -64,6 +64,8 @@ private:
     // Only looks whether the models are there: they are read when a sort needs them.
     void checkModels();
     void reportModels(const ModelError &error);
+    // Gives back the memory that starting needed, once the program has come to rest after its intro.
+    void watchForEndOfStart();
     // Lets the models go once no sort has needed them for a while.
     void watchForRest();
 

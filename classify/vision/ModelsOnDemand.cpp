@@ -1,6 +1,6 @@
 #include "classify/vision/ModelsOnDemand.h"
 
-#include <malloc.h>
+#include "core/base/FreedMemory.h"
 
 namespace larkspan {
 
@@ -24,7 +24,7 @@ void ModelsOnDemand::letGo()
     const std::lock_guard lock(m_mutex);
     m_kept.reset();
     if (m_used.expired()) {
-        ::malloc_trim(0); // what was freed in pieces goes back to the system
+        returnFreedMemory();
     }
 }
 
