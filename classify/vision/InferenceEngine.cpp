@@ -4,6 +4,7 @@
 #include <QtCore/QLibrary>
 #include <QtCore/QtGlobal>
 
+#include "core/base/LibraryFunction.h"
 #include "core/files/ShippedFiles.h"
 
 namespace larkspan {
@@ -34,8 +35,8 @@ tl::expected<const OrtApi *, ModelError> loadInferenceEngine(const std::filesyst
     if (!engine.load()) {
         return failure(ModelError::Reason::Broken, engine.errorString().toStdString());
     }
-    const auto base = reinterpret_cast<decltype(&OrtGetApiBase)>(engine.resolve("OrtGetApiBase"));
-    if (base == nullptr) {
+    decltype(&OrtGetApiBase) base = nullptr;
+    if (!findFunction(engine, "OrtGetApiBase", base)) {
         return failure(ModelError::Reason::Broken, "it is no inference engine");
     }
     const OrtApi *api = base()->GetApi(ORT_API_VERSION); // of the headers
