@@ -93,8 +93,10 @@ FocusScope {
 
                         readonly property bool isActive: index === home.app.toolIndex
                         readonly property real offset: index * carousel.cardStep - cards.shift
-                        // Its left and right side as it is drawn, as shares of the launcher's width.
-                        readonly property vector2d sides: Qt.vector2d(0.5 + (offset - width * scale / 2) / cards.width, 0.5 + (offset + width * scale / 2) / cards.width)
+                        // As it is drawn, in shares of the launcher's width.
+                        readonly property real middle: 0.5 + offset / cards.width
+                        readonly property real reach: width * scale / 2 / cards.width
+                        readonly property vector2d sides: Qt.vector2d(middle - reach, middle + reach)
                         readonly property bool isInTheFade: sides.x < cards.fade || sides.y > 1 - cards.fade
                         property real blur: isActive ? 0 : 2
 

@@ -103,6 +103,19 @@ protected:
         fs::remove(copy);
         return ended;
     }
+    static void endsWithoutAWord(StartedProgram &started)
+    {
+        EXPECT_TRUE(started.isClosed());
+        EXPECT_EQ(started.process().exitCode(), 0);
+        EXPECT_EQ(started.process().readAllStandardError().toStdString(), "");
+    }
+    static void startsAndEndsWithoutAWord()
+    {
+        StartedProgram started(program());
+        EXPECT_TRUE(started.showsItsWindow());
+        EXPECT_TRUE(started.leavesItsIntro());
+        endsWithoutAWord(started);
+    }
     static QString desktopFile() { return text(*prefix / "share/applications/larkspan.desktop"); }
 
     static inline std::unique_ptr<TempFolder> prefix;
@@ -204,12 +217,7 @@ TEST_F(Installation, WithoutItsEngineItComesUpAndNamesTheFile)
     const Ended loaded = loadNetworks();
     EXPECT_EQ(loaded.exitCode, 1);
     EXPECT_EQ(loaded.output, engine.string() + '\n' + engine.string() + '\n');
-    StartedProgram started(program());
-    EXPECT_TRUE(started.showsItsWindow());
-    EXPECT_TRUE(started.leavesItsIntro());
-    EXPECT_TRUE(started.isClosed());
-    EXPECT_EQ(started.process().exitCode(), 0);
-    EXPECT_EQ(started.process().readAllStandardError().toStdString(), "");
+    startsAndEndsWithoutAWord();
     fs::rename(aside, engine);
 }
 
@@ -240,9 +248,7 @@ TEST_F(Installation, ComesUpFromThereWithItsOwnModelsAndChime)
     EXPECT_THAT(mapped, HasSubstr(program().toStdString()));
     EXPECT_THAT(mapped, Not(HasSubstr(LARKSPAN_BUILD)));
     EXPECT_THAT(mapped, Not(HasSubstr(LARKSPAN_SOURCES)));
-    EXPECT_TRUE(started.isClosed());
-    EXPECT_EQ(started.process().exitCode(), 0);
-    EXPECT_EQ(started.process().readAllStandardError().toStdString(), "");
+    endsWithoutAWord(started);
 }
 
 TEST_F(Installation, WithoutItsChimeTheIntroPlaysToItsEndInSilence)
@@ -250,11 +256,6 @@ TEST_F(Installation, WithoutItsChimeTheIntroPlaysToItsEndInSilence)
     const fs::path chime = *prefix / "share/larkspan/intro_chime.wav";
     const fs::path aside = *prefix / "intro_chime.wav";
     fs::rename(chime, aside);
-    StartedProgram started(program());
-    EXPECT_TRUE(started.showsItsWindow());
-    EXPECT_TRUE(started.leavesItsIntro());
-    EXPECT_TRUE(started.isClosed());
-    EXPECT_EQ(started.process().exitCode(), 0);
-    EXPECT_EQ(started.process().readAllStandardError().toStdString(), "");
+    startsAndEndsWithoutAWord();
     fs::rename(aside, chime);
 }
